@@ -1,0 +1,11 @@
+// The program's own message dialogs. Texts are Windows-1252, as LoadStr (platform/prompts.h) returns them.
+#pragma once
+
+#include "platform/windows_api.h"
+
+// Shows `text` with an OK button and waits.
+void MessageBox(HWND owner, const char* text);
+
+// Ask `text`; return IDYES (6), IDNO (7) or, the first one only, IDCANCEL (2). A dialog that fails counts as Cancel or No.
+int YesNoCancelBox(HWND owner, const char* text);
+int YesnoBox(HWND owner, const char* text);

@@ -1,0 +1,154 @@
+#include "gif/block_list.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
+#include "platform/prompts.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+// Makes room for one more record. The capacity grows in small steps; the memory below grows by half, so that appending
+// costs the same however long the list is.
+bool MakeRoom(BlockList* list) {
+    if (list->count + 1 < list->capacity) return true;
+    uint64_t capacity = uint64_t{list->capacity} + kBlockListStep;
+    uint64_t needed = capacity * sizeof(Block);
+    if (capacity > UINT32_MAX) return false;
+    if (needed > MemorySize(list->blocks)) {
+        MemoryHandle grown = ResizeMemory(list->blocks, needed + needed / 2);
+        if (!grown) grown = ResizeMemory(list->blocks, needed);
+        if (!grown) return false;
+        list->blocks = grown;
+    }
+    list->capacity = static_cast<uint32_t>(capacity);
+    return true;
+}
+
+}  // namespace
+
+bool CreateBlockList(BlockList* list) {
+    *list = {};
+    list->blocks = AllocateMemory(uint64_t{kBlockListStep} * sizeof(Block));
+    if (!list->blocks) return false;
+    list->capacity = kBlockListStep;
+    return true;
+}
+
+void DestroyBlockList(BlockList* list) {
+    ForEachBlock(*list, [](Block& block, uint32_t) {
+        FreeBlock(&block);
+        return true;
+    });
+    FreeMemory(list->blocks);
+    *list = {};
+}
+
+bool GetBlock(const BlockList& list, Block* block, uint32_t index) {
+    if (index >= list.count) return false;
+    MemoryLock lock(list.blocks);
+    if (!lock) return false;
+    *block = lock.As<Block>()[index];
+    return true;
+}
+
+bool PutBlock(BlockList* list, const Block& block, uint32_t index) {
+    if (index >= list->count) return false;
+    MemoryLock lock(list->blocks);
+    if (!lock) return false;
+    lock.As<Block>()[index] = block;
+    return true;
+}
+
+bool AppendBlock(BlockList* list, Block* block) {
+    if (!MakeRoom(list)) return false;
+    block->owner = list;
+    ++list->count;
+    if (PutBlock(list, *block, list->count - 1)) return true;
+    --list->count;
+    return false;
+}
+
+bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
+                 const char* path) {
+    if (!MakeRoom(list)) return false;
+    Block block;
+    if (ready)
+        block = *ready;
+    else if (!MakeDefaultBlock(owner, list, &block, kind, nullptr, path))
+        return false;
+    block.owner = list;
+
+    uint32_t index = std::min(*selection <= 0 ? 1u : static_cast<uint32_t>(*selection) + 1, list->count);
+    MemoryLock lock(list->blocks);
+    if (!lock) {
+        if (!ready) FreeBlock(&block);
+        return false;
+    }
+    auto* blocks = lock.As<Block>();
+    std::copy_backward(blocks + index, blocks + list->count, blocks + list->count + 1);
+    blocks[index] = block;
+    ++list->count;
+    for (uint32_t i = index; i < list->count; ++i) blocks[i].position = static_cast<uint16_t>(i);
+    *selection = static_cast<int>(index);
+    return true;
+}
+
+bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection) {
+    Block block;
+    if (*selection < 0 || !GetBlock(*list, &block, static_cast<uint32_t>(*selection))) {
+        ShowMessage(owner, LoadStr(IDS_BLOCK_ACCESS));
+        return false;
+    }
+    if (block.kind == kHeaderBlock) {
+        ShowMessage(owner, LoadStr(IDS_HEADER_FIXED));
+        return false;
+    }
+    MemoryLock lock(list->blocks);
+    if (!lock) {
+        ShowMessage(owner, LoadStr(IDS_BLOCK_ACCESS));
+        return false;
+    }
+    auto* blocks = lock.As<Block>();
+    auto index = static_cast<uint32_t>(*selection);
+    std::copy(blocks + index + 1, blocks + list->count, blocks + index);
+    --list->count;
+    for (uint32_t i = index; i < list->count; ++i) blocks[i].position = static_cast<uint16_t>(i);
+    if (index >= list->count) *selection = static_cast<int>(list->count) - 1;
+    FreeBlock(&block);
+    return true;
+}
+
+bool HasLoopBlock(const BlockList& list) {
+    return !ForEachBlock(list, [](const Block& block, uint32_t) { return block.kind != kLoopBlock; });
+}
+
+int FindHeader(const BlockList& list) {
+    int found = -1;
+    ForEachBlock(list, [&](const Block& block, uint32_t index) {
+        if (block.kind == kHeaderBlock) found = static_cast<int>(index);
+        return found < 0;
+    });
+    return found;
+}
+
+int FindGlobalPalette(const BlockList& list, RgbTriple* palette) {
+    int depth = 0;
+    ForEachBlock(list, [&](const Block& block, uint32_t) {
+        uint8_t packed = GetHeaderFields(block).packed;
+        if (block.kind != kHeaderBlock || !(packed & kHasPalette)) return true;
+        depth = DepthOfPacked(packed);
+        if (palette) memcpy(palette, block.palette, kPaletteBytes);
+        return false;
+    });
+    return depth;
+}
+
+bool RenumberBlocks(BlockList* list) {
+    return ForEachBlock(*list, [](Block& block, uint32_t index) {
+        block.position = static_cast<uint16_t>(index);
+        return true;
+    });
+}

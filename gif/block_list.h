@@ -1,0 +1,65 @@
+// The document: an ordered list of blocks that mirrors the GIF file, the header first.
+#pragma once
+
+#include <cstdint>
+
+#include "gif/block.h"
+#include "platform/window_handle.h"
+
+constexpr uint32_t kBlockListStep = 64;  // records by which the capacity grows
+
+struct BlockList {
+    MemoryHandle blocks;  // array of Block
+    uint32_t capacity;    // records that the array counts as holding
+    uint32_t count;       // records in use
+    uint16_t flags;       // cleared at creation, without further use
+};
+
+// Makes `list` an empty list with room for 64 blocks; what it held before is not released. False when memory runs out.
+[[nodiscard]] bool CreateBlockList(BlockList* list);
+
+// Releases every block and the list's own memory and zeroes the list. A zeroed list is allowed.
+void DestroyBlockList(BlockList* list);
+
+// Copies the record `index` out; the copy only borrows the block's handles. False when there is no such record.
+bool GetBlock(const BlockList& list, Block* block, uint32_t index);
+
+// Copies the record over record `index`, which must exist. Handles of the old record are not released.
+bool PutBlock(BlockList* list, const Block& block, uint32_t index);
+
+// Adds the record at the end and makes `list` its owner. False, with the list unchanged, when memory runs out.
+[[nodiscard]] bool AppendBlock(BlockList* list, Block* block);
+
+// Inserts a block right after the selected one (after the header when `*selection` is 0 or less) and selects it.
+// The block is `ready`, whose handles the list takes over, or, when that is null, a new default block of `kind`; for an
+// image it is read from the file at `path`. False, with nothing changed, when that fails.
+bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
+                 const char* path);
+
+// Deletes the selected block and releases it. `*selection` stays, or becomes the last block when it was deleted.
+// False when the block can't be read or is the header, which the user is told.
+bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection);
+
+bool HasLoopBlock(const BlockList& list);
+
+// Copies the palette of the first header that has one into `palette` (256 entries, or null for none) and returns its
+// bit depth (1 to 8), or 0 when there is none.
+int FindGlobalPalette(const BlockList& list, RgbTriple* palette);
+
+// Index of the first header block, or -1.
+int FindHeader(const BlockList& list);
+
+// Sets each block's `position` to its index. False when the list can't be accessed.
+bool RenumberBlocks(BlockList* list);
+
+// Calls visit(Block&, index) for every record in place, until it returns false. Records may be changed, not moved:
+// the list must not grow or shrink meanwhile. False when the list can't be accessed or `visit` stopped it.
+template <typename Visit>
+bool ForEachBlock(const BlockList& list, Visit visit) {
+    MemoryLock lock(list.blocks);
+    if (!lock) return list.count == 0;
+    auto* blocks = lock.As<Block>();
+    for (uint32_t i = 0; i < list.count; ++i)
+        if (!visit(blocks[i], i)) return false;
+    return true;
+}

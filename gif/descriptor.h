@@ -1,0 +1,68 @@
+// The descriptor bytes of each kind of block, as the GIF file holds them, and the fields in them.
+#pragma once
+
+#include <cstdint>
+
+#include "gif/block.h"
+
+// Packed byte of the header and of images.
+constexpr uint8_t kHasPalette = 0x80;      // a global (header) or local (image) colour table follows
+constexpr uint8_t kImageInterlaced = 0x40;
+constexpr uint8_t kHeaderSorted = 0x40;    // where this program keeps the header's sort flag
+constexpr uint8_t kSizeCode = 0x07;        // bit depth of the colours, less 1
+
+// Packed byte of control blocks.
+constexpr uint8_t kControlTransparent = 0x01;
+constexpr uint8_t kControlUserInput = 0x02;
+constexpr uint8_t kControlDisposal = 0x1C;
+constexpr int kControlDisposalShift = 2;
+
+// Bit depth that the low bits of a header's or an image's packed byte stand for: 1 to 8.
+constexpr int DepthOfPacked(uint8_t packed) {
+    return (packed & kSizeCode) + 1;
+}
+constexpr int ColoursOfPacked(uint8_t packed) {
+    return 1 << DepthOfPacked(packed);
+}
+
+struct HeaderFields {  // 13 bytes
+    uint16_t screenWidth, screenHeight;  // the signature before them stays in the descriptor
+    uint8_t packed, backgroundIndex, aspect;
+};
+struct ImageFields {  // 9 bytes
+    uint16_t left, top, width, height;
+    uint8_t packed;
+};
+struct ControlFields {  // 6 bytes: the size 4, these, the terminator 0
+    uint8_t packed;
+    uint16_t delay;  // hundredths of a second
+    uint8_t transparentIndex;
+};
+struct PlainTextFields {  // 13 bytes: the size 12, then these
+    uint16_t left, top, gridWidth, gridHeight;
+    uint8_t cellWidth, cellHeight, foregroundIndex, backgroundIndex;
+};
+
+constexpr int kHeaderDescriptorBytes = 13;
+constexpr int kImageDescriptorBytes = 9;
+constexpr int kControlDescriptorBytes = 6;
+constexpr int kPlainTextDescriptorBytes = 13;
+constexpr int kApplicationDescriptorBytes = 12;
+constexpr int kLoopDescriptorBytes = 17;
+constexpr int kSignatureBytes = 6;
+constexpr int kIdentifierOffset = 1;  // application blocks: 8 characters, then 3 of authentication code
+constexpr int kIdentifierBytes = 8;
+constexpr int kAuthenticationOffset = 9;
+constexpr int kAuthenticationBytes = 3;
+
+// Read the fields out of a block of the kind, and write them back. Writing leaves all other descriptor bytes alone.
+HeaderFields GetHeaderFields(const Block& block);
+void PutHeaderFields(Block* block, const HeaderFields& fields);
+ImageFields GetImageFields(const Block& block);
+void PutImageFields(Block* block, const ImageFields& fields);
+ControlFields GetControlFields(const Block& block);
+void PutControlFields(Block* block, const ControlFields& fields);
+PlainTextFields GetPlainTextFields(const Block& block);
+void PutPlainTextFields(Block* block, const PlainTextFields& fields);
+uint16_t GetLoopIterations(const Block& block);  // 0 stands for ever
+void PutLoopIterations(Block* block, uint16_t iterations);

@@ -1,0 +1,24 @@
+// Reading GIF files into block lists.
+#pragma once
+
+#include "gif/block_list.h"
+#include "platform/file.h"
+
+enum ReadResult {
+    kReadFailed = 0,  // the file can't be opened, is broken, or memory has run out
+    kReadDone = 1,
+    kReadNotGif = 2,  // no "GIF" signature at the start, nor behind a prefix of 128 bytes
+};
+
+// How a load ended, for callers that want to tell more than success.
+struct ReadReport {
+    bool reachedTrailer;  // false: the file ended, or the reader met a byte that starts no block
+    bool couldNotOpen;    // only with kReadFailed
+};
+
+// Reads the GIF file at `path` (UTF-8) into `list`, which must come fresh from CreateBlockList. After a failure `list`
+// may still hold the blocks read so far: the caller shows or destroys them. `report` may be null.
+ReadResult ReadGifFile(BlockList* list, const char* path, ReadReport* report = nullptr);
+
+// As ReadGifFile, from a file that is already open and stands at its start.
+ReadResult ReadGif(BlockList* list, File& file, ReadReport* report = nullptr);

@@ -1,0 +1,13 @@
+// Writing block lists as GIF89a files.
+#pragma once
+
+#include "gif/block_list.h"
+#include "platform/file.h"
+
+// Saves the document at `path` (UTF-8): header, blocks, the file-identity comment unless the document carries it
+// already, trailer. False on failure; the file is then removed, except when the document has no header, which is
+// noticed before the file is touched.
+[[nodiscard]] bool WriteGifFile(const BlockList& list, const char* path);
+
+// Whether some COMMENT block's text is exactly `text`.
+bool HasIdenticalComment(const BlockList& list, const char* text);

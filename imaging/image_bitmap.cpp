@@ -1,0 +1,132 @@
+#include "imaging/image_bitmap.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr uint32_t ColourTableEntries(int bitCount) {
+    return bitCount <= 8 ? 1u << bitCount : 0;
+}
+
+// The stored row and the column of a pixel, or false outside the bitmap.
+bool Locate(ConstLockedBitmap bitmap, int x, int y, const uint8_t** row) {
+    if (x < 0 || y < 0 || x >= bitmap->width || y >= bitmap->height) return false;
+    *row = ImageRow(bitmap, y);
+    return true;
+}
+
+}  // namespace
+
+int BitCountForDepth(int depth) {
+    if (depth == 1) return 1;
+    if (depth >= 2 && depth <= 4) return 4;
+    if (depth >= 5 && depth <= 8) return 8;
+    return 24;
+}
+
+MemoryHandle CreateImageBitmap(int width, int height, const RgbTriple* colours, int depth) {
+    if (width < 0 || height < 0 || width > 0xFFFF || height > 0xFFFF) return nullptr;
+    int bitCount = BitCountForDepth(depth);
+    uint32_t entries = ColourTableEntries(bitCount);
+    uint64_t imageBytes =
+        uint64_t{RowBytes(static_cast<uint32_t>(width), static_cast<uint32_t>(bitCount))} * static_cast<uint32_t>(height);
+    if (imageBytes > kMaxImageBytes) return nullptr;
+
+    OwnedMemory memory(AllocateMemory(sizeof(BitmapHeader) + entries * sizeof(RgbQuad) + imageBytes));
+    MemoryLock lock(memory.Get());
+    if (!lock) return nullptr;
+    auto* header = lock.As<BitmapHeader>();
+    header->size = sizeof(BitmapHeader);
+    header->width = width;
+    header->height = height;
+    header->planes = 1;
+    header->bitCount = static_cast<uint16_t>(bitCount);
+    header->imageBytes = static_cast<uint32_t>(imageBytes);
+    header->coloursUsed = header->coloursImportant = entries;
+    RgbQuad* table = ImageColourTable(header);
+    for (uint32_t i = 0; colours && i < entries; ++i) table[i] = {colours[i].blue, colours[i].green, colours[i].red, 0};
+    return memory.Release();
+}
+
+bool GetImageInfo(MemoryHandle image, int* width, int* height, int* bitCount, RgbTriple* palette) {
+    MemoryLock lock(image);
+    if (!lock) return false;
+    auto* bitmap = lock.As<const BitmapHeader>();
+    if (width) *width = bitmap->width;
+    if (height) *height = bitmap->height;
+    if (bitCount) *bitCount = bitmap->bitCount;
+    if (palette) GetImagePalette(bitmap, palette);
+    return true;
+}
+
+int GetImagePalette(ConstLockedBitmap bitmap, RgbTriple* palette) {
+    if (bitmap->bitCount > 8) return 1;
+    int entries = static_cast<int>(ColourTableEntries(bitmap->bitCount));
+    const RgbQuad* table = ImageColourTable(bitmap);
+    for (int i = 0; i < entries; ++i) palette[i] = {table[i].red, table[i].green, table[i].blue};
+    return entries;
+}
+
+uint32_t GetImagePixel(ConstLockedBitmap bitmap, int x, int y) {
+    const uint8_t* row;
+    if (!Locate(bitmap, x, y, &row)) return kNoPixel;
+    switch (bitmap->bitCount) {
+        case 1: return row[x / 8] >> (7 - x % 8) & 1;
+        case 4: return x % 2 ? row[x / 2] & 15 : row[x / 2] >> 4;
+        case 8: return row[x];
+        case 24: row += 3 * x; return static_cast<uint32_t>(row[0] << 16 | row[1] << 8 | row[2]);
+    }
+    return kNoPixel;
+}
+
+void SetImagePixel(LockedBitmap bitmap, int x, int y, uint32_t value) {
+    const uint8_t* found;
+    if (value == kNoPixel || !Locate(bitmap, x, y, &found)) return;
+    auto* row = const_cast<uint8_t*>(found);
+    switch (bitmap->bitCount) {
+        case 1: {
+            int mask = 0x80 >> x % 8;
+            row[x / 8] = static_cast<uint8_t>(value & 1 ? row[x / 8] | mask : row[x / 8] & ~mask);
+            break;
+        }
+        case 4: {
+            int shift = x % 2 ? 0 : 4;
+            row[x / 2] = static_cast<uint8_t>((row[x / 2] & 0xF0 >> shift) | (value & 15) << shift);
+            break;
+        }
+        case 8: row[x] = static_cast<uint8_t>(value); break;
+        case 24:
+            row[3 * x] = static_cast<uint8_t>(value >> 16);
+            row[3 * x + 1] = static_cast<uint8_t>(value >> 8);
+            row[3 * x + 2] = static_cast<uint8_t>(value);
+            break;
+    }
+}
+
+const RgbQuad* ImageColourTable(ConstLockedBitmap bitmap) {
+    return reinterpret_cast<const RgbQuad*>(bitmap + 1);
+}
+
+RgbQuad* ImageColourTable(LockedBitmap bitmap) {
+    return const_cast<RgbQuad*>(ImageColourTable(static_cast<ConstLockedBitmap>(bitmap)));
+}
+
+const uint8_t* ImagePixels(ConstLockedBitmap bitmap) {
+    return reinterpret_cast<const uint8_t*>(ImageColourTable(bitmap) + ColourTableEntries(bitmap->bitCount));
+}
+
+uint8_t* ImagePixels(LockedBitmap bitmap) {
+    return const_cast<uint8_t*>(ImagePixels(static_cast<ConstLockedBitmap>(bitmap)));
+}
+
+uint32_t ImageRowBytes(ConstLockedBitmap bitmap) {
+    return RowBytes(static_cast<uint32_t>(bitmap->width), bitmap->bitCount);
+}
+
+const uint8_t* ImageRow(ConstLockedBitmap bitmap, int y) {
+    return ImagePixels(bitmap) + size_t{ImageRowBytes(bitmap)} * static_cast<size_t>(bitmap->height - y - 1);
+}
+
+uint8_t* ImageRow(LockedBitmap bitmap, int y) {
+    return const_cast<uint8_t*>(ImageRow(static_cast<ConstLockedBitmap>(bitmap), y));
+}

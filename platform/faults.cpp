@@ -1,0 +1,3 @@
+#include "platform/faults.h"
+
+Faults faults;

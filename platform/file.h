@@ -1,0 +1,77 @@
+// Files read and written front to back, with seeking while reading. Buffered, so that single bytes are cheap.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+
+// One open file. Paths are UTF-8 on every system. Closed at the end of its scope.
+class File {
+public:
+    File() = default;
+    ~File();
+    File(const File&) = delete;
+    File& operator=(const File&) = delete;
+
+    // Opens an existing file (not a folder) for reading from its start. False when it can't be opened.
+    [[nodiscard]] bool OpenForReading(const char* path);
+
+    // Reads from `bytes` bytes at `content` as if they were a file. The caller keeps them alive and unchanged.
+    void OpenMemory(const void* content, size_t bytes);
+
+    // Creates the file at `path` for writing, emptying an existing one. False when it can't be created.
+    [[nodiscard]] bool Create(const char* path);
+
+    // Reads up to `bytes` bytes into `to`; returns how many came: fewer only at the end of the file or on an error.
+    size_t Read(void* to, size_t bytes);
+
+    // The next byte (0 to 255), or -1 at the end of the file or on a read error.
+    int ReadByte() { return next_ < filled_ ? window_[next_++] : ReadByteAfterFill(); }
+
+    // Where the next read starts, in bytes from the start of the file; may lie behind its end after a Seek.
+    uint64_t Position() const { return windowStart_ + next_; }
+    void Seek(uint64_t position);
+
+    // Appends `bytes` bytes. After the first failure (full disk, say) every later write fails too.
+    bool Write(const void* from, size_t bytes);
+
+    // Writes what is still buffered and closes. False when any write to this file has failed.
+    bool Close();
+
+    // Closes a file being created and deletes it, as nobody wants half a file. What is no ordinary file
+    // (a device, a pipe) is only closed.
+    void Discard();
+
+private:
+    static constexpr size_t kBufferBytes = 64 * 1024;
+    static constexpr intptr_t kClosed = -1;
+
+    bool AllocateBuffer();
+    int ReadByteAfterFill();
+    void Fill();
+    void FlushBuffer();
+
+    std::unique_ptr<uint8_t[]> buffer_;
+    std::unique_ptr<char[]> createdPath_;  // only for an ordinary file being written
+    intptr_t system_ = kClosed;            // the system's descriptor or handle
+    const uint8_t* content_ = nullptr;     // the whole "file" after OpenMemory
+    size_t contentBytes_ = 0;
+    const uint8_t* window_ = nullptr;      // what is being read: buffer_, or a stretch of content_
+    uint64_t windowStart_ = 0;             // file offset of window_[0]
+    uint64_t systemPosition_ = 0;          // file offset at which the system reads next
+    size_t next_ = 0;                      // index of the next byte to read in the window
+    size_t filled_ = 0;                    // bytes in the window, or waiting to be written
+    bool writing_ = false;
+    bool failed_ = false;
+};
+
+// The next byte of the file (0 to 255), or -1 at its end or on a read error.
+inline int ReadByte(File& file) {
+    return file.ReadByte();
+}
+
+// Writes one byte (0 to 255). Returns the value, or -1 when the write fails.
+int WriteByte(File& file, int value);
+
+// Puts the file at `from` in the place of the one at `to`, replacing it in one step. False on failure.
+bool MoveFileOver(const char* from, const char* to);

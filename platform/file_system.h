@@ -1,0 +1,18 @@
+// What file.cpp needs of the operating system. Nobody else includes this.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+constexpr intptr_t kNoSystemFile = -1;
+
+intptr_t SystemOpenForReading(const char* path);  // kNoSystemFile on failure, and for a folder
+intptr_t SystemCreate(const char* path, bool* isOrdinary);
+// Bytes read, 0 at the end of the file, negative on an error. The system may return less than asked for.
+ptrdiff_t SystemRead(intptr_t file, void* to, size_t bytes);
+// Bytes written (maybe fewer than asked for), or negative on an error.
+ptrdiff_t SystemWrite(intptr_t file, const void* from, size_t bytes);
+bool SystemSeek(intptr_t file, uint64_t position);
+bool SystemClose(intptr_t file);
+void SystemDelete(const char* path);
+bool SystemReplace(const char* from, const char* to);

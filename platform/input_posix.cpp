@@ -1,0 +1,7 @@
+#include "platform/input.h"
+
+bool TakeMousePress() {
+    return false;
+}
+
+void SoundBeep() {}

@@ -1,0 +1,68 @@
+#include "platform/text_encoding.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <iterator>
+
+namespace {
+
+// Code points of the bytes 0x80 to 0x9F; all others stand for themselves.
+constexpr uint16_t kHighControls[32] = {
+    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+    0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
+};
+
+void AppendUtf8(std::string* to, unsigned point) {
+    if (point < 0x80) {
+        *to += static_cast<char>(point);
+    } else if (point < 0x800) {
+        *to += static_cast<char>(0xC0 | point >> 6);
+        *to += static_cast<char>(0x80 | (point & 0x3F));
+    } else {
+        *to += static_cast<char>(0xE0 | point >> 12);
+        *to += static_cast<char>(0x80 | (point >> 6 & 0x3F));
+        *to += static_cast<char>(0x80 | (point & 0x3F));
+    }
+}
+
+constexpr unsigned kBroken = 0xFFFD;
+
+// Takes one character from the front of `text`; kBroken, with one byte taken, when it is no UTF-8.
+unsigned TakeUtf8(std::string_view* text) {
+    auto lead = static_cast<uint8_t>(text->front());
+    size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    unsigned point = length <= 1 ? lead : lead & (0x7Fu >> length);
+    bool broken = length == 0 || length > text->size();
+    for (size_t i = 1; !broken && i < length; ++i) {
+        auto next = static_cast<uint8_t>((*text)[i]);
+        broken = (next & 0xC0) != 0x80;
+        point = point << 6 | (next & 0x3F);
+    }
+    text->remove_prefix(broken ? 1 : length);
+    return broken ? kBroken : point;
+}
+
+char Byte1252(unsigned point) {
+    if (point < 0x80 || (point >= 0xA0 && point <= 0xFF)) return static_cast<char>(point);
+    auto* found = std::find(std::begin(kHighControls), std::end(kHighControls), point);
+    return found == std::end(kHighControls) ? '?' : static_cast<char>(0x80 + (found - kHighControls));
+}
+
+}  // namespace
+
+std::string Utf8FromWindows1252(std::string_view text) {
+    std::string utf8;
+    utf8.reserve(text.size());
+    for (char c : text) {
+        auto byte = static_cast<uint8_t>(c);
+        AppendUtf8(&utf8, byte >= 0x80 && byte < 0xA0 ? kHighControls[byte - 0x80] : byte);
+    }
+    return utf8;
+}
+
+std::string Windows1252FromUtf8(std::string_view text) {
+    std::string narrow;
+    narrow.reserve(text.size());
+    while (!text.empty()) narrow += Byte1252(TakeUtf8(&text));
+    return narrow;
+}

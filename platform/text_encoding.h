@@ -1,0 +1,11 @@
+// Text between Windows-1252, in which documents hold it, and UTF-8, in which the world outside does.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+// The five bytes without a character in Windows-1252 stand for the control characters of the same number.
+std::string Utf8FromWindows1252(std::string_view text);
+
+// Characters without a place in Windows-1252, and bytes that are no UTF-8, become "?".
+std::string Windows1252FromUtf8(std::string_view text);

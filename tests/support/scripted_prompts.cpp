@@ -1,0 +1,25 @@
+#include "tests/support/scripted_prompts.h"
+
+#include <cstring>
+
+#include "platform/prompts.h"
+
+ScriptedPrompts prompts;
+
+void ShowMessage(WindowHandle, const char* text) {
+    prompts.messages.emplace_back(text);
+}
+
+int AskYesNo(WindowHandle, const char* text) {
+    prompts.messages.emplace_back(text);
+    if (prompts.yesNoAnswers.empty()) return kAnswerNo;
+    int answer = prompts.yesNoAnswers.front();
+    prompts.yesNoAnswers.erase(prompts.yesNoAnswers.begin());
+    return answer;
+}
+
+bool AskForGifFile(WindowHandle, char* path) {
+    if (prompts.gifFile.empty() || prompts.gifFile.size() >= kPathBytes) return false;
+    strcpy(path, prompts.gifFile.c_str());
+    return true;
+}
