@@ -1,0 +1,3 @@
+#include "app/services/settings.h"
+
+Settings settings;
