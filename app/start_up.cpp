@@ -12,7 +12,6 @@
 #include "app/services/shell_objects.h"
 #include "app/settings_file.h"
 #include "app/shell_state.h"
-#include "imaging/dither.h"
 #include "resources/string_ids.h"
 
 namespace {
@@ -48,10 +47,12 @@ void DeleteShellObjects() {
     hListFont = nullptr;
 }
 
-void OpenMainWindow(int showCommand) {
+void PrepareMainWindow() {
     CreateMainWindow();
     SetChildFonts(hMainWindow, hListFont, false);
-    PlaceHelpWindow(hMainWindow);
+}
+
+void ShowMainWindow(int showCommand) {
     ShowWindow(hMainWindow, showCommand);
     UpdateWindow(hMainWindow);
     SetTitleText(hMainWindow, IDS_NO_FILE);
@@ -71,7 +72,9 @@ void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, 
     ReadDitherSettings();
     document = {};
     if (!previous) RegisterMainWindowClass();
-    OpenMainWindow(showCommand);
+    PrepareMainWindow();
+    PlaceHelpWindow(hMainWindow);
+    ShowMainWindow(showCommand);
     FindSettingsFolder();
     ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
     ReadRecentFiles(hMainWindow, settingsFolder);

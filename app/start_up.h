@@ -7,8 +7,11 @@
 void CreateShellObjects(HINSTANCE instance);
 void DeleteShellObjects();
 
-// Creates and shows the main window, without a document.
-void OpenMainWindow(int showCommand);
+// Creates the main window with its fonts, not yet shown.
+void PrepareMainWindow();
+
+// Shows the main window, without a document.
+void ShowMainWindow(int showCommand);
 
 // The part of a command line behind the program's name.
 const wchar_t* CommandLineArguments(const wchar_t* commandLine);

@@ -9,3 +9,10 @@ struct Settings {
     uint32_t fileMenuRange = 10;     // how many recent files are kept; 0: none
 };
 extern Settings settings;
+
+// How dithering is to weigh its picture; read at start from TELVAR.INI. No conversion makes use of it yet.
+struct DitherSettings {
+    uint32_t brightness = 20;
+    uint32_t contrast = 20;
+};
+extern DitherSettings ditherSettings;
