@@ -5,6 +5,7 @@
 #include "app/services/messages.h"
 #include "app/shell_state.h"
 #include "gif/block_list.h"
+#include "imaging/draw/viewer.h"
 #include "resources/string_ids.h"
 
 namespace {

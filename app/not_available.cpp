@@ -10,10 +10,6 @@ void TellNotAvailable(HWND owner) {
 
 }  // namespace
 
-void RunViewer(HWND owner, BlockList*) {
-    TellNotAvailable(owner);
-}
-
 int EditBlock(HWND mainWindow, BlockList* document, int index) {
     if (index < 0 || static_cast<uint32_t>(index) >= document->count) return 1;
     TellNotAvailable(mainWindow);
