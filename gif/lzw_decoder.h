@@ -5,7 +5,7 @@
 #include "platform/file.h"
 
 enum DecodeResult {
-    kDecodeCorrupt = 0,      // a code that can't occur
+    kDecodeCorrupt = 0,      // a code that can't occur, or a bitmap that can't be locked
     kDecodeDone = 1,         // the end code was met or the data ran out
     kDecodeBadCodeSize = 2,  // outside 2..8; nothing was decoded
     kDecodeNoMemory = 6,     // no work storage; nothing was decoded

@@ -8,7 +8,7 @@
 #include "platform/file_system.h"
 
 File::~File() {
-    Close();
+    Discard();
 }
 
 bool File::AllocateBuffer() {
@@ -18,7 +18,7 @@ bool File::AllocateBuffer() {
 }
 
 bool File::OpenForReading(const char* path) {
-    Close();
+    Discard();
     if (!AllocateBuffer()) return false;
     system_ = SystemOpenForReading(path);
     writing_ = failed_ = false;
@@ -28,25 +28,28 @@ bool File::OpenForReading(const char* path) {
 }
 
 void File::OpenMemory(const void* content, size_t bytes) {
-    Close();
+    Discard();
     content_ = window_ = static_cast<const uint8_t*>(content);
     contentBytes_ = filled_ = bytes;
     windowStart_ = 0;
 }
 
 bool File::Create(const char* path) {
-    Close();
-    size_t pathBytes = strlen(path) + 1;
-    std::unique_ptr<char[]> ownPath(new (std::nothrow) char[pathBytes]);
-    if (!ownPath || !AllocateBuffer()) return false;
-    memcpy(ownPath.get(), path, pathBytes);
+    Discard();
+    if (!AllocateBuffer()) return false;
     bool isOrdinary = false;
     system_ = SystemCreate(path, &isOrdinary);
     if (system_ == kClosed) return false;
-    if (isOrdinary) createdPath_ = std::move(ownPath);
+    if (isOrdinary) createdPath_ = path;
     writing_ = true;
     failed_ = false;
-    filled_ = 0;
+    return true;
+}
+
+bool File::CreateReplacement(const char* path) {
+    if (SystemIsSpecial(path)) return Create(path);
+    if (!Create((std::string(path) + ".zephyr-new").c_str())) return false;
+    replacedPath_ = path;
     return true;
 }
 
@@ -124,35 +127,32 @@ bool File::Write(const void* from, size_t bytes) {
 }
 
 bool File::Close() {
-    content_ = window_ = nullptr;
-    next_ = 0;
-    if (!writing_) filled_ = 0;
-    if (system_ == kClosed) return false;
-    if (writing_) FlushBuffer();
-    if (!SystemClose(system_)) failed_ = true;
-    system_ = kClosed;
-    createdPath_.reset();
-    buffer_.reset();
-    writing_ = false;
-    return !failed_;
+    bool wasOpen = system_ != kClosed;
+    if (wasOpen && writing_) FlushBuffer();
+    return CloseSystemFile() && wasOpen && !failed_;
 }
 
 void File::Discard() {
-    if (system_ == kClosed) return;
-    filled_ = 0;
-    SystemClose(system_);
+    failed_ = true;
+    CloseSystemFile();
+}
+
+// Forgets everything about the file but whether it failed. A created one that did goes, one that did not takes its place.
+bool File::CloseSystemFile() {
+    if (system_ != kClosed && !SystemClose(system_)) failed_ = true;
+    if (!failed_ && !replacedPath_.empty()) failed_ = !SystemReplace(createdPath_.c_str(), replacedPath_.c_str());
+    if (failed_ && !createdPath_.empty()) SystemDelete(createdPath_.c_str());
     system_ = kClosed;
-    if (createdPath_) SystemDelete(createdPath_.get());
-    createdPath_.reset();
+    createdPath_.clear();
+    replacedPath_.clear();
     buffer_.reset();
+    content_ = window_ = nullptr;
+    next_ = filled_ = 0;
     writing_ = false;
+    return !failed_;
 }
 
 int WriteByte(File& file, int value) {
     auto byte = static_cast<uint8_t>(value);
     return file.Write(&byte, 1) ? value : -1;
-}
-
-bool MoveFileOver(const char* from, const char* to) {
-    return SystemReplace(from, to);
 }

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 
-// One open file. Paths are UTF-8 on every system. Closed at the end of its scope.
+// One open file. Paths are UTF-8 on every system. At the end of its scope a file that is being read is closed; one that
+// was created and never closed is discarded.
 class File {
 public:
     File() = default;
@@ -22,6 +24,9 @@ public:
     // Creates the file at `path` for writing, emptying an existing one. False when it can't be created.
     [[nodiscard]] bool Create(const char* path);
 
+    // As Create, but what stands at `path` is replaced only by a successful Close. (A device is written to directly.)
+    [[nodiscard]] bool CreateReplacement(const char* path);
+
     // Reads up to `bytes` bytes into `to`; returns how many came: fewer only at the end of the file or on an error.
     size_t Read(void* to, size_t bytes);
 
@@ -35,11 +40,11 @@ public:
     // Appends `bytes` bytes. After the first failure (full disk, say) every later write fails too.
     bool Write(const void* from, size_t bytes);
 
-    // Writes what is still buffered and closes. False when any write to this file has failed.
+    // Writes what is still buffered and closes. False when any write to this file has failed; the file is then deleted.
     bool Close();
 
-    // Closes a file being created and deletes it, as nobody wants half a file. What is no ordinary file
-    // (a device, a pipe) is only closed.
+    // Closes a file that was created and deletes it, as nobody wants half a file. What is no ordinary file (a device, a
+    // pipe) is only closed.
     void Discard();
 
 private:
@@ -50,9 +55,11 @@ private:
     int ReadByteAfterFill();
     void Fill();
     void FlushBuffer();
+    bool CloseSystemFile();
 
     std::unique_ptr<uint8_t[]> buffer_;
-    std::unique_ptr<char[]> createdPath_;  // only for an ordinary file being written
+    std::string createdPath_;              // of an ordinary file being written; empty otherwise
+    std::string replacedPath_;             // where that file goes in the end, if elsewhere
     intptr_t system_ = kClosed;            // the system's descriptor or handle
     const uint8_t* content_ = nullptr;     // the whole "file" after OpenMemory
     size_t contentBytes_ = 0;
@@ -72,6 +79,3 @@ inline int ReadByte(File& file) {
 
 // Writes one byte (0 to 255). Returns the value, or -1 when the write fails.
 int WriteByte(File& file, int value);
-
-// Puts the file at `from` in the place of the one at `to`, replacing it in one step. False on failure.
-bool MoveFileOver(const char* from, const char* to);

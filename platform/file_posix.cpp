@@ -57,6 +57,11 @@ bool SystemClose(intptr_t file) {
     return close(static_cast<int>(file)) == 0;
 }
 
+bool SystemIsSpecial(const char* path) {
+    struct stat status;
+    return stat(path, &status) == 0 && !S_ISREG(status.st_mode);
+}
+
 void SystemDelete(const char* path) {
     unlink(path);
 }

@@ -14,5 +14,6 @@ ptrdiff_t SystemRead(intptr_t file, void* to, size_t bytes);
 ptrdiff_t SystemWrite(intptr_t file, const void* from, size_t bytes);
 bool SystemSeek(intptr_t file, uint64_t position);
 bool SystemClose(intptr_t file);
+bool SystemIsSpecial(const char* path);  // something stands there that is no ordinary file
 void SystemDelete(const char* path);
 bool SystemReplace(const char* from, const char* to);

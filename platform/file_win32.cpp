@@ -54,6 +54,11 @@ bool SystemClose(intptr_t file) {
     return CloseHandle(HandleOf(file)) != 0;
 }
 
+bool SystemIsSpecial(const char* path) {
+    DWORD attributes = GetFileAttributesW(WideFromUtf8(path).c_str());
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0;
+}
+
 void SystemDelete(const char* path) {
     DeleteFileW(WideFromUtf8(path).c_str());
 }

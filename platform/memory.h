@@ -4,6 +4,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 
 using MemoryHandle = void*;  // null means "none"
 
@@ -72,3 +74,13 @@ public:
 private:
     MemoryHandle memory_;
 };
+
+// Working memory for the length of one call: `bytes` bytes of unknown content, or null when they can't be had.
+[[nodiscard]] std::unique_ptr<uint8_t[]> AllocateScratch(uint64_t bytes);
+
+// The same for one object that is too large for the stack; its constructor must not throw.
+bool ScratchMayBeHad();  // false when a test wants memory to be exhausted
+template <typename T>
+[[nodiscard]] std::unique_ptr<T> AllocateScratchObject() {
+    return std::unique_ptr<T>(ScratchMayBeHad() ? new (std::nothrow) T : nullptr);
+}

@@ -1,0 +1,39 @@
+#include "cli/bmp_file.h"
+
+#include "cli/document.h"
+#include "imaging/image_bitmap.h"
+#include "platform/bytes.h"
+#include "platform/file.h"
+
+namespace {
+
+constexpr size_t kBmpHeaderBytes = 14;
+
+void PutDoubleWord(uint8_t* to, uint32_t value) {
+    PutWord(to, value);
+    PutWord(to + 2, value >> 16);
+}
+
+bool WriteBmp(File& file, ConstLockedBitmap bitmap) {
+    auto pixelStart = static_cast<uint32_t>(ImagePixels(bitmap) - reinterpret_cast<const uint8_t*>(bitmap));
+    uint32_t bitmapBytes = pixelStart + bitmap->imageBytes;
+    uint8_t header[kBmpHeaderBytes] = {'B', 'M'};
+    PutDoubleWord(header + 2, kBmpHeaderBytes + bitmapBytes);
+    PutDoubleWord(header + 10, kBmpHeaderBytes + pixelStart);
+    return file.Write(header, sizeof header) && file.Write(bitmap, bitmapBytes);
+}
+
+}  // namespace
+
+bool WriteBmpFile(MemoryHandle image, const std::string& path) {
+    MemoryLock lock(image);
+    if (!lock) {
+        Complain(path, "out of memory");
+        return false;
+    }
+    auto* bitmap = lock.As<const BitmapHeader>();
+    File file;
+    if (file.CreateReplacement(path.c_str()) && WriteBmp(file, bitmap) && file.Close()) return true;
+    Complain(path, "can't be written");
+    return false;
+}

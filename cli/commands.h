@@ -1,0 +1,20 @@
+// The commands of the zephyr program.
+#pragma once
+
+#include <string>
+#include <vector>
+
+constexpr int kExitDone = 0;
+constexpr int kExitFailed = 1;
+constexpr int kExitUsage = 2;
+
+// The words behind a command's name.
+using Words = std::vector<std::string>;
+
+// Each runs one command and returns the program's exit status. Results go to standard output, messages to standard error.
+int RunList(const Words& words);
+int RunSave(const Words& words);
+int RunExtract(const Words& words);
+
+// The whole program: `words` without the program's own name.
+int RunZephyr(const Words& words);

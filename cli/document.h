@@ -1,0 +1,27 @@
+// A document opened by a command.
+#pragma once
+
+#include <string>
+
+#include "gif/gif_reader.h"
+
+// The blocks of one file, released at the end of the scope.
+class Document {
+public:
+    Document() = default;
+    ~Document() { DestroyBlockList(&list); }
+    Document(const Document&) = delete;
+    Document& operator=(const Document&) = delete;
+
+    // Reads the file; what was read before a failure stays in `list`. A failure is reported on standard error, as is a
+    // file that goes on behind the point where the reader stopped.
+    ReadResult Open(const std::string& path);
+
+    BlockList list = {};
+};
+
+// Writes the document to `path`, the screen fitted to its images. A failure is reported on standard error.
+bool SaveDocument(BlockList* list, const std::string& path);
+
+// Prints "zephyr: <path>: <what>" on standard error.
+void Complain(const std::string& path, const std::string& what);

@@ -1,0 +1,17 @@
+// zephyr extract: the picture of one image block.
+#include "cli/bmp_file.h"
+#include "cli/commands.h"
+#include "cli/image_block.h"
+#include "cli/options.h"
+#include "cli/usage.h"
+
+int RunExtract(const Words& words) {
+    Options options(words, {}, {});
+    if (!options.Error().empty()) return WrongUsage("extract", options.Error());
+    const Words& operands = options.Operands();
+    if (operands.size() != 3) return WrongUsage("extract", "give FILE, INDEX and OUT.bmp");
+    Document document;
+    Block image;
+    if (!OpenImageBlock(operands[0], operands[1], &document, &image)) return kExitFailed;
+    return WriteBmpFile(image.data, operands[2]) ? kExitDone : kExitFailed;
+}

@@ -1,0 +1,100 @@
+// zephyr list: the blocks of a document, as lines or as JSON.
+#include <algorithm>
+#include <cstdio>
+
+#include "cli/commands.h"
+#include "cli/document.h"
+#include "cli/json.h"
+#include "cli/options.h"
+#include "cli/usage.h"
+#include "gif/block_line.h"
+#include "platform/text_encoding.h"
+
+namespace {
+
+std::string LineOf(const Block& block) {
+    char text[kBlockLineBytes];
+    FormatBlockLine(text, block);
+    std::string line = text;
+    line.erase(std::remove(line.begin(), line.end(), kBlockLineSeparator), line.end());
+    return Utf8FromWindows1252(line);
+}
+
+std::string KindNameOf(const Block& block) {
+    char name[kBlockLineBytes];
+    FormatKindName(name, block.kind);
+    return name;
+}
+
+bool HasText(const Block& block) {
+    return block.kind == kPlainTextBlock || block.kind == kApplicationBlock || block.kind == kCommentBlock ||
+           block.kind == kBlockNamesBlock;
+}
+
+std::string DataField(const Block& block) {
+    MemoryLock lock(block.data);
+    return ", \"data\": " + JsonHex(lock.Bytes(), lock ? block.dataLength : 0);
+}
+
+std::string PaletteField(const Block& block) {
+    auto* bytes = reinterpret_cast<const uint8_t*>(block.palette);
+    bool isEmpty = std::all_of(bytes, bytes + kPaletteBytes, [](uint8_t byte) { return byte == 0; });
+    return isEmpty ? "" : ", \"palette\": " + JsonHex(bytes, kPaletteBytes);
+}
+
+std::string NameField(const Block& block) {
+    char name[kNameBytes];
+    return GetBlockName(name, block) ? ", \"name\": " + JsonText(Utf8FromWindows1252(name)) : "";
+}
+
+std::string ImageField(const Block& block) {
+    int width, height, bitCount;
+    if (!GetImageInfo(block.data, &width, &height, &bitCount, nullptr)) return "";
+    return ", \"image\": {\"width\": " + std::to_string(width) + ", \"height\": " + std::to_string(height) +
+           ", \"bitCount\": " + std::to_string(bitCount) + "}";
+}
+
+std::string JsonOf(const Block& block) {
+    std::string json = "{\"position\": " + std::to_string(block.position) + ", \"kind\": " + std::to_string(block.kind);
+    json += ", \"kindName\": " + JsonText(KindNameOf(block));
+    json += ", \"line\": " + JsonText(LineOf(block));
+    json += ", \"descriptor\": " + JsonHex(block.descriptor, kDescriptorBytes);
+    json += ", \"dataLength\": " + std::to_string(HasText(block) ? block.dataLength : 0);
+    if (HasText(block)) json += DataField(block);
+    json += PaletteField(block) + NameField(block);
+    if (block.kind == kImageBlock) json += ImageField(block);
+    return json + "}";
+}
+
+void PrintLines(const BlockList& list) {
+    ForEachBlock(list, [](const Block& block, uint32_t) {
+        puts(LineOf(block).c_str());
+        return true;
+    });
+}
+
+void PrintJson(const BlockList& list, ReadResult result) {
+    printf("{\"result\": %d, \"blocks\": [", static_cast<int>(result));
+    ForEachBlock(list, [](const Block& block, uint32_t index) {
+        printf("%s%s", index ? ", " : "", JsonOf(block).c_str());
+        return true;
+    });
+    puts("]}");
+}
+
+}  // namespace
+
+int RunList(const Words& words) {
+    Options options(words, {"--json"}, {});
+    if (!options.Error().empty()) return WrongUsage("list", options.Error());
+    if (options.Operands().size() != 1) return WrongUsage("list", "give one FILE");
+    Document document;
+    ReadResult result = document.Open(options.Operands()[0]);
+    // A load that failed did not get as far as numbering its blocks.
+    if (result != kReadDone) RenumberBlocks(&document.list);
+    if (options.Has("--json"))
+        PrintJson(document.list, result);
+    else
+        PrintLines(document.list);
+    return FlushOutput() && result == kReadDone ? kExitDone : kExitFailed;
+}

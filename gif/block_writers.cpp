@@ -1,0 +1,66 @@
+#include "gif/block_writers.h"
+
+#include <cstring>
+
+#include "gif/descriptor.h"
+#include "gif/extension_reader.h"
+#include "gif/lzw_encoder.h"
+
+namespace {
+
+// The text in sub-blocks of 255 bytes, a last one of what is left, and the terminator. What is left may be nothing:
+// then two zero bytes stand there, of which readers take the first for the terminator.
+bool WriteSubBlocks(File& file, const uint8_t* text, uint32_t left) {
+    constexpr uint32_t kLongest = 255;
+    for (; left >= kLongest; left -= kLongest, text += kLongest)
+        if (WriteByte(file, kLongest) < 0 || !file.Write(text, kLongest)) return false;
+    return WriteByte(file, static_cast<int>(left)) >= 0 && file.Write(text, left) && WriteByte(file, 0) >= 0;
+}
+
+// The introducer, the label and the fixed part of an extension.
+bool WriteExtension(File& file, int label, const uint8_t* fixed, size_t fixedBytes) {
+    return WriteByte(file, kExtensionIntroducer) >= 0 && WriteByte(file, label) >= 0 && file.Write(fixed, fixedBytes);
+}
+
+bool WriteTextExtension(File& file, int label, const Block& block, size_t fixedBytes) {
+    if (!block.data) return true;
+    MemoryLock lock(block.data);
+    return lock && WriteExtension(file, label, block.descriptor, fixedBytes) &&
+           WriteSubBlocks(file, lock.Bytes(), block.dataLength);
+}
+
+}  // namespace
+
+bool WritePalette(File& file, const Block& block, uint8_t packed) {
+    if (!(packed & kHasPalette)) return true;
+    return file.Write(block.palette, 3 * static_cast<size_t>(ColoursOfPacked(packed)));
+}
+
+bool WriteImageBlock(File& file, const Block& block) {
+    return WriteByte(file, kImageIntroducer) >= 0 && file.Write(block.descriptor, kImageDescriptorBytes) &&
+           WritePalette(file, block, GetImageFields(block).packed) && EncodeImageData(file, block);
+}
+
+bool WriteControlBlock(File& file, const Block& block) {
+    return WriteExtension(file, kControlLabel, block.descriptor, kControlDescriptorBytes);
+}
+
+bool WritePlainTextBlock(File& file, const Block& block) {
+    return WriteTextExtension(file, kPlainTextLabel, block, kPlainTextDescriptorBytes);
+}
+
+bool WriteApplicationBlock(File& file, const Block& block) {
+    return WriteTextExtension(file, kApplicationLabel, block, kApplicationDescriptorBytes);
+}
+
+bool WriteCommentBlock(File& file, const Block& block) {
+    return WriteTextExtension(file, kCommentLabel, block, 0);
+}
+
+bool WriteLoopBlock(File& file, const Block& block) {
+    return WriteExtension(file, kApplicationLabel, block.descriptor, kLoopDescriptorBytes);
+}
+
+bool WriteUnknownBlock(File& file, const Block& block) {
+    return WriteTextExtension(file, block.descriptor[0], block, 0);
+}

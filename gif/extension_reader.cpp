@@ -1,0 +1,64 @@
+#include "gif/extension_reader.h"
+
+#include <cstring>
+
+#include "gif/descriptor.h"
+#include "gif/sub_blocks.h"
+#include "gif/text_reader.h"
+
+namespace {
+
+bool ReadDescriptor(File& file, Block* block, size_t bytes) {
+    return file.Read(block->descriptor, bytes) == bytes;
+}
+
+bool IsApplication(const Block& block, const char* identifierAndCode) {
+    return memcmp(block.descriptor + kIdentifierOffset, identifierAndCode, kIdentifierBytes + kAuthenticationBytes) == 0;
+}
+
+bool ReadApplication(Block* block, File& file) {
+    uint64_t start = file.Position();
+    if (!ReadDescriptor(file, block, kApplicationDescriptorBytes)) return false;
+    if (IsApplication(*block, "NETSCAPE2.0")) {
+        block->kind = kLoopBlock;
+        file.Seek(start);
+        return ReadDescriptor(file, block, kLoopDescriptorBytes);
+    }
+    if (IsApplication(*block, "KELMORnb1.0")) {
+        block->kind = kBlockNamesBlock;
+        return ReadText(file, block);
+    }
+    block->kind = kApplicationBlock;
+    return block->descriptor[0] <= kApplicationDescriptorBytes || ReadText(file, block);
+}
+
+}  // namespace
+
+bool ReadExtension(Block* block, File& file) {
+    switch (ReadByte(file)) {
+        case kPlainTextLabel:
+            block->kind = kPlainTextBlock;
+            return ReadDescriptor(file, block, kPlainTextDescriptorBytes) && ReadText(file, block);
+        case kControlLabel:
+            block->kind = kControlBlock;
+            return ReadDescriptor(file, block, kControlDescriptorBytes);
+        case kCommentLabel:
+            block->kind = kCommentBlock;
+            return ReadComment(file, block);
+        case kApplicationLabel: return ReadApplication(block, file);
+        default: return false;
+    }
+}
+
+void SkipExtension(File& file) {
+    switch (ReadByte(file)) {
+        case kPlainTextLabel:
+            file.Seek(file.Position() + kPlainTextDescriptorBytes);
+            return SkipSubBlocks(file);
+        case kControlLabel: return file.Seek(file.Position() + kControlDescriptorBytes);
+        case kApplicationLabel:
+            file.Seek(file.Position() + kApplicationDescriptorBytes);
+            return SkipSubBlocks(file);
+        default: return SkipSubBlocks(file);
+    }
+}

@@ -1,0 +1,67 @@
+#include "gif/gif_reader.h"
+
+#include "gif/block_names.h"
+#include "gif/extension_reader.h"
+#include "gif/gif_header.h"
+#include "gif/sub_blocks.h"
+
+namespace {
+
+// Appends the block, or releases it when it was not read well or there is no room.
+bool Keep(BlockList* list, Block* block, bool wasRead) {
+    if (wasRead && AppendBlock(list, block)) return true;
+    FreeBlock(block);
+    return false;
+}
+
+bool ReadAndKeepImage(BlockList* list, File& file) {
+    RgbTriples globalPalette;
+    int globalDepth = FindGlobalPalette(*list, globalPalette);
+    Block block = {};
+    if (!Keep(list, &block, ReadImage(file, &block, globalPalette, globalDepth))) return false;
+    SkipSubBlocks(file);
+    return true;
+}
+
+bool ReadAndKeepExtension(BlockList* list, File& file) {
+    Block block = {};
+    return Keep(list, &block, ReadExtension(&block, file));
+}
+
+// Reads blocks until something else comes: the trailer, the end of the file, or a byte that starts no block.
+bool ReadBlocks(BlockList* list, File& file, ReadReport* report) {
+    for (;;) {
+        int introducer = ReadByte(file);
+        report->reachedTrailer = introducer == kTrailer;
+        if (introducer == kImageIntroducer) {
+            if (!ReadAndKeepImage(list, file)) return false;
+        } else if (introducer == kExtensionIntroducer) {
+            if (!ReadAndKeepExtension(list, file)) return false;
+        } else {
+            return true;
+        }
+    }
+}
+
+}  // namespace
+
+ReadResult ReadGif(BlockList* list, File& file, ReadReport* report) {
+    ReadReport unwanted;
+    if (!report) report = &unwanted;
+    *report = {};
+    Block header = {};
+    HeaderResult result = ReadGifHeader(file, &header);
+    if (result == kHeaderNotGif) return kReadNotGif;
+    if (!Keep(list, &header, result == kHeaderRead)) return kReadFailed;
+    if (!ReadBlocks(list, file, report)) return kReadFailed;
+    RenumberBlocks(list);
+    ApplyBlockNames(list);
+    return kReadDone;
+}
+
+ReadResult ReadGifFile(BlockList* list, const char* path, ReadReport* report) {
+    File file;
+    if (file.OpenForReading(path)) return ReadGif(list, file, report);
+    if (report) *report = {false, true};
+    return kReadFailed;
+}

@@ -1,0 +1,32 @@
+// The order in which the rows of an image follow each other in its data.
+#pragma once
+
+// Walks over the rows of an image. Plain images go 0, 1, 2 ... for ever. Interlaced ones go by eights from row 0, by
+// eights from 4, by fours from 2, by twos from 1, and then stay at row 0, which takes what a file holds too much.
+// The first row of a pass is not tested against the height: an image of 2 to 4 rows meets rows that it does not have.
+class RowWalk {
+public:
+    RowWalk(int height, bool interlaced) : height_(height), interlaced_(interlaced) {}
+
+    // The current row, counted from the top. May lie at or beyond the image's height.
+    int Row() const { return row_; }
+
+    void Advance() {
+        if (!interlaced_) {
+            ++row_;
+        } else if ((row_ += kSteps[pass_]) >= height_) {
+            if (pass_ < kLastPass) ++pass_;
+            row_ = kFirstRows[pass_];
+        }
+    }
+
+private:
+    static constexpr int kLastPass = 4;
+    static constexpr int kSteps[kLastPass + 1] = {8, 8, 4, 2, 0};
+    static constexpr int kFirstRows[kLastPass + 1] = {0, 4, 2, 1, 0};
+
+    int height_;
+    bool interlaced_;
+    int row_ = 0;
+    int pass_ = 0;
+};

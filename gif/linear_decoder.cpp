@@ -1,0 +1,107 @@
+#include "gif/linear_decoder.h"
+
+#include <cstring>
+
+#include "gif/sub_blocks.h"
+
+namespace {
+
+struct Entry {
+    uint32_t at;  // where the string stands, counted from the literals
+    uint32_t length;
+};
+
+uint64_t Load64(const uint8_t* from) {
+    uint64_t value;
+    memcpy(&value, from, sizeof value);  // the machines we run on are little-endian, as the codes are
+    return value;
+}
+
+constexpr unsigned kStep = 16;  // bytes that one copy moves at least
+
+inline void CopyStep(uint8_t* to, const uint8_t* from) {
+    memcpy(to, from, kStep);
+}
+
+}  // namespace
+
+bool LinearDecoder::Prepare(uint64_t room) {
+    memory_ = AllocateScratch(kLiterals + room + kSlack);
+    room_ = room;
+    if (memory_)
+        for (unsigned i = 0; i < kLiterals; ++i) memory_[i] = static_cast<uint8_t>(i);
+    return memory_ != nullptr;
+}
+
+LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize) {
+    const unsigned clearCode = 1u << codeSize;
+    const unsigned startWidth = static_cast<unsigned>(codeSize) + 1;
+    uint8_t* const base = memory_.get();
+    uint8_t* const first = base + kLiterals;
+    uint8_t* const limit = first + room_;
+    uint8_t* out = first;
+    CodeStream stream(file);
+    CodeStream::Bits in;
+    Entry table[kMostCodes + 1];  // one more to write to when it is full
+    for (unsigned i = 0; i < clearCode; ++i) table[i] = {i, 1};
+
+    unsigned width = startWidth;
+    unsigned top = 1u << width;
+    unsigned next = clearCode + 2;
+    Entry previous = {0, 0};  // where the last string was written; length 0 right after a clear
+    Outcome outcome = kDone;
+    for (;;) {
+        if (in.count < kMostCodeBits) {
+            if (in.end - in.next < 8) in = stream.Fetch(in);
+            if (in.end - in.next >= 8) {
+                in.bits |= Load64(in.next) << in.count;
+                in.next += (63 - in.count) >> 3;
+                in.count |= 56;
+            }
+        }
+        unsigned code;
+        if (in.count >= width) {
+            code = static_cast<unsigned>(in.bits) & ((1u << width) - 1);
+            in.bits >>= width;
+            in.count -= width;
+        } else if (!TakeCode(stream, &in, width, &code)) {
+            break;
+        }
+
+        if ((code & ~1u) == clearCode) {
+            if (code != clearCode) break;
+            width = startWidth;
+            top = 1u << width;
+            next = clearCode + 2;
+            previous.length = 0;
+            continue;
+        }
+        if (code > next || (code == next && previous.length == 0)) {
+            outcome = kCorrupt;
+            break;
+        }
+        if (out >= limit) {
+            outcome = kSurplus;
+            break;
+        }
+        // The string that the last code and this one add to the dictionary: it ends with the pixel written next.
+        table[next] = {previous.at, previous.length + 1};
+        Entry entry = table[code];
+        const uint8_t* from = base + entry.at;
+        CopyStep(out, from);
+        for (unsigned done = kStep; done < entry.length; done += kStep) CopyStep(out + done, from + done);
+        if (code == next) out[entry.length - 1] = *out;
+        if (previous.length && next < kMostCodes && ++next == top && width < kMostCodeBits) {
+            ++width;
+            top <<= 1;
+        }
+        previous = {static_cast<uint32_t>(out - base), entry.length};
+        out += entry.length;
+    }
+    if (out > limit) {
+        outcome = kSurplus;
+        out = limit;
+    }
+    count_ = static_cast<uint64_t>(out - first);
+    return outcome;
+}

@@ -1,0 +1,28 @@
+#include "gif/sub_blocks.h"
+
+#include <cstring>
+
+void SkipSubBlocks(File& file) {
+    int length;
+    while ((length = ReadByte(file)) > 0) file.Seek(file.Position() + static_cast<unsigned>(length));
+}
+
+CodeStream::Bits CodeStream::Fetch(Bits at) {
+    constexpr size_t kLongest = 255;
+    auto filled = static_cast<size_t>(at.end - at.next);
+    if (filled) memmove(buffer_, at.next, filled);
+    while (!ended_ && filled + kLongest <= kBufferBytes) {
+        uint64_t here = file_.Position();
+        int length = ReadByte(file_);
+        auto wanted = static_cast<size_t>(length);
+        if (length > 0 && file_.Read(buffer_ + filled, wanted) == wanted) {
+            filled += wanted;
+        } else {
+            ended_ = true;
+            if (length == 0) file_.Seek(here);  // the empty sub-block is left for whoever looks for the chain's end
+        }
+    }
+    at.next = buffer_;
+    at.end = buffer_ + filled;
+    return at;
+}
