@@ -76,7 +76,8 @@ INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wPar
         case WM_CTLCOLORBTN:
         case WM_CTLCOLORDLG:
         case WM_CTLCOLORSTATIC:
-            return reinterpret_cast<INT_PTR>(ControlColour(dialog, reinterpret_cast<HDC>(wParam)));
+            return reinterpret_cast<INT_PTR>(
+                ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
     }
     return kind.onMessage ? kind.onMessage(dialog, message, wParam, lParam) : FALSE;
 }

@@ -15,8 +15,8 @@ INT_PTR TakeComment(HWND dialog) {
     return 1;
 }
 
-constexpr DialogKind kCommentDialog = {L"EditCommentBox", "KLMComment", ShowComment, TakeComment,
-                                       0,                 nullptr,      nullptr,     nullptr};
+constexpr DialogKind kCommentDialog = {L"EditCommentBox", "KLMComment", ShowComment, TakeComment, 0,
+                                       nullptr,           nullptr,      nullptr};
 
 }  // namespace
 

@@ -29,10 +29,8 @@ bool FindImage(const Block& block, Block* image) {
     return FindNextImage(*block.owner, block.position, image);
 }
 
-constexpr PaletteButtons kButtons = {{{IDC_COLOUR, TransparentIndex, SetTransparentIndex}},
-                                     BorrowedColourCount,
-                                     {IDC_EYEDROPPER},
-                                     FindImage};
+constexpr PaletteButtons kButtons = {
+    {{IDC_COLOUR, TransparentIndex, SetTransparentIndex}}, BorrowedColourCount, {IDC_EYEDROPPER}, FindImage};
 
 bool IsTransparent(const Block& block) {
     return (GetControlFields(block).packed & kControlTransparent) != 0;
@@ -88,7 +86,7 @@ bool OnControlCommand(HWND dialog, int id, int notification) {
     return true;
 }
 
-constexpr DialogKind kControlDialog = {L"EditControlBox", "KLMControl", ShowControl,      TakeControl, 0,
+constexpr DialogKind kControlDialog = {L"EditControlBox", "KLMControl",     ShowControl, TakeControl, 0,
                                        &kButtons,         OnControlCommand, nullptr};
 
 }  // namespace

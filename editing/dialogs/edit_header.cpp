@@ -82,7 +82,7 @@ bool OnHeaderCommand(HWND dialog, int id, int notification) {
     return true;
 }
 
-constexpr DialogKind kHeaderDialog = {L"EditHeaderBox", "KLMHeader", ShowHeader,      TakeHeader, 0,
+constexpr DialogKind kHeaderDialog = {L"EditHeaderBox", "KLMHeader",     ShowHeader, TakeHeader, 0,
                                       &kButtons,        OnHeaderCommand, nullptr};
 
 }  // namespace

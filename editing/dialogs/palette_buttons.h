@@ -8,8 +8,8 @@
 #include "platform/windows_api.h"
 
 struct ColourButton {
-    int id;                                    // 0: none
-    uint8_t (*index)(const Block& block);      // the palette index it stands for
+    int id;                                // 0: none
+    uint8_t (*index)(const Block& block);  // the palette index it stands for
     void (*store)(Block* block, uint8_t index);
 };
 
@@ -17,9 +17,9 @@ constexpr int kColourButtons = 2;
 
 struct PaletteButtons {
     ColourButton colours[kColourButtons];
-    uint32_t (*colourCount)(const Block& block);             // how many entries of its palette can be chosen
-    int eyedroppers[kColourButtons];                         // ids; each serves the colour button of its place
-    bool (*findImage)(const Block& block, Block* image);     // the image that the eyedroppers show
+    uint32_t (*colourCount)(const Block& block);          // how many entries of its palette can be chosen
+    int eyedroppers[kColourButtons];                      // ids; each serves the colour button of its place
+    bool (*findImage)(const Block& block, Block* image);  // the image that the eyedroppers show
 };
 
 // Shows the indexes as the texts of the colour buttons and draws them afresh.

@@ -32,8 +32,7 @@ private:
 
 // The colours that the image is seen in; false when neither it nor its document brings any, and its bitmap's count.
 bool FindColours(const Block& image, RgbTriple* palette) {
-    if (!(GetImageFields(image).packed & kHasPalette))
-        return image.owner && GetGlobalPalette(*image.owner, palette);
+    if (!(GetImageFields(image).packed & kHasPalette)) return image.owner && GetGlobalPalette(*image.owner, palette);
     for (int i = 0; i < kPaletteEntries; ++i) palette[i] = image.palette[i];
     return true;
 }

@@ -59,8 +59,8 @@ INT_PTR OnGridMessage(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
     return FALSE;
 }
 
-constexpr DialogKind kColourPicker = {L"SelectColourBox", nullptr, ShowGrid,     nullptr, 0,
-                                      nullptr,            nullptr, OnGridMessage};
+constexpr DialogKind kColourPicker = {L"SelectColourBox", nullptr, ShowGrid, nullptr, 0, nullptr, nullptr,
+                                      OnGridMessage};
 
 }  // namespace
 
