@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "editing/palette_match.h"
 #include "platform/prompts.h"
 
 ScriptedPrompts prompts;
@@ -22,4 +23,11 @@ bool AskForGifFile(WindowHandle, char* path) {
     if (prompts.gifFile.empty() || prompts.gifFile.size() >= kPathBytes) return false;
     strcpy(path, prompts.gifFile.c_str());
     return true;
+}
+
+int RunPaletteDialog(WindowHandle, const Block&) {
+    if (prompts.paletteChoices.empty()) return kPaletteCancel;
+    int choice = prompts.paletteChoices.front();
+    prompts.paletteChoices.erase(prompts.paletteChoices.begin());
+    return choice;
 }

@@ -1,0 +1,31 @@
+#include "app/not_available.h"
+
+#include "app/services/messages.h"
+
+namespace {
+
+void TellNotAvailable(HWND owner) {
+    MessageBox(owner, "This command is not available yet.");
+}
+
+}  // namespace
+
+void RunViewer(HWND owner, BlockList*) {
+    TellNotAvailable(owner);
+}
+
+int EditBlock(HWND mainWindow, BlockList* document, int index) {
+    if (index < 0 || static_cast<uint32_t>(index) >= document->count) return 1;
+    TellNotAvailable(mainWindow);
+    return 2;
+}
+
+int ChooseInsertKind(HWND mainWindow, BlockList*) {
+    TellNotAvailable(mainWindow);
+    return 0;
+}
+
+int RunAnimationWizard(HWND mainWindow, BlockList*) {
+    TellNotAvailable(mainWindow);
+    return 0;
+}

@@ -1,0 +1,10 @@
+// Commands whose windows are still to come.
+#pragma once
+
+#include "gif/block_list.h"
+#include "platform/windows_api.h"
+
+void RunViewer(HWND owner, BlockList* list);
+int EditBlock(HWND mainWindow, BlockList* document, int index);
+int ChooseInsertKind(HWND mainWindow, BlockList* document);
+int RunAnimationWizard(HWND mainWindow, BlockList* document);

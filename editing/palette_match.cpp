@@ -1,0 +1,73 @@
+#include "editing/palette_match.h"
+
+#include <cstring>
+
+#include "gif/descriptor.h"
+#include "gif/image_import.h"
+#include "imaging/dither.h"
+#include "imaging/remap.h"
+#include "platform/prompts.h"
+#include "resources/string_ids.h"
+
+int paletteChoiceForInsert = kAskForPalette;
+
+namespace {
+
+bool ReportOutOfMemory(WindowHandle owner) {
+    ShowMessage(owner, LoadStr(IDS_OUT_OF_MEMORY));
+    return false;
+}
+
+// All entries of the image's colour table count, also those that its pixels can't reach.
+bool PalettesMatch(const Block& header, int bitCount, const RgbTriple* colours) {
+    return bitCount <= 8 && memcmp(header.palette, colours, sizeof(RgbTriple) << bitCount) == 0;
+}
+
+// Replaces the image's bitmap by one in the header's colours. Not abortable: the press of a hasty double click on the
+// dialog's button may still be in the queue.
+bool ConvertToPalette(const Block& header, bool dither, Block* image) {
+    int depth = DepthOfPacked(GetHeaderFields(header).packed);
+    auto convert = dither ? DitherImage : RemapImage;
+    MemoryHandle converted = convert(image->data, header.palette, depth, 0);
+    if (!converted) return false;
+    FreeMemory(image->data);
+    image->data = converted;
+    memcpy(image->palette, header.palette, kPaletteBytes);
+    return true;
+}
+
+bool DescribeBitmap(Block* image) {
+    int width, height, bitCount;
+    if (!GetImageInfo(image->data, &width, &height, &bitCount, nullptr)) return false;
+    ImageFields fields = GetImageFields(*image);
+    fields.width = static_cast<uint16_t>(width);
+    fields.height = static_cast<uint16_t>(height);
+    fields.packed = static_cast<uint8_t>((fields.packed & ~kSizeCode) | ((bitCount - 1) & kSizeCode));
+    PutImageFields(image, fields);
+    return true;
+}
+
+}  // namespace
+
+int AskPaletteChoice(WindowHandle owner, const Block& image) {
+    return paletteChoiceForInsert != kAskForPalette ? paletteChoiceForInsert : RunPaletteDialog(owner, image);
+}
+
+bool MatchImportedPalette(WindowHandle owner, BlockList* document, Block* image) {
+    Block header;
+    int headerIndex = FindHeader(*document);
+    if (headerIndex < 0 || !GetBlock(*document, &header, static_cast<uint32_t>(headerIndex))) return false;
+    RgbTriples colours;
+    int bitCount;
+    if (!GetImageInfo(image->data, nullptr, nullptr, &bitCount, colours)) return false;
+
+    if (!PalettesMatch(header, bitCount, colours)) {
+        int choice = AskPaletteChoice(owner, *image);
+        if (choice == kPaletteCancel) return false;
+        if (choice == kPaletteRemap || choice == kPaletteDither) {
+            bool dither = choice == kPaletteDither && bitCount > 1;
+            if (!ConvertToPalette(header, dither, image)) return ReportOutOfMemory(owner);
+        }
+    }
+    return DescribeBitmap(image) || ReportOutOfMemory(owner);
+}

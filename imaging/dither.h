@@ -1,0 +1,10 @@
+// Giving an image another palette, the error of each pixel spread over its neighbours.
+#pragma once
+
+#include "imaging/image_bitmap.h"
+#include "imaging/user_abort.h"
+
+// As RemapImage (imaging/remap.h), with Floyd-Steinberg error diffusion, for sources of 4, 8 or 24 bits.
+// A depth of 1 gives a black and white picture that only uses the indexes of `palette`, not its colours.
+// Returns null also for a 1-bit source, which has nothing to dither.
+[[nodiscard]] MemoryHandle DitherImage(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags);

@@ -1,0 +1,12 @@
+// Giving an image another palette, each pixel becoming the nearest colour.
+#pragma once
+
+#include "imaging/image_bitmap.h"
+#include "imaging/user_abort.h"
+
+// Makes a bitmap with the pixels of `source` (1, 4, 8 or 24 bits) in the colours of `palette`, of which the first
+// 1 << depth count (depth 1 to 8). All 256 entries must be there: colours without an exact match are looked up among
+// all of them, used or not. `flags` is 0 or kMayBeAborted. A 1-bit source counts as black and white, whatever its own
+// two colours are. `source` stays as it is; the caller owns the result.
+// Returns null when the depth is none of these, memory ran out, or the user stopped it (see abortStatus).
+[[nodiscard]] MemoryHandle RemapImage(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags);
