@@ -35,5 +35,6 @@ void SetTitleText(HWND window, unsigned id) {
 
 void EnableDocumentCommands(HWND window, bool enabled) {
     HMENU menu = GetMenu(window);
-    for (UINT id : kDocumentCommands) EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? MF_ENABLED : MF_GRAYED));
+    for (UINT id : kDocumentCommands)
+        EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? UINT{MF_ENABLED} : UINT{MF_GRAYED}));
 }

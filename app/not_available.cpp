@@ -14,12 +14,6 @@ void RunViewer(HWND owner, BlockList*) {
     TellNotAvailable(owner);
 }
 
-int EditBlock(HWND mainWindow, BlockList* document, int index) {
-    if (index < 0 || static_cast<uint32_t>(index) >= document->count) return 1;
-    TellNotAvailable(mainWindow);
-    return 2;
-}
-
 int ChooseInsertKind(HWND mainWindow, BlockList*) {
     TellNotAvailable(mainWindow);
     return 0;

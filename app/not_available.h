@@ -5,6 +5,5 @@
 #include "platform/windows_api.h"
 
 void RunViewer(HWND owner, BlockList* list);
-int EditBlock(HWND mainWindow, BlockList* document, int index);
 int ChooseInsertKind(HWND mainWindow, BlockList* document);
 int RunAnimationWizard(HWND mainWindow, BlockList* document);

@@ -15,3 +15,7 @@ extern uint16_t abortStatus;
 // Takes one message out of the thread's queue. When it is the press of a mouse button, sets `abortStatus`, beeps and
 // returns true; any other message is lost.
 bool UserAbortRequested();
+
+inline bool StopRequested(unsigned flags) {
+    return (flags & kMayBeAborted) && UserAbortRequested();
+}

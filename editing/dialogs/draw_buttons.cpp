@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "app/services/shell_objects.h"
-#include "editing/dialogs/gdi_guards.h"
+#include "imaging/draw/gdi_guards.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include "app/services/shell_objects.h"
 #include "editing/block_queries.h"
-#include "editing/dialogs/gdi_guards.h"
 #include "gif/descriptor.h"
 #include "imaging/draw/draw_image.h"
+#include "imaging/draw/gdi_guards.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include "editing/dialogs/dialog_frame.h"
 #include "editing/dialogs/edited_block.h"
-#include "editing/dialogs/gdi_guards.h"
+#include "imaging/draw/gdi_guards.h"
 #include "imaging/draw/screen_palette.h"
 
 namespace {
@@ -15,8 +15,23 @@ int CellSize() {
     return (gridArea.right - gridArea.left) / kColumns;
 }
 
+// Makes the dialog higher or lower, so that the button comes right below the last row: with some fonts its place in the
+// template would be over it.
+void FitBelowGrid(HWND dialog, HWND button) {
+    RECT place, window;
+    GetWindowRect(button, &place);
+    GetWindowRect(dialog, &window);
+    POINT corner = {place.left, place.top};
+    ScreenToClient(dialog, &corner);
+    int rowsBottom = kPaletteEntries / kColumns * CellSize();
+    int height = window.bottom - window.top + rowsBottom - corner.y;
+    SetWindowPos(button, nullptr, corner.x, rowsBottom, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+    SetWindowPos(dialog, nullptr, 0, 0, window.right - window.left, height, SWP_NOMOVE | SWP_NOZORDER);
+}
+
 bool ShowGrid(HWND dialog) {
     GetClientRect(dialog, &gridArea);
+    FitBelowGrid(dialog, GetDlgItem(dialog, IDCANCEL));
     return true;
 }
 

@@ -1,0 +1,13 @@
+#include "imaging/dither.h"
+
+#include "imaging/dither_colours.h"
+#include "imaging/dither_two_colours.h"
+
+MemoryHandle DitherImage(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags) {
+    abortStatus = 0;
+    MemoryLock lock(source);
+    if (!lock || depth < 1 || depth > 8) return nullptr;
+    auto* from = lock.As<const BitmapHeader>();
+    if (from->bitCount == 1) return nullptr;
+    return depth == 1 ? DitherToTwoColours(from, palette, flags) : DitherToColours(from, palette, depth, flags);
+}

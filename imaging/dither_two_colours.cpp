@@ -1,0 +1,102 @@
+#include "imaging/dither_two_colours.h"
+
+#include <algorithm>
+#include <array>
+
+#include "imaging/luminance.h"
+#include "imaging/pixel_rows.h"
+#include "imaging/user_abort.h"
+
+namespace {
+
+// Stretches the scale of greys: the ends of it, 20 levels each, are given to full black and white.
+constexpr int kContrast = 20;
+constexpr int kBrightness = 20;
+
+constexpr std::array<uint8_t, 256> MakeLevels() {
+    std::array<uint8_t, 256> levels = {};
+    double step = 256.0 / (256 - 2 * kContrast);
+    double value = kBrightness - kContrast;
+    for (uint8_t& level : levels) {
+        level = value >= 254 ? 254 : value < 1 ? 1 : static_cast<uint8_t>(value);
+        value += step;
+    }
+    return levels;
+}
+constexpr std::array<uint8_t, 256> kLevels = MakeLevels();
+// The sums fall just short of 32 and 64 here. A compiler that computes with more precision would change images.
+static_assert(kLevels[27] == 31 && kLevels[54] == 63, "levels are sums of double precision");
+
+// The whole image in grey, in stored order, each row padded to 4 bytes; row errors are added to it in place.
+struct GreyImage {
+    uint8_t* pixels;
+    int width, height;
+    uint32_t rowBytes;
+    int darkest = 255, lightest = 0;
+};
+
+void FillGrey(ConstLockedBitmap source, uint8_t* bgr, GreyImage* grey) {
+    TrueColours colours;
+    GetTrueColours(source, &colours);
+    uint8_t* row = grey->pixels;
+    for (int y = grey->height - 1; y >= 0; --y, row += grey->rowBytes) {
+        ExpandRow(ImageRow(source, y), grey->width, source->bitCount, colours, bgr);
+        for (int x = 0; x < grey->width; ++x) {
+            int luminance = Luminance(bgr[3 * x + 2], bgr[3 * x + 1], bgr[3 * x]);
+            row[x] = static_cast<uint8_t>(luminance);
+            grey->darkest = std::min(grey->darkest, luminance);
+            grey->lightest = std::max(grey->lightest, luminance);
+        }
+    }
+}
+
+void Give(uint8_t* pixel, int share) {
+    *pixel = static_cast<uint8_t>(std::clamp(*pixel + share, 0, 255));
+}
+
+// Hands the shares of an error on. `pixel` is the one at column x; the row after it lies one row of bytes further.
+// Column 0 hands its lower left share to the byte before that row. When the width is a multiple of 4 this is the last
+// pixel of the row itself, otherwise padding. Column 1 hands none down to column 0. Both have always been so.
+void Spread(const GreyImage& grey, uint8_t* pixel, int x, bool lastRow, int share) {
+    bool lastColumn = x + 1 == grey.width;
+    if (!lastColumn) Give(pixel + 1, 7 * share);
+    if (lastRow) return;
+    uint8_t* below = pixel + grey.rowBytes;
+    if (!lastColumn) Give(below + 1, share);
+    if (x != 1) Give(below - 1, 3 * share);
+    Give(below, 5 * share);
+}
+
+void DiffuseRow(const GreyImage& grey, uint8_t* row, bool lastRow, uint8_t* bits) {
+    int threshold = (grey.lightest + grey.darkest) >> 1;
+    for (int x = 0; x < grey.width; ++x) {
+        int level = kLevels[row[x]];
+        bits[x] = level > threshold;
+        int error = level - (bits[x] ? grey.lightest : grey.darkest);
+        Spread(grey, row + x, x, lastRow, error >> 4);
+    }
+}
+
+}  // namespace
+
+MemoryHandle DitherToTwoColours(ConstLockedBitmap source, const RgbTriple* palette, unsigned flags) {
+    auto width = static_cast<uint32_t>(source->width);
+    GreyImage grey = {nullptr, source->width, source->height, RowBytes(width, 8)};
+    OwnedMemory result(CreateImageBitmap(source->width, source->height, palette, 1));
+    OwnedMemory greyMemory(AllocateMemory(uint64_t{grey.rowBytes} * static_cast<uint32_t>(grey.height)));
+    OwnedMemory pixels(AllocateMemory(width * 3));
+    MemoryLock resultLock(result.Get()), greyLock(greyMemory.Get()), pixelLock(pixels.Get());
+    if (!resultLock || !greyLock || !pixelLock) return nullptr;
+    auto* to = resultLock.As<BitmapHeader>();
+    grey.pixels = greyLock.Bytes();
+    FillGrey(source, pixelLock.Bytes(), &grey);
+
+    uint8_t* row = grey.pixels;
+    for (int y = grey.height - 1; y >= 0; --y, row += grey.rowBytes) {
+        if (StopRequested(flags)) return nullptr;
+        uint8_t* bits = pixelLock.Bytes();
+        DiffuseRow(grey, row, y == 0, bits);
+        PackRow(bits, grey.width, 1, ImageRow(to, y));
+    }
+    return result.Release();
+}

@@ -1,0 +1,24 @@
+// The nearest palette colour for every colour of 5 bits a channel.
+#pragma once
+
+#include "imaging/image_bitmap.h"
+
+constexpr uint32_t kColourCells = 32768;
+
+// The cell that a colour is looked up in. Cell c stands for the colour whose channels are its 5-bit groups times 8,
+// red in the low bits.
+constexpr uint32_t InverseCell(uint32_t red, uint32_t green, uint32_t blue) {
+    return red >> 3 | (green >> 3) << 5 | (blue >> 3) << 10;
+}
+
+// 32 KB: belongs into the frame of a conversion, not of anything that calls itself.
+struct InverseColourTable {
+    uint8_t cells[kColourCells];
+
+    // Fills every cell with NearestColour of its colour among all 256 entries of `palette`.
+    void Fill(const RgbTriple* palette);
+
+    // The same, with the user asked once for every cell when kMayBeAborted is in `flags`. False when the user stopped
+    // it: the cells are then undefined.
+    [[nodiscard]] bool Build(const RgbTriple* palette, unsigned flags);
+};
