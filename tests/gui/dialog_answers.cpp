@@ -14,12 +14,19 @@ constexpr wchar_t kAnsweredMark[] = L"ZephyrTestAnswered";
 
 DialogAnswers* current;
 
+// The eyedropper's window waits for an answer like a dialog, though it has a class of its own.
+bool IsOpenDialog(HWND window) {
+    wchar_t className[20] = L"";
+    GetClassNameW(window, className, 20);
+    bool dialog = wcscmp(className, L"#32770") == 0 || wcscmp(className, L"KLM ZephyrSelect") == 0;
+    return dialog && IsWindowVisible(window) && IsWindowEnabled(window);
+}
+
+// Prefers one that has had no answer.
 BOOL CALLBACK TakeOpenDialog(HWND window, LPARAM found) {
-    wchar_t className[16] = L"";
-    GetClassNameW(window, className, 16);
-    if (wcscmp(className, L"#32770") != 0 || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    if (!IsOpenDialog(window)) return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
-    return FALSE;
+    return GetPropW(window, kAnsweredMark) ? TRUE : FALSE;
 }
 
 HWND OpenDialog() {
@@ -69,7 +76,8 @@ void DialogAnswers::AnswerOneDialog() {
 void DialogAnswers::GiveUp(HWND dialog, const char* why) {
     idlePolls_ = 0;
     ADD_FAILURE() << why << " dialog \"" << CaptionOf(dialog) << "\": " << ControlText(dialog, 101);
-    PostMessageW(dialog, WM_COMMAND, GetDlgItem(dialog, IDCANCEL) ? IDCANCEL : IDOK, 0);
+    PostMessageW(dialog, WM_COMMAND, GetDlgItem(dialog, IDOK) && !GetDlgItem(dialog, IDCANCEL) ? IDOK : IDCANCEL, 0);
+    PostMessageW(dialog, WM_CLOSE, 0, 0);  // for a window that is no dialog
 }
 
 void DialogAnswers::Press(int button) {

@@ -9,10 +9,10 @@
 //   window.Command(IDM_EXIT);                          // returns when both have been answered
 //   EXPECT_EQ(answers.Texts()[0], "Your current ...");
 //
-// Each answer is given once, to the next dialog of this thread that is visible and enabled and has had none yet; so a
-// dialog that an answer opens (nested) takes the answer after it. A dialog that finds no answer left fails the test and
-// is cancelled, as is a step that leaves its dialog open for good: nothing hangs. Answers nobody asked for fail the
-// test when the object goes.
+// Each answer is given once, to the next dialog (or eyedropper window) of this thread that is visible and enabled and
+// has had none yet; so a dialog that an answer opens (nested) takes the answer after it. A dialog that finds no answer
+// left fails the test and is cancelled, as is a step that leaves its dialog open for good: nothing hangs. Answers
+// nobody asked for fail the test when the object goes.
 #pragma once
 
 #include <deque>
