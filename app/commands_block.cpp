@@ -1,11 +1,11 @@
 // Commands on the selected block, and the viewer.
 #include "app/block_list_view.h"
 #include "app/commands.h"
-#include "app/not_available.h"
 #include "app/services/messages.h"
 #include "app/shell_state.h"
 #include "editing/dialogs/edit_block.h"
 #include "gif/block_list.h"
+#include "imaging/draw/viewer.h"
 #include "resources/string_ids.h"
 
 namespace {

@@ -10,10 +10,6 @@ void TellNotAvailable(HWND owner) {
 
 }  // namespace
 
-void RunViewer(HWND owner, BlockList*) {
-    TellNotAvailable(owner);
-}
-
 int ChooseInsertKind(HWND mainWindow, BlockList*) {
     TellNotAvailable(mainWindow);
     return 0;

@@ -4,6 +4,5 @@
 #include "gif/block_list.h"
 #include "platform/windows_api.h"
 
-void RunViewer(HWND owner, BlockList* list);
 int ChooseInsertKind(HWND mainWindow, BlockList* document);
 int RunAnimationWizard(HWND mainWindow, BlockList* document);

@@ -1,0 +1,160 @@
+// The colour conversions beside their plain forms. "Mpixel/s" counts pixels of the source (cells of the table).
+#include <benchmark/benchmark.h>
+
+#include "gif/block_list.h"
+#include "imaging/dither.h"
+#include "imaging/inverse_colour_table.h"
+#include "imaging/remap.h"
+#include "imaging/shared_palette.h"
+#include "tests/support/literal_colours.h"
+#include "tests/support/random_images.h"
+
+namespace {
+
+constexpr int kWidth = 1024, kHeight = 768;
+constexpr int kRandomPalette = 17;  // of the test palettes: 256 random colours
+
+Palette PaletteNumber(int64_t number) {
+    Random random(1);
+    return TestPalettes(random)[static_cast<size_t>(number)];
+}
+
+// Smooth shades with some noise: tens of thousands of colours, as in a photo.
+MemoryHandle Photo(int width, int height) {
+    Random random(2);
+    MemoryHandle image = CreateImageBitmap(width, height, nullptr, 24);
+    MemoryLock lock(image);
+    for (int y = 0; y < height; ++y) {
+        uint8_t* row = ImageRow(lock.As<BitmapHeader>(), y);
+        for (int x = 0; x < width; ++x, row += 3) {
+            row[0] = static_cast<uint8_t>(x * 200 / width + static_cast<int>(random() % 16));
+            row[1] = static_cast<uint8_t>(y * 200 / height + static_cast<int>(random() % 16));
+            row[2] = static_cast<uint8_t>((x + y) * 100 / (width + height) + static_cast<int>(random() % 16));
+        }
+    }
+    return image;
+}
+
+// Noise of the colours of the palette itself.
+MemoryHandle Drawing(int width, int height, const Palette& palette) {
+    Random random(3);
+    MemoryHandle image = CreateImageBitmap(width, height, nullptr, 24);
+    MemoryLock lock(image);
+    for (int y = 0; y < height; ++y) {
+        uint8_t* row = ImageRow(lock.As<BitmapHeader>(), y);
+        for (int x = 0; x < width; ++x, row += 3) {
+            RgbTriple colour = palette[random() % kPaletteEntries];
+            row[0] = colour.blue;
+            row[1] = colour.green;
+            row[2] = colour.red;
+        }
+    }
+    return image;
+}
+
+void CountPixels(benchmark::State& state, double pixels) {
+    state.counters["Mpixel/s"] =
+        benchmark::Counter(pixels * static_cast<double>(state.iterations()) / 1e6, benchmark::Counter::kIsRate);
+}
+
+// Palettes: 6 web colours, 9 greys, 14 with 8 colours used, 17 with 256 random colours, 18 crowded.
+void InverseTable(benchmark::State& state) {
+    Palette palette = PaletteNumber(state.range(0));
+    InverseColourTable table;
+    for (auto _ : state) {
+        table.Fill(palette.data());
+        benchmark::DoNotOptimize(table);
+    }
+    CountPixels(state, kColourCells);
+}
+BENCHMARK(InverseTable)->Arg(6)->Arg(9)->Arg(14)->Arg(17)->Arg(18)->Unit(benchmark::kMicrosecond);
+
+void InverseTablePlain(benchmark::State& state) {
+    Palette palette = PaletteNumber(state.range(0));
+    for (auto _ : state) benchmark::DoNotOptimize(LiteralInverseTable(palette.data()));
+    CountPixels(state, kColourCells);
+}
+BENCHMARK(InverseTablePlain)->Arg(6)->Arg(9)->Arg(14)->Arg(17)->Arg(18)->Unit(benchmark::kMicrosecond);
+
+template <typename Convert>
+void RunConversion(benchmark::State& state, MemoryHandle made, const Convert& convert) {
+    OwnedMemory image(made);
+    for (auto _ : state) OwnedMemory result(convert(image.Get()));
+    CountPixels(state, kWidth * kHeight);
+}
+
+// Argument: depth of the result.
+void RemapPhoto(benchmark::State& state) {
+    Palette palette = PaletteNumber(kRandomPalette);
+    RunConversion(state, Photo(kWidth, kHeight), [&](MemoryHandle image) {
+        return RemapImage(image, palette.data(), static_cast<int>(state.range(0)), 0);
+    });
+}
+BENCHMARK(RemapPhoto)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
+
+void RemapDrawing(benchmark::State& state) {
+    Palette palette = PaletteNumber(kRandomPalette);
+    RunConversion(state, Drawing(kWidth, kHeight, palette),
+                  [&](MemoryHandle image) { return RemapImage(image, palette.data(), 8, 0); });
+}
+BENCHMARK(RemapDrawing)->Unit(benchmark::kMillisecond);
+
+void RemapDrawingPlain(benchmark::State& state) {
+    Palette palette = PaletteNumber(kRandomPalette);
+    RunConversion(state, Drawing(kWidth, kHeight, palette), [&](MemoryHandle image) {
+        return LiteralRemap(image, palette.data(), 8, LiteralInverseTable(palette.data()));
+    });
+}
+BENCHMARK(RemapDrawingPlain)->Unit(benchmark::kMillisecond);
+
+void DitherPhoto(benchmark::State& state) {
+    Palette palette = PaletteNumber(kRandomPalette);
+    RunConversion(state, Photo(kWidth, kHeight), [&](MemoryHandle image) {
+        return DitherImage(image, palette.data(), static_cast<int>(state.range(0)), 0);
+    });
+}
+BENCHMARK(DitherPhoto)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
+
+void DitherPhotoPlain(benchmark::State& state) {
+    Palette palette = PaletteNumber(kRandomPalette);
+    RunConversion(state, Photo(kWidth, kHeight), [&](MemoryHandle image) {
+        return LiteralDither(image, palette.data(), static_cast<int>(state.range(0)),
+                             LiteralInverseTable(palette.data()));
+    });
+}
+BENCHMARK(DitherPhotoPlain)->Arg(1)->Arg(8)->Unit(benchmark::kMillisecond);
+
+// A document of `frames` images of 640 x 480. Drawings hold exactly 256 colours, so that the list of exact colours is
+// asked for every pixel; photos overflow it at once.
+void RunSharedPalette(benchmark::State& state, bool drawn, bool plain) {
+    constexpr int kFrameWidth = 640, kFrameHeight = 480;
+    auto frames = state.range(0);
+    Palette palette = PaletteNumber(kRandomPalette);
+    BlockList list = {};
+    std::vector<MemoryHandle> images;
+    bool made = CreateBlockList(&list);
+    for (int64_t i = 0; made && i < frames; ++i) {
+        Block block = {};
+        block.kind = kImageBlock;
+        block.data = drawn ? Drawing(kFrameWidth, kFrameHeight, palette) : Photo(kFrameWidth, kFrameHeight);
+        images.push_back(block.data);
+        made = AppendBlock(&list, &block);
+    }
+    if (!made) state.SkipWithError("out of memory");
+    for (auto _ : state) {
+        int wanted = kPaletteEntries;
+        Palette built;
+        if (plain)
+            benchmark::DoNotOptimize(LiteralSharedPalette(wanted, built.data(), images));
+        else
+            benchmark::DoNotOptimize(BuildSharedPalette(&wanted, built.data(), list));
+    }
+    CountPixels(state, static_cast<double>(frames) * kFrameWidth * kFrameHeight);
+    DestroyBlockList(&list);
+}
+BENCHMARK_CAPTURE(RunSharedPalette, Drawings, true, false)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RunSharedPalette, DrawingsPlain, true, true)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RunSharedPalette, Photos, false, false)->Arg(100)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RunSharedPalette, PhotosPlain, false, true)->Arg(1)->Unit(benchmark::kMillisecond);
+
+}  // namespace
