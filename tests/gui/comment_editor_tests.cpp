@@ -125,4 +125,16 @@ TEST_F(CommentEditor, TextThatCannotBeReadIsNotEdited) {
     EXPECT_EQ(document.TextOf(kSampleComment), "This space for rent...");
 }
 
+TEST_F(CommentEditor, UnwritableListKeepsTheOldText) {
+    SampleDocument document;
+    auto edit = [](HWND dialog) {
+        SetText(dialog, IDC_COMMENT_TEXT, "new");
+        faults.locksUntilFailure = 1;  // the new text is stored, the list can't be reached
+        PressButton(dialog, IDOK);
+    };
+    EXPECT_EQ(Edit(document, kSampleComment, {edit}), kBlockInaccessible);
+    faults.locksUntilFailure = Faults::kNever;
+    EXPECT_EQ(document.TextOf(kSampleComment), "This space for rent...");
+}
+
 }  // namespace

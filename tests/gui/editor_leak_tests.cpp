@@ -8,8 +8,8 @@ namespace {
 
 using EditorLeaks = EditorTest;
 
-// Handles in use of the kind `known` (GR_GDIOBJECTS or GR_USEROBJECTS). Where the system does not say, they are counted:
-// it takes the lower halves of handles for the whole.
+// Handles in use of the kind `known` (GR_GDIOBJECTS or GR_USEROBJECTS). Where the system does not say, they are
+// counted: it takes the lower halves of handles for the whole.
 template <typename IsHandle>
 size_t CountHandles(DWORD known, IsHandle isHandle) {
     constexpr UINT_PTR kLowerHalves = 0x10000;
@@ -28,7 +28,8 @@ Usage Measure() {
     Usage usage = {};
     usage.gdiObjects =
         CountHandles(GR_GDIOBJECTS, [](UINT_PTR half) { return GetObjectType(reinterpret_cast<HGDIOBJ>(half)) != 0; });
-    usage.windows = CountHandles(GR_USEROBJECTS, [](UINT_PTR half) { return IsWindow(reinterpret_cast<HWND>(half)) != 0; });
+    usage.windows =
+        CountHandles(GR_USEROBJECTS, [](UINT_PTR half) { return IsWindow(reinterpret_cast<HWND>(half)) != 0; });
     PROCESS_HEAP_ENTRY entry = {};
     while (HeapWalk(GetProcessHeap(), &entry))
         if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) usage.heapBytes += entry.cbData;
@@ -69,7 +70,6 @@ TEST_F(EditorLeaks, FiveHundredEditsLeaveNothingBehind) {
     EXPECT_LT(after.gdiObjects, before.gdiObjects + kRounds);
     EXPECT_LT(after.windows, before.windows + kRounds);
     EXPECT_LT(after.heapBytes, before.heapBytes + kRounds * 64);
-printf("%zu %zu %zu  %zu %zu %zu\n", before.gdiObjects, before.windows, before.heapBytes, after.gdiObjects, after.windows, after.heapBytes);
 }
 
 }  // namespace
