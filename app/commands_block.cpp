@@ -4,14 +4,12 @@
 #include "app/not_available.h"
 #include "app/services/messages.h"
 #include "app/shell_state.h"
+#include "editing/dialogs/edit_block.h"
 #include "gif/block_list.h"
 #include "imaging/draw/viewer.h"
 #include "resources/string_ids.h"
 
 namespace {
-
-constexpr int kEdited = 0;  // what EditBlock returns
-constexpr int kInaccessible = 1;
 
 void ShowChangedDocument(HWND window, int line) {
     FillBlockListView(window, &document);
@@ -29,8 +27,8 @@ void OnEdit(HWND window) {
     int line = SelectedLine(window);
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
     int result = EditBlock(window, &document, line);
-    if (result == kEdited) ShowChangedDocument(window, line);
-    if (result == kInaccessible) MessageBox(window, LoadStr(IDS_MISSING));
+    if (result == kBlockEdited) ShowChangedDocument(window, line);
+    if (result == kBlockInaccessible) MessageBox(window, LoadStr(IDS_MISSING));
 }
 
 void OnDelete(HWND window) {

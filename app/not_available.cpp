@@ -10,12 +10,6 @@ void TellNotAvailable(HWND owner) {
 
 }  // namespace
 
-int EditBlock(HWND mainWindow, BlockList* document, int index) {
-    if (index < 0 || static_cast<uint32_t>(index) >= document->count) return 1;
-    TellNotAvailable(mainWindow);
-    return 2;
-}
-
 int ChooseInsertKind(HWND mainWindow, BlockList*) {
     TellNotAvailable(mainWindow);
     return 0;

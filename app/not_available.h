@@ -4,6 +4,5 @@
 #include "gif/block_list.h"
 #include "platform/windows_api.h"
 
-int EditBlock(HWND mainWindow, BlockList* document, int index);
 int ChooseInsertKind(HWND mainWindow, BlockList* document);
 int RunAnimationWizard(HWND mainWindow, BlockList* document);

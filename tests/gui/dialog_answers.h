@@ -9,10 +9,10 @@
 //   window.Command(IDM_EXIT);                          // returns when both have been answered
 //   EXPECT_EQ(answers.Texts()[0], "Your current ...");
 //
-// Each answer is given once, to the next dialog of this thread that is visible and enabled and has had none yet; so a
-// dialog that an answer opens (nested) takes the answer after it. A dialog that finds no answer left fails the test and
-// is cancelled, as is a step that leaves its dialog open for good: nothing hangs. Answers nobody asked for fail the
-// test when the object goes.
+// Each answer is given once, to the next dialog (or eyedropper window) of this thread that is visible and enabled and
+// has had none yet; so a dialog that an answer opens (nested) takes the answer after it. A dialog that finds no answer
+// left fails the test and is cancelled, as is a step that leaves its dialog open for good: nothing hangs. Answers
+// nobody asked for fail the test when the object goes.
 #pragma once
 
 #include <deque>
@@ -43,15 +43,20 @@ public:
 private:
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
     void AnswerOneDialog();
+    void GiveUp(HWND dialog, const char* why);
 
     UINT_PTR timer_;
     DialogAnswers* outer_;
+    int idlePolls_ = 0;
     std::deque<Steps> answers_;
     std::vector<std::string> texts_;
 };
 
 // Presses the button as a user would: tells the dialog, when the button exists and is enabled. Else the test fails.
 void PressButton(HWND dialog, int button);
+
+// The control of a system file dialog that holds the name.
+int FileNameField(HWND dialog);
 
 // Clicks a check box or radio button, so that it changes its own state first.
 void ClickBox(HWND dialog, int box);

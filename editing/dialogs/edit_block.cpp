@@ -1,0 +1,58 @@
+#include "editing/dialogs/edit_block.h"
+
+#include <cstdio>
+
+#include "app/services/messages.h"
+#include "editing/dialogs/block_editors.h"
+#include "gif/descriptor.h"
+#include "platform/prompts.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+struct BlockEditor {
+    uint16_t kind;
+    int (*edit)(HWND parent, Block* block);
+};
+constexpr BlockEditor kBlockEditors[] = {
+    {kHeaderBlock, EditHeader},       {kImageBlock, EditImage},     {kControlBlock, EditControl},
+    {kPlainTextBlock, EditPlainText}, {kCommentBlock, EditComment}, {kLoopBlock, EditLoop},
+};
+
+// The format comes from the string table, whose text and arguments are fixed together.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+
+void ShowApplicationBlock(HWND owner, const Block& block) {
+    char text[kPathBytes];
+    auto* descriptor = reinterpret_cast<const char*>(block.descriptor);
+    snprintf(text, sizeof text, LoadStr(IDS_APPLICATION_BLOCK), descriptor + kIdentifierOffset,
+             descriptor + kAuthenticationOffset);
+    MessageBox(owner, text);
+}
+
+#pragma GCC diagnostic pop
+
+// What becomes of a block whose kind has no dialog.
+int RefuseBlock(HWND owner, const Block& block) {
+    switch (block.kind) {
+        case kEmptyBlock: return MessageBox(owner, LoadStr(IDS_NOT_EDITABLE)), kBlockEdited;
+        case kApplicationBlock: return ShowApplicationBlock(owner, block), kBlockUnchanged;
+        case kUnknownBlock: return MessageBox(owner, LoadStr(IDS_NOT_EDITABLE)), kBlockUnchanged;
+        default: return kBlockEdited;
+    }
+}
+
+}  // namespace
+
+int EditBlock(HWND mainWindow, BlockList* document, int index) {
+    Block block;
+    auto place = static_cast<uint32_t>(index);
+    if (!GetBlock(*document, &block, place)) return kBlockInaccessible;
+    for (const BlockEditor& editor : kBlockEditors) {
+        if (editor.kind != block.kind) continue;
+        if (!editor.edit(mainWindow, &block)) return kBlockUnchanged;
+        return PutBlock(document, block, place) ? kBlockEdited : kBlockInaccessible;
+    }
+    return RefuseBlock(mainWindow, block);
+}
