@@ -11,7 +11,8 @@ constexpr int kExitUsage = 2;
 // The words behind a command's name.
 using Words = std::vector<std::string>;
 
-// Each runs one command and returns the program's exit status. Results go to standard output, messages to standard error.
+// Each runs one command and returns the program's exit status. Results go to standard output, messages to standard
+// error.
 int RunList(const Words& words);
 int RunSave(const Words& words);
 int RunExtract(const Words& words);

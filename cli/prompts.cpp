@@ -3,6 +3,8 @@
 
 #include <cstdio>
 
+#include "editing/palette_match.h"
+
 void ShowMessage(WindowHandle, const char* text) {
     fprintf(stderr, "zephyr: %s\n", text);
 }
@@ -14,4 +16,9 @@ int AskYesNo(WindowHandle, const char* text) {
 
 bool AskForGifFile(WindowHandle, char*) {
     return false;
+}
+
+// Commands that import images say beforehand what is to be done with other palettes.
+int RunPaletteDialog(WindowHandle, const Block&) {
+    return kPaletteCancel;
 }

@@ -27,16 +27,16 @@ constexpr uint32_t kMaxTextBytes = 32767;  // text kept of one block; what a fil
 // A block in a list owns `data`, `aux` and `name`. Copies taken with GetBlock share them; the one written back with
 // PutBlock is the owner.
 struct Block {
-    uint16_t kind;           // BlockKind
-    MemoryHandle data;       // IMAGE: the bitmap; text kinds: the bytes, NUL-terminated; otherwise none
-    MemoryHandle aux;        // a second handle, released with the block
-    uint32_t dataLength;     // bytes of text in `data`, without the terminating NUL
-    uint16_t position;       // index in the list
-    uint16_t paletteBits;    // working copies of the control and plain-text editors: bit count of `palette`
-    RgbTriples palette;      // HEADER: the global colour table; IMAGE: its local one, all zero without one
-    MemoryHandle name;       // optional block name, NUL-terminated
+    uint16_t kind;         // BlockKind
+    MemoryHandle data;     // IMAGE: the bitmap; text kinds: the bytes, NUL-terminated; otherwise none
+    MemoryHandle aux;      // a second handle, released with the block
+    uint32_t dataLength;   // bytes of text in `data`, without the terminating NUL
+    uint16_t position;     // index in the list
+    uint16_t paletteBits;  // working copies of the control and plain-text editors: bit count of `palette`
+    RgbTriples palette;    // HEADER: the global colour table; IMAGE: its local one, all zero without one
+    MemoryHandle name;     // optional block name, NUL-terminated
     uint8_t descriptor[kDescriptorBytes];  // the bytes of the file, see descriptor.h
-    BlockList* owner;        // the list that the record was made for
+    BlockList* owner;                      // the list that the record was made for
 };
 
 // Releases the block's handles and zeroes the record.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 #include "platform/file.h"
@@ -11,38 +12,40 @@
 // or more whole bytes in it, so sub-blocks are 251 or 252 bytes long.
 class CodeWriter {
 public:
+    // Where the next code goes. The encoder keeps this in local variables for speed and hands it back at the end.
+    struct Place {
+        uint64_t bits;        // those that do not fill a byte yet, lowest first
+        unsigned count;       // how many: 0 to 7
+        uint8_t* next;        // where the next whole byte goes
+        uint8_t* blockStart;  // the first byte of the open sub-block; its length byte lies before it
+    };
+
     // Begins with the minimum code size byte. False when there is no memory.
-    [[nodiscard]] bool Start(File* file, int minimumCodeSize);
+    [[nodiscard]] bool Start(File* file, int minimumCodeSize, Place* at);
 
     // Appends a code of `width` bits (1 to 12). `code` must fit.
-    void Put(unsigned code, unsigned width) {
-        if (next_ - blockStart_ >= kBlockBytes) CloseBlock();
-        bits_ |= uint64_t{code} << count_;
-        count_ += width;
-        StoreBits();
-        next_ += count_ >> 3;
-        bits_ >>= count_ & ~7u;
-        count_ &= 7;
+    void Put(Place* at, unsigned code, unsigned width) {
+        if (at->next - at->blockStart >= kBlockBytes) at->next = at->blockStart = CloseBlock(at->blockStart, at->next);
+        at->bits |= uint64_t{code} << at->count;
+        at->count += width;
+        memcpy(at->next, &at->bits,
+               sizeof at->bits);  // little-endian, as the stream is; bytes beyond are written again
+        at->next += at->count >> 3;
+        at->bits >>= at->count & ~7u;
+        at->count &= 7;
     }
 
     // Writes what is left, and the empty sub-block that ends the chain. False when any write has failed.
-    [[nodiscard]] bool Finish();
+    [[nodiscard]] bool Finish(Place at);
 
 private:
     static constexpr int kBlockBytes = 251;
     static constexpr int kBufferBytes = 32 * 1024;
     static constexpr int kRoomForBlock = 300;
 
-    void StoreBits() {
-        for (int i = 0; i < 4; ++i) next_[i] = static_cast<uint8_t>(bits_ >> 8 * i);
-    }
-    void CloseBlock();
-    void StartBlock(uint8_t* lengthByte);
+    // Closes the sub-block that ends before `end`; returns the start of the next one.
+    uint8_t* CloseBlock(uint8_t* start, uint8_t* end);
 
     File* file_ = nullptr;
     std::unique_ptr<uint8_t[]> buffer_;
-    uint8_t* blockStart_ = nullptr;  // the first byte of the open sub-block; its length byte lies before it
-    uint8_t* next_ = nullptr;        // where the next whole byte goes
-    uint64_t bits_ = 0;              // bits that do not fill a byte yet
-    unsigned count_ = 0;
 };

@@ -78,8 +78,8 @@ bool DescribeBitmap(Block* block, int fileDepth) {
     int width, height, bitCount;
     if (!GetImageInfo(block->data, &width, &height, &bitCount, block->palette)) return false;
     int depth = std::clamp(fileDepth > 0 ? fileDepth : bitCount, 1, 8);
-    PutImageFields(block, {0, 0, static_cast<uint16_t>(width), static_cast<uint16_t>(height),
-                           static_cast<uint8_t>(depth - 1)});
+    PutImageFields(
+        block, {0, 0, static_cast<uint16_t>(width), static_cast<uint16_t>(height), static_cast<uint8_t>(depth - 1)});
     return true;
 }
 

@@ -6,10 +6,10 @@
 #include "gif/block.h"
 
 // Packed byte of the header and of images.
-constexpr uint8_t kHasPalette = 0x80;      // a global (header) or local (image) colour table follows
+constexpr uint8_t kHasPalette = 0x80;  // a global (header) or local (image) colour table follows
 constexpr uint8_t kImageInterlaced = 0x40;
-constexpr uint8_t kHeaderSorted = 0x40;    // where this program keeps the header's sort flag
-constexpr uint8_t kSizeCode = 0x07;        // bit depth of the colours, less 1
+constexpr uint8_t kHeaderSorted = 0x40;  // where this program keeps the header's sort flag
+constexpr uint8_t kSizeCode = 0x07;      // bit depth of the colours, less 1
 
 // Packed byte of control blocks.
 constexpr uint8_t kControlTransparent = 0x01;
@@ -25,7 +25,7 @@ constexpr int ColoursOfPacked(uint8_t packed) {
     return 1 << DepthOfPacked(packed);
 }
 
-struct HeaderFields {  // 13 bytes
+struct HeaderFields {                    // 13 bytes
     uint16_t screenWidth, screenHeight;  // the signature before them stays in the descriptor
     uint8_t packed, backgroundIndex, aspect;
 };

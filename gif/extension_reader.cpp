@@ -13,7 +13,8 @@ bool ReadDescriptor(File& file, Block* block, size_t bytes) {
 }
 
 bool IsApplication(const Block& block, const char* identifierAndCode) {
-    return memcmp(block.descriptor + kIdentifierOffset, identifierAndCode, kIdentifierBytes + kAuthenticationBytes) == 0;
+    return memcmp(block.descriptor + kIdentifierOffset, identifierAndCode, kIdentifierBytes + kAuthenticationBytes) ==
+           0;
 }
 
 bool ReadApplication(Block* block, File& file) {
@@ -39,12 +40,8 @@ bool ReadExtension(Block* block, File& file) {
         case kPlainTextLabel:
             block->kind = kPlainTextBlock;
             return ReadDescriptor(file, block, kPlainTextDescriptorBytes) && ReadText(file, block);
-        case kControlLabel:
-            block->kind = kControlBlock;
-            return ReadDescriptor(file, block, kControlDescriptorBytes);
-        case kCommentLabel:
-            block->kind = kCommentBlock;
-            return ReadComment(file, block);
+        case kControlLabel: block->kind = kControlBlock; return ReadDescriptor(file, block, kControlDescriptorBytes);
+        case kCommentLabel: block->kind = kCommentBlock; return ReadComment(file, block);
         case kApplicationLabel: return ReadApplication(block, file);
         default: return false;
     }
@@ -52,13 +49,9 @@ bool ReadExtension(Block* block, File& file) {
 
 void SkipExtension(File& file) {
     switch (ReadByte(file)) {
-        case kPlainTextLabel:
-            file.Seek(file.Position() + kPlainTextDescriptorBytes);
-            return SkipSubBlocks(file);
+        case kPlainTextLabel: file.Seek(file.Position() + kPlainTextDescriptorBytes); return SkipSubBlocks(file);
         case kControlLabel: return file.Seek(file.Position() + kControlDescriptorBytes);
-        case kApplicationLabel:
-            file.Seek(file.Position() + kApplicationDescriptorBytes);
-            return SkipSubBlocks(file);
+        case kApplicationLabel: file.Seek(file.Position() + kApplicationDescriptorBytes); return SkipSubBlocks(file);
         default: return SkipSubBlocks(file);
     }
 }

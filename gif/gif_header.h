@@ -11,8 +11,8 @@ enum HeaderResult { kHeaderCut, kHeaderRead, kHeaderNotGif };
 HeaderResult ReadGifHeader(File& file, Block* block);
 
 // Reads an image, its introducer just read, into `block`, which comes in zeroed and becomes an IMAGE: its descriptor,
-// its own palette, if any, and its bitmap, decoded and coloured by its own or the global palette, which has `globalDepth`
-// bits (0 for none). Leaves the file between two sub-blocks of the image's data: SkipSubBlocks finds their end.
-// False when the image is cut short, has no palette, is corrupt or can't be held in memory; the caller releases what
-// `block` then holds.
+// its own palette, if any, and its bitmap, decoded and coloured by its own or the global palette, which has
+// `globalDepth` bits (0 for none). Leaves the file between two sub-blocks of the image's data: SkipSubBlocks finds
+// their end. False when the image is cut short, has no palette, is corrupt or can't be held in memory; the caller
+// releases what `block` then holds.
 bool ReadImage(File& file, Block* block, const RgbTriple* globalPalette, int globalDepth);

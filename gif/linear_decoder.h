@@ -34,7 +34,7 @@ public:
     uint64_t Count() const { return count_; }
 
 private:
-    static constexpr unsigned kLiterals = 256;          // the pixel values themselves stand first, as strings of length 1
+    static constexpr unsigned kLiterals = 256;  // the pixel values themselves stand first, as strings of length 1
     static constexpr unsigned kSlack = kMostCodes + 64;  // a last string and a last copy may run over
 
     std::unique_ptr<uint8_t[]> memory_;

@@ -4,70 +4,13 @@
 
 #include "gif/code_writer.h"
 #include "gif/descriptor.h"
-#include "gif/encoder_dictionary.h"
+#include "gif/encoder_dictionaries.h"
 #include "gif/interlace.h"
 #include "gif/row_packer.h"
 
 namespace {
 
-constexpr unsigned kMostCodes = 4096;
 constexpr unsigned kMostCodeBits = 12;
-
-// Everything that encoding one image needs.
-struct Work {
-    EncoderDictionary dictionary;
-    CodeWriter writer;
-};
-
-// The state of the compression between two pixels.
-struct Encoder {
-    Work* work;
-    unsigned clearCode;
-    unsigned startWidth;
-    unsigned width;    // bits of a code
-    unsigned next;     // the code to be given next
-    unsigned maxCode;  // 1 << width
-
-    void ResetDictionary() {
-        work->dictionary.Reset(clearCode);
-        width = startWidth;
-        maxCode = 1u << width;
-        next = clearCode + 2;
-    }
-
-    void Clear() {
-        work->writer.Put(clearCode, width);
-        ResetDictionary();
-    }
-
-    // Ends the string `prefix`, which was not known with `pixel` behind it.
-    void EndString(unsigned prefix, unsigned pixel) {
-        work->writer.Put(prefix, width);
-        unsigned code = next;
-        if (code < kMostCodes) {
-            work->dictionary.Add(prefix, pixel, code);
-            ++next;
-        }
-        if (code != maxCode) return;
-        if (width == kMostCodeBits) return Clear();
-        ++width;
-        maxCode <<= 1;
-    }
-
-    // Goes on from the string `prefix` over a row; returns the string at its end.
-    unsigned EncodeRow(unsigned prefix, const uint8_t* pixels, int count, unsigned mask) {
-        for (int x = 0; x < count; ++x) {
-            unsigned pixel = pixels[x] & mask;
-            unsigned code = work->dictionary.Find(prefix, pixel);
-            if (code == EncoderDictionary::kNone) {
-                EndString(prefix, pixel);
-                code = pixel;
-            }
-            prefix = code;
-        }
-        return prefix;
-    }
-};
 
 // The rows of an image as pixel values, in the order in which they are encoded.
 class RowSource {
@@ -95,17 +38,110 @@ private:
     uint8_t* buffer_;
 };
 
-void EncodePixels(Encoder encoder, RowSource rows, int width, int height, unsigned mask) {
-    encoder.work->dictionary.Clear();
-    encoder.ResetDictionary();
-    encoder.work->writer.Put(encoder.clearCode, encoder.width);
-    if (width > 0 && height > 0) {
-        const uint8_t* row = rows.Next();
-        unsigned prefix = encoder.EncodeRow(row[0] & mask, row + 1, width - 1, mask);
-        for (int y = 1; y < height; ++y) prefix = encoder.EncodeRow(prefix, rows.Next(), width, mask);
-        encoder.work->writer.Put(prefix, encoder.width);
+// An image on its way into the file.
+struct Job {
+    RowSource rows;
+    int width, height;
+    unsigned mask;  // cuts pixel values to the image's depth
+    unsigned codeSize;
+    CodeWriter* writer;
+    CodeWriter::Place out;
+
+    void Put(unsigned code, unsigned bits) { writer->Put(&out, code, bits); }
+};
+
+// The state of the compression between two pixels.
+struct Progress {
+    unsigned prefix;     // the code of the string so far
+    unsigned codeWidth;  // bits of a code
+    unsigned nextCode;   // to be given next
+    unsigned maxCode;    // 1 << codeWidth
+
+    void Restart(unsigned codeSize) {
+        codeWidth = codeSize + 1;
+        maxCode = 1u << codeWidth;
+        nextCode = (1u << codeSize) + 2;
     }
-    encoder.work->writer.Put(encoder.clearCode + 1, encoder.width);
+};
+
+// Called when the codes of this width have run out: goes on with wider ones, or starts over when there are none.
+template <typename Dictionary>
+Progress Widen(Job* job, Progress at, Dictionary* dictionary) {
+    if (at.codeWidth < kMostCodeBits) {
+        ++at.codeWidth;
+        at.maxCode <<= 1;
+        return at;
+    }
+    unsigned clearCode = 1u << job->codeSize;
+    job->Put(clearCode, at.codeWidth);
+    dictionary->Reset(clearCode);
+    at.Restart(job->codeSize);
+    return at;
+}
+
+// Encodes `count` pixels behind what has been encoded so far.
+template <typename Dictionary>
+Progress EncodeRow(Job* job, Progress at, const uint8_t* pixels, int count, Dictionary* dictionary) {
+    const unsigned mask = job->mask;
+    CodeWriter* const writer = job->writer;
+    CodeWriter::Place out = job->out;
+    for (const uint8_t* end = pixels + count; pixels < end; ++pixels) {
+        unsigned pixel = *pixels & mask;
+        typename Dictionary::Slot slot;
+        if (unsigned code = dictionary->Find(at.prefix, pixel, &slot)) {
+            at.prefix = code;
+            continue;
+        }
+        writer->Put(&out, at.prefix, at.codeWidth);
+        bool lastOfWidth = at.nextCode == at.maxCode;
+        if (!lastOfWidth || at.nextCode < kEncoderCodes) dictionary->Fill(slot, at.prefix, pixel, at.nextCode);
+        ++at.nextCode;
+        at.prefix = pixel;
+        if (lastOfWidth) {
+            job->out = out;
+            at = Widen(job, at, dictionary);
+            out = job->out;
+        }
+    }
+    job->out = out;
+    return at;
+}
+
+template <typename Dictionary>
+bool EncodePixels(Job* job) {
+    auto dictionary = AllocateScratchObject<Dictionary>();
+    if (!dictionary) return false;
+    const unsigned clearCode = 1u << job->codeSize;
+    Progress at;
+    at.Restart(job->codeSize);
+    dictionary->Reset(clearCode);
+    job->Put(clearCode, at.codeWidth);
+    const uint8_t* row = job->rows.Next();
+    at.prefix = row[0] & job->mask;
+    at = EncodeRow(job, at, row + 1, job->width - 1, dictionary.get());
+    for (int y = 1; y < job->height; ++y) at = EncodeRow(job, at, job->rows.Next(), job->width, dictionary.get());
+    job->Put(at.prefix, at.codeWidth);
+    job->Put(clearCode + 1, at.codeWidth);
+    return true;
+}
+
+// An image without pixels still has its clear and its end code.
+bool EncodeNothing(Job* job) {
+    job->Put(1u << job->codeSize, job->codeSize + 1);
+    job->Put((1u << job->codeSize) + 1, job->codeSize + 1);
+    return true;
+}
+
+bool Encode(Job* job) {
+    if (job->width == 0 || job->height == 0) return EncodeNothing(job);
+    switch (job->codeSize) {
+        case 2:
+        case 3:
+        case 4: return EncodePixels<RowDictionary<4>>(job);
+        case 5: return EncodePixels<RowDictionary<5>>(job);
+        case 6: return EncodePixels<RowDictionary<6>>(job);
+        default: return EncodePixels<HashDictionary>(job);
+    }
 }
 
 }  // namespace
@@ -120,11 +156,11 @@ bool EncodeImageData(File& file, const Block& image) {
     if (bitmap->bitCount > 8 || bitmap->width != fields.width || bitmap->height != fields.height) return false;
 
     std::unique_ptr<uint8_t[]> row = AllocateScratch(static_cast<uint64_t>(bitmap->width) + 1);
-    std::unique_ptr<Work> work = AllocateScratchObject<Work>();
     auto codeSize = static_cast<unsigned>(depth == 1 ? 2 : depth);
-    if (!row || !work || !work->writer.Start(&file, static_cast<int>(codeSize))) return false;
-    Encoder encoder = {work.get(), 1u << codeSize, codeSize + 1, 0, 0, 0};
+    CodeWriter writer;
+    CodeWriter::Place out;
+    if (!row || !writer.Start(&file, static_cast<int>(codeSize), &out)) return false;
     RowSource rows(bitmap, (fields.packed & kImageInterlaced) != 0, row.get());
-    EncodePixels(encoder, rows, bitmap->width, bitmap->height, (1u << depth) - 1);
-    return work->writer.Finish();
+    Job job = {rows, bitmap->width, bitmap->height, (1u << depth) - 1, codeSize, &writer, out};
+    return Encode(&job) && writer.Finish(job.out);
 }

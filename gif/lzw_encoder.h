@@ -5,6 +5,6 @@
 #include "platform/file.h"
 
 // Writes the minimum code size, the LZW codes in data sub-blocks and the closing empty sub-block of the IMAGE block
-// `image` (rows in interlaced order when its descriptor says so). Pixel values that do not fit the image's bit depth are
-// written as their low bits. False on a failed allocation, lock or write.
+// `image` (rows in interlaced order when its descriptor says so). Pixel values that do not fit the image's bit depth
+// are written as their low bits. False on a failed allocation, lock or write.
 [[nodiscard]] bool EncodeImageData(File& file, const Block& image);

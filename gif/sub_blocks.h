@@ -6,7 +6,8 @@
 
 #include "platform/file.h"
 
-// Moves behind the end of the chain at which (or between whose sub-blocks) `file` stands, or behind the end of the file.
+// Moves behind the end of the chain at which (or between whose sub-blocks) `file` stands, or behind the end of the
+// file.
 void SkipSubBlocks(File& file);
 
 // The sub-blocks of one image's data as a stream of bits, least significant first. Sub-blocks are joined in a small

@@ -28,8 +28,8 @@ MemoryHandle CreateImageBitmap(int width, int height, const RgbTriple* colours, 
     if (width < 0 || height < 0 || width > 0xFFFF || height > 0xFFFF) return nullptr;
     int bitCount = BitCountForDepth(depth);
     uint32_t entries = ColourTableEntries(bitCount);
-    uint64_t imageBytes =
-        uint64_t{RowBytes(static_cast<uint32_t>(width), static_cast<uint32_t>(bitCount))} * static_cast<uint32_t>(height);
+    uint64_t imageBytes = uint64_t{RowBytes(static_cast<uint32_t>(width), static_cast<uint32_t>(bitCount))} *
+                          static_cast<uint32_t>(height);
     if (imageBytes > kMaxImageBytes) return nullptr;
 
     OwnedMemory memory(AllocateMemory(sizeof(BitmapHeader) + entries * sizeof(RgbQuad) + imageBytes));

@@ -11,8 +11,9 @@ constexpr uint8_t kFourLevels[] = {0, 85, 170, 255};
 constexpr uint8_t kEightLevels[] = {0, 36, 72, 108, 144, 180, 216, 255};
 
 constexpr RgbTriple kSixteenColours[] = {
-    {0, 0, 0},       {128, 0, 0}, {0, 128, 0}, {128, 128, 0}, {0, 0, 128}, {128, 0, 128}, {0, 128, 128}, {128, 128, 128},
-    {192, 192, 192}, {255, 0, 0}, {0, 255, 0}, {255, 255, 0}, {0, 0, 255}, {255, 0, 255}, {0, 255, 255}, {255, 255, 255},
+    {0, 0, 0},     {128, 0, 0},     {0, 128, 0},     {128, 128, 0},   {0, 0, 128}, {128, 0, 128},
+    {0, 128, 128}, {128, 128, 128}, {192, 192, 192}, {255, 0, 0},     {0, 255, 0}, {255, 255, 0},
+    {0, 0, 255},   {255, 0, 255},   {0, 255, 255},   {255, 255, 255},
 };
 
 // Every combination of the levels, blue varying fastest, then green.
@@ -55,7 +56,8 @@ void Fill(RgbTriple* palette, int kind) {
         case kPaletteWeb: FillFromResource(palette, "PALETTE216"); break;
         case kPaletteCubeGrey: FillFromResource(palette, "PALETTE256G"); break;
         case kPaletteGrey:
-            for (int i = 0; i < kPaletteEntries; ++i) palette[i].red = palette[i].green = palette[i].blue = static_cast<uint8_t>(i);
+            for (int i = 0; i < kPaletteEntries; ++i)
+                palette[i].red = palette[i].green = palette[i].blue = static_cast<uint8_t>(i);
             break;
         default: FillCube(palette, kEightLevels, kEightLevels, kFourLevels); break;
     }

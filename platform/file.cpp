@@ -137,7 +137,8 @@ void File::Discard() {
     CloseSystemFile();
 }
 
-// Forgets everything about the file but whether it failed. A created one that did goes, one that did not takes its place.
+// Forgets everything about the file but whether it failed. A created one that did goes, one that did not takes its
+// place.
 bool File::CloseSystemFile() {
     if (system_ != kClosed && !SystemClose(system_)) failed_ = true;
     if (!failed_ && !replacedPath_.empty()) failed_ = !SystemReplace(createdPath_.c_str(), replacedPath_.c_str());

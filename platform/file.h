@@ -58,16 +58,16 @@ private:
     bool CloseSystemFile();
 
     std::unique_ptr<uint8_t[]> buffer_;
-    std::string createdPath_;              // of an ordinary file being written; empty otherwise
-    std::string replacedPath_;             // where that file goes in the end, if elsewhere
-    intptr_t system_ = kClosed;            // the system's descriptor or handle
-    const uint8_t* content_ = nullptr;     // the whole "file" after OpenMemory
+    std::string createdPath_;           // of an ordinary file being written; empty otherwise
+    std::string replacedPath_;          // where that file goes in the end, if elsewhere
+    intptr_t system_ = kClosed;         // the system's descriptor or handle
+    const uint8_t* content_ = nullptr;  // the whole "file" after OpenMemory
     size_t contentBytes_ = 0;
-    const uint8_t* window_ = nullptr;      // what is being read: buffer_, or a stretch of content_
-    uint64_t windowStart_ = 0;             // file offset of window_[0]
-    uint64_t systemPosition_ = 0;          // file offset at which the system reads next
-    size_t next_ = 0;                      // index of the next byte to read in the window
-    size_t filled_ = 0;                    // bytes in the window, or waiting to be written
+    const uint8_t* window_ = nullptr;  // what is being read: buffer_, or a stretch of content_
+    uint64_t windowStart_ = 0;         // file offset of window_[0]
+    uint64_t systemPosition_ = 0;      // file offset at which the system reads next
+    size_t next_ = 0;                  // index of the next byte to read in the window
+    size_t filled_ = 0;                // bytes in the window, or waiting to be written
     bool writing_ = false;
     bool failed_ = false;
 };

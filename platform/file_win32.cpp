@@ -7,8 +7,8 @@
 namespace {
 
 intptr_t Open(const char* path, DWORD access, DWORD share, DWORD disposition) {
-    HANDLE file = CreateFileW(WideFromUtf8(path).c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL,
-                              nullptr);
+    HANDLE file =
+        CreateFileW(WideFromUtf8(path).c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
     return reinterpret_cast<intptr_t>(file);
 }
 
@@ -56,7 +56,8 @@ bool SystemClose(intptr_t file) {
 
 bool SystemIsSpecial(const char* path) {
     DWORD attributes = GetFileAttributesW(WideFromUtf8(path).c_str());
-    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0;
+    return attributes != INVALID_FILE_ATTRIBUTES &&
+           (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0;
 }
 
 void SystemDelete(const char* path) {

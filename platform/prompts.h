@@ -4,8 +4,8 @@
 
 #include "platform/window_handle.h"
 
-constexpr int kPathBytes = 260;     // every path buffer, its terminating NUL included
-constexpr int kAnswerYes = 6;       // AskYesNo
+constexpr int kPathBytes = 260;  // every path buffer, its terminating NUL included
+constexpr int kAnswerYes = 6;    // AskYesNo
 constexpr int kAnswerNo = 7;
 
 // The text number `id` of the string table (resources/string_ids.h), in Windows-1252. A number without a text gives

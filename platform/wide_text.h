@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-std::wstring WideFromUtf8(std::string_view text);    // bytes that are no UTF-8 become U+FFFD
+std::wstring WideFromUtf8(std::string_view text);  // bytes that are no UTF-8 become U+FFFD
 std::string Utf8FromWide(std::wstring_view text);
 std::wstring WideFrom1252(std::string_view text);
 std::string Ansi1252FromWide(std::wstring_view text);  // characters without a place become "?"

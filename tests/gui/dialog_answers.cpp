@@ -8,18 +8,31 @@ namespace {
 
 constexpr UINT kPollMilliseconds = 10;
 constexpr int kFileNameField = 0x480;  // edt1 of the system's file dialogs
+constexpr int kFileNameBox = 0x47C;    // cmb13, which newer ones have in its place
+constexpr int kPatience = 1000;        // polls until an answered dialog that stays open counts as stuck
 constexpr wchar_t kAnsweredMark[] = L"ZephyrTestAnswered";
 
 DialogAnswers* current;
 
-BOOL CALLBACK TakeWaitingDialog(HWND window, LPARAM found) {
+// The eyedropper's window waits for an answer like a dialog, though it has a class of its own.
+bool IsOpenDialog(HWND window) {
     wchar_t className[20] = L"";
     GetClassNameW(window, className, 20);
     bool dialog = wcscmp(className, L"#32770") == 0 || wcscmp(className, L"KLM ZephyrSelect") == 0;
-    bool waits = dialog && IsWindowVisible(window) && IsWindowEnabled(window) && !GetPropW(window, kAnsweredMark);
-    if (!waits) return TRUE;
+    return dialog && IsWindowVisible(window) && IsWindowEnabled(window);
+}
+
+// Prefers one that has had no answer.
+BOOL CALLBACK TakeOpenDialog(HWND window, LPARAM found) {
+    if (!IsOpenDialog(window)) return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
-    return FALSE;
+    return GetPropW(window, kAnsweredMark) ? TRUE : FALSE;
+}
+
+HWND OpenDialog() {
+    HWND dialog = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), TakeOpenDialog, reinterpret_cast<LPARAM>(&dialog));
+    return dialog;
 }
 
 std::string CaptionOf(HWND window) {
@@ -45,21 +58,26 @@ void CALLBACK DialogAnswers::OnTimer(HWND, UINT, UINT_PTR, DWORD) {
 }
 
 void DialogAnswers::AnswerOneDialog() {
-    HWND dialog = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), TakeWaitingDialog, reinterpret_cast<LPARAM>(&dialog));
+    HWND dialog = OpenDialog();
     if (!dialog) return;
-    SetPropW(dialog, kAnsweredMark, dialog);
-    texts_.push_back(ControlText(dialog, 101));
-    if (answers_.empty()) {
-        ADD_FAILURE() << "unexpected dialog \"" << CaptionOf(dialog) << "\": " << texts_.back();
-        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
-        SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-        if (IsWindow(dialog)) SendMessageW(dialog, WM_CLOSE, 0, 0);  // a window that is no dialog
+    if (GetPropW(dialog, kAnsweredMark)) {
+        if (++idlePolls_ == kPatience) GiveUp(dialog, "stuck");
         return;
     }
+    idlePolls_ = 0;
+    SetPropW(dialog, kAnsweredMark, dialog);
+    texts_.push_back(ControlText(dialog, 101));
+    if (answers_.empty()) return GiveUp(dialog, "unexpected");
     Steps steps = std::move(answers_.front());
     answers_.pop_front();
     steps(dialog);
+}
+
+void DialogAnswers::GiveUp(HWND dialog, const char* why) {
+    idlePolls_ = 0;
+    ADD_FAILURE() << why << " dialog \"" << CaptionOf(dialog) << "\": " << ControlText(dialog, 101);
+    PostMessageW(dialog, WM_COMMAND, GetDlgItem(dialog, IDOK) && !GetDlgItem(dialog, IDCANCEL) ? IDOK : IDCANCEL, 0);
+    PostMessageW(dialog, WM_CLOSE, 0, 0);  // for a window that is no dialog
 }
 
 void DialogAnswers::Press(int button) {
@@ -68,9 +86,13 @@ void DialogAnswers::Press(int button) {
 
 void DialogAnswers::ChooseFile(std::string path) {
     Do([path](HWND dialog) {
-        SetDlgItemTextW(dialog, kFileNameField, WideFromUtf8(path).c_str());
+        SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(path).c_str());
         PostMessageW(dialog, WM_COMMAND, IDOK, 0);  // posted: a question about an existing file may come up
     });
+}
+
+int FileNameField(HWND dialog) {
+    return GetDlgItem(dialog, kFileNameField) ? kFileNameField : kFileNameBox;
 }
 
 void PressButton(HWND dialog, int button) {

@@ -43,15 +43,20 @@ public:
 private:
     static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
     void AnswerOneDialog();
+    void GiveUp(HWND dialog, const char* why);
 
     UINT_PTR timer_;
     DialogAnswers* outer_;
+    int idlePolls_ = 0;
     std::deque<Steps> answers_;
     std::vector<std::string> texts_;
 };
 
 // Presses the button as a user would: tells the dialog, when the button exists and is enabled. Else the test fails.
 void PressButton(HWND dialog, int button);
+
+// The control of a system file dialog that holds the name.
+int FileNameField(HWND dialog);
 
 // Clicks a check box or radio button, so that it changes its own state first.
 void ClickBox(HWND dialog, int box);

@@ -8,7 +8,6 @@ struct ScriptedPrompts {
     std::vector<std::string> messages;  // every text of ShowMessage and AskYesNo, in order
     std::vector<int> yesNoAnswers;      // taken from the front; kAnswerNo when none is left
     std::string gifFile;                // what AskForGifFile chooses; empty: cancelled
-    std::vector<int>
-        paletteChoices;  // what the palette dialog answers, from the front; kPaletteCancel when none is left
+    std::vector<int> paletteChoices;    // of the palette dialog, from the front; kPaletteCancel when none is left
 };
 extern ScriptedPrompts prompts;
