@@ -20,9 +20,9 @@ void PackRow(uint8_t* to, int width, IsOpaque isOpaque) {
 
 void MaskRow(uint8_t* to, const uint8_t* row, int width, int bitCount, uint32_t transparent) {
     switch (bitCount) {
-        case 1: PackRow(to, width, [=](int x) { return (row[x / 8] >> (7 - x % 8) & 1u) != transparent; }); break;
+        case 1: PackRow(to, width, [=](int x) { return (uint32_t{row[x / 8]} >> (7 - x % 8) & 1) != transparent; }); break;
         case 4:
-            PackRow(to, width, [=](int x) { return (x % 2 ? row[x / 2] & 15u : row[x / 2] >> 4u) != transparent; });
+            PackRow(to, width, [=](int x) { return (x % 2 ? row[x / 2] & 15u : uint32_t{row[x / 2]} >> 4) != transparent; });
             break;
         case 8: PackRow(to, width, [=](int x) { return row[x] != transparent; }); break;
         case 24:
