@@ -40,7 +40,6 @@ void PackRow(const uint8_t* indexes, int width, int bitCount, uint8_t* row) {
     }
     int perByte = 8 / bitCount;
     int mask = (1 << bitCount) - 1;
-    memset(row, 0, RowBytes(static_cast<uint32_t>(width), static_cast<uint32_t>(bitCount)));
     for (int x = 0; x < width; ++x) {
         int shift = (perByte - 1 - x % perByte) * bitCount;
         row[x / perByte] = static_cast<uint8_t>(row[x / perByte] | (indexes[x] & mask) << shift);
