@@ -19,8 +19,11 @@ uint64_t Load64(const uint8_t* from) {
 
 constexpr unsigned kStep = 16;  // bytes that one copy moves at least
 
+// The two places may overlap: a string may be copied right behind itself.
 inline void CopyStep(uint8_t* to, const uint8_t* from) {
-    memcpy(to, from, kStep);
+    uint8_t step[kStep];
+    memcpy(step, from, kStep);
+    memcpy(to, step, kStep);
 }
 
 }  // namespace
