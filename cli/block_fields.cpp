@@ -101,11 +101,19 @@ std::string WithDocumentLineEnds(const std::string& text) {
     return lines;
 }
 
+// As in the editor, an empty text is no text at all; saving leaves such a block out.
+void DropText(Block* block) {
+    FreeMemory(block->data);
+    block->data = nullptr;
+    block->dataLength = 0;
+}
+
 std::string SetText(Block* block, const std::string&, const std::string& value) {
     std::string text = Windows1252FromUtf8(value);
     if (Utf8FromWindows1252(text) != value) return "only characters that Windows-1252 has";
     text = WithDocumentLineEnds(text);
     if (text.size() > kMaxTextBytes) return "at most " + std::to_string(kMaxTextBytes) + " characters";
+    if (text.empty()) return DropText(block), "";
     if (!SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()))) return "more memory";
     return "";
 }

@@ -55,8 +55,9 @@ const char kSetHelp[] =
     "\n"
     "Colours of the palette are given as #rrggbb, other colours by their number; sorted,\n"
     "interlaced and input are yes or no. A text may have several lines; it is kept in\n"
-    "Windows-1252. The screen's width and height only last where no image reaches: saving\n"
-    "sets them to the right and bottom edge of the images.\n"
+    "Windows-1252. A block whose text is made empty is left out of OUT.\n"
+    "The screen's width and height only last where no image reaches: saving sets them to the\n"
+    "right and bottom edge of the images.\n"
     "The names go into the file-identity comment; they are empty by default.\n";
 
 int RunSet(const Words& words) {
