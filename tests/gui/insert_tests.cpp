@@ -36,20 +36,21 @@ std::string PixelsOf(MemoryHandle image) {
 
 class InsertTest : public ShellTest {
 protected:
-    void SetUp() override {
-        ShellTest::SetUp();
-        SetCurrentDirectoryW(WideFromUtf8(Folder()).c_str());  // where the file dialog starts
-    }
-    void TearDown() override {
-        SetCurrentDirectoryW(L"C:\\");  // the folder is about to be deleted
-        ShellTest::TearDown();
+    // Goes to the test's folder first: where the dialog starts depends on what was chosen before.
+    void ChooseFiles(DialogAnswers* answers, const std::string& files) {
+        answers->Do([this, files](HWND dialog) {
+            SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(Folder()).c_str());
+            SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+            SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(files).c_str());
+            PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+        });
     }
 
     // Runs the command: the button of the kind, the names typed into the file dialog, then `questions`.
     void Insert(int button, const std::string& files = "", const std::vector<Steps>& questions = {}) {
         DialogAnswers answers;
         answers.Press(button);
-        if (!files.empty()) answers.ChooseFile(files);
+        if (!files.empty()) ChooseFiles(&answers, files);
         for (const Steps& steps : questions) answers.Do(steps);
         Command(IDM_INSERT);
     }
@@ -229,6 +230,7 @@ TEST_F(InsertTest, ImagesAreFittedAsChosen) {
                         {kPaletteSixteen, IDC_PALETTE_DITHER, true},
                         {kPaletteBlackWhite, IDC_PALETTE_REMAP, false}};
     for (const Row& row : rows) {
+        documentChanged = false;  // or opening the next file would ask
         Open(MakePicture("source.gif", 30, row.paletteKind));
         MemoryHandle source = At(1).data;
         RgbTriples web;
@@ -290,8 +292,7 @@ TEST_F(InsertTest, AnAllBlackDocumentDithersToItsColours) {
 }
 
 TEST_F(InsertTest, UnusableFilesLeaveTheDocumentAsItIs) {
-    MakePicture("web.gif", 30, kPaletteWeb);
-    const std::string whole = ReadWholeFile(File("web.gif"));
+    const std::string whole = ReadWholeFile(MakePicture("web.gif", 30, kPaletteWeb));
     constexpr size_t kImageStart = kHeaderDescriptorBytes + kPaletteBytes;
     std::string corrupt = whole;
     corrupt.replace(kImageStart + 12, 2, "\xFF\xFF");  // the first code stands for nothing
@@ -320,15 +321,15 @@ TEST_F(InsertTest, UnusableFilesLeaveTheDocumentAsItIs) {
 }
 
 TEST_F(InsertTest, AnImageThatIsCutShortKeepsTheRowsItHas) {
-    MakePicture("web.gif", 30, kPaletteWeb);
-    std::string whole = ReadWholeFile(File("web.gif"));
-    WriteWholeFile(File("cut.gif"), whole.substr(0, kHeaderDescriptorBytes + kPaletteBytes + 60));
+    std::string whole = ReadWholeFile(MakePicture("web.gif", 100, kPaletteWeb));
+    // The image's descriptor, code size, one sub-block and the start of another.
+    WriteWholeFile(File("cut.gif"), whole.substr(0, kHeaderDescriptorBytes + kPaletteBytes + 11 + 256 + 10));
     Open(MakeGif("doc.gif"));
     Insert(IDC_INSERT_IMAGE, File("cut.gif"));
-    EXPECT_EQ(Kinds()[1], "IMAGE 30");
+    EXPECT_EQ(Kinds()[1], "IMAGE 100");
     MemoryLock lock(At(1).data);
     EXPECT_EQ(GetImagePixel(lock.As<const BitmapHeader>(), 5, 0), 5u);
-    EXPECT_EQ(GetImagePixel(lock.As<const BitmapHeader>(), 29, 9), 0u);
+    EXPECT_EQ(GetImagePixel(lock.As<const BitmapHeader>(), 99, 9), 0u);
 }
 
 }  // namespace
