@@ -4,7 +4,7 @@
 #include "imaging/inverse_colour_table.h"
 #include "imaging/luminance.h"
 #include "imaging/nearest_colour.h"
-#include "imaging/pixel_rows.h"
+#include "imaging/row_packer.h"
 
 namespace {
 
@@ -43,7 +43,7 @@ public:
     }
 
     void operator()(const uint8_t* row, int width, uint8_t* indexes) const {
-        UnpackRow(row, width, bitCount_, indexes);
+        UnpackRow(indexes, row, width, bitCount_);
         for (int x = 0; x < width; ++x) indexes[x] = map_[indexes[x]];
     }
 
@@ -90,7 +90,7 @@ MemoryHandle MakeResult(ConstLockedBitmap source, const Target& target, unsigned
     for (int y = source->height - 1; y >= 0; --y) {
         if (StopRequested(flags)) return nullptr;
         map(ImageRow(source, y), source->width, indexLock.Bytes());
-        PackRow(indexLock.Bytes(), source->width, to->bitCount, ImageRow(to, y));
+        PackRow(ImageRow(to, y), indexLock.Bytes(), source->width, to->bitCount);
     }
     return result.Release();
 }

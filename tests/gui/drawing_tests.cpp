@@ -112,7 +112,9 @@ TEST(DrawImage, StraightUsesItsOwnColoursOrAdoptsOthers) {
                 DrawImageStraight(canvas.Dc(), image.Get(), adopts ? others.entries : nullptr, 0, 0);
                 auto everywhere = [](int, int, int) { return true; };
                 EXPECT_EQ(Difference(image.Expected(colours, 0, 0, everywhere), canvas.Look()), "");
-                if (depth < 24) EXPECT_EQ(FirstColour(image.Get()), colours[0]);
+                if (depth < 24) {
+                    EXPECT_EQ(FirstColour(image.Get()), colours[0]);
+                }
             }
 }
 
@@ -140,7 +142,9 @@ TEST(DrawImage, ProgressiveLacksRowsOfLowImages) {
             DrawImageProgressive(canvas.Dc(), image.Get(), others.entries, 0, 0);
             auto reached = [=](int, int, int row) { return RevealReaches(row, height); };
             EXPECT_EQ(Difference(image.Expected(others.entries, 0, 0, reached), canvas.Look()), "");
-            if (depth < 24) EXPECT_EQ(FirstColour(image.Get()), others.entries[0]);
+            if (depth < 24) {
+                EXPECT_EQ(FirstColour(image.Get()), others.entries[0]);
+            }
         }
 }
 
@@ -163,7 +167,9 @@ TEST(DrawImage, TransparentLeavesTheGroundWhereItsIndexIs) {
                     };
                     EXPECT_EQ(Difference(image.Expected(own.entries, 0, 0, opaque), canvas.Look()), "");
                     EXPECT_EQ(GetTextColor(canvas.Dc()), RGB(1, 2, 3));
-                    if (depth < 24) EXPECT_EQ(FirstColour(image.Get()), own.entries[0]);
+                    if (depth < 24) {
+                        EXPECT_EQ(FirstColour(image.Get()), own.entries[0]);
+                    }
                 }
 }
 
