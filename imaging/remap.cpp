@@ -19,6 +19,10 @@ struct Target {
     int depth;
     InverseColourTable nearest;
 
+    uint8_t Nearest(RgbQuad colour) const {
+        return static_cast<uint8_t>(NearestColour(colour.red, colour.green, colour.blue, palette, 1 << depth));
+    }
+
     int ExactOrCell(uint8_t grey) const {
         int exact = ExactColour(grey, grey, grey, palette, depth);
         return exact >= 0 ? exact : nearest.cells[InverseCell(grey, grey, grey)];
@@ -37,8 +41,7 @@ public:
         const RgbQuad* colours = ImageColourTable(source);
         for (int i = 0; i < 1 << bitCount_; ++i) {
             RgbQuad from = colours[i];
-            int nearest = NearestColour(from.red, from.green, from.blue, target.palette, 1 << target.depth);
-            map_[i] = target.depth == 1 ? BlackOrWhite(from.red, from.green, from.blue) : static_cast<uint8_t>(nearest);
+            map_[i] = target.depth == 1 ? BlackOrWhite(from.red, from.green, from.blue) : target.Nearest(from);
         }
     }
 
