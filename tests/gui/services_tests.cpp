@@ -221,14 +221,13 @@ TEST_F(ServicesTest, SeveralImagesComeAsAFolderAndNames) {
     MakeGif("a.gif");
     MakeGif("B.gif");
     const struct {
-        std::string typed;
-        std::vector<std::string> names;
-    } cases[] = {{File("a.gif"), {File("a.gif")}},
-                 {"\"a.gif\" \"B.gif\"", {Folder().substr(0, Folder().size() - 1), "a.gif", "B.gif"}}};
+        std::vector<std::string> chosen, names;
+    } cases[] = {{{"a.gif"}, {File("a.gif")}},
+                 {{"a.gif", "B.gif"}, {Folder().substr(0, Folder().size() - 1), "a.gif", "B.gif"}}};
     for (const auto& c : cases) {
         std::vector<char> names(kImagesBufferBytes);
         DialogAnswers answers;
-        answers.ChooseFile(c.typed);
+        answers.ChooseFiles(Folder(), c.chosen);
         ASSERT_TRUE(OpenImagesDialog(hMainWindow, names.data()));
         const char* at = names.data();
         for (const std::string& name : c.names) {
