@@ -227,6 +227,19 @@ TEST(Viewer, AnExposureKeepsWhatLayUnderTheImage) {
     EXPECT_EQ(stage.State().savedUnder, nullptr);
 }
 
+TEST(Viewer, AnExposureAfterTheImageIsNotTakenForTheNextOne) {
+    Animation animation(40, 30);
+    animation.Control(3, 1).Image({0, 0, 20, 15}).Image({10, 5, 20, 15, 8, false, true, 4});
+    ViewerStage stage(&animation, kClientWidth, kClientHeight);
+    stage.Step(), stage.Step(), stage.Step(), stage.Tick(), stage.Step();
+    InvalidateRect(stage.Window(), nullptr, FALSE);
+    UpdateWindow(stage.Window());
+    Picture before = stage.Look();
+    stage.Step(), stage.Step(), stage.Tick();
+    EXPECT_EQ(stage.Step(), WM_VIEWER_DISPOSE);
+    EXPECT_EQ(Difference(before, stage.Look()), "");
+}
+
 TEST(Viewer, AnImageThatLeftTheDocumentIsNotPaintedAgain) {
     Animation animation(40, 30);
     animation.Image({0, 0, 40, 30});
