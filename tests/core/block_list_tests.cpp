@@ -110,9 +110,12 @@ TEST_F(BlockListTest, Deletion) {
         int selected;
         unsigned message;
     } const cases[] = {
-        {0, false, ".abc", 0, IDS_HEADER_FIXED}, {-1, false, ".abc", -1, IDS_BLOCK_ACCESS},
-        {4, false, ".abc", 4, IDS_BLOCK_ACCESS}, {2, true, ".ac", 2, 0},
-        {2, true, ".a", 1, 0},                   {1, true, ".", 0, 0},
+        {0, false, ".abc", 0, IDS_HEADER_FIXED},
+        {-1, false, ".abc", -1, IDS_BLOCK_ACCESS},
+        {4, false, ".abc", 4, IDS_BLOCK_ACCESS},
+        {2, true, ".ac", 2, 0},
+        {2, true, ".a", 1, 0},
+        {1, true, ".", 0, 0},
         {0, false, ".", 0, IDS_HEADER_FIXED},
     };
     for (const Case& c : cases) {
@@ -152,7 +155,9 @@ TEST_F(BlockListTest, FailuresChangeNothing) {
         EXPECT_EQ(DeleteBlock(nullptr, &list_, &selection), round.IsUndisturbed());
         round.End();
         EXPECT_EQ(Letters(), before);
-        if (!round.IsUndisturbed()) EXPECT_EQ(prompts.messages.back(), Message(IDS_BLOCK_ACCESS));
+        if (!round.IsUndisturbed()) {
+            EXPECT_EQ(prompts.messages.back(), Message(IDS_BLOCK_ACCESS));
+        }
     };
     EXPECT_GE(ForEachFault(&Faults::locksUntilFailure, remove), 2);
 }

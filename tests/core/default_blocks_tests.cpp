@@ -83,7 +83,8 @@ TEST_F(DefaultBlocks, DescriptorsAndTexts) {
 }
 
 TEST_F(DefaultBlocks, KindsThatCannotBeMade) {
-    for (uint16_t kind : {0, 5, 8, 9, 10, 65535}) {
+    for (int number : {0, 5, 8, 9, 10, 65535}) {
+        auto kind = static_cast<uint16_t>(number);
         Block block;
         memset(&block, 0xAA, sizeof block);
         EXPECT_FALSE(Make(&block, kind));
@@ -155,12 +156,17 @@ TEST_F(DefaultBlocks, ExhaustedMemoryLeavesNothing) {
             bool made = Make(&block, kind, path_.c_str());
             round.End();
             EXPECT_TRUE(made || IsZeroed(block));
-            if (round.IsUndisturbed()) EXPECT_TRUE(made);
+            if (round.IsUndisturbed()) {
+                EXPECT_TRUE(made);
+            }
             bool isText = kind == kPlainTextBlock || kind == kCommentBlock;
-            if (isText && !made)
+            if (isText && !made) {
                 EXPECT_EQ(prompts.messages, std::vector<std::string>{LoadStr(IDS_OUT_OF_MEMORY)});
+            }
             // Only an image that could not be decoded is still made: blank.
-            if (made && !round.IsUndisturbed() && kind != kImageBlock) EXPECT_EQ(kind, kPlainTextBlock);
+            if (made && !round.IsUndisturbed() && kind != kImageBlock) {
+                EXPECT_EQ(kind, kPlainTextBlock);
+            }
             FreeBlock(&block);
         };
         ForEachFault(&Faults::allocationsUntilFailure, attempt);

@@ -289,10 +289,11 @@ TEST(GifReader, ExhaustedMemory) {
         ReadResult result = made ? ReadGifFile(&list, path.c_str()) : kReadFailed;
         round.End();
         EXPECT_TRUE(!round.IsUndisturbed() || NameOf(list, 1) == "a");
-        if (round.IsUndisturbed() || result == kReadDone)
+        if (round.IsUndisturbed() || result == kReadDone) {
             EXPECT_EQ(KindsOf(list), "126842" + Repeated(70, '3'));
-        else
+        } else {
             EXPECT_EQ(result, kReadFailed);
+        }
     };
     EXPECT_GT(ForEachFault(&Faults::allocationsUntilFailure, attempt), 10);
     EXPECT_GT(ForEachFault(&Faults::locksUntilFailure, attempt), 80);

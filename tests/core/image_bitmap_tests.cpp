@@ -12,9 +12,9 @@ TEST(ImageBitmap, LayoutByDepth) {
         int width, height, depth, bitCount;
         uint32_t colours, rowBytes;
     } const cases[] = {
-        {1, 1, 1, 1, 2, 4},     {33, 3, 1, 1, 2, 8},   {8, 2, 2, 4, 16, 4},    {9, 2, 4, 4, 16, 8},
-        {4, 1, 5, 8, 256, 4},   {5, 7, 8, 8, 256, 8},  {5, 7, 0, 24, 0, 16},   {1, 2, 24, 24, 0, 4},
-        {3, 3, 9, 24, 0, 12},   {3, 3, -1, 24, 0, 12}, {0, 9, 8, 8, 256, 0},   {9, 0, 8, 8, 256, 12},
+        {1, 1, 1, 1, 2, 4},        {33, 3, 1, 1, 2, 8},   {8, 2, 2, 4, 16, 4},  {9, 2, 4, 4, 16, 8},
+        {4, 1, 5, 8, 256, 4},      {5, 7, 8, 8, 256, 8},  {5, 7, 0, 24, 0, 16}, {1, 2, 24, 24, 0, 4},
+        {3, 3, 9, 24, 0, 12},      {3, 3, -1, 24, 0, 12}, {0, 9, 8, 8, 256, 0}, {9, 0, 8, 8, 256, 12},
         {65535, 1, 1, 1, 2, 8192},
     };
     RgbTriples colours;
@@ -28,13 +28,15 @@ TEST(ImageBitmap, LayoutByDepth) {
         ASSERT_TRUE(lock);
         uint32_t imageBytes = c.rowBytes * static_cast<uint32_t>(c.height);
         auto* header = lock.As<BitmapHeader>();
-        BitmapHeader expected = {40, c.width, c.height, 1, static_cast<uint16_t>(c.bitCount), 0, imageBytes, 0, 0,
-                                 c.colours, c.colours};
+        BitmapHeader expected = {40, c.width, c.height,  1,        static_cast<uint16_t>(c.bitCount), 0, imageBytes,
+                                 0,  0,       c.colours, c.colours};
         EXPECT_EQ(memcmp(header, &expected, sizeof expected), 0);
         EXPECT_GE(MemorySize(image.Get()), 40 + 4 * c.colours + imageBytes);
         EXPECT_EQ(ImagePixels(header), lock.Bytes() + 40 + 4 * c.colours);
         EXPECT_EQ(ImageRowBytes(header), c.rowBytes);
-        if (c.height) EXPECT_EQ(ImageRow(header, c.height - 1), ImagePixels(header)) << "rows stand bottom-up";
+        if (c.height) {
+            EXPECT_EQ(ImageRow(header, c.height - 1), ImagePixels(header)) << "rows stand bottom-up";
+        }
         for (uint32_t i = 0; i < c.colours; ++i) {
             uint8_t quad[4] = {colours[i].blue, colours[i].green, colours[i].red, 0};
             EXPECT_EQ(memcmp(ImageColourTable(header) + i, quad, 4), 0);
