@@ -13,7 +13,7 @@ namespace {
 // Folders by what their files may include. More exact ones count before those that contain them.
 const std::map<std::string, std::vector<std::string>> kMayInclude = {
     {"platform", {"platform"}},
-    {"imaging", {"platform", "imaging"}},
+    {"imaging", {"platform", "imaging", "gif"}},
     {"gif", {"platform", "imaging", "gif", "resources"}},
     {"imaging/draw", {"platform", "imaging", "gif", "imaging/draw", "app/services", "resources"}},
     {"app/services", {"platform", "imaging", "gif", "app/services", "resources"}},
