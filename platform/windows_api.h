@@ -16,6 +16,7 @@
 #include <windows.h>
 #include <commctrl.h>
 #include <commdlg.h>
+#include <cderr.h>
 // clang-format on
 
 #undef MessageBox

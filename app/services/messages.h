@@ -6,6 +6,7 @@
 // Shows `text` with an OK button and waits.
 void MessageBox(HWND owner, const char* text);
 
-// Ask `text`; return IDYES (6), IDNO (7) or, the first one only, IDCANCEL (2). A dialog that fails counts as Cancel or No.
+// Ask `text`; return IDYES (6), IDNO (7) or, the first one only, IDCANCEL (2). A dialog that fails counts as Cancel or
+// No.
 int YesNoCancelBox(HWND owner, const char* text);
 int YesnoBox(HWND owner, const char* text);

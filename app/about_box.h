@@ -1,0 +1,6 @@
+// The About box: name, version and build.
+#pragma once
+
+#include "platform/windows_api.h"
+
+void ShowAboutBox(HWND owner);

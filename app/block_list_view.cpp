@@ -1,0 +1,127 @@
+#include "app/block_list_view.h"
+
+#include <string_view>
+
+#include "app/services/shell_objects.h"
+#include "gif/block_line.h"
+#include "platform/wide_text.h"
+#include "resources/command_ids.h"
+
+namespace {
+
+constexpr int kMargin = 8;
+constexpr wchar_t kSeparator = 0xFE;
+
+HWND ListOf(HWND window) {
+    return GetDlgItem(window, IDC_BLOCK_LIST);
+}
+
+// Keeps a window from redrawing for the length of a scope.
+class FrozenWindow {
+public:
+    explicit FrozenWindow(HWND window) : window_(window) { SendMessageW(window_, WM_SETREDRAW, FALSE, 0); }
+    ~FrozenWindow() { SendMessageW(window_, WM_SETREDRAW, TRUE, 0); }
+    FrozenWindow(const FrozenWindow&) = delete;
+    FrozenWindow& operator=(const FrozenWindow&) = delete;
+
+private:
+    HWND window_;
+};
+
+RECT ListPlace(HWND window) {
+    RECT client = {};
+    GetClientRect(window, &client);
+    return {kMargin, kMargin, client.right - kMargin, client.bottom - kMargin};
+}
+
+void PutLine(HWND list, UINT message, int line, const Block& block) {
+    char text[kBlockLineBytes];
+    FormatBlockLine(text, block);
+    SendMessageW(list, message, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(WideFrom1252(text).c_str()));
+}
+
+void DrawPart(HDC dc, int x, int y, std::wstring_view text, COLORREF colour) {
+    SetTextColor(dc, colour);
+    TextOutW(dc, x, y, text.data(), static_cast<int>(text.size()));
+}
+
+int TextWidth(HDC dc, std::wstring_view text) {
+    SIZE size = {};
+    GetTextExtentPoint32W(dc, text.data(), static_cast<int>(text.size()), &size);
+    return size.cx;
+}
+
+void DrawLineText(HDC dc, const RECT& place, std::wstring_view line, COLORREF kindColour) {
+    size_t split = line.find(kSeparator);
+    std::wstring_view kind = line.substr(0, split);
+    std::wstring_view details = split == line.npos ? std::wstring_view() : line.substr(split + 1);
+    SetBkMode(dc, TRANSPARENT);
+    DrawPart(dc, place.left, place.top, kind, kindColour);
+    DrawPart(dc, place.left + TextWidth(dc, kind), place.top, details, GetSysColor(COLOR_BTNFACE));
+}
+
+}  // namespace
+
+void CreateBlockListView(HWND window) {
+    RECT place = ListPlace(window);
+    DWORD style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_BORDER | LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS;
+    CreateWindowExW(0, L"listbox", L"", style, place.left, place.top, place.right - place.left,
+                    place.bottom - place.top, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_BLOCK_LIST}), hInstance,
+                    nullptr);
+}
+
+void FitBlockListView(HWND window) {
+    RECT place = ListPlace(window);
+    HWND list = ListOf(window);
+    if (list) MoveWindow(list, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+}
+
+bool FillBlockListView(HWND window, const BlockList* list) {
+    HWND view = ListOf(window);
+    bool complete = true;
+    {
+        FrozenWindow frozen(view);
+        SendMessageW(view, LB_RESETCONTENT, 0, 0);
+        for (uint32_t i = 0; list && i < list->count; ++i) {
+            Block block;
+            if (GetBlock(*list, &block, i))
+                PutLine(view, LB_ADDSTRING, 0, block);
+            else
+                complete = false;
+        }
+    }
+    SetFocus(view);
+    UpdateWindow(window);
+    return complete;
+}
+
+void ReplaceHeaderLine(HWND window, const Block& header) {
+    HWND view = ListOf(window);
+    int selection = SelectedLine(window);
+    {
+        FrozenWindow frozen(view);
+        if (SendMessageW(view, LB_DELETESTRING, 0, 0) != LB_ERR) PutLine(view, LB_INSERTSTRING, 0, header);
+    }
+    if (selection != kNoLine) SelectLine(window, selection);
+}
+
+int SelectedLine(HWND window) {
+    return static_cast<int>(SendMessageW(ListOf(window), LB_GETCURSEL, 0, 0));
+}
+
+void SelectLine(HWND window, int line) {
+    SendMessageW(ListOf(window), LB_SETCURSEL, static_cast<WPARAM>(line), 0);
+}
+
+void DrawBlockLine(const DRAWITEMSTRUCT& item) {
+    wchar_t line[kBlockLineBytes];
+    LRESULT length = SendMessageW(item.hwndItem, LB_GETTEXTLEN, item.itemID, 0);
+    if (length < 0 || length >= kBlockLineBytes) return;
+    length = SendMessageW(item.hwndItem, LB_GETTEXT, item.itemID, reinterpret_cast<LPARAM>(line));
+    if (length < 0) return;
+    bool selected = item.itemState & ODS_SELECTED;
+    HBRUSH back = selected ? GetSysColorBrush(COLOR_HIGHLIGHT) : static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+    FillRect(item.hDC, &item.rcItem, back);
+    DrawLineText(item.hDC, item.rcItem, {line, static_cast<size_t>(length)},
+                 selected ? RGB(255, 255, 255) : RGB(0, 0, 0));
+}

@@ -1,0 +1,24 @@
+// The main window's list box: one owner-drawn line per block of the document.
+#pragma once
+
+#include "gif/block_list.h"
+#include "platform/windows_api.h"
+
+constexpr int kNoLine = -1;
+
+// Creates the list box in the client area of `window`, and fits it there again after the window's size has changed.
+void CreateBlockListView(HWND window);
+void FitBlockListView(HWND window);
+
+// Replaces all lines by those of `list` (none: the list stays empty). Selects nothing. False when a block could not be
+// read and has no line.
+bool FillBlockListView(HWND window, const BlockList* list);
+
+// Replaces the first line by the one of `header`, keeping the selection.
+void ReplaceHeaderLine(HWND window, const Block& header);
+
+int SelectedLine(HWND window);  // kNoLine when none is
+void SelectLine(HWND window, int line);
+
+// Paints one line: the kind name, then the details faintly behind it.
+void DrawBlockLine(const DRAWITEMSTRUCT& item);

@@ -1,0 +1,37 @@
+// Commands on the selected block, and the viewer.
+#include "app/block_list_view.h"
+#include "app/commands.h"
+#include "app/services/messages.h"
+#include "app/shell_state.h"
+#include "editing/dialogs/edit_block.h"
+#include "gif/block_list.h"
+#include "imaging/draw/viewer.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+void ShowChangedDocument(HWND window, int line) {
+    FillBlockListView(window, &document);
+    documentChanged = true;
+    SelectLine(window, line);
+}
+
+}  // namespace
+
+void OnView(HWND window) {
+    RunViewer(window, &document);
+}
+
+void OnEdit(HWND window) {
+    int line = SelectedLine(window);
+    if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    int result = EditBlock(window, &document, line);
+    if (result == kBlockEdited) ShowChangedDocument(window, line);
+    if (result == kBlockInaccessible) MessageBox(window, LoadStr(IDS_MISSING));
+}
+
+void OnDelete(HWND window) {
+    int line = SelectedLine(window);
+    if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    if (DeleteBlock(window, &document, &line)) ShowChangedDocument(window, line);
+}

@@ -1,0 +1,90 @@
+// The Insert command.
+#include <algorithm>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "app/block_list_view.h"
+#include "app/commands.h"
+#include "app/document_commands.h"
+#include "app/not_available.h"
+#include "app/services/file_dialogs.h"
+#include "app/services/messages.h"
+#include "app/shell_state.h"
+#include "editing/palette_match.h"
+#include "gif/block_list.h"
+#include "platform/memory.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+constexpr size_t kMaxInsertedFiles = 260;
+constexpr char kPathTooLong[] = "This image can't be inserted, as its file name with all its folders is too long.";
+
+// Inserts a block behind `*place`, which moves on to it, and shows the document with line `shown` selected.
+bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const char* path) {
+    if (!InsertBlock(window, &document, place, kind, nullptr, path)) return false;
+    FillBlockListView(window, &document);
+    SelectLine(window, shown);
+    return true;
+}
+
+void MarkInserted() {
+    documentChanged = true;
+    selectedLine = kNoSelectedLine;
+}
+
+// The paths that the dialog's buffer stands for, in the order in which they are inserted.
+std::vector<std::string> ChosenPaths(const char* names) {
+    std::string folder = names;
+    const char* name = names + folder.size() + 1;
+    if (!*name) return {folder};
+    if (folder.back() != '\\') folder += '\\';
+    std::vector<std::string> paths;
+    for (; *name && paths.size() < kMaxInsertedFiles; name += strlen(name) + 1) paths.push_back(folder + name);
+    std::sort(paths.begin(), paths.end());  // bytes in plain order: upper case before lower case
+    return paths;
+}
+
+bool InsertImage(HWND window, int* place, int shown, const std::string& path) {
+    if (path.size() >= kPathBytes) {
+        MessageBox(window, kPathTooLong);
+        return false;
+    }
+    return InsertAndShow(window, place, shown, kImageBlock, path.c_str());
+}
+
+void InsertImages(HWND window, int line) {
+    OwnedMemory buffer(AllocateMemory(kImagesBufferBytes));
+    MemoryLock names(buffer.Get());
+    if (!names) return TellOutOfMemory(window);
+    if (!OpenImagesDialog(window, names.As<char>())) return;
+    int place = line;
+    for (const std::string& path : ChosenPaths(names.As<char>()))
+        if (!InsertImage(window, &place, line, path)) break;
+    MarkInserted();
+}
+
+void InsertOther(HWND window, int line, uint16_t kind) {
+    int place = line;
+    if (InsertAndShow(window, &place, line, kind, nullptr)) MarkInserted();
+}
+
+void InsertLoop(HWND window) {
+    if (HasLoopBlock(document)) return MessageBox(window, LoadStr(IDS_SECOND_LOOP));
+    SelectLine(window, 0);
+    InsertOther(window, 0, kLoopBlock);
+}
+
+}  // namespace
+
+void OnInsert(HWND window) {
+    paletteChoiceForInsert = kAskForPalette;
+    int line = SelectedLine(window);
+    if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    int kind = ChooseInsertKind(window, &document);
+    if (kind == 0) return;
+    if (kind == kLoopBlock) return InsertLoop(window);
+    if (kind == kImageBlock) return InsertImages(window, line);
+    InsertOther(window, line, static_cast<uint16_t>(kind));
+}

@@ -1,0 +1,175 @@
+#include "app/document_commands.h"
+
+#include <cstring>
+
+#include "app/block_list_view.h"
+#include "app/document_face.h"
+#include "app/main_window.h"
+#include "app/not_available.h"
+#include "app/recent_files.h"
+#include "app/services/file_dialogs.h"
+#include "app/services/messages.h"
+#include "app/shell_state.h"
+#include "app/wait_cursor.h"
+#include "gif/default_blocks.h"
+#include "gif/gif_reader.h"
+#include "gif/gif_writer.h"
+#include "gif/logical_screen.h"
+#include "resources/command_ids.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+constexpr char kNameTooLong[] = "This file can't be opened, as its name with all its folders is too long.";
+
+void RunCommand(HWND window, int id) {
+    SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
+}
+
+// Closes the old document before another one takes its place, without a second question.
+void CloseUnasked(HWND window) {
+    documentChanged = false;
+    RunCommand(window, IDM_CLOSE);
+}
+
+// The window's state with a document just made or loaded; the title is the caller's.
+void ShowDocument(HWND window) {
+    EnableDocumentCommands(window, true);
+    FillBlockListView(window, &document);
+    SelectLine(window, 0);
+    selectedLine = kNoSelectedLine;
+}
+
+void ShowLoadFailure(HWND window, const char* message) {
+    MessageBox(window, message);
+    FillBlockListView(window, nullptr);
+    DestroyBlockList(&document);
+    SetTitleText(window, IDS_NO_FILE);
+    EnableDocumentCommands(window, false);
+}
+
+void ShowLoadedFile(HWND window, const char* name) {
+    AddRecentFile(window, name);
+    SetTitle(window, name);
+    ShowDocument(window);
+    documentChanged = false;
+    // The name may be the current one itself.
+    memmove(currentFileName, name, strlen(name) + 1);
+}
+
+bool ReadDocument(const char* name) {
+    WaitCursor wait;
+    return ReadGifFile(&document, name) != kReadFailed;
+}
+
+// Fits the screen to the images and writes the document. False, with the failure told, when it can't be written.
+bool WriteDocument(HWND window, const char* name) {
+    bool written;
+    {
+        WaitCursor wait;
+        Block header;
+        if (FitLogicalScreen(&document) && GetBlock(document, &header, 0)) ReplaceHeaderLine(window, header);
+        written = WriteGifFile(document, name);
+    }
+    if (!written) {
+        MessageBox(window, LoadStr(IDS_WRITE_FAILED));
+        return false;
+    }
+    SetTitle(window, name);
+    documentChanged = false;
+    return true;
+}
+
+}  // namespace
+
+void TellOutOfMemory(HWND window) {
+    MessageBox(window, LoadStr(IDS_OUT_OF_MEMORY));
+}
+
+bool AskToSave(HWND window) {
+    if (!documentChanged) return true;
+    int answer = YesNoCancelBox(window, LoadStr(IDS_SAVE_QUESTION));
+    // A save that fails or is cancelled does not hold up the command: the user has been asked once.
+    if (answer == IDYES) RunCommand(window, IDM_SAVE);
+    return answer != IDCANCEL;
+}
+
+void OnNew(HWND window) {
+    if (!AskToSave(window)) return;
+    CloseUnasked(window);
+    if (!NewDocument(&document)) {
+        TellOutOfMemory(window);
+        FillBlockListView(window, nullptr);
+        DestroyBlockList(&document);
+        return;
+    }
+    SetTitleText(window, IDS_UNTITLED);
+    ShowDocument(window);
+}
+
+void OnOpen(HWND window) {
+    char name[kPathBytes] = "";
+    if (!OpenGifDialog(window, name)) return;
+    RunCommand(window, IDM_CLOSE);
+    if (documentChanged) return;  // only Cancel at the save question leaves it set
+    SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name));
+}
+
+void OnOpenFile(HWND window, const char* name) {
+    if (!name || !*name) return;
+    DestroyBlockList(&document);  // those who send a name have closed the document; this is for those who forgot
+    if (strlen(name) >= kPathBytes) return ShowLoadFailure(window, kNameTooLong);
+    if (!CreateBlockList(&document)) return TellOutOfMemory(window);
+    FillBlockListView(window, nullptr);
+    // A file without a GIF signature opens as a document without blocks.
+    if (ReadDocument(name))
+        ShowLoadedFile(window, name);
+    else
+        ShowLoadFailure(window, LoadStr(IDS_OPEN_FAILED));
+}
+
+void OnClose(HWND window) {
+    if (!AskToSave(window)) return;
+    documentChanged = false;
+    DestroyBlockList(&document);
+    SetTitleText(window, IDS_NO_FILE);
+    EnableDocumentCommands(window, false);
+    // The lines stay on the screen until the list is filled the next time.
+}
+
+void OnSaveAs(HWND window) {
+    char name[kPathBytes];
+    strcpy(name, LoadStr(IDS_UNTITLED));
+    if (!SaveGifDialog(window, name) || !WriteDocument(window, name)) return;
+    strcpy(currentFileName, name);
+}
+
+void OnSave(HWND window) {
+    if (*currentFileName && strcmp(currentFileName, LoadStr(IDS_UNTITLED)) != 0)
+        WriteDocument(window, currentFileName);
+    else
+        RunCommand(window, IDM_SAVE_AS);
+}
+
+void OnWizard(HWND window) {
+    if (!AskToSave(window)) return;
+    CloseUnasked(window);
+    if (!RunAnimationWizard(window, &document)) return;
+    documentChanged = true;
+    SetTitleText(window, IDS_UNTITLED);
+    ShowDocument(window);
+}
+
+void OnRecentFile(HWND window, int id) {
+    char name[kPathBytes];
+    if (!GetRecentFile(window, id, name)) return;
+    if (!AskToSave(window)) return;
+    CloseUnasked(window);
+    SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name));
+}
+
+void OnExit(HWND window) {
+    if (!AskToSave(window)) return;
+    CloseUnasked(window);
+    SendMessageW(window, WM_CLOSE, 0, 0);
+}

@@ -1,0 +1,105 @@
+#include "app/main_window.h"
+
+#include <exception>
+
+#include "app/block_list_view.h"
+#include "app/commands.h"
+#include "app/document_commands.h"
+#include "app/services/dialogs.h"
+#include "app/services/shell_objects.h"
+#include "app/settings_file.h"
+#include "resources/command_ids.h"
+
+namespace {
+
+LRESULT OnCreate(HWND window) {
+    CentreWindow(window);
+    return 0;
+}
+
+LRESULT OnDestroy(HWND window) {
+    WriteSettings(window, settingsFolder);
+    PostQuitMessage(0);
+    return 0;
+}
+
+// Too small a window jumps back to its minimum size when it has been made so.
+LRESULT OnSize(HWND window, WPARAM how) {
+    if (how == SIZE_MINIMIZED) return 0;  // an icon has no size to keep
+    RECT place = {};
+    GetWindowRect(window, &place);
+    if (place.right - place.left >= kMinimumWidth && place.bottom - place.top >= kMinimumHeight)
+        FitBlockListView(window);
+    else
+        MoveWindow(window, place.left, place.top, kMinimumWidth, kMinimumHeight, TRUE);
+    return 0;
+}
+
+// The close box runs Exit and then closes the window in any case, also when the user cancelled Exit.
+LRESULT OnSysCommand(HWND window, WPARAM wParam, LPARAM lParam) {
+    constexpr WPARAM kCommandBits = 0xFFF0;
+    if ((wParam & kCommandBits) == SC_CLOSE) SendMessageW(window, WM_COMMAND, IDM_EXIT, 0);
+    return DefWindowProcW(window, WM_SYSCOMMAND, wParam, lParam);
+}
+
+LRESULT OnDrawItem(WPARAM control, LPARAM lParam) {
+    if (control == IDC_BLOCK_LIST) DrawBlockLine(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+    return 0;
+}
+
+LRESULT OnControlColour(WPARAM wParam, LPARAM lParam) {
+    HBRUSH brush = ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));
+    return reinterpret_cast<LRESULT>(brush);
+}
+
+LRESULT OnOpenFileMessage(HWND window, LPARAM lParam) {
+    OnOpenFile(window, reinterpret_cast<const char*>(lParam));
+    return 0;
+}
+
+LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE: return OnCreate(window);
+        case WM_DESTROY: return OnDestroy(window);
+        case WM_SIZE: return OnSize(window, wParam);
+        case WM_QUERYENDSESSION: return TRUE;
+        case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
+        case WM_DRAWITEM: return OnDrawItem(wParam, lParam);
+        case WM_CTLCOLORMSGBOX:
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORDLG:
+        case WM_CTLCOLORSTATIC: return OnControlColour(wParam, lParam);
+        case WM_COMMAND: return OnCommand(window, LOWORD(wParam), HIWORD(wParam));
+        case UM_OPENFILE: return OnOpenFileMessage(window, lParam);
+        default: return DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
+}  // namespace
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        return Dispatch(window, message, wParam, lParam);
+    } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
+        return 0;
+    }
+}
+
+void RegisterMainWindowClass() {
+    WNDCLASSW description = {};
+    description.style = CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS;
+    description.lpfnWndProc = MainWindowProc;
+    description.hInstance = hInstance;
+    description.hIcon = LoadIconW(hInstance, L"KLMZEP");
+    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    description.hbrBackground = hFaceBrush;
+    description.lpszMenuName = L"MainMenu";
+    description.lpszClassName = kMainWindowClass;
+    RegisterClassW(&description);
+}
+
+void CreateMainWindow() {
+    hMainWindow = CreateWindowExW(0, kMainWindowClass, L"Kelmor Zephyr", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
+                                  CW_USEDEFAULT, kMinimumWidth, kMinimumHeight, nullptr, nullptr, hInstance, nullptr);
+    CreateBlockListView(hMainWindow);
+}

@@ -1,0 +1,4 @@
+#include "app/services/settings.h"
+
+Settings settings;
+DitherSettings ditherSettings;

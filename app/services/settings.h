@@ -1,0 +1,18 @@
+// The program's settings; the shell keeps them in a file between runs.
+#pragma once
+
+#include <cstdint>
+
+struct Settings {
+    uint32_t showStartupBanner = 1;  // non-zero: the information panel is shown at start
+    uint32_t interlaceDelay = 4;     // milliseconds between the passes of an interlaced image
+    uint32_t fileMenuRange = 10;     // how many recent files are kept; 0: none
+};
+extern Settings settings;
+
+// How dithering is to weigh its picture; read at start from TELVAR.INI. No conversion makes use of it yet.
+struct DitherSettings {
+    uint32_t brightness = 20;
+    uint32_t contrast = 20;
+};
+extern DitherSettings ditherSettings;

@@ -1,0 +1,125 @@
+#include "app/settings_file.h"
+
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+#include <string>
+
+#include "app/recent_files.h"
+#include "app/services/settings.h"
+#include "app/settings_lines.h"
+#include "platform/file.h"
+#include "platform/prompts.h"
+#include "platform/wide_text.h"
+
+char settingsFolder[kPathBytes];
+
+namespace {
+
+enum SettingType { kYesNo = 1, kText = 2, kNumber = 4 };
+
+struct SettingRow {
+    const char* name;
+    void* value;  // uint32_t, or kPathBytes characters for a text
+    SettingType type;
+    bool skipOnRead;
+};
+
+constexpr char kRecentFileKey[] = "FileMenuItem";
+
+const SettingRow kRows[] = {
+    {"ShowStartupBanner", &settings.showStartupBanner, kYesNo, false},
+    {"InterlaceDelay", &settings.interlaceDelay, kNumber, false},
+    {"FileMenuRange", &settings.fileMenuRange, kNumber, false},
+};
+
+std::string SettingsPath(const char* folder) {
+    std::string path = folder;
+    if (path.empty()) return path;
+    if (path.back() != '\\') path += '\\';
+    return path + "KLMZEP.INI";
+}
+
+void TakeSetting(const SettingRow& row, std::string_view value) {
+    if (row.type == kText) {
+        auto* text = static_cast<char*>(row.value);
+        size_t bytes = value.copy(text, kPathBytes - 1);
+        text[bytes] = 0;
+    } else {
+        *static_cast<uint32_t*>(row.value) = LeadingNumber(value);
+    }
+}
+
+void TakeLine(const SettingsLine& line) {
+    for (const SettingRow& row : kRows) {
+        if (row.skipOnRead || !KeyMatches(line.key, row.name)) continue;
+        return TakeSetting(row, line.value);
+    }
+}
+
+template <typename Take>
+void ForEachLine(const char* folder, Take take) {
+    std::string path = SettingsPath(folder);
+    File file;
+    if (path.empty() || !file.OpenForReading(path.c_str())) return;
+    SettingsReader reader(&file);
+    for (SettingsLine line; reader.Next(&line);) take(line);
+}
+
+std::string LocalTime() {
+    constexpr int kTimeCharacters = 24;
+    time_t now = time(nullptr);
+    const char* text = ctime(&now);
+    return text ? std::string(text).substr(0, kTimeCharacters) : std::string();
+}
+
+std::string SettingText(const SettingRow& row) {
+    return row.type == kText ? std::string(static_cast<const char*>(row.value))
+                             : std::to_string(*static_cast<const uint32_t*>(row.value));
+}
+
+void WriteLine(File* file, const std::string& line) {
+    file->Write(line.data(), line.size());
+    file->Write("\r\n", 2);
+}
+
+void WriteRecentFiles(File* file, HWND window) {
+    WriteLine(file, ";----- Menu items ------");
+    WriteLine(file, "[KLMZephyrMenuItems]");
+    char name[kPathBytes];
+    for (int i = RecentFileCount(window) - 1; i >= 0; --i)
+        if (GetRecentFile(window, RecentFileId(i), name)) WriteLine(file, std::string(kRecentFileKey) + " = " + name);
+}
+
+}  // namespace
+
+void FindSettingsFolder() {
+    wchar_t folder[kPathBytes];
+    UINT length = GetWindowsDirectoryW(folder, kPathBytes);
+    std::string path = length < kPathBytes ? Utf8FromWide({folder, length}) : std::string();
+    strcpy(settingsFolder, path.size() < kPathBytes ? path.c_str() : "");
+}
+
+void ReadSettings(const char* folder) {
+    ForEachLine(folder, TakeLine);
+}
+
+void ReadRecentFiles(HWND window, const char* folder) {
+    ForEachLine(folder, [window](const SettingsLine& line) {
+        if (KeyMatches(line.key, kRecentFileKey)) AddRecentFile(window, std::string(line.value).c_str());
+    });
+}
+
+void WriteSettings(HWND window, const char* folder) {
+    std::string path = SettingsPath(folder);
+    File file;
+    if (path.empty() || !file.Create(path.c_str())) return;
+    WriteLine(&file, ";Kelmor Zephyr configuration file");
+    WriteLine(&file, ";KLM Zephyr");
+    WriteLine(&file, ";Last updated " + LocalTime());
+    WriteLine(&file, ";");
+    WriteLine(&file, "[KLMZephyr]");
+    for (const SettingRow& row : kRows) WriteLine(&file, std::string(row.name) + " = " + SettingText(row));
+    WriteRecentFiles(&file, window);
+    file.Close();
+}

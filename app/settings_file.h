@@ -1,0 +1,18 @@
+// The file that keeps the settings and the recent files, KLMZEP.INI.
+#pragma once
+
+#include "platform/windows_api.h"
+
+// The folder of the settings file in UTF-8: the Windows directory, or empty when there is none to be found.
+extern char settingsFolder[];
+void FindSettingsFolder();
+
+// Reads the settings from the file in `folder`; without one, or with an empty `folder`, all stay as they are.
+void ReadSettings(const char* folder);
+
+// Hands the recent files listed in the file in `folder` to AddRecentFile, the oldest first.
+void ReadRecentFiles(HWND window, const char* folder);
+
+// Replaces the file in `folder` by one with the settings and the recent files of the menu of `window`.
+// When it can't be written nothing happens.
+void WriteSettings(HWND window, const char* folder);

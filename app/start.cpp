@@ -1,0 +1,17 @@
+// The editor's entry point.
+#include <exception>
+#include <string>
+
+#include "app/start_up.h"
+#include "platform/wide_text.h"
+
+int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR, int showCommand) {
+    try {
+        // The system's own narrow form of the command line loses characters; take the whole one.
+        std::string arguments = Utf8FromWide(CommandLineArguments(GetCommandLineW()));
+        RunEditor(instance, previous, arguments.c_str(), showCommand);
+    } catch (const std::exception&) {
+        return 0;  // not even memory for the command line
+    }
+    return 0;
+}

@@ -1,0 +1,88 @@
+#include "app/start_up.h"
+
+#include <cstdlib>
+#include <ctime>
+
+#include "app/document_face.h"
+#include "app/information_panel.h"
+#include "app/main_window.h"
+#include "app/services/dialogs.h"
+#include "app/services/help.h"
+#include "app/services/settings.h"
+#include "app/services/shell_objects.h"
+#include "app/settings_file.h"
+#include "app/shell_state.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+constexpr int kFontHeight = 14;
+
+void ReadDitherSettings() {}
+
+void RunMessageLoop() {
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+bool IsBlank(wchar_t c) {
+    return c == L' ' || c == L'\t';
+}
+
+}  // namespace
+
+void CreateShellObjects(HINSTANCE instance) {
+    hInstance = instance;
+    hListFont = CreateFontW(kFontHeight, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"MS Sans Serif");
+    hFaceBrush = CreateSolidBrush(GetSysColor(COLOR_BTNFACE));
+}
+
+void DeleteShellObjects() {
+    if (hFaceBrush) DeleteObject(hFaceBrush);
+    hFaceBrush = nullptr;
+    if (hListFont) DeleteObject(hListFont);
+    hListFont = nullptr;
+}
+
+void PrepareMainWindow() {
+    CreateMainWindow();
+    SetChildFonts(hMainWindow, hListFont, false);
+}
+
+void ShowMainWindow(int showCommand) {
+    ShowWindow(hMainWindow, showCommand);
+    UpdateWindow(hMainWindow);
+    SetTitleText(hMainWindow, IDS_NO_FILE);
+}
+
+const wchar_t* CommandLineArguments(const wchar_t* commandLine) {
+    bool quoted = false;
+    for (; *commandLine && (quoted || !IsBlank(*commandLine)); ++commandLine)
+        if (*commandLine == L'"') quoted = !quoted;
+    while (IsBlank(*commandLine)) ++commandLine;
+    return commandLine;
+}
+
+void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, int showCommand) {
+    srand(static_cast<unsigned>(time(nullptr)));
+    CreateShellObjects(instance);
+    ReadDitherSettings();
+    document = {};
+    if (!previous) RegisterMainWindowClass();
+    PrepareMainWindow();
+    PlaceHelpWindow(hMainWindow);
+    ShowMainWindow(showCommand);
+    FindSettingsFolder();
+    ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
+    ReadRecentFiles(hMainWindow, settingsFolder);
+    if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);
+    PostMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(commandLine));
+    SetFocus(hMainWindow);
+    RunMessageLoop();
+    DestroyBlockList(&document);  // still there when the close box was used and its question cancelled
+    DeleteShellObjects();
+    UnregisterClassW(kMainWindowClass, instance);
+}

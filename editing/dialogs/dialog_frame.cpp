@@ -1,0 +1,105 @@
+#include "editing/dialogs/dialog_frame.h"
+
+#include <cstdio>
+#include <new>
+
+#include "app/services/dialogs.h"
+#include "app/services/help.h"
+#include "app/services/messages.h"
+#include "app/services/shell_objects.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/palette_buttons.h"
+#include "platform/prompts.h"
+#include "resources/editor_ids.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+constexpr int kNotGiven = -1;
+constexpr int kUpDownTextUnits = 64;
+
+// An up-down control is configured by its own text in the template: "minimum,maximum,start".
+void ConfigureUpDown(HWND upDown) {
+    wchar_t text[kUpDownTextUnits];
+    GetWindowTextW(upDown, text, kUpDownTextUnits);
+    int minimum = kNotGiven, maximum = kNotGiven, start = kNotGiven;
+    swscanf(text, L"%d,%d,%d", &minimum, &maximum, &start);
+    if (minimum != kNotGiven && maximum != kNotGiven)
+        SendMessageW(upDown, UDM_SETRANGE, 0, MAKELPARAM(maximum, minimum));
+    if (start != kNotGiven) SendMessageW(upDown, UDM_SETPOS, 0, MAKELPARAM(start, 0));
+}
+
+void ConfigureUpDowns(HWND dialog) {
+    HWND upDown = nullptr;
+    while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) ConfigureUpDown(upDown);
+}
+
+bool Show(HWND dialog, const DialogKind& kind) {
+    try {
+        return !kind.show || kind.show(dialog);
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
+    SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(&kind));
+    if (hListFont) SetChildFonts(dialog, hListFont, false);
+    ConfigureUpDowns(dialog);
+    if (!Show(dialog, kind)) {
+        MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+        EndDialog(dialog, 0);
+        return FALSE;
+    }
+    CentreWindow(dialog);
+    return TRUE;
+}
+
+INT_PTR OnCommand(HWND dialog, const DialogKind& kind, int id, int notification) {
+    if (id == IDOK && kind.take) return EndDialog(dialog, kind.take(dialog));
+    if (id == IDCANCEL) return EndDialog(dialog, kind.cancelResult);
+    if (id == IDC_HELP_BUTTON && kind.helpKeyword) {
+        ShowHelp(dialog, kind.helpKeyword);
+        return TRUE;
+    }
+    if (kind.buttons && notification == BN_CLICKED && OnPaletteButton(dialog, *kind.buttons, id)) return TRUE;
+    return kind.onCommand && kind.onCommand(dialog, id, notification);
+}
+
+INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND: return OnCommand(dialog, kind, LOWORD(wParam), HIWORD(wParam));
+        case WM_DRAWITEM:
+            if (!kind.buttons) break;
+            return DrawPaletteButton(dialog, *kind.buttons, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+        case WM_CTLCOLORMSGBOX:
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORDLG:
+        case WM_CTLCOLORSTATIC:
+            return reinterpret_cast<INT_PTR>(
+                ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
+    }
+    return kind.onMessage ? kind.onMessage(dialog, message, wParam, lParam) : FALSE;
+}
+
+INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) return OnInitDialog(dialog, *reinterpret_cast<const DialogKind*>(lParam));
+    auto* kind = reinterpret_cast<const DialogKind*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    if (!kind) return FALSE;
+    try {
+        return OnMessage(dialog, *kind, message, wParam, lParam);
+    } catch (const std::bad_alloc&) {
+        return FALSE;
+    }
+}
+
+}  // namespace
+
+void* editedBlock = nullptr;
+
+INT_PTR RunEditingDialog(HWND parent, const DialogKind& kind, void* edited) {
+    INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_UPDOWN_CLASS};
+    InitCommonControlsEx(&classes);
+    EditedBlock subject(edited);
+    return RunDialog(parent, kind.templateName, DialogProc, const_cast<DialogKind*>(&kind));
+}

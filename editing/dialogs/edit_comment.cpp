@@ -1,0 +1,25 @@
+#include "editing/dialogs/block_editors.h"
+#include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/text_field.h"
+#include "resources/editor_ids.h"
+
+namespace {
+
+bool ShowComment(HWND dialog) {
+    return ShowBlockText(dialog, IDC_COMMENT_TEXT, *Edited<Block>());
+}
+
+INT_PTR TakeComment(HWND dialog) {
+    TakeBlockText(dialog, IDC_COMMENT_TEXT, Edited<Block>());
+    return 1;
+}
+
+constexpr DialogKind kCommentDialog = {L"EditCommentBox", "KLMComment", ShowComment, TakeComment, 0,
+                                       nullptr,           nullptr,      nullptr};
+
+}  // namespace
+
+int EditComment(HWND parent, Block* block) {
+    return static_cast<int>(RunEditingDialog(parent, kCommentDialog, block));
+}

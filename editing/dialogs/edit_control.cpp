@@ -1,0 +1,99 @@
+#include "app/services/messages.h"
+#include "editing/dialogs/block_editors.h"
+#include "editing/dialogs/borrowed_palette.h"
+#include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
+#include "editing/dialogs/palette_buttons.h"
+#include "gif/descriptor.h"
+#include "platform/prompts.h"
+#include "platform/wide_text.h"
+#include "resources/editor_ids.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+constexpr unsigned kDisposals = 4;  // the codes that have a name; 4 to 7 show as no selection
+
+uint8_t TransparentIndex(const Block& block) {
+    return GetControlFields(block).transparentIndex;
+}
+
+void SetTransparentIndex(Block* block, uint8_t index) {
+    ControlFields control = GetControlFields(*block);
+    control.transparentIndex = index;
+    PutControlFields(block, control);
+}
+
+bool FindImage(const Block& block, Block* image) {
+    return FindNextImage(*block.owner, block.position, image);
+}
+
+constexpr PaletteButtons kButtons = {
+    {{IDC_COLOUR, TransparentIndex, SetTransparentIndex}}, BorrowedColourCount, {IDC_EYEDROPPER}, FindImage};
+
+bool IsTransparent(const Block& block) {
+    return (GetControlFields(block).packed & kControlTransparent) != 0;
+}
+
+void ShowTransparency(HWND dialog) {
+    const Block& block = *Edited<Block>();
+    Block image;
+    bool transparent = IsTransparent(block);
+    ShowCheck(dialog, IDC_CONTROL_TRANSPARENT, transparent);
+    EnableWindow(GetDlgItem(dialog, IDC_COLOUR), transparent);
+    EnableEyedroppers(dialog, kButtons, transparent && FindImage(block, &image));
+}
+
+void ShowDisposal(HWND dialog, uint8_t packed) {
+    HWND list = GetDlgItem(dialog, IDC_CONTROL_DISPOSAL);
+    for (unsigned i = 0; i < kDisposals; ++i) {
+        std::wstring name = WideFrom1252(LoadStr(IDS_DISPOSAL_FIRST + i));
+        SendMessageW(list, CB_ADDSTRING, 0, reinterpret_cast<LPARAM>(name.c_str()));
+    }
+    auto disposal = static_cast<unsigned>((packed & kControlDisposal) >> kControlDisposalShift);
+    SendMessageW(list, CB_SETCURSEL, disposal < kDisposals ? disposal : static_cast<WPARAM>(CB_ERR), 0);
+}
+
+bool ShowControl(HWND dialog) {
+    ControlFields control = GetControlFields(*Edited<Block>());
+    ShowTransparency(dialog);
+    ShowCheck(dialog, IDC_CONTROL_USER_INPUT, control.packed & kControlUserInput);
+    ShowPaletteButtons(dialog, kButtons);
+    ShowNumber(dialog, IDC_CONTROL_DELAY, control.delay);
+    ShowDisposal(dialog, control.packed);
+    return true;
+}
+
+INT_PTR TakeControl(HWND dialog) {
+    ControlFields control = GetControlFields(*Edited<Block>());
+    control.packed = TakeFlag(dialog, IDC_CONTROL_TRANSPARENT, control.packed, kControlTransparent);
+    control.packed = TakeFlag(dialog, IDC_CONTROL_USER_INPUT, control.packed, kControlUserInput);
+    control.delay = TakeNumber(dialog, IDC_CONTROL_DELAY);
+    LRESULT disposal = SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_GETCURSEL, 0, 0);
+    if (disposal != CB_ERR)
+        control.packed = static_cast<uint8_t>((control.packed & ~kControlDisposal) | disposal << kControlDisposalShift);
+    PutControlFields(Edited<Block>(), control);
+    return 1;
+}
+
+bool OnControlCommand(HWND dialog, int id, int notification) {
+    if (id != IDC_CONTROL_TRANSPARENT || notification != BN_CLICKED) return false;
+    ControlFields control = GetControlFields(*Edited<Block>());
+    control.packed ^= kControlTransparent;
+    PutControlFields(Edited<Block>(), control);
+    ShowTransparency(dialog);
+    return true;
+}
+
+constexpr DialogKind kControlDialog = {L"EditControlBox", "KLMControl",     ShowControl, TakeControl, 0,
+                                       &kButtons,         OnControlCommand, nullptr};
+
+}  // namespace
+
+int EditControl(HWND parent, Block* block) {
+    BorrowedPalette palette(block);
+    if (palette) return static_cast<int>(RunEditingDialog(parent, kControlDialog, block));
+    MessageBox(parent, LoadStr(IDS_NO_PALETTE_FOR_CONTROL));
+    return 0;
+}

@@ -1,0 +1,58 @@
+#include "app/services/messages.h"
+#include "editing/block_queries.h"
+#include "editing/dialogs/block_editors.h"
+#include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
+#include "gif/descriptor.h"
+#include "platform/prompts.h"
+#include "platform/wide_text.h"
+#include "resources/editor_ids.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+bool ShowImage(HWND dialog) {
+    const Block& block = *Edited<Block>();
+    ImageFields image = GetImageFields(block);
+    ShowNumber(dialog, IDC_IMAGE_WIDTH, image.width);
+    ShowNumber(dialog, IDC_IMAGE_DEPTH, image.height);
+    ShowNumber(dialog, IDC_IMAGE_LEFT, image.left);
+    ShowNumber(dialog, IDC_IMAGE_TOP, image.top);
+    ShowCheck(dialog, IDC_IMAGE_LOCAL_PALETTE, image.packed & kHasPalette);
+    ShowColourCount(dialog, IDC_IMAGE_COLOURS, image.packed);
+    bool hasGlobalPalette = block.owner && GetGlobalPalette(*block.owner, nullptr);
+    EnableWindow(GetDlgItem(dialog, IDC_IMAGE_LOCAL_PALETTE), hasGlobalPalette);
+    ShowCheck(dialog, IDC_IMAGE_INTERLACED, image.packed & kImageInterlaced);
+    return true;
+}
+
+// The dialog has no field for the name, so that what it reads there, an empty text, becomes the image's name.
+void TakeName(HWND dialog, Block* block) {
+    wchar_t name[kNameBytes];
+    UINT units = GetDlgItemTextW(dialog, IDC_IMAGE_NAME, name, kNameBytes);
+    Block made = {};
+    if (SetBlockName(Ansi1252FromWide({name, units}).c_str(), &made))
+        block->name = made.name;
+    else
+        MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+}
+
+INT_PTR TakeImage(HWND dialog) {
+    ImageFields image = GetImageFields(*Edited<Block>());
+    image.left = TakeNumber(dialog, IDC_IMAGE_LEFT);
+    image.top = TakeNumber(dialog, IDC_IMAGE_TOP);
+    image.packed = TakeFlag(dialog, IDC_IMAGE_LOCAL_PALETTE, image.packed, kHasPalette);
+    image.packed = TakeFlag(dialog, IDC_IMAGE_INTERLACED, image.packed, kImageInterlaced);
+    PutImageFields(Edited<Block>(), image);
+    TakeName(dialog, Edited<Block>());
+    return 1;
+}
+
+constexpr DialogKind kImageDialog = {L"EditImageBox", "KLMImage", ShowImage, TakeImage, 0, nullptr, nullptr, nullptr};
+
+}  // namespace
+
+int EditImage(HWND parent, Block* block) {
+    return static_cast<int>(RunEditingDialog(parent, kImageDialog, block));
+}

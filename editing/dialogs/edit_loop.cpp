@@ -1,0 +1,26 @@
+#include "editing/dialogs/block_editors.h"
+#include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
+#include "gif/descriptor.h"
+#include "resources/editor_ids.h"
+
+namespace {
+
+bool ShowLoop(HWND dialog) {
+    ShowNumber(dialog, IDC_LOOP_ITERATIONS, GetLoopIterations(*Edited<Block>()));
+    return true;
+}
+
+INT_PTR TakeLoop(HWND dialog) {
+    PutLoopIterations(Edited<Block>(), TakeNumber(dialog, IDC_LOOP_ITERATIONS));
+    return 1;
+}
+
+constexpr DialogKind kLoopDialog = {L"EditLoopBox", "KLMLoop", ShowLoop, TakeLoop, 0, nullptr, nullptr, nullptr};
+
+}  // namespace
+
+int EditLoop(HWND parent, Block* block) {
+    return static_cast<int>(RunEditingDialog(parent, kLoopDialog, block));
+}

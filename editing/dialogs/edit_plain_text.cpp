@@ -1,0 +1,85 @@
+#include "editing/dialogs/block_editors.h"
+#include "editing/dialogs/borrowed_palette.h"
+#include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
+#include "editing/dialogs/palette_buttons.h"
+#include "editing/dialogs/text_field.h"
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
+#include "resources/editor_ids.h"
+
+namespace {
+
+// Colours chosen with the buttons are kept even by Cancel, so that always counts as a change.
+constexpr INT_PTR kKeep = 1;
+
+uint8_t Foreground(const Block& block) {
+    return GetPlainTextFields(block).foregroundIndex;
+}
+
+void SetForeground(Block* block, uint8_t index) {
+    PlainTextFields text = GetPlainTextFields(*block);
+    text.foregroundIndex = index;
+    PutPlainTextFields(block, text);
+}
+
+uint8_t Background(const Block& block) {
+    return GetPlainTextFields(block).backgroundIndex;
+}
+
+void SetBackground(Block* block, uint8_t index) {
+    PlainTextFields text = GetPlainTextFields(*block);
+    text.backgroundIndex = index;
+    PutPlainTextFields(block, text);
+}
+
+// The eyedroppers show what the text is drawn over: the image before it.
+bool FindImage(const Block& block, Block* image) {
+    return block.owner && FindPreviousImage(*block.owner, block.position, image);
+}
+
+constexpr PaletteButtons kButtons = {
+    {{IDC_COLOUR, Foreground, SetForeground}, {IDC_SECOND_COLOUR, Background, SetBackground}},
+    BorrowedColourCount,
+    {IDC_EYEDROPPER, IDC_SECOND_EYEDROPPER},
+    FindImage};
+
+bool ShowPlainText(HWND dialog) {
+    const Block& block = *Edited<Block>();
+    PlainTextFields text = GetPlainTextFields(block);
+    ShowNumber(dialog, IDC_PLAIN_LEFT, text.left);
+    ShowNumber(dialog, IDC_PLAIN_TOP, text.top);
+    ShowNumber(dialog, IDC_PLAIN_GRID_WIDTH, text.gridWidth);
+    ShowNumber(dialog, IDC_PLAIN_GRID_HEIGHT, text.gridHeight);
+    ShowNumber(dialog, IDC_PLAIN_CELL_WIDTH, text.cellWidth);
+    ShowNumber(dialog, IDC_PLAIN_CELL_HEIGHT, text.cellHeight);
+    ShowPaletteButtons(dialog, kButtons);
+    Block image;
+    if (!FindImage(block, &image)) EnableEyedroppers(dialog, kButtons, false);
+    return ShowBlockText(dialog, IDC_PLAIN_TEXT, block);
+}
+
+INT_PTR TakePlainText(HWND dialog) {
+    PlainTextFields text = GetPlainTextFields(*Edited<Block>());
+    text.left = TakeNumber(dialog, IDC_PLAIN_LEFT);
+    text.top = TakeNumber(dialog, IDC_PLAIN_TOP);
+    text.gridWidth = TakeNumber(dialog, IDC_PLAIN_GRID_WIDTH);
+    text.gridHeight = TakeNumber(dialog, IDC_PLAIN_GRID_HEIGHT);
+    text.cellWidth = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_WIDTH));
+    text.cellHeight = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_HEIGHT));
+    PutPlainTextFields(Edited<Block>(), text);
+    TakeBlockText(dialog, IDC_PLAIN_TEXT, Edited<Block>());
+    defaultPlainTextGrid = {text.gridWidth, text.gridHeight, text.cellWidth, text.cellHeight};
+    return kKeep;
+}
+
+constexpr DialogKind kPlainTextDialog = {L"EditPlainTextBox", "KLMPlaintext", ShowPlainText, TakePlainText, kKeep,
+                                         &kButtons,           nullptr,        nullptr};
+
+}  // namespace
+
+int EditPlainText(HWND parent, Block* block) {
+    BorrowedPalette palette(block);
+    return static_cast<int>(RunEditingDialog(parent, kPlainTextDialog, block));
+}

@@ -1,0 +1,64 @@
+#include "editing/dialogs/palette_buttons.h"
+
+#include "editing/dialogs/draw_buttons.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
+#include "editing/dialogs/pick_colour.h"
+#include "editing/dialogs/select_colour.h"
+#include "resources/editor_ids.h"
+
+namespace {
+
+void StoreIndex(HWND dialog, const PaletteButtons& buttons, const ColourButton& button, uint32_t index) {
+    button.store(Edited<Block>(), static_cast<uint8_t>(index));
+    ShowPaletteButtons(dialog, buttons);
+}
+
+void OnColour(HWND dialog, const PaletteButtons& buttons, const ColourButton& button) {
+    const Block& block = *Edited<Block>();
+    uint32_t index = button.index(block);
+    if (SelectColour(dialog, block.palette, buttons.colourCount(block), &index))
+        StoreIndex(dialog, buttons, button, index);
+}
+
+void OnEyedropper(HWND dialog, const PaletteButtons& buttons, const ColourButton& button) {
+    Block image;
+    uint32_t index = button.index(*Edited<Block>());
+    if (buttons.findImage(*Edited<Block>(), &image) && PickColourFromImage(dialog, image, &index))
+        StoreIndex(dialog, buttons, button, index);
+}
+
+}  // namespace
+
+void ShowPaletteButtons(HWND dialog, const PaletteButtons& buttons) {
+    for (const ColourButton& button : buttons.colours) {
+        if (!button.id) continue;
+        ShowNumber(dialog, button.id, button.index(*Edited<Block>()));
+        InvalidateRect(GetDlgItem(dialog, button.id), nullptr, FALSE);
+    }
+}
+
+void EnableEyedroppers(HWND dialog, const PaletteButtons& buttons, bool enable) {
+    for (int id : buttons.eyedroppers)
+        if (id) EnableWindow(GetDlgItem(dialog, id), enable);
+}
+
+bool OnPaletteButton(HWND dialog, const PaletteButtons& buttons, int id) {
+    for (int i = 0; i < kColourButtons; ++i) {
+        const ColourButton& button = buttons.colours[i];
+        if (id == button.id) return OnColour(dialog, buttons, button), true;
+        if (id == buttons.eyedroppers[i]) return OnEyedropper(dialog, buttons, button), true;
+    }
+    return false;
+}
+
+BOOL DrawPaletteButton(HWND dialog, const PaletteButtons& buttons, const DRAWITEMSTRUCT& item) {
+    const Block& block = *Edited<Block>();
+    auto id = static_cast<int>(item.CtlID);
+    for (int i = 0; i < kColourButtons; ++i) {
+        const ColourButton& button = buttons.colours[i];
+        if (id == button.id) return DrawColourButton(dialog, item, block.palette, button.index(block)), TRUE;
+        if (id == buttons.eyedroppers[i]) return DrawBitmapButton(dialog, item, IDB_EYEDROPPER, 0), TRUE;
+    }
+    return FALSE;
+}

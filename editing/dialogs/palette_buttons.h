@@ -1,0 +1,36 @@
+// The owner-drawn buttons of the block editors: a colour button shows one palette entry of the edited block, an
+// eyedropper button takes its index from an image.
+#pragma once
+
+#include <cstdint>
+
+#include "gif/block.h"
+#include "platform/windows_api.h"
+
+struct ColourButton {
+    int id;                                // 0: none
+    uint8_t (*index)(const Block& block);  // the palette index it stands for
+    void (*store)(Block* block, uint8_t index);
+};
+
+constexpr int kColourButtons = 2;
+
+struct PaletteButtons {
+    ColourButton colours[kColourButtons];
+    uint32_t (*colourCount)(const Block& block);          // how many entries of its palette can be chosen
+    int eyedroppers[kColourButtons];                      // ids; each serves the colour button of its place
+    bool (*findImage)(const Block& block, Block* image);  // the image that the eyedroppers show
+};
+
+// Shows the indexes as the texts of the colour buttons and draws them afresh.
+void ShowPaletteButtons(HWND dialog, const PaletteButtons& buttons);
+
+// Enables or disables all eyedropper buttons.
+void EnableEyedroppers(HWND dialog, const PaletteButtons& buttons, bool enable);
+
+// The answer to a click on `id`: lets the user choose and stores the choice in the edited block at once.
+// False when it is none of the buttons.
+bool OnPaletteButton(HWND dialog, const PaletteButtons& buttons, int id);
+
+// The answer to WM_DRAWITEM; FALSE when it is none of the buttons.
+BOOL DrawPaletteButton(HWND dialog, const PaletteButtons& buttons, const DRAWITEMSTRUCT& item);

@@ -1,0 +1,130 @@
+#include "editing/dialogs/pick_colour.h"
+
+#include "app/services/shell_objects.h"
+#include "editing/block_queries.h"
+#include "gif/descriptor.h"
+#include "imaging/draw/draw_image.h"
+#include "imaging/draw/gdi_guards.h"
+
+namespace {
+
+constexpr wchar_t kClassName[] = L"KLM ZephyrSelect";
+constexpr WPARAM kEnterKey = 13;
+constexpr WPARAM kEscapeKey = 27;
+
+// What the eyedropper works on while it runs.
+struct Eyedropper {
+    const Block* image;
+    uint32_t* result;
+};
+Eyedropper eyedropper = {};
+
+class RunningEyedropper {
+public:
+    RunningEyedropper(const Block& image, uint32_t* result) : previous_(eyedropper) { eyedropper = {&image, result}; }
+    ~RunningEyedropper() { eyedropper = previous_; }
+    RunningEyedropper(const RunningEyedropper&) = delete;
+    RunningEyedropper& operator=(const RunningEyedropper&) = delete;
+
+private:
+    Eyedropper previous_;
+};
+
+// The colours that the image is seen in; false when neither it nor its document brings any, and its bitmap's count.
+bool FindColours(const Block& image, RgbTriple* palette) {
+    if (!(GetImageFields(image).packed & kHasPalette)) return image.owner && GetGlobalPalette(*image.owner, palette);
+    for (int i = 0; i < kPaletteEntries; ++i) palette[i] = image.palette[i];
+    return true;
+}
+
+LRESULT OnPaint(HWND window) {
+    const Block& image = *eyedropper.image;
+    RgbTriples palette;
+    bool found = FindColours(image, palette);
+    WindowPaint paint(window);
+    DrawImageStraight(paint.Dc(), image.data, found ? palette : nullptr, GetScrollPos(window, SB_HORZ),
+                      GetScrollPos(window, SB_VERT));
+    return 0;
+}
+
+// Ends the picking. The owner takes input again before the window goes, so that Windows activates it and no stranger.
+LRESULT Finish(HWND window, uint32_t result) {
+    *eyedropper.result = result;
+    EnableWindow(GetWindow(window, GW_OWNER), TRUE);
+    DestroyWindow(window);
+    return 0;
+}
+
+LRESULT OnPick(HWND window, int x, int y) {
+    uint32_t pixel = kNoPixel;
+    {
+        MemoryLock lock(eyedropper.image->data);
+        if (lock)
+            pixel = GetImagePixel(lock.As<BitmapHeader>(), x + GetScrollPos(window, SB_HORZ),
+                                  y + GetScrollPos(window, SB_VERT));
+    }
+    return pixel == kNoPixel ? 0 : Finish(window, pixel);
+}
+
+LRESULT CALLBACK EyedropperProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT: return OnPaint(window);
+        case WM_LBUTTONUP: return OnPick(window, LOWORD(lParam), HIWORD(lParam));
+        case WM_RBUTTONUP:
+        case WM_CLOSE: return Finish(window, kNoPixel);
+        case WM_CHAR:
+            if (wParam == kEnterKey || wParam == kEscapeKey) return Finish(window, kNoPixel);
+            break;
+        case WM_PALETTECHANGED: return InvalidateRect(window, nullptr, FALSE), 0;
+        case WM_DESTROY: return PostQuitMessage(0), 0;
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+// The window class, registered for one use.
+class EyedropperClass {
+public:
+    EyedropperClass() {
+        WNDCLASSW about = {};
+        about.style = CS_HREDRAW | CS_VREDRAW | CS_DBLCLKS;
+        about.lpfnWndProc = EyedropperProc;
+        about.hInstance = hInstance;
+        about.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+        about.hCursor = LoadCursorW(hInstance, L"EyeDropper");
+        about.hbrBackground = static_cast<HBRUSH>(GetStockObject(LTGRAY_BRUSH));
+        about.lpszClassName = kClassName;
+        RegisterClassW(&about);
+    }
+    ~EyedropperClass() { UnregisterClassW(kClassName, hInstance); }
+    EyedropperClass(const EyedropperClass&) = delete;
+    EyedropperClass& operator=(const EyedropperClass&) = delete;
+};
+
+void RunUntilClosed() {
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+bool Pick(HWND parent, uint32_t* index) {
+    EyedropperClass windowClass;
+    HWND window = CreateWindowExW(0, kClassName, L"", WS_POPUP | WS_MAXIMIZE, CW_USEDEFAULT, CW_USEDEFAULT,
+                                  CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, hInstance, nullptr);
+    if (!window) return false;
+    EnableWindow(parent, FALSE);
+    ShowWindow(window, SW_SHOWMAXIMIZED);
+    RunUntilClosed();
+    EnableWindow(parent, TRUE);
+    return *index != kNoPixel;
+}
+
+}  // namespace
+
+bool PickColourFromImage(HWND parent, const Block& image, uint32_t* index) {
+    RunningEyedropper running(image, index);
+    bool picked = Pick(parent, index);
+    if (parent) UpdateWindow(parent);
+    return picked;
+}

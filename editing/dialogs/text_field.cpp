@@ -1,0 +1,60 @@
+#include "editing/dialogs/text_field.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "app/services/messages.h"
+#include "platform/prompts.h"
+#include "platform/wide_text.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+// The block's bytes as the edit field holds them. False when they can't be read.
+bool ReadText(const Block& block, std::wstring* text) {
+    if (!block.data) return true;
+    MemoryLock lock(block.data);
+    if (!lock) return false;
+    size_t bytes = std::min<size_t>(block.dataLength, MemorySize(block.data));
+    *text = WideFrom1252({lock.As<char>(), strnlen(lock.As<char>(), bytes)});
+    return true;
+}
+
+std::string TextOf(HWND edit) {
+    auto units = static_cast<size_t>(GetWindowTextLengthW(edit));
+    std::wstring text(units + 1, L'\0');
+    text.resize(static_cast<size_t>(GetWindowTextW(edit, text.data(), static_cast<int>(text.size()))));
+    return Ansi1252FromWide(text);
+}
+
+bool StoreText(HWND edit, Block* block) {
+    Block made = {};
+    try {
+        std::string text = TextOf(edit);
+        if (!text.empty() && !SetBlockText(&made, text.data(), static_cast<uint32_t>(text.size()))) return false;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    block->data = made.data;
+    block->dataLength = made.dataLength;
+    return true;
+}
+
+}  // namespace
+
+bool ShowBlockText(HWND dialog, int id, const Block& block) {
+    HWND edit = GetDlgItem(dialog, id);
+    SendMessageW(edit, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), FALSE);
+    SendMessageW(edit, EM_LIMITTEXT, kMaxTextBytes, 0);
+    std::wstring text;
+    if (!ReadText(block, &text)) return false;
+    SetWindowTextW(edit, text.c_str());
+    // Taking the focus selects everything, and a key pressed by mistake would replace it.
+    PostMessageW(edit, EM_SETSEL, 0, 0);
+    return static_cast<size_t>(GetWindowTextLengthW(edit)) == text.size();
+}
+
+void TakeBlockText(HWND dialog, int id, Block* block) {
+    if (!StoreText(GetDlgItem(dialog, id), block)) MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+}

@@ -1,0 +1,28 @@
+#include "imaging/draw/draw_image.h"
+
+#include "imaging/draw/device_bitmaps.h"
+#include "imaging/draw/drawing_colours.h"
+#include "imaging/draw/screen_palette.h"
+
+void AdoptColours(LockedBitmap bitmap, const RgbTriple* palette, RgbTriple* colours) {
+    if (bitmap->bitCount > 8) return;
+    int entries = GetImagePalette(bitmap, colours);
+    RgbQuad* table = ImageColourTable(bitmap);
+    for (int i = 0; i < entries; ++i) {
+        if (palette) colours[i] = palette[i];
+        table[i] = {colours[i].blue, colours[i].green, colours[i].red, 0};
+    }
+}
+
+void DrawImageStraight(HDC dc, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource) {
+    MemoryLock lock(image);
+    if (!lock) return;
+    auto* bitmap = lock.As<BitmapHeader>();
+    RgbTriples colours;
+    AdoptColours(bitmap, palette, colours);
+    if (bitmap->width <= 0 || bitmap->height <= 0) return;
+    RealizedPalette realized(dc, colours, bitmap->bitCount);
+    SetDIBitsToDevice(dc, 0, 0, static_cast<DWORD>(bitmap->width), static_cast<DWORD>(bitmap->height), xSource,
+                      -ySource, 0, static_cast<UINT>(bitmap->height), ImagePixels(bitmap), InfoOf(bitmap),
+                      DIB_RGB_COLORS);
+}

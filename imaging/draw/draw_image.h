@@ -1,0 +1,22 @@
+// Drawing whole images at (0, 0) of a device context, the way the viewer and the editors show them.
+#pragma once
+
+#include "imaging/image_bitmap.h"
+#include "platform/windows_api.h"
+
+// Draws the image so that its pixel (xSource, ySource) comes to (0, 0). `palette` (as many entries as the bitmap's
+// colour table; null: the bitmap's own) is written into the bitmap's colour table, where later drawings find it.
+// Nothing happens when the image can't be locked.
+void DrawImageStraight(HDC dc, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource);
+
+// As DrawImageStraight, but row by row in the order in which an interlaced GIF brings them, 4 ms a row. Images of less
+// than 5 rows miss some. The caller waits for it; pending input that closes the viewer cuts the waiting short. Messages
+// sent by other threads may be answered meanwhile; the image is not locked then, and drawing ends if it is released.
+void DrawImageProgressive(HDC dc, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource);
+
+// Draws the image's own colours, leaving the target alone where pixels equal `transparentIndex`. The source offset
+// moves the image by (-xSource, ySource): the vertical one has the other sense than above. When `interlaced`, in the
+// rows, order and pace of DrawImageProgressive. Selects no palette: `window` and `palette` have no use. False on
+// failure; an image without pixels is none.
+bool DrawImageTransparent(HDC dc, HWND window, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource,
+                          uint32_t transparentIndex, bool interlaced);

@@ -1,0 +1,66 @@
+// The animation viewer from inside: one state per viewing, and what its window does with it.
+#pragma once
+
+#include "gif/block_list.h"
+#include "platform/windows_api.h"
+
+constexpr wchar_t kViewerClass[] =
+    L"KLM Zephyr"
+    L"View";
+
+// Messages that the window posts to itself, without parameters.
+constexpr UINT WM_VIEWER_NEXT = WM_USER + 31;     // play the block at nextIndex
+constexpr UINT WM_VIEWER_DELAY = WM_USER + 32;    // an image has been drawn: start its delay
+constexpr UINT WM_VIEWER_DISPOSE = WM_USER + 33;  // the delay is over: dispose of the image and go on
+constexpr UINT_PTR kDelayTimer = 1;
+
+constexpr uint32_t kNoTransparentIndex = 0xFFFFFFFF;
+constexpr int32_t kNoLoopYet = -1;
+constexpr int32_t kEndlessLoops = 32767;
+constexpr uint32_t kLoopStart = 2;  // repeats begin behind a header and a loop block, wherever those are
+
+enum Disposal : uint32_t { kDisposeNothing = 0, kDisposeLeave = 1, kDisposeBackground = 2, kDisposePrevious = 3 };
+
+struct ViewerState {
+    uint32_t screenWidth, screenHeight;
+    uint32_t nextIndex;
+    uint32_t imageLeft, imageTop, imageWidth, imageHeight;  // of the last image drawn
+    uint32_t transparentIndex;                              // kNoTransparentIndex: none
+    uint32_t disposal;
+    uint32_t delay;  // hundredths of a second
+    uint32_t waitForInput;
+    uint32_t hasGlobalPalette;
+    int32_t loopsLeft;  // kNoLoopYet before the first loop block
+    uint32_t backgroundColour;
+    RgbTriples globalPalette;
+    Block current;              // the block being played
+    HBITMAP savedUnder;         // what lay under the current image, for kDisposePrevious
+    MemoryHandle currentImage;  // the image on screen; belongs to the document
+    HBRUSH backgroundBrush;
+    MemoryHandle brushPattern;  // the bitmap of the brush, if it has one
+    BlockList* list;
+};
+
+extern ViewerState* currentViewer;  // the innermost viewing; its window finds its own state by StateOfViewer
+extern BlockList* viewedList;
+
+// Hundredths of a second while the delay timer runs, 1 after an image that waits for the user's input, otherwise 0.
+extern int32_t pendingWait;
+
+LRESULT CALLBACK ViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+ViewerState* StateOfViewer(HWND window);  // null when the window has none yet
+
+// Fills `state`, zeroed, for playing `list` from behind its header. False when there is no header.
+bool BeginViewing(ViewerState* state, BlockList* list);
+void EndViewing(ViewerState* state);  // releases what the state owns
+
+// What the window's messages do (viewer_blocks.cpp).
+void PlayNextBlock(HWND window, ViewerState& state);
+void StartDelay(HWND window, const ViewerState& state);
+void EndDelay(HWND window);
+void ForgetDelay(HWND window);
+
+// Painting and disposing of the current image (viewer_paint.cpp).
+void PaintCurrentImage(HDC dc, HWND window, ViewerState& state);
+void DisposeOfImage(HWND window, ViewerState& state);
+void ForgetSavedUnder(ViewerState& state);

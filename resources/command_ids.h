@@ -1,0 +1,19 @@
+// Commands of the main window. Shared with the resource compiler: macros and comments only.
+#pragma once
+
+#define IDM_OPEN 100
+#define IDM_CLOSE 101
+#define IDM_SAVE_AS 102
+#define IDM_VIEW 103
+#define IDM_INSERT 104
+#define IDM_WIZARD 105
+#define IDM_SAVE 106
+#define IDM_NEW 107
+#define IDM_DELETE 108
+#define IDM_EXIT 199
+#define IDM_EDIT 201
+#define IDM_INFORMATION 997
+#define IDM_HELP 998
+#define IDM_ABOUT 999
+#define IDC_BLOCK_LIST 1000
+#define IDM_RECENT_FIRST 2000

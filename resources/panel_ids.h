@@ -1,0 +1,6 @@
+// Controls of the information panel and the About box. Shared with the resource compiler: macros and comments only.
+#pragma once
+
+#define IDC_SHOW_AGAIN 101
+#define IDC_VERSION_LINE 101
+#define IDC_BUILD_LINE 102

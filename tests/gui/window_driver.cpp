@@ -1,0 +1,161 @@
+#include "tests/gui/window_driver.h"
+
+#include <cstring>
+#include <filesystem>
+
+#include "app/block_list_view.h"
+#include "app/main_window.h"
+#include "app/recent_files.h"
+#include "app/services/settings.h"
+#include "app/services/shell_objects.h"
+#include "app/settings_file.h"
+#include "app/shell_state.h"
+#include "app/start_up.h"
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
+#include "gif/gif_writer.h"
+#include "platform/file.h"
+#include "platform/wide_text.h"
+#include "resources/command_ids.h"
+
+namespace {
+
+HWND ListBox() {
+    return GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
+}
+
+std::string NewFolder() {
+    static int made;
+    std::filesystem::path folder = std::filesystem::temp_directory_path() / "zephyr_gui_tests" /
+                                   (std::to_string(GetCurrentProcessId()) + "_" + std::to_string(++made));
+    std::filesystem::create_directories(folder);
+    return Utf8FromWide(folder.wstring()) + "\\";
+}
+
+void AppendImage(BlockList* list, int width, int height) {
+    Block image = {};
+    image.kind = kImageBlock;
+    image.data = CreateImageBitmap(width, height, nullptr, 8);
+    ImageFields fields = {0, 0, static_cast<uint16_t>(width), static_cast<uint16_t>(height), 7};
+    PutImageFields(&image, fields);
+    ASSERT_TRUE(AppendBlock(list, &image));
+}
+
+}  // namespace
+
+void ShellTest::SetUp() {
+    folder_ = NewFolder();
+    settings = Settings();
+    strcpy(settingsFolder, folder_.c_str());
+    document = {};
+    documentChanged = false;
+    currentFileName[0] = 0;
+    selectedLine = 0;
+    CreateShellObjects(GetModuleHandleW(nullptr));
+    RegisterMainWindowClass();
+    PrepareMainWindow();
+    ShowMainWindow(SW_SHOW);
+    PumpMessages();
+}
+
+void ShellTest::TearDown() {
+    if (IsWindow(hMainWindow)) DestroyWindow(hMainWindow);
+    PumpMessages();  // takes the quit message away, which would end the next dialog
+    DestroyBlockList(&document);
+    DeleteShellObjects();
+    UnregisterClassW(kMainWindowClass, hInstance);
+    std::filesystem::remove_all(WideFromUtf8(folder_));
+}
+
+void ShellTest::Command(int id) {
+    SendMessageW(hMainWindow, WM_COMMAND, static_cast<WPARAM>(id), 0);
+    PumpMessages();
+}
+
+void ShellTest::Open(const std::string& path) {
+    SendMessageW(hMainWindow, WM_COMMAND, IDM_CLOSE, 0);
+    SendMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(path.c_str()));
+    PumpMessages();
+}
+
+void ShellTest::Select(int line) {
+    SelectLine(hMainWindow, line);
+    SendMessageW(hMainWindow, WM_COMMAND, MAKEWPARAM(IDC_BLOCK_LIST, LBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(ListBox()));
+}
+
+void ShellTest::DoubleClick() {
+    SendMessageW(hMainWindow, WM_COMMAND, MAKEWPARAM(IDC_BLOCK_LIST, LBN_DBLCLK), reinterpret_cast<LPARAM>(ListBox()));
+    PumpMessages();
+}
+
+std::vector<std::string> ShellTest::Lines() const {
+    std::vector<std::string> lines;
+    LRESULT count = SendMessageW(ListBox(), LB_GETCOUNT, 0, 0);
+    for (LRESULT i = 0; i < count; ++i) {
+        wchar_t text[1024] = L"";
+        SendMessageW(ListBox(), LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
+        lines.push_back(Ansi1252FromWide(text));
+    }
+    return lines;
+}
+
+int ShellTest::Selection() const {
+    return SelectedLine(hMainWindow);
+}
+
+std::string ShellTest::Title() const {
+    wchar_t title[1024] = L"";
+    GetWindowTextW(hMainWindow, title, 1024);
+    return Utf8FromWide(title);
+}
+
+bool ShellTest::IsEnabled(int command) const {
+    return (GetMenuState(GetMenu(hMainWindow), static_cast<UINT>(command), MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED)) ==
+           0;
+}
+
+std::vector<std::string> ShellTest::RecentFiles() const {
+    std::vector<std::string> names;
+    HMENU menu = GetSubMenu(GetMenu(hMainWindow), 0);
+    wchar_t text[1024];
+    for (UINT id = IDM_RECENT_FIRST; GetMenuStringW(menu, id, text, 1024, MF_BYCOMMAND) > 0; ++id)
+        names.push_back(Utf8FromWide(text));
+    return names;
+}
+
+std::string ShellTest::MakeGif(const std::string& name, int width, int height) const {
+    BlockList list;
+    EXPECT_TRUE(NewDocument(&list));
+    Block comment;
+    EXPECT_TRUE(MakeDefaultBlock(nullptr, &list, &comment, kCommentBlock, nullptr, nullptr));
+    EXPECT_TRUE(AppendBlock(&list, &comment));
+    AppendImage(&list, width, height);
+    std::string path = File(name);
+    EXPECT_TRUE(WriteGifFile(list, path.c_str()));
+    DestroyBlockList(&list);
+    return path;
+}
+
+void PumpMessages() {
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+std::string ReadWholeFile(const std::string& path) {
+    ::File file;
+    std::string content;
+    if (!file.OpenForReading(path.c_str())) return content;
+    for (int c = file.ReadByte(); c >= 0; c = file.ReadByte()) content += static_cast<char>(c);
+    return content;
+}
+
+void WriteWholeFile(const std::string& path, const std::string& content) {
+    ::File file;
+    ASSERT_TRUE(file.Create(path.c_str()));
+    file.Write(content.data(), content.size());
+    ASSERT_TRUE(file.Close());
+}
