@@ -6,6 +6,7 @@
 #include <cstring>
 #include <vector>
 
+#include "tests/gui/animation.h"
 #include "tests/gui/viewer_stage.h"
 
 namespace {
@@ -74,7 +75,7 @@ TEST(PlainText, InTheViewerIsDrawnInTheSystemsFont) {
     for (const Case& given : kCases) {
         Animation animation(100, 60);
         animation.Control(0, 1, static_cast<int>(kTransparentIndex)).PlainText(given.text, given.fields);
-        ViewerStage stage(&animation, kWidth, kHeight);
+        ViewerStage stage(animation.List(), kWidth, kHeight);
         EXPECT_EQ(stage.PlayToEnd(), 0);
         Canvas expected(kWidth, kHeight, stage.State().backgroundColour);
         SelectObject(expected.Dc(), GetStockObject(ANSI_FIXED_FONT));
