@@ -1,7 +1,6 @@
 // Commands on the selected block, and the viewer.
 #include "app/block_list_view.h"
 #include "app/commands.h"
-#include "app/not_available.h"
 #include "app/services/messages.h"
 #include "app/shell_state.h"
 #include "editing/dialogs/edit_block.h"

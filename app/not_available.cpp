@@ -10,11 +10,6 @@ void TellNotAvailable(HWND owner) {
 
 }  // namespace
 
-int ChooseInsertKind(HWND mainWindow, BlockList*) {
-    TellNotAvailable(mainWindow);
-    return 0;
-}
-
 int RunAnimationWizard(HWND mainWindow, BlockList*) {
     TellNotAvailable(mainWindow);
     return 0;

@@ -4,5 +4,4 @@
 #include "gif/block_list.h"
 #include "platform/windows_api.h"
 
-int ChooseInsertKind(HWND mainWindow, BlockList* document);
 int RunAnimationWizard(HWND mainWindow, BlockList* document);

@@ -5,10 +5,12 @@
 #include "gif/block.h"
 #include "platform/window_handle.h"
 
-// Answers of the palette dialog; any other remembered number means: keep the image's own palette.
+// Answers of the palette dialog.
 constexpr int kPaletteCancel = 2;
 constexpr int kPaletteRemap = 102;
 constexpr int kPaletteDither = 103;
+// A remembered number that keeps the image's own palette, as any but these three and kAskForPalette does.
+constexpr int kPaletteKeep = 0;
 
 constexpr int kAskForPalette = -1;
 

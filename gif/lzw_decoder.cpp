@@ -4,7 +4,7 @@
 #include "gif/descriptor.h"
 #include "gif/interlace.h"
 #include "gif/linear_decoder.h"
-#include "gif/row_packer.h"
+#include "imaging/row_packer.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include "gif/descriptor.h"
 #include "gif/encoder_dictionaries.h"
 #include "gif/interlace.h"
-#include "gif/row_packer.h"
+#include "imaging/row_packer.h"
 
 namespace {
 

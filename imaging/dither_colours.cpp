@@ -6,6 +6,7 @@
 
 #include "imaging/inverse_colour_table.h"
 #include "imaging/pixel_rows.h"
+#include "imaging/row_packer.h"
 #include "imaging/user_abort.h"
 
 namespace {
@@ -72,7 +73,7 @@ MemoryHandle DitherToColours(ConstLockedBitmap source, const RgbTriple* palette,
         ExpandRow(ImageRow(source, y), source->width, source->bitCount, colours, bgr);
         memset(next, 0, errorBytes);
         DiffuseRow(diffusion, bgr, source->width, current, next, indexes);
-        PackRow(indexes, source->width, to->bitCount, ImageRow(to, y));
+        PackRow(ImageRow(to, y), indexes, source->width, to->bitCount);
         std::swap(current, next);
     }
     return result.Release();

@@ -5,6 +5,7 @@
 
 #include "imaging/luminance.h"
 #include "imaging/pixel_rows.h"
+#include "imaging/row_packer.h"
 #include "imaging/user_abort.h"
 
 namespace {
@@ -96,7 +97,7 @@ MemoryHandle DitherToTwoColours(ConstLockedBitmap source, const RgbTriple* palet
         if (StopRequested(flags)) return nullptr;
         uint8_t* bits = pixelLock.Bytes();
         DiffuseRow(grey, row, y == 0, bits);
-        PackRow(bits, grey.width, 1, ImageRow(to, y));
+        PackRow(ImageRow(to, y), bits, grey.width, 1);
     }
     return result.Release();
 }

@@ -21,32 +21,6 @@ uint8_t IndexAt(const uint8_t* row, int x, int bitCount) {
 
 }  // namespace
 
-void UnpackRow(const uint8_t* row, int width, int bitCount, uint8_t* indexes) {
-    switch (bitCount) {
-        case 1:
-            for (int x = 0; x < width; ++x) indexes[x] = IndexAt(row, x, 1);
-            break;
-        case 4:
-            for (int x = 0; x < width; ++x) indexes[x] = IndexAt(row, x, 4);
-            break;
-        default: memcpy(indexes, row, static_cast<size_t>(width)); break;
-    }
-}
-
-void PackRow(const uint8_t* indexes, int width, int bitCount, uint8_t* row) {
-    if (bitCount == 8) {
-        memcpy(row, indexes, static_cast<size_t>(width));
-        return;
-    }
-    int perByte = 8 / bitCount;
-    int mask = (1 << bitCount) - 1;
-    memset(row, 0, RowBytes(static_cast<uint32_t>(width), static_cast<uint32_t>(bitCount)));
-    for (int x = 0; x < width; ++x) {
-        int shift = (perByte - 1 - x % perByte) * bitCount;
-        row[x / perByte] = static_cast<uint8_t>(row[x / perByte] | (indexes[x] & mask) << shift);
-    }
-}
-
 void GetTrueColours(ConstLockedBitmap bitmap, TrueColours* colours) {
     *colours = {};
     if (bitmap->bitCount == 1) colours->colours[1] = {255, 255, 255, 0};

@@ -1,14 +1,7 @@
-// Whole pixel rows of image bitmaps in forms that are easy to compute with.
+// Whole pixel rows of image bitmaps as true colours.
 #pragma once
 
 #include "imaging/image_bitmap.h"
-
-// The pixels of a row with 1, 4 or 8 bits as one byte each.
-void UnpackRow(const uint8_t* row, int width, int bitCount, uint8_t* indexes);
-
-// Packs one byte a pixel into a row of 1, 4 or 8 bits, keeping the low bits of each. Bytes of padding and bits of the
-// last byte beyond the width become 0.
-void PackRow(const uint8_t* indexes, int width, int bitCount, uint8_t* row);
 
 // What the indexes of a bitmap stand for when it is turned into 24 bits.
 struct TrueColours {

@@ -4,7 +4,7 @@
 #include "imaging/inverse_colour_table.h"
 #include "imaging/luminance.h"
 #include "imaging/nearest_colour.h"
-#include "imaging/pixel_rows.h"
+#include "imaging/row_packer.h"
 
 namespace {
 
@@ -18,6 +18,10 @@ struct Target {
     const RgbTriple* palette;
     int depth;
     InverseColourTable nearest;
+
+    uint8_t Nearest(RgbQuad colour) const {
+        return static_cast<uint8_t>(NearestColour(colour.red, colour.green, colour.blue, palette, 1 << depth));
+    }
 
     int ExactOrCell(uint8_t grey) const {
         int exact = ExactColour(grey, grey, grey, palette, depth);
@@ -37,13 +41,12 @@ public:
         const RgbQuad* colours = ImageColourTable(source);
         for (int i = 0; i < 1 << bitCount_; ++i) {
             RgbQuad from = colours[i];
-            int nearest = NearestColour(from.red, from.green, from.blue, target.palette, 1 << target.depth);
-            map_[i] = target.depth == 1 ? BlackOrWhite(from.red, from.green, from.blue) : static_cast<uint8_t>(nearest);
+            map_[i] = target.depth == 1 ? BlackOrWhite(from.red, from.green, from.blue) : target.Nearest(from);
         }
     }
 
     void operator()(const uint8_t* row, int width, uint8_t* indexes) const {
-        UnpackRow(row, width, bitCount_, indexes);
+        UnpackRow(indexes, row, width, bitCount_);
         for (int x = 0; x < width; ++x) indexes[x] = map_[indexes[x]];
     }
 
@@ -90,7 +93,7 @@ MemoryHandle MakeResult(ConstLockedBitmap source, const Target& target, unsigned
     for (int y = source->height - 1; y >= 0; --y) {
         if (StopRequested(flags)) return nullptr;
         map(ImageRow(source, y), source->width, indexLock.Bytes());
-        PackRow(indexLock.Bytes(), source->width, to->bitCount, ImageRow(to, y));
+        PackRow(ImageRow(to, y), indexLock.Bytes(), source->width, to->bitCount);
     }
     return result.Release();
 }

@@ -19,6 +19,20 @@ constexpr BlockEditor kBlockEditors[] = {
     {kPlainTextBlock, EditPlainText}, {kCommentBlock, EditComment}, {kLoopBlock, EditLoop},
 };
 
+// Releases the texts that `other` has in place of those of `block`.
+void ReleaseReplaced(const Block& block, const Block& other) {
+    if (block.data != other.data) FreeMemory(block.data);
+    if (block.name != other.name) FreeMemory(block.name);
+}
+
+int EditCopy(HWND mainWindow, BlockList* document, uint32_t index, const Block& original, const BlockEditor& editor) {
+    Block copy = original;
+    bool keep = editor.edit(mainWindow, &copy) != 0;
+    bool written = keep && PutBlock(document, copy, index);
+    written ? ReleaseReplaced(original, copy) : ReleaseReplaced(copy, original);
+    return !keep ? kBlockUnchanged : written ? kBlockEdited : kBlockInaccessible;
+}
+
 // The format comes from the string table, whose text and arguments are fixed together.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
@@ -49,10 +63,7 @@ int EditBlock(HWND mainWindow, BlockList* document, int index) {
     Block block;
     auto place = static_cast<uint32_t>(index);
     if (!GetBlock(*document, &block, place)) return kBlockInaccessible;
-    for (const BlockEditor& editor : kBlockEditors) {
-        if (editor.kind != block.kind) continue;
-        if (!editor.edit(mainWindow, &block)) return kBlockUnchanged;
-        return PutBlock(document, block, place) ? kBlockEdited : kBlockInaccessible;
-    }
+    for (const BlockEditor& editor : kBlockEditors)
+        if (editor.kind == block.kind) return EditCopy(mainWindow, document, place, block, editor);
     return RefuseBlock(mainWindow, block);
 }

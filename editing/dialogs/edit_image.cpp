@@ -31,7 +31,11 @@ bool ShowImage(HWND dialog) {
 void TakeName(HWND dialog, Block* block) {
     wchar_t name[kNameBytes];
     UINT units = GetDlgItemTextW(dialog, IDC_IMAGE_NAME, name, kNameBytes);
-    if (!SetBlockName(Ansi1252FromWide({name, units}).c_str(), block)) MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+    Block made = {};
+    if (SetBlockName(Ansi1252FromWide({name, units}).c_str(), &made))
+        block->name = made.name;
+    else
+        MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
 }
 
 INT_PTR TakeImage(HWND dialog) {

@@ -125,6 +125,6 @@ bool Pick(HWND parent, uint32_t* index) {
 bool PickColourFromImage(HWND parent, const Block& image, uint32_t* index) {
     RunningEyedropper running(image, index);
     bool picked = Pick(parent, index);
-    UpdateWindow(parent);
+    if (parent) UpdateWindow(parent);
     return picked;
 }

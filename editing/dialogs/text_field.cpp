@@ -29,15 +29,15 @@ std::string TextOf(HWND edit) {
 }
 
 bool StoreText(HWND edit, Block* block) {
+    Block made = {};
     try {
         std::string text = TextOf(edit);
-        if (!text.empty()) return SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()));
+        if (!text.empty() && !SetBlockText(&made, text.data(), static_cast<uint32_t>(text.size()))) return false;
     } catch (const std::bad_alloc&) {
         return false;
     }
-    FreeMemory(block->data);
-    block->data = nullptr;
-    block->dataLength = 0;
+    block->data = made.data;
+    block->dataLength = made.dataLength;
     return true;
 }
 
@@ -50,6 +50,8 @@ bool ShowBlockText(HWND dialog, int id, const Block& block) {
     std::wstring text;
     if (!ReadText(block, &text)) return false;
     SetWindowTextW(edit, text.c_str());
+    // Taking the focus selects everything, and a key pressed by mistake would replace it.
+    PostMessageW(edit, EM_SETSEL, 0, 0);
     return static_cast<size_t>(GetWindowTextLengthW(edit)) == text.size();
 }
 

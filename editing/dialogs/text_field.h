@@ -8,6 +8,6 @@
 // False when it can't be shown whole; taking it back would then lose text.
 [[nodiscard]] bool ShowBlockText(HWND dialog, int id, const Block& block);
 
-// Replaces the block's text by that of the edit field; an empty one leaves the block without data. When memory runs out
-// the user is told and the block keeps its text.
+// Gives the block the text of the edit field in new memory, or, when that is empty, no data; the old memory stays the
+// caller's. When memory runs out the user is told and the block keeps its text.
 void TakeBlockText(HWND dialog, int id, Block* block);

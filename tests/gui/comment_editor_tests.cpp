@@ -20,6 +20,13 @@ std::string BytesFrom(int first, int last) {
     return bytes;
 }
 
+// Lines of words of bytes above 127. (One endless word would keep Wine's edit field busy for seconds.)
+std::string LongText(size_t bytes) {
+    std::string text;
+    while (text.size() < bytes) text += "\xE9t\xE9 \x80 \x9Cl\xE0\x9D\r\n";
+    return text.substr(0, bytes);
+}
+
 TEST_F(CommentEditor, OkLosesNothing) {
     const struct {
         const char* what;
@@ -29,13 +36,7 @@ TEST_F(CommentEditor, OkLosesNothing) {
         {"the bytes without a character", "\x81 \x8D \x8F \x90 \x9D"},
         {"line ends of all systems", "a\r\nb\nc\rd\r\n\r\ne\n\nf\r\r\ng\r\n"},
         {"a line longer than the field is wide", std::string(500, 'w')},
-        {"the longest text", std::string(kMaxTextBytes, '\xE9')},
-        {"the longest text of many lines",
-         [] {
-             std::string lines;
-             while (lines.size() < kMaxTextBytes) lines += "line\r\n";
-             return lines.substr(0, kMaxTextBytes);
-         }()},
+        {"the longest text", LongText(kMaxTextBytes)},
         {"blanks at both ends", "  \t text \r\n "},
     };
     for (const auto& row : rows) {
@@ -71,7 +72,7 @@ TEST_F(CommentEditor, TakesWhatIsTyped) {
 
 TEST_F(CommentEditor, TypingStopsAtTheLimit) {
     SampleDocument document;
-    SetComment(document, std::string(kMaxTextBytes - 1, 'x'));
+    SetComment(document, LongText(kMaxTextBytes - 1));
     auto type = [](HWND dialog) {
         HWND edit = GetDlgItem(dialog, IDC_COMMENT_TEXT);
         SendMessageW(edit, EM_SETSEL, 0, 0);
@@ -79,7 +80,7 @@ TEST_F(CommentEditor, TypingStopsAtTheLimit) {
         PressButton(dialog, IDOK);
     };
     EXPECT_EQ(Edit(document, kSampleComment, {type}), kBlockEdited);
-    EXPECT_EQ(document.TextOf(kSampleComment), "y" + std::string(kMaxTextBytes - 1, 'x'));
+    EXPECT_EQ(document.TextOf(kSampleComment), "y" + LongText(kMaxTextBytes - 1));
 }
 
 TEST_F(CommentEditor, EmptyTextLeavesNoData) {
@@ -122,6 +123,18 @@ TEST_F(CommentEditor, TextThatCannotBeReadIsNotEdited) {
     });
     faults.locksUntilFailure = 1;  // the list is read, the text is not
     EXPECT_EQ(EditBlock(nullptr, document.List(), kSampleComment), kBlockUnchanged);
+    EXPECT_EQ(document.TextOf(kSampleComment), "This space for rent...");
+}
+
+TEST_F(CommentEditor, UnwritableListKeepsTheOldText) {
+    SampleDocument document;
+    auto edit = [](HWND dialog) {
+        SetText(dialog, IDC_COMMENT_TEXT, "new");
+        faults.locksUntilFailure = 1;  // the new text is stored, the list can't be reached
+        PressButton(dialog, IDOK);
+    };
+    EXPECT_EQ(Edit(document, kSampleComment, {edit}), kBlockInaccessible);
+    faults.locksUntilFailure = Faults::kNever;
     EXPECT_EQ(document.TextOf(kSampleComment), "This space for rent...");
 }
 

@@ -1,6 +1,7 @@
 // The block editors, worked through their controls, with what the document holds afterwards.
 #include <cstring>
 
+#include "app/shell_state.h"
 #include "editing/dialogs/edit_block.h"
 #include "editing/dialogs/edited_block.h"
 #include "gif/default_blocks.h"
@@ -9,6 +10,7 @@
 #include "platform/faults.h"
 #include "resources/editor_ids.h"
 #include "tests/gui/editor_test.h"
+#include "tests/gui/window_driver.h"
 
 namespace {
 
@@ -448,6 +450,23 @@ TEST_F(Editors, NestedDialogsHandBackWhatIsEdited) {
           },
           Press(IDCANCEL), ClickPixel(3, 3)});
     EXPECT_EQ(ControlOf(document).transparentIndex, 103);
+}
+
+// The same from the main window's side.
+TEST_F(ShellTest, EditedBlockShowsInTheList) {
+    Open(MakeGif("a.gif"));
+    Select(1);
+    DialogAnswers answers;
+    answers.Do(Type(IDC_COMMENT_TEXT, "lost", IDCANCEL));
+    DoubleClick();
+    EXPECT_EQ(Lines()[1], "COMMENT\xFE This space for rent...");
+    EXPECT_FALSE(documentChanged);
+
+    answers.Do(Type(IDC_COMMENT_TEXT, "kept", IDOK));
+    DoubleClick();
+    EXPECT_EQ(Lines()[1], "COMMENT\xFE kept");
+    EXPECT_TRUE(documentChanged);
+    EXPECT_EQ(Selection(), 1);
 }
 
 }  // namespace

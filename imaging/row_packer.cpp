@@ -1,4 +1,4 @@
-#include "gif/row_packer.h"
+#include "imaging/row_packer.h"
 
 #include <cstring>
 
