@@ -347,8 +347,3 @@ TEST(ScreenPalette, HoldsAsManyColoursAsTheBitCountOfItsDepth) {
         EXPECT_EQ(GetCurrentObject(canvas.Dc(), OBJ_PAL), GetStockObject(DEFAULT_PALETTE)) << depth;
     }
 }
-
-TEST(DisplayColourDepth, KnowsNoDepthBetween8And24) {
-    int depth = DisplayColourDepth();
-    EXPECT_TRUE(depth == 24 || depth <= 8) << depth;
-}
