@@ -94,6 +94,15 @@ TEST(BlockQueries, CopyTheGlobalPaletteToImagesWithoutOne) {
     EXPECT_FALSE(ImagesUseGlobalPalette(*document.List()));
 }
 
+TEST(BlockQueries, ColoursCountAsFarAsTheSizeCode) {
+    Block header = {};
+    PutHeaderFields(&header, {640, 480, 3, 0, 0});
+    header.palette[16] = {1, 1, 1};
+    EXPECT_FALSE(HasColours(header));
+    header.palette[15] = {0, 0, 1};
+    EXPECT_TRUE(HasColours(header));
+}
+
 TEST(BlockQueries, CopyingFailsWhenTheListCannotBeRead) {
     Document document("Hi");
     RgbTriples palette = {};
