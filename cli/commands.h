@@ -16,6 +16,7 @@ using Words = std::vector<std::string>;
 int RunList(const Words& words);
 int RunSave(const Words& words);
 int RunExtract(const Words& words);
+int RunBuild(const Words& words);
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

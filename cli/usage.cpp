@@ -22,6 +22,7 @@ constexpr Help kHelp[] = {
      "  list [--json] FILE          print the blocks of a file\n"
      "  save IN OUT                 load a file and write it again\n"
      "  extract FILE INDEX OUT.bmp  write the picture of an image block\n"
+     "  build -o OUT FILE FILE...   make an animation from pictures\n"
      "\n"
      "  zephyr COMMAND --help       more about one command\n"
      "  zephyr --version            the program's version\n"
@@ -44,6 +45,26 @@ constexpr Help kHelp[] = {
      "\n"
      "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
      "as a BMP file.\n"},
+    {"build",
+     "Usage: zephyr build -o OUT [OPTION...] FILE FILE...\n"
+     "\n"
+     "Makes an animation from the first image of each GIF file FILE, in the order given, and\n"
+     "writes it to OUT.\n"
+     "\n"
+     "  --match MANNER       whose colours the frames get:\n"
+     "       super             one palette made from all frames (the default)\n"
+     "       first             the palette of the first file\n"
+     "       photo             a fixed palette, dithered: for photographs\n"
+     "       drawn             a fixed palette, the nearest colours: for drawings\n"
+     "       sixteen           sixteen standard colours\n"
+     "  --web                for photo and drawn: the 216 web colours, not 256 of a cube\n"
+     "  --loop               repeat for ever; otherwise the animation plays once\n"
+     "  --delay N            show each frame for N hundredths of a second (0 to 65535,\n"
+     "                       default 100)\n"
+     "  --skip-corrupted     leave out files without a readable picture; otherwise the\n"
+     "                       first one ends the command\n"
+     "  --owner NAME, --organisation NAME\n"
+     "                       names for the file-identity comment; empty by default\n"},
 };
 
 }  // namespace

@@ -16,6 +16,7 @@ constexpr Command kCommands[] = {
     {"list", RunList},
     {"save", RunSave},
     {"extract", RunExtract},
+    {"build", RunBuild},
 };
 
 bool WantsHelp(const Words& words) {

@@ -9,6 +9,7 @@
 constexpr int kPaletteCancel = 2;
 constexpr int kPaletteRemap = 102;
 constexpr int kPaletteDither = 103;
+constexpr int kPaletteKeep = 108;  // what the Animation Wizard remembers for its images
 
 constexpr int kAskForPalette = -1;
 

@@ -87,7 +87,9 @@ TEST(BlockQueries, CopyTheGlobalPaletteToImagesWithoutOne) {
     for (uint32_t i = 0; i < 5; ++i) {
         Block block = document.At(i);
         EXPECT_EQ(block.palette[255].blue, marks[i]) << i;
-        if (packed[i] >= 0) EXPECT_EQ(GetImageFields(block).packed, packed[i]) << i;
+        if (packed[i] >= 0) {
+            EXPECT_EQ(GetImageFields(block).packed, packed[i]) << i;
+        }
     }
     EXPECT_FALSE(ImagesUseGlobalPalette(*document.List()));
 }
