@@ -1,0 +1,56 @@
+#include "tests/support/test_blocks.h"
+
+#include "gif/descriptor.h"
+
+Block MakeImage(int width, int height, int depth, int flags) {
+    Block block = {};
+    block.kind = kImageBlock;
+    block.data = CreateImageBitmap(width, height, nullptr, depth);
+    PutImageFields(&block, {0, 0, static_cast<uint16_t>(width), static_cast<uint16_t>(height),
+                            static_cast<uint8_t>(flags | (depth - 1))});
+    return block;
+}
+
+Block MakeText(uint16_t kind, std::string_view text) {
+    Block block = {};
+    block.kind = kind;
+    (void)SetBlockText(&block, text.data(), static_cast<uint32_t>(text.size()));
+    return block;
+}
+
+std::string TextOf(const Block& block) {
+    MemoryLock lock(block.data);
+    return lock ? std::string(lock.As<const char>(), block.dataLength) : "(none)";
+}
+
+Block BlockAt(const BlockList& list, uint32_t index) {
+    Block block = {};
+    GetBlock(list, &block, index);
+    return block;
+}
+
+void Append(BlockList* list, Block block) {
+    if (!list->blocks) (void)CreateBlockList(list);
+    (void)AppendBlock(list, &block);
+}
+
+std::string KindsOf(const BlockList& list) {
+    std::string kinds;
+    ForEachBlock(list, [&](const Block& block, uint32_t) {
+        kinds += static_cast<char>('0' + block.kind);
+        return true;
+    });
+    return kinds;
+}
+
+std::string PixelsOf(const Block& image) {
+    MemoryLock lock(image.data);
+    if (!lock) return "(none)";
+    auto* bitmap = lock.As<const BitmapHeader>();
+    std::string pixels;
+    for (int y = 0; y < bitmap->height; ++y) {
+        if (y) pixels += ' ';
+        for (int x = 0; x < bitmap->width; ++x) pixels += "0123456789abcdef"[GetImagePixel(bitmap, x, y) & 15];
+    }
+    return pixels;
+}

@@ -1,0 +1,43 @@
+// Blocks and documents for tests, released at the end of their scope.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "gif/block_list.h"
+
+struct OwnedBlock : Block {
+    OwnedBlock() : Block{} {}
+    explicit OwnedBlock(const Block& taken) : Block(taken) {}
+    ~OwnedBlock() { FreeBlock(this); }
+    OwnedBlock(const OwnedBlock&) = delete;
+    OwnedBlock& operator=(const OwnedBlock&) = delete;
+};
+
+struct OwnedList : BlockList {
+    OwnedList() : BlockList{} {}
+    ~OwnedList() { DestroyBlockList(this); }
+    OwnedList(const OwnedList&) = delete;
+    OwnedList& operator=(const OwnedList&) = delete;
+};
+
+// An IMAGE block with a bitmap of index 0; `flags` are bits of its packed byte above the size code.
+Block MakeImage(int width, int height, int depth, int flags = 0);
+
+// A block of a text kind with that text, or of another kind without.
+Block MakeText(uint16_t kind, std::string_view text);
+
+// The text of a block, or "(none)".
+std::string TextOf(const Block& block);
+
+// The block at the index; an empty record when there is none.
+Block BlockAt(const BlockList& list, uint32_t index);
+
+// Appends the block to `list`, making that a list first if need be.
+void Append(BlockList* list, Block block);
+
+// One digit per block: its kind.
+std::string KindsOf(const BlockList& list);
+
+// The image's pixels as hexadecimal digits, rows from the top, with a blank between two rows.
+std::string PixelsOf(const Block& image);
