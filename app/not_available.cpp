@@ -14,8 +14,3 @@ int ChooseInsertKind(HWND mainWindow, BlockList*) {
     TellNotAvailable(mainWindow);
     return 0;
 }
-
-int RunAnimationWizard(HWND mainWindow, BlockList*) {
-    TellNotAvailable(mainWindow);
-    return 0;
-}

@@ -1,8 +1,7 @@
-// Commands whose windows are still to come.
+// The command whose window is still to come.
 #pragma once
 
 #include "gif/block_list.h"
 #include "platform/windows_api.h"
 
 int ChooseInsertKind(HWND mainWindow, BlockList* document);
-int RunAnimationWizard(HWND mainWindow, BlockList* document);
