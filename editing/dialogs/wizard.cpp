@@ -1,6 +1,7 @@
 #include "editing/dialogs/wizard.h"
 
 #include <cstdio>
+#include <initializer_list>
 #include <iterator>
 #include <new>
 

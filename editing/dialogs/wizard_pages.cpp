@@ -1,5 +1,7 @@
 #include "editing/dialogs/wizard_pages.h"
 
+#include <initializer_list>
+
 #include "editing/dialogs/edited_block.h"
 #include "resources/wizard_ids.h"
 
