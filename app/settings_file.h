@@ -3,8 +3,10 @@
 
 #include "platform/windows_api.h"
 
-// The folder of the settings file in UTF-8: the Windows directory, or empty when there is none to be found.
+// The folder in which the editor keeps the file, in UTF-8. Empty: nowhere.
 extern char settingsFolder[];
+
+// Makes it the Windows directory.
 void FindSettingsFolder();
 
 // Reads the settings from the file in `folder`; without one, or with an empty `folder`, all stay as they are.

@@ -2,6 +2,7 @@
 #include <exception>
 #include <string>
 
+#include "app/settings_file.h"
 #include "app/start_up.h"
 #include "platform/wide_text.h"
 
@@ -9,6 +10,7 @@ int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR, int showComman
     try {
         // The system's own narrow form of the command line loses characters; take the whole one.
         std::string arguments = Utf8FromWide(CommandLineArguments(GetCommandLineW()));
+        FindSettingsFolder();
         RunEditor(instance, previous, arguments.c_str(), showCommand);
     } catch (const std::exception&) {
         return 0;  // not even memory for the command line

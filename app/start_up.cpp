@@ -75,7 +75,6 @@ void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, 
     PrepareMainWindow();
     PlaceHelpWindow(hMainWindow);
     ShowMainWindow(showCommand);
-    FindSettingsFolder();
     ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
     ReadRecentFiles(hMainWindow, settingsFolder);
     if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);

@@ -99,6 +99,27 @@ bool Report(const BuildResult& result, const Words& files, const std::string& ou
 
 }  // namespace
 
+const char kBuildHelp[] =
+    "Usage: zephyr build -o OUT [OPTION...] FILE FILE...\n"
+    "\n"
+    "Makes an animation from the first image of each GIF file FILE, in the order given, and\n"
+    "writes it to OUT.\n"
+    "\n"
+    "  --match MANNER       whose colours the frames get:\n"
+    "       super             one palette made from all frames (the default)\n"
+    "       first             the palette of the first file\n"
+    "       photo             a fixed palette, dithered: for photographs\n"
+    "       drawn             a fixed palette, the nearest colours: for drawings\n"
+    "       sixteen           sixteen standard colours\n"
+    "  --web                for photo and drawn: the 216 web colours, not 256 of a cube\n"
+    "  --loop               repeat for ever; otherwise the animation plays once\n"
+    "  --delay N            show each frame for N hundredths of a second (0 to 65535,\n"
+    "                       default 100)\n"
+    "  --skip-corrupted     leave out files without a readable picture; otherwise the\n"
+    "                       first one ends the command\n"
+    "  --owner NAME, --organisation NAME\n"
+    "                       names for the file-identity comment; empty by default\n";
+
 int RunBuild(const Words& words) {
     Options options(words, {"--web", "--loop", "--skip-corrupted"},
                     {"-o", "--match", "--delay", "--owner", "--organisation"});

@@ -16,7 +16,21 @@ using Words = std::vector<std::string>;
 int RunList(const Words& words);
 int RunSave(const Words& words);
 int RunExtract(const Words& words);
+int RunRemap(const Words& words);
+int RunInsert(const Words& words);
+int RunDelete(const Words& words);
+int RunSet(const Words& words);
 int RunBuild(const Words& words);
+
+// What --help prints for each.
+extern const char kListHelp[];
+extern const char kSaveHelp[];
+extern const char kExtractHelp[];
+extern const char kRemapHelp[];
+extern const char kInsertHelp[];
+extern const char kDeleteHelp[];
+extern const char kSetHelp[];
+extern const char kBuildHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

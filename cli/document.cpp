@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
+#include "cli/options.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
 
@@ -27,6 +28,12 @@ ReadResult Document::Open(const std::string& path) {
     else if (!report.reachedTrailer)
         Complain(path, "note: loading ended before the trailer; blocks behind that point are not in the document");
     return result;
+}
+
+bool FindBlock(const BlockList& list, const std::string& path, const std::string& text, Block* block, uint32_t* index) {
+    if (ParseNumber(text, UINT32_MAX, index) && GetBlock(list, block, *index)) return true;
+    Complain(path, "no block " + text);
+    return false;
 }
 
 bool SaveDocument(BlockList* list, const std::string& path) {

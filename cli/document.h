@@ -20,6 +20,10 @@ public:
     BlockList list = {};
 };
 
+// Fetches the block that `text` (a decimal number) stands for, which borrows its handles from `list`, and its index.
+// False, with the reason on standard error, when there is none.
+bool FindBlock(const BlockList& list, const std::string& path, const std::string& text, Block* block, uint32_t* index);
+
 // Writes the document to `path`, the screen fitted to its images. A failure is reported on standard error.
 bool SaveDocument(BlockList* list, const std::string& path);
 

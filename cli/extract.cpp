@@ -5,6 +5,12 @@
 #include "cli/options.h"
 #include "cli/usage.h"
 
+const char kExtractHelp[] =
+    "Usage: zephyr extract FILE INDEX OUT.bmp\n"
+    "\n"
+    "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
+    "as a BMP file.\n";
+
 int RunExtract(const Words& words) {
     Options options(words, {}, {});
     if (!options.Error().empty()) return WrongUsage("extract", options.Error());

@@ -84,6 +84,14 @@ void PrintJson(const BlockList& list, ReadResult result) {
 
 }  // namespace
 
+const char kListHelp[] =
+    "Usage: zephyr list [--json] FILE\n"
+    "\n"
+    "Prints one line per block of the GIF file FILE, as the editor's list shows it.\n"
+    "With --json, prints one JSON object instead: the result of the load (1 done, 0 failed,\n"
+    "2 not a GIF file) and the blocks with their descriptor bytes, texts and palettes.\n"
+    "The blocks read before a failure are printed too.\n";
+
 int RunList(const Words& words) {
     Options options(words, {"--json"}, {});
     if (!options.Error().empty()) return WrongUsage("list", options.Error());

@@ -5,6 +5,12 @@
 #include "cli/options.h"
 #include "cli/usage.h"
 
+const char kSaveHelp[] =
+    "Usage: zephyr save [--owner NAME] [--organisation NAME] IN OUT\n"
+    "\n"
+    "Loads the GIF file IN, fits the logical screen to its images and writes it to OUT\n"
+    "as GIF89a. The names go into the file-identity comment; they are empty by default.\n";
+
 int RunSave(const Words& words) {
     Options options(words, {}, {"--owner", "--organisation"});
     if (!options.Error().empty()) return WrongUsage("save", options.Error());

@@ -7,17 +7,41 @@
 
 namespace {
 
+constexpr char kProgramHelp[] =
+    "Usage: zephyr COMMAND [ARGUMENT...]\n"
+    "\n"
+    "Works on animated GIF files without a window.\n"
+    "\n"
+    "  list [--json] FILE                print the blocks of a file\n"
+    "  save IN OUT                       load a file and write it again\n"
+    "  extract FILE INDEX OUT.bmp        write the picture of an image block\n"
+    "  remap FILE INDEX OUT.bmp          the same in the colours of a standard palette\n"
+    "  insert IN OUT [FILE...]           insert images or other new blocks\n"
+    "  delete IN OUT INDEX...            delete blocks\n"
+    "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
+    "  build -o OUT FILE FILE...         make an animation from pictures\n"
+    "\n"
+    "  zephyr COMMAND --help             more about one command\n"
+    "  zephyr --version                  the program's version\n"
+    "\n"
+    "Exit status: 0 done, 1 the operation failed, 2 wrong usage.\n";
+
 struct Command {
     const char* name;
     int (*run)(const Words& words);
+    const char* help;
 };
 
 constexpr Command kCommands[] = {
-    {"list", RunList},
-    {"save", RunSave},
-    {"extract", RunExtract},
-    {"build", RunBuild},
+    {"list", RunList, kListHelp},    {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
+    {"remap", RunRemap, kRemapHelp}, {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
+    {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},
 };
+
+int Print(const char* text) {
+    fputs(text, stdout);
+    return FlushOutput() ? kExitDone : kExitFailed;
+}
 
 bool WantsHelp(const Words& words) {
     auto end = std::find(words.begin(), words.end(), "--");
@@ -27,15 +51,12 @@ bool WantsHelp(const Words& words) {
 int Run(const Words& words) {
     if (words.empty()) return WrongUsage("", "give a command");
     const std::string& name = words[0];
-    if (name == "--version") {
-        puts("zephyr " ZEPHYR_VERSION);
-        return FlushOutput() ? kExitDone : kExitFailed;
-    }
-    if (name == "--help") return PrintHelp("") && FlushOutput() ? kExitDone : kExitFailed;
+    if (name == "--version") return Print("zephyr " ZEPHYR_VERSION "\n");
+    if (name == "--help") return Print(kProgramHelp);
     Words rest(words.begin() + 1, words.end());
     for (const Command& command : kCommands) {
         if (name != command.name) continue;
-        if (WantsHelp(rest)) return PrintHelp(name) && FlushOutput() ? kExitDone : kExitFailed;
+        if (WantsHelp(rest)) return Print(command.help);
         return command.run(rest);
     }
     return WrongUsage("", "unknown command " + name);

@@ -1,5 +1,6 @@
 #include "editing/block_queries.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "gif/descriptor.h"
@@ -33,6 +34,11 @@ bool CopyGlobalPaletteToImages(BlockList* list, const RgbTriple* palette) {
         if (block.kind == kImageBlock && !HasLocalPalette(block)) SetLocalPalette(&block, palette);
         return true;
     });
+}
+
+bool HasColours(const Block& header) {
+    return std::any_of(header.palette, header.palette + ColoursOfPacked(GetHeaderFields(header).packed),
+                       [](RgbTriple colour) { return colour != RgbTriple{}; });
 }
 
 bool FindNextImage(const BlockList& list, uint32_t from, Block* image) {

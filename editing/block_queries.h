@@ -10,6 +10,9 @@ bool ImagesUseGlobalPalette(const BlockList& list);
 // False as soon as a block can't be read or written; the images before it then keep what they got.
 [[nodiscard]] bool CopyGlobalPaletteToImages(BlockList* list, const RgbTriple* palette);
 
+// Whether a colour of the header's palette, as far as its size code counts them, is not black.
+bool HasColours(const Block& header);
+
 // Copy the first image at `from` or later, or the nearest one before `index`, into `image`, which borrows its handles.
 // Block 0 is never taken for a previous image. False when there is none; `image` is then unspecified.
 bool FindNextImage(const BlockList& list, uint32_t from, Block* image);

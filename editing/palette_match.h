@@ -5,11 +5,13 @@
 #include "gif/block.h"
 #include "platform/window_handle.h"
 
-// Answers of the palette dialog; any other remembered number means: keep the image's own palette.
+// Answers of the palette dialog.
 constexpr int kPaletteCancel = 2;
 constexpr int kPaletteRemap = 102;
 constexpr int kPaletteDither = 103;
-constexpr int kPaletteKeep = 108;  // what the Animation Wizard remembers for its images
+// What the Animation Wizard and the command line remember to keep an image's own palette, as any number but these three
+// and kAskForPalette does.
+constexpr int kPaletteKeep = 108;
 
 constexpr int kAskForPalette = -1;
 

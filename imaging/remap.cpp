@@ -14,6 +14,10 @@ struct Target {
     int depth;
     InverseColourTable nearest;
 
+    uint8_t Nearest(RgbQuad colour) const {
+        return static_cast<uint8_t>(NearestColour(colour.red, colour.green, colour.blue, palette, 1 << depth));
+    }
+
     int ExactOrCell(uint8_t grey) const {
         int exact = ExactColour(grey, grey, grey, palette, depth);
         return exact >= 0 ? exact : nearest.cells[InverseCell(grey, grey, grey)];
@@ -41,8 +45,7 @@ IndexMap MapOwnColours(ConstLockedBitmap source, const Target& target) {
     const RgbQuad* colours = ImageColourTable(source);
     for (int i = 0; i < 1 << source->bitCount; ++i) {
         RgbQuad from = colours[i];
-        int nearest = NearestColour(from.red, from.green, from.blue, target.palette, 1 << target.depth);
-        map.to[i] = static_cast<uint8_t>(target.depth == 1 ? IsLight(from.red, from.green, from.blue) : nearest);
+        map.to[i] = target.depth == 1 ? IsLight(from.red, from.green, from.blue) : target.Nearest(from);
     }
     return map;
 }

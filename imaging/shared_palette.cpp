@@ -111,10 +111,11 @@ int BuildSharedPalette(int* wanted, RgbTriple* palette, const BlockList& list) {
     if (!ForEachBlock(list, addImage)) return kSharedPaletteNoMemory;
 
     const ExactColours& exact = scan.Exact();
-    if (!exact.Overflowed()) memcpy(palette, exact.Colours(), sizeof(RgbTriple) * static_cast<size_t>(exact.Count()));
-    if (exact.Overflowed())
-        *wanted = most ? MedianCut(histogram, scan.Pixels(), most, palette) : 0;
-    else
+    if (!exact.Overflowed()) {
         *wanted = exact.Count();
+        memcpy(palette, exact.Colours(), sizeof(RgbTriple) * static_cast<size_t>(exact.Count()));
+    } else {
+        *wanted = most > 0 ? MedianCut(histogram, scan.Pixels(), most, palette) : 0;
+    }
     return kSharedPaletteDone;
 }

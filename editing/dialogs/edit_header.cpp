@@ -1,5 +1,3 @@
-#include <algorithm>
-
 #include "app/services/messages.h"
 #include "editing/block_queries.h"
 #include "editing/dialogs/block_editors.h"
@@ -59,11 +57,6 @@ bool CanDropGlobalPalette(HWND dialog, const Block& header) {
     if (CopyGlobalPaletteToImages(header.owner, header.palette)) return true;
     MessageBox(dialog, LoadStr(IDS_BLOCK_ACCESS));
     return false;
-}
-
-bool HasColours(const Block& header) {
-    return std::any_of(header.palette, header.palette + ColourCount(header),
-                       [](RgbTriple colour) { return colour != RgbTriple{}; });
 }
 
 void OnGlobalPalette(HWND dialog) {

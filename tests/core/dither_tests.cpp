@@ -35,7 +35,7 @@ TEST(DitherImage, EqualsThePlainForm) {
     Random random(5);
     for (const Palette& palette : TestPalettes(random)) {
         std::vector<uint8_t> table = LiteralInverseTable(palette.data());
-        for (int i = 0; i < 250; ++i) {
+        for (int i = 0; i < 200; ++i) {
             const int bitCounts[] = {1, 4, 8, 24};
             int bitCount = bitCounts[i % 4], depth = i % 3 ? 1 + i / 4 % 8 : 1;
             int width = i < 64 ? i / 12 : static_cast<int>(random() % 40), height = static_cast<int>(random() % 9);

@@ -151,6 +151,24 @@ TEST(SortPaletteByBrightness, EqualLuminancesKeepTheirOrder) {
     EXPECT_EQ(darkest, expectedDarkest);
 }
 
+TEST(SortPaletteByBrightness, EqualsTheBubbleSort) {
+    Random random(10);
+    for (Palette palette : TestPalettes(random))
+        for (bool darkestFirst : {false, true}) {
+            Palette expected = palette;
+            auto brightness = [&](size_t i) {
+                return expected[i].red * 30 / 100 + expected[i].green * 59 / 100 + expected[i].blue * 11 / 100;
+            };
+            for (size_t pass = 0; pass < expected.size(); ++pass)
+                for (size_t i = 0; i + 1 < expected.size(); ++i) {
+                    int rise = brightness(i + 1) - brightness(i);
+                    if (darkestFirst ? rise < 0 : rise > 0) std::swap(expected[i], expected[i + 1]);
+                }
+            SortPaletteByBrightness(palette.data(), kPaletteEntries, darkestFirst);
+            EXPECT_EQ(palette, expected);
+        }
+}
+
 TEST(DepthForColourCount, IsTheLeastThatHoldsThem) {
     const int cases[][2] = {{-1, 1}, {0, 1},   {1, 1},   {2, 1},   {3, 2},   {4, 2},  {5, 3},
                             {8, 3},  {9, 4},   {16, 4},  {17, 5},  {32, 5},  {33, 6}, {64, 6},

@@ -11,7 +11,7 @@
 
 namespace {
 
-constexpr uint64_t kMostPixels = 1 << 20;  // larger documents only cost time
+constexpr uint64_t kMostPixels = 1 << 15;  // larger documents only cost time
 
 // Whether every pixel is a colour of the image's depth; others are cut when they are written.
 bool PixelsFit(const Block& image) {

@@ -1,6 +1,4 @@
 // The colour grid, the eyedropper and the faces of the buttons that open them.
-#include <cstring>
-
 #include "editing/dialogs/draw_buttons.h"
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/pick_colour.h"
@@ -9,16 +7,13 @@
 #include "imaging/standard_palette.h"
 #include "resources/editor_ids.h"
 #include "tests/gui/editor_test.h"
+#include "tests/gui/picture.h"
 
 namespace {
 
 using ColourGrid = EditorTest;
 using Eyedropper = EditorTest;
 using ButtonFaces = EditorTest;
-
-COLORREF ColourOf(RgbTriple entry) {
-    return RGB(entry.red, entry.green, entry.blue);
-}
 
 TEST_F(ColourGrid, ClicksChooseCountedEntriesOnly) {
     constexpr uint32_t kUnchanged = 99;
@@ -76,7 +71,7 @@ TEST_F(ColourGrid, DrawsAllEntriesInBlackFrames) {
         for (int i = 0; i < kPaletteEntries; ++i) {
             int x = i % 16 * cell, y = i / 16 * cell;
             EXPECT_EQ(GetPixel(dc, x, y), RGB(0, 0, 0)) << i;
-            EXPECT_EQ(GetPixel(dc, x + cell / 2, y + cell / 2), ColourOf(palette[i])) << i;
+            EXPECT_EQ(GetPixel(dc, x + cell / 2, y + cell / 2), ColourRef(palette[i])) << i;
         }
         ReleaseDC(dialog, dc);
         PressButton(dialog, IDCANCEL);
@@ -84,15 +79,11 @@ TEST_F(ColourGrid, DrawsAllEntriesInBlackFrames) {
     EXPECT_FALSE(SelectColour(nullptr, palette, 2, &current));
 }
 
-// An image of 8 bits, `index` everywhere but for a pixel of index 1 at the top left and of index 2 at the bottom right.
-MemoryHandle MakeImage(int width, int height, uint8_t index) {
-    MemoryHandle image = CreateImageBitmap(width, height, nullptr, 8);
-    MemoryLock lock(image);
-    auto* bitmap = lock.As<BitmapHeader>();
-    memset(ImagePixels(bitmap), index, bitmap->imageBytes);
-    SetImagePixel(bitmap, 0, 0, 1);
-    SetImagePixel(bitmap, width - 1, height - 1, 2);
-    return image;
+// Index 1 at the top left, 2 at the bottom right, 7 everywhere else.
+MemoryHandle MakeMarkedImage(int width, int height) {
+    return MakeImage(width, height, 8, nullptr, [=](int x, int y) {
+        return x == 0 && y == 0 ? 1u : x == width - 1 && y == height - 1 ? 2u : 7u;
+    });
 }
 
 Steps CheckPixel(int x, int y, COLORREF expected, Steps then) {
@@ -139,7 +130,7 @@ TEST_F(Eyedropper, PicksPixelsOfTheImageAlone) {
         SCOPED_TRACE(row.what);
         Block image = {};
         image.kind = kImageBlock;
-        image.data = MakeImage(row.width, row.height, 7);
+        image.data = MakeMarkedImage(row.width, row.height);
         uint32_t index = 5;
         DialogAnswers answers;
         answers.Do(row.steps);
@@ -159,7 +150,7 @@ TEST_F(Eyedropper, ShowsTheLocalPaletteOrElseTheGlobalOne) {
     DialogAnswers answers;
     answers.Do(CheckPixel(15, 3, RGB(15, 30, 45), ClickPixel(15, 3)));
     EXPECT_TRUE(PickColourFromImage(nullptr, local, &index));
-    answers.Do(CheckPixel(19, 9, ColourOf(web), ClickPixel(19, 9)));
+    answers.Do(CheckPixel(19, 9, ColourRef(web), ClickPixel(19, 9)));
     EXPECT_TRUE(PickColourFromImage(nullptr, global, &index));
     EXPECT_EQ(index, 119u);
 }
@@ -169,27 +160,16 @@ class DrawnButton {
 public:
     static constexpr int kWidth = 40, kHeight = 24;
 
-    explicit DrawnButton(UINT state) {
-        BITMAPINFO about = {};
-        about.bmiHeader = {sizeof(BITMAPINFOHEADER), kWidth, -kHeight, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        void* bits;
-        bitmap_ = CreateDIBSection(nullptr, &about, DIB_RGB_COLORS, &bits, nullptr, 0);
-        dc_ = CreateCompatibleDC(nullptr);
-        previous_ = SelectObject(dc_, bitmap_);
+    explicit DrawnButton(UINT state) : canvas_(kWidth, kHeight, 0) {
         button_ =
             CreateWindowW(L"BUTTON", L"88", WS_POPUP, 0, 0, kWidth, kHeight, nullptr, nullptr, hInstance, nullptr);
-        item = {ODT_BUTTON, IDC_COLOUR, 0, ODA_DRAWENTIRE, state, button_, dc_, {0, 0, kWidth, kHeight}, 0};
+        item = {ODT_BUTTON, IDC_COLOUR, 0, ODA_DRAWENTIRE, state, button_, canvas_.Dc(), {0, 0, kWidth, kHeight}, 0};
     }
-    ~DrawnButton() {
-        DestroyWindow(button_);
-        SelectObject(dc_, previous_);
-        DeleteDC(dc_);
-        DeleteObject(bitmap_);
-    }
+    ~DrawnButton() { DestroyWindow(button_); }
     DrawnButton(const DrawnButton&) = delete;
     DrawnButton& operator=(const DrawnButton&) = delete;
 
-    COLORREF At(int x, int y) const { return GetPixel(dc_, x, y); }
+    COLORREF At(int x, int y) const { return GetPixel(canvas_.Dc(), x, y); }
     // Pixels of the colour inside the edge.
     int Count(COLORREF colour) const {
         int count = 0;
@@ -201,9 +181,7 @@ public:
     DRAWITEMSTRUCT item;
 
 private:
-    HBITMAP bitmap_;
-    HDC dc_;
-    HGDIOBJ previous_;
+    Canvas canvas_;
     HWND button_;
 };
 

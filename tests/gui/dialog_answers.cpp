@@ -91,6 +91,17 @@ void DialogAnswers::ChooseFile(std::string path) {
     });
 }
 
+void DialogAnswers::ChooseFiles(std::string folder, std::vector<std::string> names) {
+    Do([folder, names](HWND dialog) {
+        SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(folder).c_str());
+        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+        std::string quoted;
+        for (const std::string& name : names) quoted += "\"" + name + "\" ";
+        SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(quoted).c_str());
+        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
+    });
+}
+
 int FileNameField(HWND dialog) {
     return GetDlgItem(dialog, kFileNameField) ? kFileNameField : kFileNameBox;
 }

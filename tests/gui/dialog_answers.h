@@ -37,6 +37,9 @@ public:
     // Types `path` (UTF-8) into a system file dialog and confirms it.
     void ChooseFile(std::string path);
 
+    // Goes to `folder` in a system file dialog, chooses the files `names` there and confirms.
+    void ChooseFiles(std::string folder, std::vector<std::string> names);
+
     // What the dialogs showed in control 101, in the order in which they appeared (Windows-1252; empty without one).
     const std::vector<std::string>& Texts() const { return texts_; }
 

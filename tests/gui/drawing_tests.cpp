@@ -70,6 +70,11 @@ bool RevealReaches(int row, int height) {
     return height > 4 || std::string(kMissing[height]).find(static_cast<char>('0' + row)) == std::string::npos;
 }
 
+LRESULT CALLBACK ReleaseWhenAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_APP) reinterpret_cast<SampleImage*>(GetWindowLongPtrW(window, GWLP_USERDATA))->Release();
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
 RgbTriple FirstColour(MemoryHandle image) {
     RgbTriples colours = {};
     GetImageInfo(image, nullptr, nullptr, nullptr, colours);
@@ -112,7 +117,9 @@ TEST(DrawImage, StraightUsesItsOwnColoursOrAdoptsOthers) {
                 DrawImageStraight(canvas.Dc(), image.Get(), adopts ? others.entries : nullptr, 0, 0);
                 auto everywhere = [](int, int, int) { return true; };
                 EXPECT_EQ(Difference(image.Expected(colours, 0, 0, everywhere), canvas.Look()), "");
-                if (depth < 24) EXPECT_EQ(FirstColour(image.Get()), colours[0]);
+                if (depth < 24) {
+                    EXPECT_EQ(FirstColour(image.Get()), colours[0]);
+                }
             }
 }
 
@@ -140,7 +147,9 @@ TEST(DrawImage, ProgressiveLacksRowsOfLowImages) {
             DrawImageProgressive(canvas.Dc(), image.Get(), others.entries, 0, 0);
             auto reached = [=](int, int, int row) { return RevealReaches(row, height); };
             EXPECT_EQ(Difference(image.Expected(others.entries, 0, 0, reached), canvas.Look()), "");
-            if (depth < 24) EXPECT_EQ(FirstColour(image.Get()), others.entries[0]);
+            if (depth < 24) {
+                EXPECT_EQ(FirstColour(image.Get()), others.entries[0]);
+            }
         }
 }
 
@@ -163,7 +172,9 @@ TEST(DrawImage, TransparentLeavesTheGroundWhereItsIndexIs) {
                     };
                     EXPECT_EQ(Difference(image.Expected(own.entries, 0, 0, opaque), canvas.Look()), "");
                     EXPECT_EQ(GetTextColor(canvas.Dc()), RGB(1, 2, 3));
-                    if (depth < 24) EXPECT_EQ(FirstColour(image.Get()), own.entries[0]);
+                    if (depth < 24) {
+                        EXPECT_EQ(FirstColour(image.Get()), own.entries[0]);
+                    }
                 }
 }
 
@@ -212,22 +223,20 @@ TEST(DrawImage, ProgressiveLeavesTheEscapeToItsOwner) {
 }
 
 TEST(DrawImage, ProgressiveEndsWhenTheImageIsReleased) {
-    static SampleImage* image;
-    SampleImage sample(11, 400, 8, Colours(1).entries);
-    image = &sample;
-    HWND window = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, nullptr, nullptr);
-    SetWindowLongPtrW(window, GWLP_WNDPROC,
-                      reinterpret_cast<LONG_PTR>(
-                          static_cast<WNDPROC>([](HWND to, UINT message, WPARAM wParam, LPARAM lParam) -> LRESULT {
-                              if (message == WM_USER) image->Release();
-                              return DefWindowProcW(to, message, wParam, lParam);
-                          })));
-    std::thread other([=] { SendMessageW(window, WM_USER, 0, 0); });
-    Canvas canvas(kCanvasWidth, 400, kGround);
-    DrawImageProgressive(canvas.Dc(), sample.Get(), nullptr, 0, 0);
+    constexpr int kHeight = 400;
+    SampleImage image(11, kHeight, 8, Colours(1).entries);
+    HWND window =
+        CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, GetModuleHandleW(nullptr), nullptr);
+    SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(&image));
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(ReleaseWhenAsked));
+    std::thread other([=] { SendMessageW(window, WM_APP, 0, 0); });
+    Canvas canvas(kCanvasWidth, kHeight, kGround);
+    DrawImageProgressive(canvas.Dc(), image.Get(), nullptr, 0, 0);
+    EXPECT_EQ(canvas.Look().At(0, kHeight - 1), kGround);  // the last row of the last pass
+    MSG message;
+    while (image.Get()) PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE);  // lets the other thread end
     other.join();
     DestroyWindow(window);
-    EXPECT_EQ(canvas.Look().At(0, 399), kGround);  // the last row of the last pass
 }
 
 TEST(DrawImageBitmap, CombinesByTheRasterOperation) {

@@ -4,6 +4,7 @@
 
 #include "gif/default_blocks.h"
 #include "gif/descriptor.h"
+#include "tests/gui/picture.h"
 
 SampleDocument::SampleDocument() {
     EXPECT_TRUE(NewDocument(&list_));
@@ -34,10 +35,8 @@ void SampleDocument::AppendImage(int width, int height, int depth) {
         palette[i] = {static_cast<uint8_t>(i), static_cast<uint8_t>(2 * i), static_cast<uint8_t>(3 * i)};
     bool local = depth < 8;
     Block block;
-    MemoryHandle bitmap = CreateImageBitmap(width, height, palette, depth);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x)
-            SetImagePixel(MemoryLock(bitmap).As<BitmapHeader>(), x, y, static_cast<uint32_t>(local ? x % 16 : 100 + x));
+    MemoryHandle bitmap = MakeImage(width, height, depth, palette,
+                                    [=](int x, int) { return static_cast<uint32_t>(local ? x % 16 : 100 + x); });
     EXPECT_TRUE(MakeDefaultBlock(nullptr, &list_, &block, kImageBlock, bitmap, local ? "first.gif" : nullptr));
     ImageFields image = GetImageFields(block);
     if (local) image.packed |= kHasPalette;

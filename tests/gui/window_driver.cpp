@@ -44,6 +44,15 @@ void AppendImage(BlockList* list, int width, int height) {
 }  // namespace
 
 void ShellTest::SetUp() {
+    StartAfresh();
+    CreateShellObjects(GetModuleHandleW(nullptr));
+    RegisterMainWindowClass();
+    PrepareMainWindow();
+    ShowMainWindow(SW_SHOW);
+    PumpMessages();
+}
+
+void ShellTest::StartAfresh() {
     folder_ = NewFolder();
     settings = Settings();
     strcpy(settingsFolder, folder_.c_str());
@@ -51,11 +60,6 @@ void ShellTest::SetUp() {
     documentChanged = false;
     currentFileName[0] = 0;
     selectedLine = 0;
-    CreateShellObjects(GetModuleHandleW(nullptr));
-    RegisterMainWindowClass();
-    PrepareMainWindow();
-    ShowMainWindow(SW_SHOW);
-    PumpMessages();
 }
 
 void ShellTest::TearDown() {

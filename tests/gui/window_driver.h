@@ -25,6 +25,9 @@ protected:
     void SetUp() override;
     void TearDown() override;
 
+    // All of it but the window, for tests that start the program themselves.
+    void StartAfresh();
+
     // Sends the command and everything that it posts.
     void Command(int id);
     void Open(const std::string& path);  // through the open-file message; a missing file shows its message

@@ -1,0 +1,183 @@
+#include "cli/block_fields.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+
+#include "cli/options.h"
+#include "gif/block_line.h"
+#include "gif/descriptor.h"
+#include "platform/text_encoding.h"
+
+namespace {
+
+// All setters: `item` is what stands behind the colon of the field's name. They return what the value should have
+// been, or an empty text when it was set.
+using Setter = std::string (*)(Block* block, const std::string& item, const std::string& value);
+
+std::string NumberUpTo(unsigned most) {
+    return "a whole number of 0 to " + std::to_string(most);
+}
+
+template <auto kGet, auto kPut, auto kMember>
+std::string SetNumber(Block* block, const std::string&, const std::string& value) {
+    auto fields = kGet(*block);
+    using Number = std::remove_reference_t<decltype(fields.*kMember)>;
+    constexpr unsigned kMost = std::numeric_limits<Number>::max();
+    unsigned number;
+    if (!ParseNumber(value, kMost, &number)) return NumberUpTo(kMost);
+    fields.*kMember = static_cast<Number>(number);
+    kPut(block, fields);
+    return "";
+}
+
+template <auto kGet, auto kPut, uint8_t kFlag>
+std::string SetFlag(Block* block, const std::string&, const std::string& value) {
+    bool on = value == "yes" || value == "1";
+    if (!on && value != "no" && value != "0") return "yes or no";
+    auto fields = kGet(*block);
+    fields.packed = static_cast<uint8_t>((fields.packed & ~kFlag) | (on ? kFlag : 0));
+    kPut(block, fields);
+    return "";
+}
+
+std::string SetColour(Block* block, const std::string& item, const std::string& value) {
+    uint8_t packed = GetHeaderFields(*block).packed;
+    if (!(packed & kHasPalette)) return "a global palette, which this file lacks";
+    auto last = static_cast<unsigned>(ColoursOfPacked(packed) - 1);
+    unsigned entry, colour;
+    if (!ParseNumber(item, last, &entry)) return NumberUpTo(last) + " behind its colon";
+    const char* end = value.data() + value.size();
+    if (value.size() != 7 || value[0] != '#' || std::from_chars(value.data() + 1, end, colour, 16).ptr != end)
+        return "a colour like #ff8000";
+    block->palette[entry] = {static_cast<uint8_t>(colour >> 16), static_cast<uint8_t>(colour >> 8),
+                             static_cast<uint8_t>(colour)};
+    return "";
+}
+
+std::string SetDisposal(Block* block, const std::string&, const std::string& value) {
+    constexpr const char* kNames[] = {"nothing", "leave", "background", "previous"};
+    auto* name = std::find(std::begin(kNames), std::end(kNames), value);
+    auto disposal = static_cast<unsigned>(name - kNames);
+    if (name == std::end(kNames) && !ParseNumber(value, kControlDisposal >> kControlDisposalShift, &disposal))
+        return "nothing, leave, background, previous or a whole number of 0 to 7";
+    ControlFields fields = GetControlFields(*block);
+    fields.packed =
+        static_cast<uint8_t>((fields.packed & ~unsigned{kControlDisposal}) | disposal << kControlDisposalShift);
+    PutControlFields(block, fields);
+    return "";
+}
+
+// Without a transparent colour the index stays as it was, as in the editor.
+std::string SetTransparent(Block* block, const std::string&, const std::string& value) {
+    ControlFields fields = GetControlFields(*block);
+    unsigned index = fields.transparentIndex;
+    bool none = value == "none";
+    if (!none && !ParseNumber(value, UINT8_MAX, &index)) return "none or " + NumberUpTo(UINT8_MAX);
+    fields.packed = static_cast<uint8_t>((fields.packed & ~kControlTransparent) | (none ? 0 : kControlTransparent));
+    fields.transparentIndex = static_cast<uint8_t>(index);
+    PutControlFields(block, fields);
+    return "";
+}
+
+std::string SetIterations(Block* block, const std::string&, const std::string& value) {
+    unsigned iterations;
+    if (!ParseNumber(value, UINT16_MAX, &iterations)) return NumberUpTo(UINT16_MAX);
+    PutLoopIterations(block, static_cast<uint16_t>(iterations));
+    return "";
+}
+
+// Lines of a document's texts end in a carriage return and a line feed.
+std::string WithDocumentLineEnds(const std::string& text) {
+    std::string lines;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] != '\r' && text[i] != '\n') {
+            lines += text[i];
+            continue;
+        }
+        if (text.compare(i, 2, "\r\n") == 0) ++i;
+        lines += "\r\n";
+    }
+    return lines;
+}
+
+// As in the editor, an empty text is no text at all; saving leaves such a block out.
+void DropText(Block* block) {
+    FreeMemory(block->data);
+    block->data = nullptr;
+    block->dataLength = 0;
+}
+
+std::string SetText(Block* block, const std::string&, const std::string& value) {
+    std::string text = Windows1252FromUtf8(value);
+    if (Utf8FromWindows1252(text) != value) return "only characters that Windows-1252 has";
+    text = WithDocumentLineEnds(text);
+    if (text.size() > kMaxTextBytes) return "at most " + std::to_string(kMaxTextBytes) + " characters";
+    if (text.empty()) return DropText(block), "";
+    if (!SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()))) return "more memory";
+    return "";
+}
+
+template <auto kMember>
+constexpr Setter kHeaderNumber = SetNumber<GetHeaderFields, PutHeaderFields, kMember>;
+template <auto kMember>
+constexpr Setter kImageNumber = SetNumber<GetImageFields, PutImageFields, kMember>;
+template <auto kMember>
+constexpr Setter kControlNumber = SetNumber<GetControlFields, PutControlFields, kMember>;
+template <auto kMember>
+constexpr Setter kPlainTextNumber = SetNumber<GetPlainTextFields, PutPlainTextFields, kMember>;
+
+struct Field {
+    uint16_t kind;
+    const char* name;  // one that ends in a colon is followed by an item's number
+    Setter set;
+};
+
+constexpr Field kFields[] = {
+    {kHeaderBlock, "width", kHeaderNumber<&HeaderFields::screenWidth>},
+    {kHeaderBlock, "height", kHeaderNumber<&HeaderFields::screenHeight>},
+    {kHeaderBlock, "background", kHeaderNumber<&HeaderFields::backgroundIndex>},
+    {kHeaderBlock, "sorted", SetFlag<GetHeaderFields, PutHeaderFields, kHeaderSorted>},
+    {kHeaderBlock, "colour:", SetColour},
+    {kImageBlock, "left", kImageNumber<&ImageFields::left>},
+    {kImageBlock, "top", kImageNumber<&ImageFields::top>},
+    {kImageBlock, "interlaced", SetFlag<GetImageFields, PutImageFields, kImageInterlaced>},
+    {kControlBlock, "delay", kControlNumber<&ControlFields::delay>},
+    {kControlBlock, "disposal", SetDisposal},
+    {kControlBlock, "transparent", SetTransparent},
+    {kControlBlock, "input", SetFlag<GetControlFields, PutControlFields, kControlUserInput>},
+    {kPlainTextBlock, "text", SetText},
+    {kPlainTextBlock, "left", kPlainTextNumber<&PlainTextFields::left>},
+    {kPlainTextBlock, "top", kPlainTextNumber<&PlainTextFields::top>},
+    {kPlainTextBlock, "foreground", kPlainTextNumber<&PlainTextFields::foregroundIndex>},
+    {kPlainTextBlock, "background", kPlainTextNumber<&PlainTextFields::backgroundIndex>},
+    {kPlainTextBlock, "grid-width", kPlainTextNumber<&PlainTextFields::gridWidth>},
+    {kPlainTextBlock, "grid-height", kPlainTextNumber<&PlainTextFields::gridHeight>},
+    {kPlainTextBlock, "cell-width", kPlainTextNumber<&PlainTextFields::cellWidth>},
+    {kPlainTextBlock, "cell-height", kPlainTextNumber<&PlainTextFields::cellHeight>},
+    {kCommentBlock, "text", SetText},
+    {kLoopBlock, "iterations", SetIterations},
+};
+
+std::string NoSuchField(uint16_t kind, const std::string& field) {
+    char kindName[kBlockLineBytes];
+    FormatKindName(kindName, kind);
+    std::string names;
+    for (const Field& known : kFields)
+        if (known.kind == kind) names += (names.empty() ? "" : ", ") + std::string(known.name);
+    if (names.empty()) return std::string(kindName) + " blocks can't be changed";
+    return std::string(kindName) + " blocks have no field " + field + ", but " + names;
+}
+
+}  // namespace
+
+std::string SetBlockField(Block* block, const std::string& field, const std::string& value) {
+    size_t nameEnd = std::min(field.find(':'), field.size() - 1) + 1;
+    std::string name = field.substr(0, nameEnd);
+    for (const Field& known : kFields) {
+        if (known.kind != block->kind || name != known.name) continue;
+        std::string wanted = known.set(block, field.substr(nameEnd), value);
+        return wanted.empty() ? "" : field + " wants " + wanted;
+    }
+    return NoSuchField(block->kind, field);
+}

@@ -1,0 +1,142 @@
+// zephyr insert: new blocks, as the editor's Insert command makes them.
+#include "cli/commands.h"
+#include "cli/document.h"
+#include "cli/identity_options.h"
+#include "cli/options.h"
+#include "cli/usage.h"
+#include "editing/palette_match.h"
+#include "gif/first_image.h"
+#include "platform/prompts.h"
+#include "resources/string_ids.h"
+
+namespace {
+
+struct KindName {
+    const char* name;
+    uint16_t kind;
+};
+
+constexpr KindName kKindNames[] = {
+    {"image", kImageBlock},         {"control", kControlBlock}, {"comment", kCommentBlock},
+    {"plaintext", kPlainTextBlock}, {"loop", kLoopBlock},
+};
+
+struct PaletteOption {
+    const char* option;
+    int choice;
+};
+
+constexpr PaletteOption kPaletteOptions[] = {
+    {"--remap", kPaletteRemap}, {"--dither", kPaletteDither}, {"--keep", kPaletteKeep}};
+
+// What the words ask for.
+struct Order {
+    uint16_t kind = kEmptyBlock;
+    int paletteChoice = kAskForPalette;
+    Words files;  // the images
+};
+
+// Fills `order`; returns what is wrong with the words, or an empty text.
+std::string ReadOrder(const Options& options, Order* order) {
+    const Words& operands = options.Operands();
+    if (operands.size() < 2) return "give IN and OUT";
+    order->files.assign(operands.begin() + 2, operands.end());
+
+    const std::string* kind = options.Value("--kind");
+    for (const KindName& known : kKindNames)
+        if (kind && *kind == known.name) order->kind = known.kind;
+    if (order->kind == kEmptyBlock) return "give --kind and image, control, comment, plaintext or loop";
+
+    for (const PaletteOption& known : kPaletteOptions) {
+        if (!options.Has(known.option)) continue;
+        if (order->paletteChoice != kAskForPalette) return "give one of --remap, --dither and --keep";
+        order->paletteChoice = known.choice;
+    }
+    bool images = order->kind == kImageBlock;
+    if (images && order->files.empty()) return "give at least one image FILE";
+    if (!images && !order->files.empty()) return "a FILE is for --kind image only";
+    if (!images && order->paletteChoice != kAskForPalette) return "--remap, --dither and --keep are for images only";
+    if (!options.Has("--at") && order->kind != kLoopBlock) return "give --at and the number of a block";
+    return "";
+}
+
+// Why no image came from the file.
+const char* WhyNotInserted(const std::string& path) {
+    File file;
+    if (!file.OpenForReading(path.c_str())) return "can't be opened";
+    int depth;
+    OwnedMemory image(ReadFirstImage(file, &depth));
+    if (!image) return "no image in it that can be read";
+    if (paletteChoiceForInsert != kAskForPalette) return "out of memory";
+    return "its colours are not the document's: give --remap, --dither or --keep";
+}
+
+bool InsertImages(BlockList* list, int place, const Words& files) {
+    for (const std::string& path : files) {
+        if (InsertBlock(nullptr, list, &place, kImageBlock, nullptr, path.c_str())) continue;
+        Complain(path, WhyNotInserted(path));
+        return false;
+    }
+    return true;
+}
+
+// Why the document can't take a block of the kind, or an empty text.
+std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
+    if (kind == kLoopBlock && HasLoopBlock(list)) return LoadStr(IDS_SECOND_LOOP);
+    if (kind == kPlainTextBlock && !FindGlobalPalette(list, nullptr))
+        return "there is no global palette, whose colours a plain text block needs";
+    return "";
+}
+
+bool InsertOther(BlockList* list, int place, uint16_t kind, const std::string& path) {
+    std::string reason = WhyNotAllowed(*list, kind);
+    if (reason.empty() && !InsertBlock(nullptr, list, &place, kind, nullptr, nullptr)) reason = "out of memory";
+    if (!reason.empty()) Complain(path, reason);
+    return reason.empty();
+}
+
+bool Insert(BlockList* list, int place, const Order& order, const std::string& path) {
+    paletteChoiceForInsert = order.paletteChoice;
+    if (order.kind == kImageBlock) return InsertImages(list, place, order.files);
+    return InsertOther(list, order.kind == kLoopBlock ? 0 : place, order.kind, path);
+}
+
+}  // namespace
+
+const char kInsertHelp[] =
+    "Usage: zephyr insert IN OUT --at INDEX --kind KIND [--remap | --dither | --keep] [FILE...]\n"
+    "\n"
+    "Loads the GIF file IN, inserts new blocks after block number INDEX (0 is the header),\n"
+    "fits the logical screen to the images and writes the result to OUT. Kinds:\n"
+    "\n"
+    "  image      the first image of each GIF file FILE, in the order given\n"
+    "  control    a control block without flags, with a delay of 1/100 second\n"
+    "  comment    a comment with a text to be replaced\n"
+    "  plaintext  a plain text block with such a text; IN needs a global palette\n"
+    "  loop       a loop block, right after the header whatever INDEX is; only one is allowed\n"
+    "\n"
+    "An image whose colours are not IN's global palette is fitted to it (--remap: each pixel\n"
+    "in the nearest colour; --dither: in a mixture of colours) or taken as it is (--keep:\n"
+    "its pixels are then shown in the colours of the global palette).\n"
+    "When one of several images can't be inserted, nothing is written.\n"
+    "\n"
+    "  --owner NAME, --organisation NAME   for the file-identity comment; empty by default\n";
+
+int RunInsert(const Words& words) {
+    Options options(words, {"--remap", "--dither", "--keep"}, {"--at", "--kind", "--owner", "--organisation"});
+    if (!options.Error().empty()) return WrongUsage("insert", options.Error());
+    Order order;
+    std::string error = ReadOrder(options, &order);
+    if (!error.empty()) return WrongUsage("insert", error);
+
+    const std::string& in = options.Operands()[0];
+    const std::string* at = options.Value("--at");
+    Document document;
+    if (document.Open(in) != kReadDone) return kExitFailed;
+    Block block;
+    uint32_t place = 0;
+    if (at && !FindBlock(document.list, in, *at, &block, &place)) return kExitFailed;
+    if (!Insert(&document.list, static_cast<int>(place), order, in)) return kExitFailed;
+    ChooseIdentity(options);
+    return SaveDocument(&document.list, options.Operands()[1]) ? kExitDone : kExitFailed;
+}

@@ -1,0 +1,58 @@
+// zephyr remap: the picture of one image block in the colours of a standard palette.
+#include "imaging/remap.h"
+#include "cli/bmp_file.h"
+#include "cli/commands.h"
+#include "cli/image_block.h"
+#include "cli/options.h"
+#include "cli/usage.h"
+#include "imaging/dither.h"
+#include "imaging/standard_palette.h"
+
+namespace {
+
+// A picture of two colours has nothing to dither and is remapped either way.
+MemoryHandle FitToPalette(MemoryHandle image, int kind, bool dither) {
+    RgbTriples colours;
+    int depth, bitCount;
+    StandardPalette(colours, &depth, kind);
+    if (!GetImageInfo(image, nullptr, nullptr, &bitCount, nullptr)) return nullptr;
+    auto convert = dither && bitCount > 1 ? DitherImage : RemapImage;
+    return convert(image, colours, depth, 0);
+}
+
+}  // namespace
+
+const char kRemapHelp[] =
+    "Usage: zephyr remap FILE INDEX OUT.bmp --palette KIND [--dither]\n"
+    "\n"
+    "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
+    "as a BMP file in the colours of a standard palette, each pixel in the nearest colour\n"
+    "or, with --dither, in a mixture of colours. Palettes:\n"
+    "\n"
+    "  0  black and white       5  128 colours\n"
+    "  2  16 colours            6  216 colours, the web palette\n"
+    "  3  32 colours            8  256 colours, 32 of them greys\n"
+    "  4  64 colours            9  256 greys\n"
+    "  1, 7                     256 colours\n"
+    "\n"
+    "Pictures of two colours are never dithered.\n";
+
+int RunRemap(const Words& words) {
+    Options options(words, {"--dither"}, {"--palette"});
+    if (!options.Error().empty()) return WrongUsage("remap", options.Error());
+    const Words& operands = options.Operands();
+    if (operands.size() != 3) return WrongUsage("remap", "give FILE, INDEX and OUT.bmp");
+    const std::string* palette = options.Value("--palette");
+    unsigned kind = 0;
+    if (!palette || !ParseNumber(*palette, kPaletteGrey, &kind))
+        return WrongUsage("remap", "give --palette and a number of 0 to 9");
+    Document document;
+    Block image;
+    if (!OpenImageBlock(operands[0], operands[1], &document, &image)) return kExitFailed;
+    OwnedMemory fitted(FitToPalette(image.data, static_cast<int>(kind), options.Has("--dither")));
+    if (!fitted) {
+        Complain(operands[0], "out of memory");
+        return kExitFailed;
+    }
+    return WriteBmpFile(fitted.Get(), operands[2]) ? kExitDone : kExitFailed;
+}

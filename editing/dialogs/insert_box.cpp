@@ -1,0 +1,39 @@
+#include "editing/dialogs/insert_box.h"
+
+#include "editing/block_queries.h"
+#include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/edited_block.h"
+#include "resources/insert_ids.h"
+
+namespace {
+
+struct KindButton {
+    int id;
+    BlockKind kind;
+};
+
+constexpr KindButton kButtons[] = {
+    {IDC_INSERT_IMAGE, kImageBlock},          {IDC_INSERT_CONTROL, kControlBlock}, {IDC_INSERT_COMMENT, kCommentBlock},
+    {IDC_INSERT_PLAIN_TEXT, kPlainTextBlock}, {IDC_INSERT_LOOP, kLoopBlock},
+};
+
+// A plain text needs colours of the global palette.
+bool ShowKinds(HWND dialog) {
+    EnableWindow(GetDlgItem(dialog, IDC_INSERT_PLAIN_TEXT), GetGlobalPalette(*Edited<BlockList>(), nullptr) > 0);
+    return true;
+}
+
+bool OnKind(HWND dialog, int id, int notification) {
+    if (notification != BN_CLICKED) return false;
+    for (const KindButton& button : kButtons)
+        if (button.id == id) return EndDialog(dialog, button.kind);
+    return false;
+}
+
+constexpr DialogKind kInsertBox = {L"InsertBox", nullptr, ShowKinds, nullptr, 0, nullptr, OnKind, nullptr};
+
+}  // namespace
+
+int ChooseInsertKind(HWND mainWindow, BlockList* document) {
+    return static_cast<int>(RunEditingDialog(mainWindow, kInsertBox, document));
+}

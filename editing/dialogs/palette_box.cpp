@@ -1,0 +1,57 @@
+// The editor's palette question about an imported image.
+#include "editing/block_queries.h"
+#include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
+#include "editing/palette_match.h"
+#include "resources/insert_ids.h"
+
+static_assert(IDC_PALETTE_REMAP == kPaletteRemap && IDC_PALETTE_DITHER == kPaletteDither && IDCANCEL == kPaletteCancel,
+              "the dialog ends with the number of the chosen control");
+
+namespace {
+
+bool HasTwoColours(const Block& image) {
+    int bitCount = 0;
+    return GetImageInfo(image.data, nullptr, nullptr, &bitCount, nullptr) && bitCount == 1;
+}
+
+// Whether the document has colours that an image could be fitted to.
+bool HasTarget(const Block& image) {
+    Block header;
+    int index = image.owner ? FindHeader(*image.owner) : -1;
+    return index >= 0 && GetBlock(*image.owner, &header, static_cast<uint32_t>(index)) && HasColours(header);
+}
+
+void Enable(HWND dialog, int id, bool enabled) {
+    EnableWindow(GetDlgItem(dialog, id), enabled);
+}
+
+bool ShowChoices(HWND dialog) {
+    const Block& image = *Edited<const Block>();
+    bool target = HasTarget(image);
+    bool twoColours = HasTwoColours(image);  // nothing to dither
+    Enable(dialog, IDC_PALETTE_REMAP, target);
+    Enable(dialog, IDC_PALETTE_DITHER, target && !twoColours);
+    CheckRadioButton(dialog, IDC_PALETTE_REMAP, IDC_PALETTE_DITHER,
+                     twoColours ? IDC_PALETTE_REMAP : IDC_PALETTE_DITHER);
+    ShowCheck(dialog, IDC_PALETTE_SUBSEQUENT, true);
+    return true;
+}
+
+INT_PTR TakeChoice(HWND dialog) {
+    int choice = TakeCheck(dialog, IDC_PALETTE_REMAP) ? kPaletteRemap : kPaletteDither;
+    paletteChoiceForInsert = TakeCheck(dialog, IDC_PALETTE_SUBSEQUENT) ? choice : kAskForPalette;
+    return choice;
+}
+
+constexpr DialogKind kPaletteBox = {L"PaletteNoMatchBox", "KLMInsert", ShowChoices, TakeChoice,
+                                    kPaletteCancel,       nullptr,     nullptr,     nullptr};
+
+}  // namespace
+
+int RunPaletteDialog(WindowHandle owner, const Block& image) {
+    Block subject = image;
+    INT_PTR choice = RunEditingDialog(static_cast<HWND>(owner), kPaletteBox, &subject);
+    return choice ? static_cast<int>(choice) : kPaletteCancel;  // a dialog that can't be shown agrees to nothing
+}

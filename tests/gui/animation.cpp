@@ -1,0 +1,133 @@
+#include "tests/gui/animation.h"
+
+#include <cmath>
+#include <cstring>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+void FillColours(RgbTriple* palette, int seed) {
+    for (int i = 0; i < kPaletteEntries; ++i)
+        palette[i] = {static_cast<uint8_t>(i * 53 + seed * 31), static_cast<uint8_t>(i * 29 + seed * 17),
+                      static_cast<uint8_t>(200 - i * 7 + seed)};
+}
+
+// Where an image begins in the client area, along one axis.
+int PlaceOf(int client, int image, int screen, int offset) {
+    double centred = image < client ? std::floor((client - image) / 2.0) : 0;
+    return static_cast<int>(centred + offset - std::floor((screen - image) / 2.0));
+}
+
+bool IsRowRevealed(int row, int height, bool interlaced) {
+    if (!interlaced || height > 4) return true;
+    return height == 4 ? row != 3 : row != 1;
+}
+
+}  // namespace
+
+Animation::Animation(uint16_t screenWidth, uint16_t screenHeight, bool hasPalette) {
+    EXPECT_TRUE(CreateBlockList(&list_));
+    Block header = {};
+    if (hasPalette) FillColours(palette_, 0);
+    memcpy(header.palette, palette_, sizeof palette_);
+    auto packed = static_cast<uint8_t>(hasPalette ? kHasPalette | kSizeCode : 0);
+    PutHeaderFields(&header, {screenWidth, screenHeight, packed, kBackgroundIndex, 0});
+    Append(&header, kHeaderBlock);
+}
+
+Animation& Animation::Append(Block* block, uint16_t kind) {
+    block->kind = kind;
+    block->position = static_cast<uint16_t>(list_.count);
+    EXPECT_TRUE(AppendBlock(&list_, block));
+    return *this;
+}
+
+Animation& Animation::Control(uint32_t disposal, uint16_t delay, int transparentIndex, bool userInput) {
+    Block block = {};
+    uint32_t packed = disposal << kControlDisposalShift;
+    if (transparentIndex >= 0) packed |= kControlTransparent;
+    if (userInput) packed |= kControlUserInput;
+    PutControlFields(&block, {static_cast<uint8_t>(packed), delay, static_cast<uint8_t>(transparentIndex)});
+    return Append(&block, kControlBlock);
+}
+
+Animation& Animation::Image(const ImageRequest& request) {
+    Block block = {};
+    if (request.hasOwnPalette) FillColours(block.palette, request.seed);
+    auto packed = static_cast<uint8_t>(request.depth - 1);
+    if (request.hasOwnPalette) packed |= kHasPalette;
+    if (request.interlaced) packed |= kImageInterlaced;
+    PutImageFields(&block, {request.left, request.top, static_cast<uint16_t>(request.width),
+                            static_cast<uint16_t>(request.height), packed});
+    block.data = MakeImage(request.width, request.height, request.depth,
+                           request.hasOwnPalette ? block.palette : palette_, [&](int x, int y) {
+                               auto mixed = static_cast<uint32_t>((x / 2 * 3 + y / 3 * 5) * request.seed + x * y);
+                               return mixed % (1u << BitCountForDepth(request.depth)) % 16;
+                           });
+    return Append(&block, kImageBlock);
+}
+
+Animation& Animation::Loop(uint16_t iterations) {
+    Block block = {};
+    PutLoopIterations(&block, iterations);
+    return Append(&block, kLoopBlock);
+}
+
+Animation& Animation::Comment() {
+    Block block = {};
+    return Append(&block, kCommentBlock);
+}
+
+Animation& Animation::PlainText(const char* text, const PlainTextFields& fields) {
+    Block block = {};
+    PutPlainTextFields(&block, fields);
+    EXPECT_TRUE(SetBlockText(&block, text, static_cast<uint32_t>(strlen(text))));
+    return Append(&block, kPlainTextBlock);
+}
+
+Block Animation::At(uint32_t index) const {
+    Block block = {};
+    EXPECT_TRUE(GetBlock(list_, &block, index));
+    return block;
+}
+
+ViewerModel::ViewerModel(const Animation& animation, int clientWidth, int clientHeight)
+    : shown_(clientWidth, clientHeight), under_(0, 0), screen_(GetHeaderFields(animation.At(0))) {
+    memcpy(palette_, animation.At(0).palette, sizeof palette_);
+    background_ = screen_.packed & kHasPalette ? ColourRef(palette_[kBackgroundIndex]) : RGB(0, 0, 0);
+    shown_ = Picture(clientWidth, clientHeight, background_);
+}
+
+void ViewerModel::Play(const Block& block) {
+    if (block.kind == kControlBlock) {
+        const ControlFields fields = GetControlFields(block);
+        transparentIndex_ = fields.packed & 1 ? fields.transparentIndex : kNoPixel;
+        disposal_ = fields.packed >> 2 & 7u;
+        delay_ = fields.delay;
+    }
+    if (block.kind != kImageBlock) return;
+    const ImageFields fields = GetImageFields(block);
+    const RgbTriple* palette = fields.packed & kHasPalette ? block.palette : palette_;
+    image_.left = PlaceOf(shown_.width, fields.width, screen_.screenWidth, fields.left);
+    image_.top = PlaceOf(shown_.height, fields.height, screen_.screenHeight, fields.top);
+    image_.right = image_.left + fields.width;
+    image_.bottom = image_.top + fields.height;
+    under_ = shown_;
+    MemoryLock lock(block.data);
+    for (int y = 0; y < fields.height; ++y)
+        for (int x = 0; x < fields.width; ++x) {
+            uint32_t pixel = GetImagePixel(lock.As<BitmapHeader>(), x, y);
+            if (pixel == transparentIndex_ || !IsRowRevealed(y, fields.height, fields.packed & kImageInterlaced))
+                continue;
+            shown_.Set(image_.left + x, image_.top + y, ColourRef(palette[pixel]));
+        }
+}
+
+void ViewerModel::Dispose() {
+    for (int y = image_.top; y < image_.bottom; ++y)
+        for (int x = image_.left; x < image_.right; ++x) {
+            if (disposal_ == 2) shown_.Set(x, y, background_);
+            if (disposal_ == 3 && shown_.Has(x, y)) shown_.Set(x, y, under_.At(x, y));
+        }
+}

@@ -1,0 +1,214 @@
+// Whole viewings, in the program's own full-screen window.
+#include "imaging/draw/viewer.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "app/services/shell_objects.h"
+#include "platform/prompts.h"
+#include "platform/windows_api.h"
+#include "resources/string_ids.h"
+#include "tests/gui/dialog_answers.h"
+#include "tests/gui/viewer_stage.h"
+
+#include <psapi.h>  // after windows_api.h
+
+namespace {
+
+HWND MakeOwner() {
+    return CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, GetModuleHandleW(nullptr),
+                           nullptr);
+}
+
+class ViewerRunTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!hInstance) hInstance = GetModuleHandleW(nullptr);
+        owner_ = MakeOwner();
+    }
+    void TearDown() override { DestroyWindow(owner_); }
+    void ExpectNothingLeft() {
+        WNDCLASSW viewer;
+        EXPECT_FALSE(GetClassInfoW(hInstance, kViewerClass, &viewer));
+        EXPECT_EQ(FindViewer(), nullptr);
+        EXPECT_EQ(currentViewer, nullptr);
+        EXPECT_EQ(viewedList, nullptr);
+        EXPECT_EQ(pendingWait, 0);
+        MSG message;
+        EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    }
+    HWND owner_ = nullptr;
+};
+
+bool HasPlayed() {
+    return currentViewer && currentViewer->nextIndex == viewedList->count && pendingWait == 0;
+}
+
+// Numbers of GDI objects in use, seen from outside: the numbers that new ones get.
+size_t FirstFreeGdiNumbers() {
+    HGDIOBJ made[64];
+    size_t highest = 0;
+    for (HGDIOBJ& object : made) {
+        object = CreateSolidBrush(0);
+        highest = std::max(highest, static_cast<size_t>(LOWORD(reinterpret_cast<uintptr_t>(object))));
+    }
+    for (HGDIOBJ object : made) DeleteObject(object);
+    return highest;
+}
+
+size_t PrivateBytes() {
+    PROCESS_MEMORY_COUNTERS counters = {};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    return counters.PagefileUsage;
+}
+
+void Play(HWND owner, BlockList* list) {
+    Meanwhile close([] { return HasPlayed() && PostMessageW(FindViewer(), WM_CHAR, VK_ESCAPE, 0); });
+    RunViewer(owner, list);
+    EXPECT_TRUE(close.Done());
+}
+
+// A key pressed for the window in front.
+void PressEscape() {
+    INPUT key = {};
+    key.type = INPUT_KEYBOARD;
+    key.ki.wVk = VK_ESCAPE;
+    SendInput(1, &key, sizeof key);
+    key.ki.dwFlags = KEYEVENTF_KEYUP;
+    SendInput(1, &key, sizeof key);
+}
+
+int32_t loopsLeftAtTheEnd;
+
+LRESULT CALLBACK NoteTheEnd(HWND viewer, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_DESTROY) loopsLeftAtTheEnd = StateOfViewer(viewer)->loopsLeft;
+    return ViewerProc(viewer, message, wParam, lParam);
+}
+
+LRESULT CALLBACK PressEscapeWhenAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_APP) {
+        SetWindowLongPtrW(FindViewer(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(NoteTheEnd));
+        PressEscape();
+    }
+    return DefWindowProcW(window, message, wParam, lParam);
+}
+
+}  // namespace
+
+TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItIsClosed) {
+    Animation animation(200, 100);
+    animation.Control(1, 1)
+        .Image({0, 0, 200, 100})
+        .Control(2, 2, 3)
+        .Image({20, 10, 60, 50, 4, true, true, 9})
+        .Comment();
+    Picture shown(0, 0);
+    RECT client = {};
+    Meanwhile close([&] {
+        if (!HasPlayed()) return false;
+        HWND viewer = FindViewer();
+        GetClientRect(viewer, &client);
+        HDC dc = GetDC(viewer);
+        shown = Look(dc, client.right, client.bottom);
+        ReleaseDC(viewer, dc);
+        EXPECT_EQ(GetWindow(viewer, GW_OWNER), owner_);
+        return PostMessageW(viewer, WM_RBUTTONDOWN, 0, 0) != FALSE;
+    });
+    RunViewer(owner_, animation.List());
+    ViewerModel model(animation, client.right, client.bottom);
+    for (uint32_t index = 1; index < 5; ++index) model.Play(animation.At(index));
+    model.Dispose();
+    EXPECT_EQ(Difference(model.Shown(), shown), "");
+    EXPECT_GE(client.right, GetSystemMetrics(SM_CXSCREEN) - 4);
+    EXPECT_GE(client.bottom, GetSystemMetrics(SM_CYSCREEN) - 4);
+    ExpectNothingLeft();
+}
+
+TEST_F(ViewerRunTest, TellsThatTheHeaderIsMissing) {
+    BlockList list = {};
+    ASSERT_TRUE(CreateBlockList(&list));
+    DialogAnswers answers;
+    answers.Press(IDOK);
+    RunViewer(owner_, &list);
+    ASSERT_EQ(answers.Texts().size(), 1u);
+    EXPECT_EQ(answers.Texts()[0], LoadStr(IDS_MISSING));
+    DestroyBlockList(&list);
+    ExpectNothingLeft();
+}
+
+TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAlone) {
+    Animation outer(50, 40), inner(30, 20);
+    outer.Control(0, 3).Image({0, 0, 50, 40}).Image({0, 0, 20, 20});
+    inner.Control(0, 1).Image({0, 0, 30, 20});
+    bool nested = false;
+    Meanwhile nest([&] {
+        if (!currentViewer || pendingWait == 0) return false;
+        ViewerState* state = currentViewer;
+        Play(owner_, inner.List());
+        EXPECT_EQ(currentViewer, state);
+        EXPECT_EQ(viewedList, outer.List());
+        EXPECT_EQ(state->screenWidth, 50u);
+        return nested = true;
+    });
+    Meanwhile close([&] { return nested && HasPlayed() && PostMessageW(FindViewer(), WM_CHAR, VK_ESCAPE, 0); });
+    RunViewer(owner_, outer.List());
+    EXPECT_TRUE(close.Done());
+    ExpectNothingLeft();
+}
+
+TEST_F(ViewerRunTest, ClosingTheOuterViewingClosesTheInner) {
+    Animation outer(50, 40), inner(30, 20);
+    outer.Image({0, 0, 50, 40});
+    inner.Image({0, 0, 30, 20});
+    HWND first = nullptr;
+    Meanwhile nest([&] {
+        if (!HasPlayed()) return false;
+        first = FindViewer();
+        RunViewer(owner_, inner.List());
+        return true;
+    });
+    Meanwhile close(
+        [&] { return first && viewedList == inner.List() && HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
+    RunViewer(owner_, outer.List());
+    EXPECT_TRUE(close.Done());
+    ExpectNothingLeft();
+}
+
+TEST_F(ViewerRunTest, AnOwnerThatIsClosedStillReachesItsOwnLoop) {
+    Animation animation(50, 40);
+    animation.Image({0, 0, 50, 40});
+    Meanwhile close([&] { return HasPlayed() && DestroyWindow(owner_); });
+    RunViewer(owner_, animation.List());
+    MSG message;
+    ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
+    EXPECT_EQ(message.message, UINT{WM_QUIT});
+    ExpectNothingLeft();
+}
+
+TEST_F(ViewerRunTest, InputIsHeardWhileBlocksFollowWithoutADelay) {
+    Animation animation(50, 40);
+    animation.Loop(0).Comment().Comment().Comment();  // some 100,000 blocks to play
+    loopsLeftAtTheEnd = 0;
+    SetWindowLongPtrW(owner_, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(PressEscapeWhenAsked));
+    PostMessageW(owner_, WM_APP, 0, 0);
+    RunViewer(owner_, animation.List());
+    EXPECT_GT(loopsLeftAtTheEnd, 0);
+    ExpectNothingLeft();
+}
+
+TEST_F(ViewerRunTest, NothingGrowsOverManyFrames) {
+    Animation animation(120, 90);
+    for (uint32_t frame = 0; frame < 300; ++frame) {
+        animation.Control(frame % 4, 0, frame % 3 ? 5 : -1);
+        animation.Image({static_cast<uint16_t>(frame % 20), 3, 90, frame == 7 ? 9 : 80, frame % 2 ? 8 : 4, frame == 7,
+                         frame % 5 == 0, static_cast<int>(frame)});
+    }
+    animation.PlainText("text", {0, 0, 10, 2, 8, 16, 3, 4});
+    Play(owner_, animation.List());
+    const size_t gdiBefore = FirstFreeGdiNumbers(), memoryBefore = PrivateBytes();
+    for (int round = 0; round < 10; ++round) Play(owner_, animation.List());
+    EXPECT_LE(FirstFreeGdiNumbers(), gdiBefore + 8);
+    EXPECT_LE(PrivateBytes(), memoryBefore + 1024 * 1024);
+    ExpectNothingLeft();
+}

@@ -1,0 +1,101 @@
+#include "tests/gui/viewer_stage.h"
+
+#include <map>
+
+#include "app/services/shell_objects.h"
+
+namespace {
+
+constexpr wchar_t kStageClass[] = L"Viewer stage";
+constexpr DWORD kSettleMilliseconds = 60;
+
+std::map<UINT_PTR, Meanwhile*> running;
+
+void RunAllBut(UINT first, UINT last) {
+    MSG message;
+    for (auto [from, to] : {std::pair{0u, first - 1}, {last + 1, 0xFFFFFFFFu}})
+        while (PeekMessageW(&message, nullptr, from, to, PM_REMOVE)) DispatchMessageW(&message);
+}
+
+// A new window is exposed a little later; what is painted until then would be erased again.
+void Settle() {
+    DWORD start = GetTickCount();
+    while (GetTickCount() - start < kSettleMilliseconds) {
+        RunAllBut(WM_VIEWER_NEXT, WM_VIEWER_DISPOSE);
+        Sleep(5);
+    }
+}
+
+}  // namespace
+
+ViewerStage::ViewerStage(Animation* animation, int clientWidth, int clientHeight)
+    : clientWidth_(clientWidth), clientHeight_(clientHeight) {
+    WNDCLASSW stage = {};
+    stage.lpfnWndProc = ViewerProc;
+    stage.hInstance = GetModuleHandleW(nullptr);
+    stage.lpszClassName = kStageClass;
+    RegisterClassW(&stage);
+    if (!BeginViewing(&state_, animation->List())) return;
+    window_ = CreateWindowExW(WS_EX_TOPMOST, kStageClass, L"", WS_POPUP | WS_VISIBLE, 20, 30, clientWidth, clientHeight,
+                              nullptr, nullptr, stage.hInstance, &state_);
+    Settle();
+}
+
+ViewerStage::~ViewerStage() {
+    DestroyWindow(window_);
+    EndViewing(&state_);
+    UnregisterClassW(kStageClass, GetModuleHandleW(nullptr));
+    MSG message;  // the request to quit that a viewer leaves
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE) && message.message != WM_QUIT) DispatchMessageW(&message);
+}
+
+UINT ViewerStage::Step() {
+    MSG message;
+    if (!PeekMessageW(&message, window_, WM_VIEWER_NEXT, WM_VIEWER_DISPOSE, PM_REMOVE)) return 0;
+    DispatchMessageW(&message);
+    return message.message;
+}
+
+int ViewerStage::PlayToEnd() {
+    int images = 0;
+    for (;;) {
+        UINT message = Step();
+        if (message == WM_VIEWER_DELAY) ++images;
+        if (message) continue;
+        if (pendingWait == 0) return images;
+        Tick();
+    }
+}
+
+Picture ViewerStage::Look() const {
+    HDC dc = GetDC(window_);
+    Picture picture = ::Look(dc, clientWidth_, clientHeight_);
+    ReleaseDC(window_, dc);
+    return picture;
+}
+
+bool ViewerStage::TimerRuns() const {
+    return KillTimer(window_, kDelayTimer) != FALSE;
+}
+
+Meanwhile::Meanwhile(std::function<bool()> act) : act_(std::move(act)), timer_(SetTimer(nullptr, 0, 10, OnTimer)) {
+    running[timer_] = this;
+}
+
+Meanwhile::~Meanwhile() {
+    KillTimer(nullptr, timer_);
+    running.erase(timer_);
+}
+
+void CALLBACK Meanwhile::OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
+    auto found = running.find(timer);
+    if (found == running.end() || found->second->done_ || found->second->busy_) return;
+    Meanwhile* self = found->second;
+    self->busy_ = true;
+    self->done_ = self->act_();
+    self->busy_ = false;
+}
+
+HWND FindViewer() {
+    return FindWindowW(kViewerClass, nullptr);
+}

@@ -1,0 +1,51 @@
+// A viewer's window on a stage: the test decides when its messages run.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "imaging/draw/viewer_state.h"
+#include "tests/gui/animation.h"
+
+class ViewerStage {
+public:
+    ViewerStage(Animation* animation, int clientWidth, int clientHeight);
+    ~ViewerStage();
+    ViewerStage(const ViewerStage&) = delete;
+    ViewerStage& operator=(const ViewerStage&) = delete;
+
+    // Runs the next message that the viewer has posted to itself and returns it; 0 when there is none.
+    UINT Step();
+    // Ends a running delay as the timer does.
+    void Tick() { SendMessageW(Window(), WM_TIMER, kDelayTimer, 0); }
+    // Runs everything, delays included, until nothing is posted any more. Returns the number of images shown.
+    int PlayToEnd();
+
+    HWND Window() const { return window_; }
+    const ViewerState& State() const { return state_; }
+    Picture Look() const;
+    bool TimerRuns() const;  // and stops it
+
+private:
+    ViewerState state_ = {};
+    HWND window_ = nullptr;
+    int clientWidth_, clientHeight_;
+};
+
+// Calls `act` over and over from a timer while something else runs the messages, until it returns true.
+class Meanwhile {
+public:
+    explicit Meanwhile(std::function<bool()> act);
+    ~Meanwhile();
+    Meanwhile(const Meanwhile&) = delete;
+    Meanwhile& operator=(const Meanwhile&) = delete;
+    bool Done() const { return done_; }
+
+private:
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR timer, DWORD);
+    std::function<bool()> act_;
+    bool done_ = false, busy_ = false;
+    UINT_PTR timer_;
+};
+
+HWND FindViewer();  // the program's own, or null
