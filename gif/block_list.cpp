@@ -122,7 +122,12 @@ bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection) {
 }
 
 bool HasLoopBlock(const BlockList& list) {
-    return !ForEachBlock(list, [](const Block& block, uint32_t) { return block.kind != kLoopBlock; });
+    bool found = false;
+    ForEachBlock(list, [&](const Block& block, uint32_t) {
+        found = block.kind == kLoopBlock;
+        return !found;
+    });
+    return found;
 }
 
 int FindHeader(const BlockList& list) {

@@ -18,11 +18,13 @@ struct Entry {
 };
 
 bool FindNamesBlock(const BlockList& list, Block* names) {
-    return !ForEachBlock(list, [&](const Block& block, uint32_t) {
-        if (block.kind != kBlockNamesBlock) return true;
-        *names = block;
-        return false;
+    bool found = false;
+    ForEachBlock(list, [&](const Block& block, uint32_t) {
+        found = block.kind == kBlockNamesBlock;
+        if (found) *names = block;
+        return !found;
     });
+    return found;
 }
 
 // Takes the entry at `*at` and moves behind it; false when it does not fit in what is left.
@@ -46,7 +48,7 @@ void NameBlock(BlockList* list, const Entry& entry) {
     size_t length = strnlen(entry.name, entry.nameBytes);
     memcpy(name, entry.name, length);
     name[length] = 0;
-    if (SetBlockName(name, &block)) PutBlock(list, block, entry.position);
+    if (SetBlockName(name, &block) && !PutBlock(list, block, entry.position)) FreeMemory(block.name);
 }
 
 }  // namespace

@@ -111,6 +111,7 @@ bool MakeDefaultBlock(WindowHandle owner, BlockList* list, Block* block, uint16_
     block->kind = kind;
     block->owner = list;
     if (Fill(owner, list, block, bitmap, path)) return true;
+    if (kind != kImageBlock) FreeMemory(bitmap);
     FreeBlock(block);
     return false;
 }

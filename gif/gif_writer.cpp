@@ -63,11 +63,14 @@ bool WriteDocument(File& file, const BlockList& list, const Block& header) {
 
 bool HasIdenticalComment(const BlockList& list, const char* text) {
     size_t length = strlen(text);
-    return !ForEachBlock(list, [&](const Block& block, uint32_t) {
+    bool found = false;
+    ForEachBlock(list, [&](const Block& block, uint32_t) {
         if (block.kind != kCommentBlock || block.dataLength != length) return true;
         MemoryLock lock(block.data);
-        return !lock || memcmp(lock.Bytes(), text, length) != 0;
+        found = lock && memcmp(lock.Bytes(), text, length) == 0;
+        return !found;
     });
+    return found;
 }
 
 bool WriteGifFile(const BlockList& list, const char* path) {

@@ -1,23 +1,47 @@
-// Running something again and again, with the first, the second, the third ... of its requests failing.
+// Doing something again and again, with the first, the second, the third ... of its requests failing.
 #pragma once
 
 #include "platform/faults.h"
 
-constexpr long kNoFault = 1'000'000;  // what `attempt` is told in the run that goes undisturbed
+// One round: from its making to End, the nth request of the counter and all later ones fail.
+class FaultRound {
+public:
+    static constexpr long kNone = 1'000'000;  // more requests than any round has: nothing fails
 
-// Calls attempt(n) with the nth event of the counter failing and all later ones, for every event that a run without
-// faults has; returns how many those are. All faults are off afterwards.
-template <typename Attempt>
-long ForEachFault(long Faults::*counter, Attempt attempt) {
-    faults = {};
-    faults.*counter = kNoFault;
-    attempt(kNoFault);
-    long events = kNoFault - faults.*counter;
-    for (long n = 0; n < events; ++n) {
+    FaultRound(long Faults::*counter, long n) : counter_(counter), n_(n) {
         faults = {};
         faults.*counter = n;
-        attempt(n);
     }
-    faults = {};
-    return events;
+    ~FaultRound() { faults = {}; }
+    FaultRound(const FaultRound&) = delete;
+    FaultRound& operator=(const FaultRound&) = delete;
+
+    bool IsUndisturbed() const { return n_ == kNone; }
+    // What follows works again, so that the outcome can be looked at.
+    void End() {
+        if (!ended_) left_ = faults.*counter_;
+        ended_ = true;
+        faults = {};
+    }
+    long Requests() const { return n_ - left_; }  // after End of an undisturbed round
+    long Number() const { return n_; }
+
+private:
+    long Faults::*counter_;
+    long n_;
+    long left_ = 0;
+    bool ended_ = false;
+};
+
+// Calls attempt(round) once undisturbed, then once for every request that this made; returns how many those were.
+template <typename Attempt>
+long ForEachFault(long Faults::*counter, Attempt attempt) {
+    FaultRound whole(counter, FaultRound::kNone);
+    attempt(whole);
+    whole.End();
+    for (long n = 0; n < whole.Requests(); ++n) {
+        FaultRound round(counter, n);
+        attempt(round);
+    }
+    return whole.Requests();
 }

@@ -1,0 +1,133 @@
+#include "platform/file.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "platform/faults.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+constexpr size_t kBuffer = 64 * 1024;
+
+Bytes Pattern(size_t bytes) {
+    Bytes content(bytes);
+    for (size_t i = 0; i < bytes; ++i) content[i] = static_cast<uint8_t>(i * 7 + i / 251);
+    return content;
+}
+
+class FileTest : public testing::Test {
+protected:
+    ~FileTest() override { faults = {}; }
+    TempFolder folder_;
+    std::string path_ = folder_.Path("\xC3\xA9 \xE2\x82\xAC.bin");
+};
+
+}  // namespace
+
+TEST_F(FileTest, WrittenAndReadInAnyPieces) {
+    for (size_t size : {size_t{0}, size_t{1}, kBuffer - 1, kBuffer, kBuffer + 1, 3 * kBuffer + 17})
+        for (size_t piece : {size_t{1}, size_t{1000}, kBuffer, 4 * kBuffer}) {
+            Bytes content = Pattern(size);
+            File file;
+            ASSERT_TRUE(file.Create(path_.c_str()));
+            for (size_t at = 0; at < size; at += piece)
+                ASSERT_TRUE(file.Write(content.data() + at, std::min(piece, size - at)));
+            ASSERT_TRUE(file.Close());
+            EXPECT_TRUE(ReadAll(path_) == content) << size << " by " << piece;
+
+            ASSERT_TRUE(file.OpenForReading(path_.c_str()));
+            Bytes read(size + piece);
+            size_t done = 0;
+            while (size_t came = file.Read(read.data() + done, piece)) {
+                done += came;
+                ASSERT_EQ(file.Position(), done);
+            }
+            EXPECT_EQ(done, size);
+            read.resize(done);
+            EXPECT_TRUE(read == content);
+            EXPECT_EQ(ReadByte(file), -1);
+        }
+}
+
+TEST_F(FileTest, SeekingInFilesAndInMemory) {
+    Bytes content = Pattern(2 * kBuffer + 100);
+    WriteAll(path_, content);
+    File onDisk, inMemory;
+    ASSERT_TRUE(onDisk.OpenForReading(path_.c_str()));
+    inMemory.OpenMemory(content.data(), content.size());
+    for (File* file : {&onDisk, &inMemory}) {
+        for (uint64_t place :
+             {uint64_t{5}, uint64_t{0}, uint64_t{kBuffer - 1}, uint64_t{kBuffer}, uint64_t{kBuffer - 2},
+              uint64_t{2 * kBuffer + 99}, uint64_t{2 * kBuffer + 100}, uint64_t{1} << 40, uint64_t{7}}) {
+            file->Seek(place);
+            EXPECT_EQ(file->Position(), place);
+            EXPECT_EQ(ReadByte(*file), place < content.size() ? content[place] : -1);
+            EXPECT_EQ(ReadByte(*file), place + 1 < content.size() ? content[place + 1] : -1);
+        }
+    }
+}
+
+TEST_F(FileTest, WhatCannotBeOpened) {
+    File file;
+    EXPECT_FALSE(file.OpenForReading(path_.c_str()));
+    EXPECT_FALSE(file.OpenForReading(folder_.Path("").c_str()));
+    EXPECT_FALSE(file.OpenForReading(""));
+    EXPECT_EQ(ReadByte(file), -1);
+    EXPECT_FALSE(file.Create(folder_.Path("none/x").c_str()));
+    EXPECT_FALSE(file.CreateReplacement(folder_.Path("none/x").c_str()));
+    EXPECT_EQ(WriteByte(file, 1), -1);
+    EXPECT_FALSE(file.Close());
+    WriteAll(path_, {1});
+    faults.allocationsUntilFailure = 0;
+    EXPECT_FALSE(file.OpenForReading(path_.c_str()));
+    EXPECT_FALSE(file.Create(path_.c_str()));
+    EXPECT_EQ(ReadAll(path_), Bytes{1});
+}
+
+TEST_F(FileTest, FailedWritesDeleteTheFile) {
+    Bytes content = Pattern(kBuffer);
+    File file;
+    ASSERT_TRUE(file.Create(path_.c_str()));
+    faults.writesUntilFailure = 1;
+    EXPECT_TRUE(file.Write(content.data(), kBuffer));
+    EXPECT_EQ(WriteByte(file, 7), 7);
+    EXPECT_FALSE(file.Write(content.data(), kBuffer));
+    faults = {};
+    EXPECT_EQ(WriteByte(file, 7), -1) << "no hole in the middle";
+    EXPECT_FALSE(file.Close());
+    EXPECT_TRUE(folder_.Names().empty());
+}
+
+TEST_F(FileTest, ScopeThatEndsUnclosedDeletesTheFile) {
+    {
+        File file;
+        ASSERT_TRUE(file.Create(path_.c_str()));
+        WriteByte(file, 1);
+    }
+    EXPECT_TRUE(folder_.Names().empty());
+}
+
+TEST_F(FileTest, ReplacementTakesPlaceWhenClosed) {
+    enum Ending { kDiscarded, kFailed, kClosed };
+    for (bool isThere : {false, true})
+        for (Ending ending : {kDiscarded, kFailed, kClosed}) {
+            std::string path = folder_.Path(std::to_string(ending) + (isThere ? "there" : "new"));
+            size_t files = folder_.Names().size() + (isThere || ending == kClosed ? 1 : 0);
+            Bytes before;
+            if (isThere) WriteAll(path, before = {1, 2, 3});
+            File file;
+            ASSERT_TRUE(file.CreateReplacement(path.c_str()));
+            EXPECT_EQ(WriteByte(file, 9), 9);
+            EXPECT_EQ(ReadAll(path), before);
+            if (ending == kFailed) faults.writesUntilFailure = 0;
+            if (ending == kDiscarded)
+                file.Discard();
+            else
+                EXPECT_EQ(file.Close(), ending == kClosed);
+            faults = {};
+            EXPECT_EQ(ReadAll(path), ending == kClosed ? Bytes{9} : before);
+            EXPECT_EQ(folder_.Names().size(), files) << "nothing else is left in the folder";
+        }
+}

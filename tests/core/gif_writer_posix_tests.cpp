@@ -1,0 +1,22 @@
+#include <gtest/gtest.h>
+
+#include "gif/default_blocks.h"
+#include "gif/gif_writer.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/test_blocks.h"
+
+TEST(GifWriterPosix, FullDiskIsReportedAndTheDeviceStays) {
+    OwnedList list;
+    ASSERT_TRUE(NewDocument(&list));
+    EXPECT_FALSE(WriteGifFile(list, "/dev/full"));
+    EXPECT_TRUE(FileExists("/dev/full"));
+    EXPECT_TRUE(WriteGifFile(list, "/dev/null"));
+    EXPECT_TRUE(FileExists("/dev/null"));
+}
+
+// A folder in which nobody may make files, not even the superuser.
+TEST(GifWriterPosix, ReadOnlyFolder) {
+    OwnedList list;
+    ASSERT_TRUE(NewDocument(&list));
+    EXPECT_FALSE(WriteGifFile(list, "/proc/out.gif"));
+}
