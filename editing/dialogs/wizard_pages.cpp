@@ -26,10 +26,11 @@ bool IsUsable(HWND control) {
     return (style & WS_VISIBLE) && !(style & WS_DISABLED);
 }
 
-// Next comes first, so that Enter leads on; where it has to wait for files, Select does.
+// A control that is hidden or disabled may have lost the focus to nobody already. Next comes first, so that Enter leads
+// on; where it has to wait for files, Select does.
 void KeepFocusUsable(HWND dialog) {
     HWND focus = GetFocus();
-    if (!IsChild(dialog, focus) || IsUsable(focus)) return;
+    if (focus && (!IsChild(dialog, focus) || IsUsable(focus))) return;
     for (int id : {IDC_WIZARD_NEXT, IDC_WIZARD_SELECT, static_cast<int>(IDCANCEL)}) {
         HWND control = GetDlgItem(dialog, id);
         if (!control || !IsUsable(control)) continue;
