@@ -45,7 +45,8 @@ std::string SetColour(Block* block, const std::string& item, const std::string& 
     uint8_t packed = GetHeaderFields(*block).packed;
     if (!(packed & kHasPalette)) return "a global palette, which this file lacks";
     auto last = static_cast<unsigned>(ColoursOfPacked(packed) - 1);
-    unsigned entry, colour;
+    unsigned entry = 0;
+    unsigned colour = 0;
     if (!ParseNumber(item, last, &entry)) return NumberUpTo(last) + " behind its colon";
     const char* end = value.data() + value.size();
     if (value.size() != 7 || value[0] != '#' || std::from_chars(value.data() + 1, end, colour, 16).ptr != end)

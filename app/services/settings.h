@@ -5,12 +5,12 @@
 
 struct Settings {
     uint32_t showStartupBanner = 1;  // non-zero: the information panel is shown at start
-    uint32_t interlaceDelay = 4;     // milliseconds between the passes of an interlaced image
+    uint32_t interlaceDelay = 4;     // milliseconds that each row of an interlaced image takes to appear
     uint32_t fileMenuRange = 10;     // how many recent files are kept; 0: none
 };
 extern Settings settings;
 
-// How dithering is to weigh its picture; read at start from TELVAR.INI. No conversion makes use of it yet.
+// How dithering is to weigh its picture; read at start from TELVAR.INI. The conversions stay with the default of both.
 struct DitherSettings {
     uint32_t brightness = 20;
     uint32_t contrast = 20;

@@ -1,3 +1,4 @@
+#include "gif/interlace.h"
 #include "imaging/draw/device_bitmaps.h"
 #include "imaging/draw/draw_image.h"
 #include "imaging/draw/drawing_colours.h"
@@ -41,11 +42,11 @@ void DrawImageProgressive(HDC dc, MemoryHandle image, const RgbTriple* palette, 
     if (!BeginDrawing(image, palette, &header, colours)) return;
     if (header.width <= 0) return;
     RealizedPalette realized(dc, colours, header.bitCount);
-    RevealOrder order(header.height);
+    RowWalk order(header.height, true);
     RevealPace pace;
     for (int turn = 0; turn < header.height; ++turn) {
         if (!DrawRowOf(dc, image, header, order.Row(), xSource, ySource)) return;
         pace.WaitForNextRow();
-        order.Next();
+        order.Advance();
     }
 }

@@ -1,11 +1,8 @@
 #include "imaging/draw/progressive_reveal.h"
 
-namespace {
+#include "app/services/settings.h"
 
-constexpr int kSteps[] = {8, 8, 4, 2, 2};
-constexpr int kStarts[] = {0, 4, 2, 1, 0};  // after the last pass there is nothing left to draw
-constexpr int kLastPass = 4;
-constexpr DWORD kRowMilliseconds = 4;
+namespace {
 
 bool IsWaiting(UINT first, UINT last, MSG* message) {
     return PeekMessageW(message, nullptr, first, last, PM_NOREMOVE) != FALSE;
@@ -21,15 +18,8 @@ bool UserWantsToLeave() {
 
 }  // namespace
 
-void RevealOrder::Next() {
-    row_ += kSteps[pass_];
-    if (row_ < height_ || pass_ == kLastPass) return;
-    ++pass_;
-    row_ = kStarts[pass_];
-}
-
 void RevealPace::WaitForNextRow() {
-    DWORD due = ++rows_ * kRowMilliseconds;
+    DWORD due = ++rows_ * settings.interlaceDelay;
     DWORD elapsed = GetTickCount() - start_;
     if (hurried_ || elapsed >= due) return;
     GdiFlush();

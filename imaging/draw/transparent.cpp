@@ -1,3 +1,4 @@
+#include "gif/interlace.h"
 #include "imaging/draw/device_bitmaps.h"
 #include "imaging/draw/draw_image.h"
 #include "imaging/draw/gdi_guards.h"
@@ -54,12 +55,12 @@ HBITMAP MakeMaskBitmap(HDC dc, ConstLockedBitmap bitmap, uint32_t transparentInd
 }
 
 void RevealCutOut(HDC dc, const CutOut& cutOut, int height, int xSource, int ySource) {
-    RevealOrder order(height);
+    RowWalk order(height, true);
     RevealPace pace;
     for (int turn = 0; turn < height; ++turn) {
         if (order.Row() < height) cutOut.Draw(dc, order.Row(), 1, xSource, order.Row() - ySource);
         pace.WaitForNextRow();
-        order.Next();
+        order.Advance();
     }
 }
 

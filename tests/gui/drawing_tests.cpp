@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "imaging/draw/device_bitmaps.h"
+#include "gif/interlace.h"
 #include "imaging/draw/progressive_reveal.h"
 #include "imaging/draw/screen_palette.h"
 #include "tests/gui/picture.h"
@@ -83,7 +84,7 @@ RgbTriple FirstColour(MemoryHandle image) {
 
 }  // namespace
 
-TEST(RevealOrder, FollowsTheFourPasses) {
+TEST(RowWalk, FollowsTheFourPasses) {
     struct {
         int height;
         std::vector<int> rows;
@@ -98,9 +99,9 @@ TEST(RevealOrder, FollowsTheFourPasses) {
         {17, {0, 8, 16, 4, 12, 2, 6, 10, 14, 1, 3, 5, 7, 9, 11, 13, 15}},
     };
     for (const auto& given : kCases) {
-        RevealOrder order(given.height);
+        RowWalk order(given.height, true);
         std::vector<int> rows;
-        for (int turn = 0; turn < given.height; ++turn, order.Next()) rows.push_back(order.Row());
+        for (int turn = 0; turn < given.height; ++turn, order.Advance()) rows.push_back(order.Row());
         EXPECT_EQ(rows, given.rows) << given.height;
     }
 }
@@ -346,9 +347,4 @@ TEST(ScreenPalette, HoldsAsManyColoursAsTheBitCountOfItsDepth) {
         EXPECT_TRUE(!screen.record && !screen.previous && !screen.created) << depth;
         EXPECT_EQ(GetCurrentObject(canvas.Dc(), OBJ_PAL), GetStockObject(DEFAULT_PALETTE)) << depth;
     }
-}
-
-TEST(DisplayColourDepth, KnowsNoDepthBetween8And24) {
-    int depth = DisplayColourDepth();
-    EXPECT_TRUE(depth == 24 || depth <= 8) << depth;
 }

@@ -9,6 +9,7 @@
 #include "platform/prompts.h"
 #include "platform/windows_api.h"
 #include "resources/string_ids.h"
+#include "tests/gui/animation.h"
 #include "tests/gui/dialog_answers.h"
 #include "tests/gui/viewer_stage.h"
 

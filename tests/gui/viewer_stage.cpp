@@ -28,14 +28,14 @@ void Settle() {
 
 }  // namespace
 
-ViewerStage::ViewerStage(Animation* animation, int clientWidth, int clientHeight)
+ViewerStage::ViewerStage(BlockList* list, int clientWidth, int clientHeight)
     : clientWidth_(clientWidth), clientHeight_(clientHeight) {
     WNDCLASSW stage = {};
     stage.lpfnWndProc = ViewerProc;
     stage.hInstance = GetModuleHandleW(nullptr);
     stage.lpszClassName = kStageClass;
     RegisterClassW(&stage);
-    if (!BeginViewing(&state_, animation->List())) return;
+    if (!BeginViewing(&state_, list)) return;
     window_ = CreateWindowExW(WS_EX_TOPMOST, kStageClass, L"", WS_POPUP | WS_VISIBLE, 20, 30, clientWidth, clientHeight,
                               nullptr, nullptr, stage.hInstance, &state_);
     Settle();

@@ -5,11 +5,11 @@
 #include <string>
 
 #include "imaging/draw/viewer_state.h"
-#include "tests/gui/animation.h"
+#include "tests/gui/picture.h"
 
 class ViewerStage {
 public:
-    ViewerStage(Animation* animation, int clientWidth, int clientHeight);
+    ViewerStage(BlockList* list, int clientWidth, int clientHeight);
     ~ViewerStage();
     ViewerStage(const ViewerStage&) = delete;
     ViewerStage& operator=(const ViewerStage&) = delete;
