@@ -311,10 +311,12 @@ TEST_F(BuildAnimationTest, ProgressNamesEveryFrame) {
 // What a failed build has taken and not given back, the sanitizers would find.
 TEST_F(BuildAnimationTest, ExhaustedMemoryLeavesNothing) {
     auto failEverywhere = [&](uint32_t blocks) {
-        return ForEachFault(&Faults::allocationsUntilFailure, [&](long n) {
+        return ForEachFault(&Faults::allocationsUntilFailure, [&](FaultRound& round) {
             OwnedList document;
-            EXPECT_EQ(Build(&document) == BuildOutcome::kDone, n == kNoFault) << n;
-            EXPECT_EQ(document.count, n == kNoFault ? blocks : 0u);
+            BuildOutcome outcome = Build(&document);
+            round.End();
+            EXPECT_EQ(outcome == BuildOutcome::kDone, round.IsUndisturbed()) << round.Number();
+            EXPECT_EQ(document.count, round.IsUndisturbed() ? blocks : 0u);
         });
     };
     AddFile(2, 2, 8);
