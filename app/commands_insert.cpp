@@ -1,12 +1,10 @@
 // The Insert command.
-#include <algorithm>
-#include <cstring>
 #include <string>
-#include <vector>
 
 #include "app/block_list_view.h"
 #include "app/commands.h"
 #include "app/document_commands.h"
+#include "app/services/chosen_files.h"
 #include "app/services/file_dialogs.h"
 #include "app/services/messages.h"
 #include "app/shell_state.h"
@@ -34,18 +32,6 @@ void MarkInserted() {
     selectedLine = kNoSelectedLine;
 }
 
-// The paths that the dialog's buffer stands for, in the order in which they are inserted.
-std::vector<std::string> ChosenPaths(const char* names) {
-    std::string folder = names;
-    const char* name = names + folder.size() + 1;
-    if (!*name) return {folder};
-    if (folder.back() != '\\') folder += '\\';
-    std::vector<std::string> paths;
-    for (; *name && paths.size() < kMaxInsertedFiles; name += strlen(name) + 1) paths.push_back(folder + name);
-    std::sort(paths.begin(), paths.end());  // bytes in plain order: upper case before lower case
-    return paths;
-}
-
 bool InsertImage(HWND window, int* place, int shown, const std::string& path) {
     if (path.size() >= kPathBytes) {
         MessageBox(window, kPathTooLong);
@@ -60,7 +46,7 @@ void InsertImages(HWND window, int line) {
     if (!names) return TellOutOfMemory(window);
     if (!OpenImagesDialog(window, names.As<char>())) return;
     int place = line;
-    for (const std::string& path : ChosenPaths(names.As<char>()))
+    for (const std::string& path : ChosenPaths(names.As<char>(), kMaxInsertedFiles))
         if (!InsertImage(window, &place, line, path)) break;
     MarkInserted();
 }

@@ -20,6 +20,7 @@ int RunRemap(const Words& words);
 int RunInsert(const Words& words);
 int RunDelete(const Words& words);
 int RunSet(const Words& words);
+int RunBuild(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -29,6 +30,7 @@ extern const char kRemapHelp[];
 extern const char kInsertHelp[];
 extern const char kDeleteHelp[];
 extern const char kSetHelp[];
+extern const char kBuildHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

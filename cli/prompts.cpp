@@ -1,8 +1,9 @@
-// The core's messages on the command line: texts on standard error, and no for an answer.
+// The core's messages on the command line: texts on standard error, and the answers that options gave.
 #include "platform/prompts.h"
 
 #include <cstdio>
 
+#include "cli/answers.h"
 #include "editing/palette_match.h"
 
 void ShowMessage(WindowHandle, const char* text) {
@@ -10,6 +11,7 @@ void ShowMessage(WindowHandle, const char* text) {
 }
 
 int AskYesNo(WindowHandle, const char* text) {
+    if (answers.yesNo) return *answers.yesNo;
     fprintf(stderr, "zephyr: %s\n", text);
     return kAnswerNo;
 }

@@ -19,6 +19,7 @@ constexpr char kProgramHelp[] =
     "  insert IN OUT [FILE...]           insert images or other new blocks\n"
     "  delete IN OUT INDEX...            delete blocks\n"
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
+    "  build -o OUT FILE FILE...         make an animation from pictures\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
@@ -34,7 +35,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {"list", RunList, kListHelp},    {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
     {"remap", RunRemap, kRemapHelp}, {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
-    {"set", RunSet, kSetHelp},
+    {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},
 };
 
 int Print(const char* text) {

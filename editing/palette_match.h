@@ -9,8 +9,9 @@
 constexpr int kPaletteCancel = 2;
 constexpr int kPaletteRemap = 102;
 constexpr int kPaletteDither = 103;
-// A remembered number that keeps the image's own palette, as any but these three and kAskForPalette does.
-constexpr int kPaletteKeep = 0;
+// What the Animation Wizard and the command line remember to keep an image's own palette, as any number but these three
+// and kAskForPalette does.
+constexpr int kPaletteKeep = 108;
 
 constexpr int kAskForPalette = -1;
 

@@ -5,3 +5,8 @@
 constexpr int Luminance(int red, int green, int blue) {
     return red * 30 / 100 + green * 59 / 100 + blue * 11 / 100;
 }
+
+// Whether a colour becomes the second of two colours, which stand for black and white.
+constexpr bool IsLight(int red, int green, int blue) {
+    return Luminance(red, green, blue) >= 129;
+}

@@ -4,15 +4,10 @@
 #include "imaging/inverse_colour_table.h"
 #include "imaging/luminance.h"
 #include "imaging/nearest_colour.h"
+#include "imaging/pixel_rows.h"
 #include "imaging/row_packer.h"
 
 namespace {
-
-constexpr int kLightest = 129;  // the least luminance that becomes white in a result of two colours
-
-uint8_t BlackOrWhite(int red, int green, int blue) {
-    return Luminance(red, green, blue) >= kLightest;
-}
 
 struct Target {
     const RgbTriple* palette;
@@ -30,30 +25,48 @@ struct Target {
 };
 
 // What becomes of each index of a source with a colour table.
-class IndexMap {
-public:
-    IndexMap(ConstLockedBitmap source, const Target& target) : bitCount_(source->bitCount) {
-        if (bitCount_ == 1) {
-            map_[0] = static_cast<uint8_t>(target.depth == 1 ? 0 : target.ExactOrCell(0));
-            map_[1] = static_cast<uint8_t>(target.depth == 1 ? 1 : target.ExactOrCell(255));
-            return;
-        }
-        const RgbQuad* colours = ImageColourTable(source);
-        for (int i = 0; i < 1 << bitCount_; ++i) {
-            RgbQuad from = colours[i];
-            map_[i] = target.depth == 1 ? BlackOrWhite(from.red, from.green, from.blue) : target.Nearest(from);
-        }
-    }
-
+struct IndexMap {
     void operator()(const uint8_t* row, int width, uint8_t* indexes) const {
-        UnpackRow(indexes, row, width, bitCount_);
-        for (int x = 0; x < width; ++x) indexes[x] = map_[indexes[x]];
+        UnpackRow(indexes, row, width, bitCount);
+        for (int x = 0; x < width; ++x) indexes[x] = to[indexes[x]];
     }
 
-private:
-    int bitCount_;
-    uint8_t map_[kPaletteEntries];
+    int bitCount;
+    uint8_t to[kPaletteEntries];
 };
+
+IndexMap MapOwnColours(ConstLockedBitmap source, const Target& target) {
+    IndexMap map = {source->bitCount, {}};
+    if (source->bitCount == 1) {
+        map.to[0] = static_cast<uint8_t>(target.depth == 1 ? 0 : target.ExactOrCell(0));
+        map.to[1] = static_cast<uint8_t>(target.depth == 1 ? 1 : target.ExactOrCell(255));
+        return map;
+    }
+    const RgbQuad* colours = ImageColourTable(source);
+    for (int i = 0; i < 1 << source->bitCount; ++i) {
+        RgbQuad from = colours[i];
+        map.to[i] = target.depth == 1 ? IsLight(from.red, from.green, from.blue) : target.Nearest(from);
+    }
+    return map;
+}
+
+// What becomes of a true colour: its exact match, or what is nearest to the colour of its cell. For a few colours this
+// takes less time than filling the table of all cells.
+int MapTrueColour(RgbQuad colour, const RgbTriple* palette, int depth) {
+    int red = colour.red, green = colour.green, blue = colour.blue;
+    if (depth == 1) return IsLight(red, green, blue);
+    int exact = ExactColour(red, green, blue, palette, depth);
+    return exact >= 0 ? exact : NearestColour(red & 0xF8, green & 0xF8, blue & 0xF8, palette, kPaletteEntries);
+}
+
+IndexMap MapTrueColours(ConstLockedBitmap source, const RgbTriple* palette, int depth) {
+    IndexMap map = {source->bitCount, {}};
+    TrueColours colours;
+    GetTrueColours(source, &colours);
+    for (int i = 0; i < 1 << source->bitCount; ++i)
+        map.to[i] = static_cast<uint8_t>(MapTrueColour(colours.colours[i], palette, depth));
+    return map;
+}
 
 // True colours that are in the palette keep their colour; all others are rounded to their cell first.
 class TrueColourMap {
@@ -79,13 +92,13 @@ private:
 };
 
 void MapToBlackAndWhite(const uint8_t* row, int width, uint8_t* indexes) {
-    for (int x = 0; x < width; ++x, row += 3) indexes[x] = BlackOrWhite(row[2], row[1], row[0]);
+    for (int x = 0; x < width; ++x, row += 3) indexes[x] = IsLight(row[2], row[1], row[0]);
 }
 
 // Makes the result from rows that `map` turns into one byte a pixel. The stored rows come in their order.
 template <typename Map>
-MemoryHandle MakeResult(ConstLockedBitmap source, const Target& target, unsigned flags, const Map& map) {
-    OwnedMemory result(CreateImageBitmap(source->width, source->height, target.palette, target.depth));
+MemoryHandle MakeResult(ConstLockedBitmap source, const RgbTriple* palette, int depth, unsigned flags, const Map& map) {
+    OwnedMemory result(CreateImageBitmap(source->width, source->height, palette, depth));
     OwnedMemory indexes(AllocateMemory(static_cast<uint32_t>(source->width)));
     MemoryLock resultLock(result.Get()), indexLock(indexes.Get());
     if (!resultLock || !indexLock) return nullptr;
@@ -109,7 +122,16 @@ MemoryHandle RemapImage(MemoryHandle source, const RgbTriple* palette, int depth
     target.palette = palette;
     target.depth = depth;
     if (!target.nearest.Build(palette, flags)) return nullptr;
-    if (from->bitCount <= 8) return MakeResult(from, target, flags, IndexMap(from, target));
-    if (depth == 1) return MakeResult(from, target, flags, MapToBlackAndWhite);
-    return MakeResult(from, target, flags, TrueColourMap(target));
+    if (from->bitCount <= 8) return MakeResult(from, palette, depth, flags, MapOwnColours(from, target));
+    if (depth == 1) return MakeResult(from, palette, depth, flags, MapToBlackAndWhite);
+    return MakeResult(from, palette, depth, flags, TrueColourMap(target));
+}
+
+MemoryHandle RemapTrueColours(MemoryHandle source, const RgbTriple* palette, int depth) {
+    MemoryLock lock(source);
+    if (!lock || depth < 1 || depth > 8) return nullptr;
+    auto* from = lock.As<const BitmapHeader>();
+    if (from->bitCount > 8) return RemapImage(source, palette, depth, 0);
+    abortStatus = 0;
+    return MakeResult(from, palette, depth, 0, MapTrueColours(from, palette, depth));
 }

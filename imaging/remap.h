@@ -10,3 +10,7 @@
 // two colours are. `source` stays as it is; the caller owns the result.
 // Returns null when the depth is none of these, memory ran out, or the user stopped it (see abortStatus).
 [[nodiscard]] MemoryHandle RemapImage(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags);
+
+// What RemapImage makes of ExpandToTrueColour(source): colours without an exact match are rounded to 5 bits a channel
+// before the nearest one is looked for. The expanded image itself is not made. Not abortable.
+[[nodiscard]] MemoryHandle RemapTrueColours(MemoryHandle source, const RgbTriple* palette, int depth);

@@ -6,6 +6,7 @@
 #include "imaging/colour_index.h"
 #include "imaging/median_cut.h"
 #include "imaging/pixel_rows.h"
+#include "imaging/row_packer.h"
 
 namespace {
 
@@ -46,26 +47,45 @@ public:
         MemoryLock lock(image);
         if (!lock) return false;
         auto* bitmap = lock.As<const BitmapHeader>();
-        int width = bitmap->width;
-        OwnedMemory expanded(AllocateMemory(static_cast<uint32_t>(width) * 3));
-        MemoryLock expandedLock(expanded.Get());
-        if (!expandedLock) return false;
-        TrueColours colours;
-        GetTrueColours(bitmap, &colours);
-        for (int y = bitmap->height - 1; y >= 0; --y) {
-            ExpandRow(ImageRow(bitmap, y), width, bitmap->bitCount, colours, expandedLock.Bytes());
-            AddRow(expandedLock.Bytes(), width);
-        }
-        pixels_ += int64_t{width} * bitmap->height;
+        pixels_ += int64_t{bitmap->width} * bitmap->height;
+        if (bitmap->bitCount <= 8) return AddIndexes(bitmap);
+        for (int y = bitmap->height - 1; y >= 0; --y) AddTrueColours(ImageRow(bitmap, y), bitmap->width);
         return true;
     }
 
 private:
-    void AddRow(const uint8_t* bgr, int width) {
+    void AddTrueColours(const uint8_t* bgr, int width) {
         for (int x = 0; x < width; ++x, bgr += 3) {
             if (!exact_.Overflowed()) exact_.Add(bgr[2], bgr[1], bgr[0]);
             ++cells_[HistogramCell(bgr[2], bgr[1], bgr[0])].count;
         }
+    }
+
+    // An index is looked up when it first appears; the cells are given the pixels of all indexes in the end.
+    bool AddIndexes(ConstLockedBitmap bitmap) {
+        int width = bitmap->width;
+        OwnedMemory indexes(AllocateMemory(static_cast<uint32_t>(width)));
+        MemoryLock indexLock(indexes.Get());
+        if (!indexLock) return false;
+        TrueColours colours;
+        GetTrueColours(bitmap, &colours);
+        uint32_t counts[kPaletteEntries] = {};
+        for (int y = bitmap->height - 1; y >= 0; --y) {
+            UnpackRow(indexLock.Bytes(), ImageRow(bitmap, y), width, bitmap->bitCount);
+            for (int x = 0; x < width; ++x) {
+                uint8_t index = indexLock.Bytes()[x];
+                if (counts[index]++ == 0) AddColour(colours.colours[index]);
+            }
+        }
+        for (int i = 0; i < kPaletteEntries; ++i) {
+            RgbQuad colour = colours.colours[i];
+            cells_[HistogramCell(colour.red, colour.green, colour.blue)].count += counts[i];
+        }
+        return true;
+    }
+
+    void AddColour(RgbQuad colour) {
+        if (!exact_.Overflowed()) exact_.Add(colour.red, colour.green, colour.blue);
     }
 
     ColourCell* cells_;

@@ -83,6 +83,23 @@ TEST(RemapImage, EqualsThePlainFormAndKeepsItsSource) {
     }
 }
 
+TEST(RemapTrueColours, EqualsThePlainFormOfTheExpandedImage) {
+    Random random(12);
+    for (const Palette& palette : TestPalettes(random)) {
+        std::vector<uint8_t> table = LiteralInverseTable(palette.data());
+        for (int i = 0; i < 64; ++i) {
+            const int bitCounts[] = {1, 4, 8, 24};
+            int bitCount = bitCounts[i % 4], depth = 1 + i / 4 % 8;
+            OwnedMemory source(RandomImage(random, 1 + i / 4, 7, bitCount, palette));
+            OwnedMemory result(RemapTrueColours(source.Get(), palette.data(), depth));
+            OwnedMemory expanded(LiteralExpand(source.Get()));
+            OwnedMemory expected(LiteralRemap(expanded.Get(), palette.data(), depth, table));
+            ASSERT_TRUE(SameBitmap(result.Get(), expected.Get())) << bitCount << " bits to depth " << depth;
+        }
+    }
+    EXPECT_EQ(RemapTrueColours(nullptr, Palette{}.data(), 8), nullptr);
+}
+
 TEST(RemapImage, EqualsThePlainFormOnLargeImages) {
     Random random(3);
     Palette palette = TestPalettes(random)[6];

@@ -126,6 +126,7 @@ TEST(BuildSharedPalette, CountsOutsideTheRangeStayInBounds) {
 TEST(BuildSharedPalette, ExhaustedMemoryLeavesThePaletteBlack) {
     Document document;
     document.AddColumn({1, 2, 3});
+    document.Add(CreateImageBitmap(3, 2, nullptr, 8));  // whose rows are unpacked into memory of their own
     for (long allowed : {0, 1}) {
         Palette palette;
         palette.fill({9, 9, 9});

@@ -244,7 +244,7 @@ TEST_P(SaveQuestionTest, DecidesAboutTheChangedDocument) {
     DialogAnswers answers;
     if (c.command == IDM_OPEN) answers.ChooseFile(other);
     answers.Press(c.answer);
-    if (c.command == IDM_WIZARD && c.gone) answers.Press(IDOK);
+    if (c.command == IDM_WIZARD && c.gone) answers.Press(IDCANCEL);
     int command = c.command == IDM_RECENT_FIRST ? IDM_RECENT_FIRST + 1 : c.command;
     if (c.command == SC_CLOSE)
         SendMessageW(hMainWindow, WM_SYSCOMMAND, SC_CLOSE | 3, 0);

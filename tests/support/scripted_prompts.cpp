@@ -13,6 +13,7 @@ void ShowMessage(WindowHandle, const char* text) {
 
 int AskYesNo(WindowHandle, const char* text) {
     prompts.messages.emplace_back(text);
+    if (prompts.onYesNo) return prompts.onYesNo();
     if (prompts.yesNoAnswers.empty()) return kAnswerNo;
     int answer = prompts.yesNoAnswers.front();
     prompts.yesNoAnswers.erase(prompts.yesNoAnswers.begin());

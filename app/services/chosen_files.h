@@ -1,0 +1,12 @@
+// The files that OpenImagesDialog (app/services/file_dialogs.h) lets the user choose.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+constexpr size_t kAllFiles = static_cast<size_t>(-1);
+
+// The paths that the dialog's buffer stands for: one path as it is; or of a folder and names, the first `most`, sorted
+// by their plain bytes (upper case before lower case).
+std::vector<std::string> ChosenPaths(const char* names, size_t most = kAllFiles);

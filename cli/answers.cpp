@@ -1,0 +1,3 @@
+#include "cli/answers.h"
+
+Answers answers;

@@ -1,0 +1,140 @@
+// zephyr build: a new animation from picture files.
+#include <algorithm>
+#include <cstdio>
+
+#include "cli/answers.h"
+#include "cli/commands.h"
+#include "cli/document.h"
+#include "cli/identity_options.h"
+#include "cli/options.h"
+#include "cli/terminal.h"
+#include "cli/usage.h"
+#include "editing/animation_build.h"
+#include "platform/prompts.h"
+
+namespace {
+
+constexpr unsigned kMostDelay = 65535;  // hundredths of a second
+constexpr int kUsualDelay = 100;
+constexpr size_t kFewestFiles = 2;
+
+struct Matching {
+    const char* name;
+    PaletteMatching matching;
+};
+constexpr Matching kMatchings[] = {
+    {"super", PaletteMatching::kSuperPalette},     {"first", PaletteMatching::kFirstPalette},
+    {"photo", PaletteMatching::kPhotorealistic},   {"drawn", PaletteMatching::kDrawn},
+    {"sixteen", PaletteMatching::kSixteenColours},
+};
+
+// Takes the settings from the options. Returns what is wrong with them; empty when they are fine.
+std::string TakeSettings(const Options& options, AnimationSettings* settings) {
+    settings->forWeb = options.Has("--web");
+    settings->loops = options.Has("--loop");
+    settings->delayHundredths = kUsualDelay;
+    if (const std::string* name = options.Value("--match")) {
+        auto found = std::find_if(std::begin(kMatchings), std::end(kMatchings),
+                                  [&](const Matching& m) { return *name == m.name; });
+        if (found == std::end(kMatchings)) return "--match takes super, first, photo, drawn or sixteen";
+        settings->matching = found->matching;
+    }
+    if (const std::string* text = options.Value("--delay")) {
+        unsigned delay;
+        if (!ParseNumber(*text, kMostDelay, &delay)) return "--delay takes a number from 0 to 65535";
+        settings->delayHundredths = static_cast<int>(delay);
+    }
+    return "";
+}
+
+// A line that is written over and over, for people only.
+class ProgressLine {
+public:
+    ProgressLine() : shown_(ErrorsGoToTerminal()) {}
+    ~ProgressLine() {
+        if (used_) fputs("\r\x1B[K", stderr);
+    }
+    ProgressLine(const ProgressLine&) = delete;
+    ProgressLine& operator=(const ProgressLine&) = delete;
+
+    void Show(int frame, int count) {
+        if (!shown_) return;
+        used_ = true;
+        fprintf(stderr, "\rframe %d of %d", frame, count);
+    }
+
+private:
+    bool shown_;
+    bool used_ = false;
+};
+
+BuildResult Build(const AnimationSettings& settings, const Words& files, bool skipCorrupted, Document* document) {
+    AnswerYesNo answer(skipCorrupted ? kAnswerYes : kAnswerNo);
+    ProgressLine line;
+    return BuildAnimation(nullptr, settings, files, &document->list,
+                          [&](int frame, int count) { line.Show(frame, count); });
+}
+
+// Tells on standard error what went wrong or was left out. False when there is no animation to be saved.
+bool Report(const BuildResult& result, const Words& files, const std::string& out) {
+    for (size_t skipped : result.skipped) Complain(files[skipped], "note: no readable GIF picture, left out");
+    switch (result.outcome) {
+        case BuildOutcome::kDone:
+            if (result.skipped.size() < files.size()) return true;
+            Complain(out, "not written, as none of the files is a readable GIF picture");
+            return false;
+        case BuildOutcome::kFirstFileUnreadable:
+            Complain(files[0], "no readable GIF picture, so there is no palette to match");
+            return false;
+        case BuildOutcome::kCorruptedFileRefused:
+            Complain(files[result.file], "no readable GIF picture (--skip-corrupted leaves such files out)");
+            return false;
+        case BuildOutcome::kStoppedByUser: Complain(files[result.file], "stopped"); return false;
+        case BuildOutcome::kOutOfMemory:
+        case BuildOutcome::kListFailed: break;
+    }
+    Complain(files[result.file], "out of memory");
+    return false;
+}
+
+}  // namespace
+
+const char kBuildHelp[] =
+    "Usage: zephyr build -o OUT [OPTION...] FILE FILE...\n"
+    "\n"
+    "Makes an animation from the first image of each GIF file FILE, in the order given, and\n"
+    "writes it to OUT.\n"
+    "\n"
+    "  --match MANNER       whose colours the frames get:\n"
+    "       super             one palette made from all frames (the default)\n"
+    "       first             the palette of the first file\n"
+    "       photo             a fixed palette, dithered: for photographs\n"
+    "       drawn             a fixed palette, the nearest colours: for drawings\n"
+    "       sixteen           sixteen standard colours\n"
+    "  --web                for photo and drawn: the 216 web colours, not 256 of a cube\n"
+    "  --loop               repeat for ever; otherwise the animation plays once\n"
+    "  --delay N            show each frame for N hundredths of a second (0 to 65535,\n"
+    "                       default 100)\n"
+    "  --skip-corrupted     leave out files without a readable picture; otherwise the\n"
+    "                       first one ends the command\n"
+    "  --owner NAME, --organisation NAME\n"
+    "                       names for the file-identity comment; empty by default\n";
+
+int RunBuild(const Words& words) {
+    Options options(words, {"--web", "--loop", "--skip-corrupted"},
+                    {"-o", "--match", "--delay", "--owner", "--organisation"});
+    AnimationSettings settings;
+    std::string error = options.Error();
+    if (error.empty()) error = TakeSettings(options, &settings);
+    const std::string* out = options.Value("-o");
+    const Words& files = options.Operands();
+    if (error.empty() && !out) error = "give the file to write with -o OUT";
+    if (error.empty() && files.size() < kFewestFiles) error = "give at least two files";
+    if (!error.empty()) return WrongUsage("build", error);
+
+    Document document;
+    BuildResult result = Build(settings, files, options.Has("--skip-corrupted"), &document);
+    if (!Report(result, files, *out)) return kExitFailed;
+    ChooseIdentity(options);
+    return SaveDocument(&document.list, *out) ? kExitDone : kExitFailed;
+}

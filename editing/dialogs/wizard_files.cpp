@@ -1,0 +1,89 @@
+#include "editing/dialogs/wizard_files.h"
+
+#include <algorithm>
+
+#include "app/services/chosen_files.h"
+#include "app/services/file_dialogs.h"
+#include "app/services/messages.h"
+#include "editing/dialogs/wizard_pages.h"
+#include "imaging/draw/gdi_guards.h"
+#include "platform/memory.h"
+#include "platform/prompts.h"
+#include "platform/wide_text.h"
+#include "resources/string_ids.h"
+#include "resources/wizard_ids.h"
+
+namespace {
+
+LRESULT ToList(HWND dialog, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
+    return SendDlgItemMessageW(dialog, IDC_WIZARD_FILES, message, wParam, lParam);
+}
+
+std::wstring PathAt(HWND dialog, int line) {
+    LRESULT length = ToList(dialog, LB_GETTEXTLEN, static_cast<WPARAM>(line));
+    if (length < 0) return {};
+    std::wstring path(static_cast<size_t>(length) + 1, L'\0');
+    ToList(dialog, LB_GETTEXT, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(&path[0]));
+    path.resize(static_cast<size_t>(length));
+    return path;
+}
+
+// Lets the list scroll sideways as far as its longest path reaches.
+void FitListToPaths(HWND dialog) {
+    HWND list = GetDlgItem(dialog, IDC_WIZARD_FILES);
+    WindowDc dc(list);
+    SelectedObject font(dc.Get(), reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
+    LONG widest = 0;
+    for (int i = 0; i < ToList(dialog, LB_GETCOUNT); ++i) {
+        std::wstring path = PathAt(dialog, i);
+        SIZE size = {};
+        GetTextExtentPoint32W(dc.Get(), path.c_str(), static_cast<int>(path.size()), &size);
+        widest = std::max(widest, size.cx);
+    }
+    constexpr LONG kMargin = 6;
+    ToList(dialog, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest + kMargin));
+}
+
+void SelectLine(HWND dialog, LRESULT line) {
+    ToList(dialog, LB_SETCURSEL, static_cast<WPARAM>(line));
+    FitListToPaths(dialog);
+    EnableWizardButtons(dialog);
+}
+
+bool AddFiles(HWND dialog, const std::vector<std::string>& paths) {
+    bool added = std::all_of(paths.begin(), paths.end(), [&](const std::string& path) {
+        return ToList(dialog, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(WideFromUtf8(path).c_str())) >= 0;
+    });
+    SelectLine(dialog, ToList(dialog, LB_GETCOUNT) - 1);
+    return added;
+}
+
+// One run of the file dialog. Returns whether there is to be another one.
+bool SelectSomeFiles(HWND dialog) {
+    OwnedMemory buffer(AllocateMemory(kImagesBufferBytes));
+    MemoryLock names(buffer.Get());
+    if (names && !OpenImagesDialog(dialog, names.As<char>())) return false;
+    if (names && AddFiles(dialog, ChosenPaths(names.As<char>()))) return true;
+    MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+    return false;
+}
+
+}  // namespace
+
+void SelectWizardFiles(HWND dialog) {
+    while (SelectSomeFiles(dialog)) {
+    }
+}
+
+void DeleteWizardFile(HWND dialog) {
+    const LRESULT line = ToList(dialog, LB_GETCURSEL);
+    if (line < 0) return;
+    ToList(dialog, LB_DELETESTRING, static_cast<WPARAM>(line));
+    SelectLine(dialog, std::min(line, ToList(dialog, LB_GETCOUNT) - 1));
+}
+
+std::vector<std::string> WizardFiles(HWND dialog) {
+    std::vector<std::string> paths;
+    for (int i = 0; i < ToList(dialog, LB_GETCOUNT); ++i) paths.push_back(Utf8FromWide(PathAt(dialog, i)));
+    return paths;
+}

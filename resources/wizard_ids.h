@@ -1,0 +1,33 @@
+// Controls of the Animation Wizard. Shared with the resource compiler: macros and comments only.
+// Those of page n have the numbers from 100 * n + 100 on; the Help button is IDC_HELP_BUTTON (editor_ids.h).
+#pragma once
+
+#define IDC_WIZARD_FIRST 100
+#define IDC_WIZARD_LAST 799
+
+#define IDC_WIZARD_WELCOME 100
+#define IDC_WIZARD_QUESTION 200
+#define IDC_WIZARD_WEB 201
+#define IDC_WIZARD_ELSEWHERE 202
+#define IDC_WIZARD_LOOP_TEXT 300
+#define IDC_WIZARD_LOOP 301
+#define IDC_WIZARD_ONCE 302
+#define IDC_WIZARD_COLOURS_TEXT 400
+#define IDC_WIZARD_PHOTOREALISTIC 401
+#define IDC_WIZARD_DRAWN 402
+#define IDC_WIZARD_SIXTEEN 403
+#define IDC_WIZARD_FIRST_PALETTE 404
+#define IDC_WIZARD_SUPER_PALETTE 405
+#define IDC_WIZARD_DELAY_TEXT 500
+#define IDC_WIZARD_DELAYS 501
+#define IDC_WIZARD_DELAYS_LABEL 502
+#define IDC_WIZARD_FILES_TEXT 600
+#define IDC_WIZARD_FILES 601
+#define IDC_WIZARD_FILES_LABEL 602
+#define IDC_WIZARD_SELECT 603
+#define IDC_WIZARD_DELETE 604
+#define IDC_WIZARD_CLOSING 700
+
+#define IDC_WIZARD_BACK 900
+#define IDC_WIZARD_NEXT 901
+#define IDC_WIZARD_FRAME 999
