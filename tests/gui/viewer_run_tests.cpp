@@ -140,7 +140,7 @@ TEST_F(ViewerRunTest, TellsThatTheHeaderIsMissing) {
 
 TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAlone) {
     Animation outer(50, 40), inner(30, 20);
-    outer.Control(0, 3).Image({0, 0, 50, 40}).Image({0, 0, 20, 20});
+    outer.Control(0, 50).Image({0, 0, 50, 40}).Image({0, 0, 20, 20});
     inner.Control(0, 1).Image({0, 0, 30, 20});
     bool nested = false;
     Meanwhile nest([&] {
