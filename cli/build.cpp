@@ -52,20 +52,19 @@ class ProgressLine {
 public:
     ProgressLine() : shown_(ErrorsGoToTerminal()) {}
     ~ProgressLine() {
-        if (used_) fputs("\r\x1B[K", stderr);
+        if (width_ > 0) fprintf(stderr, "\r%*s\r", width_, "");
     }
     ProgressLine(const ProgressLine&) = delete;
     ProgressLine& operator=(const ProgressLine&) = delete;
 
     void Show(int frame, int count) {
         if (!shown_) return;
-        used_ = true;
-        fprintf(stderr, "\rframe %d of %d", frame, count);
+        width_ = fprintf(stderr, "\rframe %d of %d", frame, count);
     }
 
 private:
     bool shown_;
-    bool used_ = false;
+    int width_ = 0;  // of what is to be wiped in the end; blanks do that on every terminal
 };
 
 BuildResult Build(const AnimationSettings& settings, const Words& files, bool skipCorrupted, Document* document) {
