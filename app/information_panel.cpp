@@ -21,14 +21,8 @@ INT_PTR OnCommand(HWND dialog, int id) {
 INT_PTR CALLBACK PanelProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG: OnInitDialog(dialog); return TRUE;
-        case WM_CTLCOLORMSGBOX:
-        case WM_CTLCOLORBTN:
-        case WM_CTLCOLORDLG:
-        case WM_CTLCOLORSTATIC:
-            return reinterpret_cast<INT_PTR>(
-                ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
         case WM_COMMAND: return OnCommand(dialog, LOWORD(wParam));
-        default: return FALSE;
+        default: return AnswerControlColour(message, wParam, lParam);
     }
 }
 

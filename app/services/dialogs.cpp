@@ -12,6 +12,18 @@ HBRUSH ControlColour(HWND window, HDC dc) {
     return hFaceBrush;
 }
 
+INT_PTR AnswerControlColour(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CTLCOLORMSGBOX:
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORDLG:
+        case WM_CTLCOLORSTATIC:
+            return reinterpret_cast<INT_PTR>(
+                ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
+        default: return 0;
+    }
+}
+
 void CentreWindow(HWND window) {
     RECT place = {};
     GetWindowRect(window, &place);

@@ -72,13 +72,8 @@ INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wPar
         case WM_DRAWITEM:
             if (!kind.buttons) break;
             return DrawPaletteButton(dialog, *kind.buttons, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
-        case WM_CTLCOLORMSGBOX:
-        case WM_CTLCOLORBTN:
-        case WM_CTLCOLORDLG:
-        case WM_CTLCOLORSTATIC:
-            return reinterpret_cast<INT_PTR>(
-                ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
     }
+    if (INT_PTR brush = AnswerControlColour(message, wParam, lParam)) return brush;
     return kind.onMessage ? kind.onMessage(dialog, message, wParam, lParam) : FALSE;
 }
 
