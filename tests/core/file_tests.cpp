@@ -63,8 +63,8 @@ TEST_F(FileTest, SeekingInFilesAndInMemory) {
               uint64_t{2 * kBuffer + 99}, uint64_t{2 * kBuffer + 100}, uint64_t{1} << 40, uint64_t{7}}) {
             file->Seek(place);
             EXPECT_EQ(file->Position(), place);
-            EXPECT_EQ(ReadByte(*file), place < content.size() ? content[place] : -1);
-            EXPECT_EQ(ReadByte(*file), place + 1 < content.size() ? content[place + 1] : -1);
+            EXPECT_EQ(ReadByte(*file), place < content.size() ? content[static_cast<size_t>(place)] : -1);
+            EXPECT_EQ(ReadByte(*file), place + 1 < content.size() ? content[static_cast<size_t>(place + 1)] : -1);
         }
     }
 }
