@@ -137,6 +137,8 @@ def zephyr_view(zephyr, path):
             view.add_extension(APPLICATION, bytes_[1:12].hex() + data)
     note = " before the trailer" if b"note:" in listed.stderr else ""
     view.end = {0: "fails", 1: "ends" + note, 2: "is not a GIF"}[report["result"]]
+    if listed.returncode != (report["result"] != 1):
+        view.end += f", exit status {listed.returncode}"
     return view, indexes
 
 

@@ -149,8 +149,8 @@ def write(folder):
 
 def write_with_others(folder, source):
     """Files from other producers: gradients from ImageMagick, one of our own files passed through gifsicle."""
-    jobs = {f"convert-{n}{'-interlaced' * i}": ["convert", "-size", "61x43", "gradient:red-blue", "-rotate", "30", "-colors",
-                                                str(n), *(["-interlace", "GIF"] * i)]
+    gradient = ["convert", "-size", "61x43", "gradient:red-blue", "-rotate", "30", "-colors"]
+    jobs = {f"convert-{n}{'-interlaced' * i}": [*gradient, str(n), *(["-interlace", "GIF"] * i)]
             for n in (2, 3, 8, 16, 100, 256) for i in (False, True)}
     jobs.update({"gifsicle-optimized": ["gifsicle", "-O3", source, "-o"],
                  "gifsicle-interlaced": ["gifsicle", "-O1", "--interlace", "--careful", source, "-o"],
