@@ -4,8 +4,6 @@
 #include "gif/block.h"
 #include "platform/file.h"
 
-constexpr int kTrailerByte = 0x3B;
-
 // Each writes one block of its kind and returns whether that succeeded. A text kind without data writes nothing.
 bool WriteImageBlock(File& file, const Block& block);
 bool WriteControlBlock(File& file, const Block& block);

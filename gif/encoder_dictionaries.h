@@ -12,7 +12,7 @@
 #include <cstdint>
 #include <cstring>
 
-constexpr unsigned kEncoderCodes = 4096;
+#include "gif/lzw_limits.h"
 
 // For up to 64 colours: every code has a row with the codes of its continuations. No search, no hashing; a row is
 // cleared when its code is given, which also brings it near.
@@ -32,7 +32,7 @@ public:
     }
 
 private:
-    uint16_t rows_[kEncoderCodes][1u << kDepth];
+    uint16_t rows_[kMostCodes][1u << kDepth];
 };
 
 // For more colours, whose rows would not fit near the processor: an open-addressing hash table, at most a quarter full.
@@ -47,7 +47,7 @@ public:
         for (unsigned at = prefix * 9 ^ pixel << 6;; ++at) {
             *slot = &slots_[at % kSlots];
             uint32_t difference = **slot ^ key;
-            if (difference < kEncoderCodes) return difference;
+            if (difference < kMostCodes) return difference;
             if (**slot == 0) return 0;
         }
     }

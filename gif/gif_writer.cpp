@@ -4,6 +4,7 @@
 
 #include "gif/block_writers.h"
 #include "gif/descriptor.h"
+#include "gif/extension_reader.h"
 #include "platform/identity.h"
 
 namespace {
@@ -56,7 +57,7 @@ bool WriteIdentity(File& file, const BlockList& list) {
 bool WriteDocument(File& file, const BlockList& list, const Block& header) {
     return WriteHeader(file, header) &&
            ForEachBlock(list, [&](const Block& block, uint32_t) { return WriteBlock(file, block); }) &&
-           WriteIdentity(file, list) && WriteByte(file, kTrailerByte) >= 0;
+           WriteIdentity(file, list) && WriteByte(file, kTrailer) >= 0;
 }
 
 }  // namespace

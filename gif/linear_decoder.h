@@ -4,13 +4,9 @@
 #include <cstdint>
 #include <memory>
 
+#include "gif/lzw_limits.h"
 #include "platform/file.h"
 #include "platform/memory.h"
-
-constexpr int kLeastCodeSize = 2;  // minimum code sizes that images may have
-constexpr int kMostCodeSize = 8;
-constexpr unsigned kMostCodes = 4096;
-constexpr unsigned kMostCodeBits = 12;
 
 // Every string of the dictionary is the string of some earlier code and the pixel that followed it, and so stands
 // already, in one piece, among the decoded pixels. A dictionary entry is therefore just a place and a length, and

@@ -6,11 +6,10 @@
 #include "gif/descriptor.h"
 #include "gif/encoder_dictionaries.h"
 #include "gif/interlace.h"
+#include "gif/lzw_limits.h"
 #include "imaging/row_packer.h"
 
 namespace {
-
-constexpr unsigned kMostCodeBits = 12;
 
 // The rows of an image as pixel values, in the order in which they are encoded.
 class RowSource {
@@ -94,7 +93,7 @@ Progress EncodeRow(Job* job, Progress at, const uint8_t* pixels, int count, Dict
         }
         writer->Put(&out, at.prefix, at.codeWidth);
         bool lastOfWidth = at.nextCode == at.maxCode;
-        if (!lastOfWidth || at.nextCode < kEncoderCodes) dictionary->Fill(slot, at.prefix, pixel, at.nextCode);
+        if (!lastOfWidth || at.nextCode < kMostCodes) dictionary->Fill(slot, at.prefix, pixel, at.nextCode);
         ++at.nextCode;
         at.prefix = pixel;
         if (lastOfWidth) {
