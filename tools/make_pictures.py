@@ -174,6 +174,9 @@ def write_sample(path, count=12):
     for i, frame in enumerate(frames):
         strip.paste(frame, (0, SCENE[3] * i))
     colours = strip.quantize(256, dither=Image.Dither.NONE)
+    values = colours.getpalette()
+    # Colour 0 surrounds the animation: the darkest.
+    colours = colours.remap_palette(sorted(range(len(values) // 3), key=lambda i: sum(values[3 * i:3 * i + 3])))
     first, *rest = [frame.quantize(palette=colours, dither=Image.Dither.NONE) for frame in frames]
     first.save(path, 'GIF', save_all=True, append_images=rest, duration=90, disposal=1, loop=0, interlace=0,
                optimize=False, comment=b'A kite in the zephyr')
