@@ -6,6 +6,7 @@
 #include "app/commands.h"
 #include "app/document_commands.h"
 #include "app/services/dialogs.h"
+#include "app/services/help.h"
 #include "app/services/shell_objects.h"
 #include "app/settings_file.h"
 #include "resources/command_ids.h"
@@ -19,6 +20,7 @@ LRESULT OnCreate(HWND window) {
 
 LRESULT OnDestroy(HWND window) {
     WriteSettings(window, settingsFolder);
+    CloseHelp(window);
     PostQuitMessage(0);
     return 0;
 }

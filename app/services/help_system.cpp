@@ -1,0 +1,71 @@
+#include "app/services/help_system.h"
+
+#include <shellapi.h>
+
+#include <cwchar>
+
+#include "app/services/wait_cursor.h"
+
+namespace {
+
+// Windows shows its pages in the first; other viewers show them in the second, which Windows keeps hidden.
+bool IsViewerClass(const wchar_t* name) {
+    return wcscmp(name, L"MS_WINDOC") == 0 || wcscmp(name, L"MS_WINHELP") == 0;
+}
+
+BOOL CALLBACK LookForViewer(HWND window, LPARAM found) {
+    wchar_t name[32] = {};
+    GetClassNameW(window, name, 32);
+    if (!IsWindowVisible(window) || !IsViewerClass(name)) return TRUE;
+    *reinterpret_cast<bool*>(found) = true;
+    return FALSE;
+}
+
+bool IsViewerVisible() {
+    bool found = false;
+    EnumWindows(LookForViewer, reinterpret_cast<LPARAM>(&found));
+    return found;
+}
+
+// Lets our windows be painted for `milliseconds` at most. The user's input waits: it may press the same button again.
+void PaintMeanwhile(DWORD milliseconds) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, milliseconds, QS_PAINT | QS_SENDMESSAGE);
+    MSG message;
+    if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT | PM_QS_SENDMESSAGE)) return;
+    if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam));
+    DispatchMessageW(&message);
+}
+
+}  // namespace
+
+bool CallHelpViewer(HWND owner, const char* file, UINT command, const void* data) {
+    return WinHelpA(owner, file, command, reinterpret_cast<ULONG_PTR>(data)) != FALSE;
+}
+
+// A viewer may answer that all is well and show nothing. One that works has its window when the call returns; the wait
+// is for slow machines.
+bool HelpViewerAppears() {
+    constexpr DWORD kLongestWait = 1000, kLook = 20;  // milliseconds
+    WaitCursor wait;
+    DWORD start = GetTickCount();
+    while (!IsViewerVisible()) {
+        if (GetTickCount() - start >= kLongestWait) return false;
+        PaintMeanwhile(kLook);
+    }
+    return true;
+}
+
+// Where the extension of the page has no program, the class of HTML documents may still have one.
+bool OpenInBrowser(HWND owner, const wchar_t* path) {
+    SHELLEXECUTEINFOW page = {};
+    page.cbSize = sizeof page;
+    page.fMask = SEE_MASK_FLAG_NO_UI;
+    page.hwnd = owner;
+    page.lpVerb = L"open";
+    page.lpFile = path;
+    page.nShow = SW_SHOWNORMAL;
+    if (ShellExecuteExW(&page)) return true;
+    page.fMask |= SEE_MASK_CLASSNAME;
+    page.lpClass = L"htmlfile";
+    return ShellExecuteExW(&page) != FALSE;
+}
