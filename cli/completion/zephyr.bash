@@ -1,0 +1,126 @@
+# Completion of zephyr's command line for bash.
+
+# The line's words up to the cursor, those that bash has split at = and : in one piece again.
+_zephyr_join() {
+  local word
+  words=()
+  for word in "${COMP_WORDS[@]:0:COMP_CWORD+1}"; do
+    if [[ ${#words[@]} -gt 0 && -n $word && ($word == [=:]* || ${words[-1]} == *[=:]) ]]; then
+      words[-1]+=$word
+    else
+      words+=("$word")
+    fi
+  done
+}
+
+# Offers those of the given words that begin as `cur` does. Bash replaces only what stands behind the last = or :, and
+# an offer that ends in one goes on right behind it.
+_zephyr_offer() {
+  local kept=${cur%"${cur##*[=:]}"}
+  mapfile -t COMPREPLY < <(compgen -W "$*" -- "$cur")
+  if [[ ${COMPREPLY[0]-} == *[=:] ]]; then compopt -o nospace 2>/dev/null; fi
+  COMPREPLY=("${COMPREPLY[@]#"$kept"}")
+}
+
+_zephyr_files() {  # EXTENSION
+  local name
+  compopt -o filenames 2>/dev/null
+  COMPREPLY=()
+  while IFS= read -r name; do
+    if [[ ${name,,} == *."$1" || -d ${name/#\~/$HOME} ]]; then COMPREPLY+=("$name"); fi
+  done < <(compgen -f -- "${cur#-*=}")
+}
+
+# The lines of a GIF file as it is named on the command line; none when it can't be read.
+_zephyr_lines() {
+  local file=${1//\\/}
+  zephyr list -- "${file/#\~/$HOME}" 2>/dev/null
+}
+
+# The numbers of the file's blocks, of all or of those that are pictures.
+_zephyr_indexes() {  # FILE [KIND]
+  _zephyr_offer "$(_zephyr_lines "$1" | awk -v kind="${2-}" 'index($0, kind) == 1 { print NR - 1 }')"
+}
+
+_zephyr_fields() {  # FILE INDEX
+  local header='width= height= background= sorted= colour:' image='left= top= interlaced='
+  local control='delay= disposal= transparent= input=' loop='iterations='
+  local plain='text= left= top= foreground= background= grid-width= grid-height= cell-width= cell-height='
+  case $cur in
+    disposal=*) _zephyr_offer disposal={nothing,leave,background,previous}; return ;;
+    transparent=*) _zephyr_offer transparent=none; return ;;
+    sorted=* | interlaced=* | input=*) _zephyr_offer "${cur%%=*}"={yes,no}; return ;;
+    *=*) return ;;
+  esac
+  case $(_zephyr_lines "$1" | awk -v block="$2" 'NR == block + 1') in
+    HEADER*) _zephyr_offer "$header" ;;
+    IMAGE*) _zephyr_offer "$image" ;;
+    CONTROL*) _zephyr_offer "$control" ;;
+    "PLAIN TEXT"*) _zephyr_offer "$plain" ;;
+    COMMENT*) _zephyr_offer text= ;;
+    LOOP*) _zephyr_offer "$loop" ;;
+    *) _zephyr_offer "$header $image $control $loop $plain" ;;
+  esac
+}
+
+_zephyr_value() {  # OPTION: what may follow it
+  case $1 in
+    -o) _zephyr_files gif ;;
+    --palette) _zephyr_offer "$prefix"{0..9} ;;
+    --kind) _zephyr_offer "$prefix"{image,control,comment,plaintext,loop} ;;
+    --match) _zephyr_offer "$prefix"{super,first,photo,drawn,sixteen} ;;
+  esac
+}
+
+_zephyr_operand() {  # COMMAND, then the operands in front of the cursor
+  local command=$1
+  shift
+  case $command:$# in
+    extract:1 | remap:1) _zephyr_indexes "$1" IMAGE ;;
+    extract:2 | remap:2) _zephyr_files bmp ;;
+    set:2) _zephyr_indexes "$1" ;;
+    set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
+    delete:[01]) _zephyr_files gif ;;
+    delete:*) _zephyr_indexes "$1" ;;
+    list:0 | save:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
+  esac
+}
+
+_zephyr() {
+  local words cur prefix= names='--owner --organisation' options operands=() i
+  COMPREPLY=()
+  _zephyr_join
+  cur=${words[-1]}
+  if [[ ${#words[@]} -eq 2 ]]; then
+    _zephyr_offer list save extract remap insert delete set build --help --version
+    return
+  fi
+  case ${words[1]} in
+    list) options=--json ;;
+    save | delete | set) options=$names ;;
+    extract) options= ;;
+    remap) options='--palette --dither' ;;
+    insert) options="--at --kind --remap --dither --keep $names" ;;
+    build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
+    *) return ;;
+  esac
+  for ((i = 2; i < ${#words[@]} - 1; ++i)); do
+    case ${words[i]} in
+      -o | --palette | --kind | --match | --at | --delay | --owner | --organisation) ((++i)) ;;
+      -?*) ;;
+      *) operands+=("${words[i]}") ;;
+    esac
+  done
+  if ((i == ${#words[@]})); then
+    _zephyr_value "${words[-2]}"
+  elif [[ $cur == -*=* ]]; then
+    prefix=${cur%%=*}=
+    _zephyr_value "${cur%%=*}"
+  elif [[ $cur == -* ]]; then
+    _zephyr_offer "$options" --help
+  else
+    _zephyr_operand "${words[1]}" "${operands[@]}"
+  fi
+}
+
+complete -F _zephyr zephyr
