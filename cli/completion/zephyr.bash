@@ -87,7 +87,7 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
 }
 
 _zephyr() {
-  local words cur prefix= names='--owner --organisation' options operands=() i
+  local words cur prefix='' names='--owner --organisation' options operands=() i
   COMPREPLY=()
   _zephyr_join
   cur=${words[-1]}
