@@ -24,6 +24,7 @@ if(WIN32)
   configure_file(${PACKAGING}/README.txt ${PACKAGED}/README.txt @ONLY NEWLINE_STYLE CRLF)
   install(TARGETS klmzep zephyr DESTINATION . COMPONENT programs)
   install(FILES ${PACKAGED}/LICENSE.txt ${PACKAGED}/README.txt ${CMAKE_BINARY_DIR}/app/TELVAR.HLP
+                ${CMAKE_BINARY_DIR}/app/TELVAR.cnt
           DESTINATION . COMPONENT documents)
   install(DIRECTORY ${CMAKE_BINARY_DIR}/app/help DESTINATION . COMPONENT documents)
   install(FILES ${SAMPLE} DESTINATION sample COMPONENT documents)
