@@ -39,6 +39,8 @@ unsigned TakeUtf8(std::string_view* text) {
         broken = (next & 0xC0) != 0x80;
         point = point << 6 | (next & 0x3F);
     }
+    constexpr unsigned kLeast[] = {0, 0, 0x80, 0x800, 0x10000};  // smaller ones have a shorter form, the only right one
+    broken = broken || point < kLeast[length];
     text->remove_prefix(broken ? 1 : length);
     return broken ? kBroken : point;
 }
