@@ -67,5 +67,5 @@ void FormatBlockLine(char* line, const Block& block) {
 
 void FormatKindName(char* name, uint16_t kind) {
     Print(name, "%s", LoadStr(LineString(kind)));
-    name[strcspn(name, "\xFE")] = 0;
+    if (char* end = strchr(name, kBlockLineSeparator)) *end = 0;
 }

@@ -1,9 +1,8 @@
 // The strings that an LZW encoder knows, in two forms with the same interface:
 //
 //   Reset(literals)            forgets all strings but the `literals` single pixels, whose codes are their values
-//   Find(prefix, pixel, &slot) the code of the string of code `prefix` followed by `pixel`, or 0 when it is not known
-//   (no
-//                              string of two pixels has code 0); `slot` is then where it belongs
+//   Find(prefix, pixel, &slot) the code of the string of code `prefix` followed by `pixel`, or 0, which no string of
+//                              two pixels has, when it is not known; `slot` is then where it belongs
 //   Fill(slot, prefix, pixel, code)  makes that string known as `code`, below 4096
 //
 // Both are for pixels below 1 << depth and take no memory outside the object.

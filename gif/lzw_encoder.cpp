@@ -6,7 +6,6 @@
 #include "gif/descriptor.h"
 #include "gif/encoder_dictionaries.h"
 #include "gif/interlace.h"
-#include "gif/lzw_limits.h"
 #include "imaging/row_packer.h"
 
 namespace {
