@@ -67,7 +67,8 @@ bool PutBlock(BlockList* list, const Block& block, uint32_t index) {
     if (index >= list->count) return false;
     MemoryLock lock(list->blocks);
     if (!lock) return false;
-    lock.As<Block>()[index] = block;
+    auto* blocks = lock.As<Block>();
+    blocks[index] = block;
     return true;
 }
 

@@ -16,6 +16,7 @@
 // For up to 64 colours: every code has a row with the codes of its continuations. No search, no hashing; a row is
 // cleared when its code is given, which also brings it near.
 template <unsigned kDepth>
+// cppcheck-suppress noConstructor ; Reset makes it ready, clearing no more than needed
 class RowDictionary {
 public:
     using Slot = uint16_t*;
@@ -35,6 +36,7 @@ private:
 };
 
 // For more colours, whose rows would not fit near the processor: an open-addressing hash table, at most a quarter full.
+// cppcheck-suppress noConstructor ; Reset makes it ready
 class HashDictionary {
 public:
     using Slot = uint32_t*;

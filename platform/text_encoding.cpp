@@ -47,7 +47,7 @@ unsigned TakeUtf8(std::string_view* text) {
 
 char Byte1252(unsigned point) {
     if (point < 0x80 || (point >= 0xA0 && point <= 0xFF)) return static_cast<char>(point);
-    auto* found = std::find(std::begin(kHighControls), std::end(kHighControls), point);
+    const auto* found = std::find(std::begin(kHighControls), std::end(kHighControls), point);
     return found == std::end(kHighControls) ? '?' : static_cast<char>(0x80 + (found - kHighControls));
 }
 
