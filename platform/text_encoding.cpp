@@ -31,7 +31,7 @@ constexpr unsigned kBroken = 0xFFFD;
 // Takes one character from the front of `text`; kBroken, with one byte taken, when it is no UTF-8.
 unsigned TakeUtf8(std::string_view* text) {
     auto lead = static_cast<uint8_t>(text->front());
-    size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
     unsigned point = length <= 1 ? lead : lead & (0x7Fu >> length);
     bool broken = length == 0 || length > text->size();
     for (size_t i = 1; !broken && i < length; ++i) {

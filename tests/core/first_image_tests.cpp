@@ -24,9 +24,7 @@ TEST(FirstImage, WhereItIsFound) {
     } const cases[] = {
         {"first of two", Start().SmallImage(0x40).SmallImage(), "12 00", 2},
         {"own palette", Start().SmallImage(0x84), "12 30", 5},
-        {"own palette alone", Start(0).SmallImage(0x80), "11 10", 1},
         {"no palette", Start(0).SmallImage(), "(none)", 0},
-        {"prefix", GifBytes().Repeat(7, 128).Add(Start()).SmallImage(), "12 30", 2},
         {"behind a control block", Start().Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0}).SmallImage(), "12 30", 2},
         {"behind texts", Start().Comment(",").Extension(1, std::string(13, 'x'), ",,").SmallImage(), "12 30", 2},
         {"behind an application", Start().Extension(0xFF, "\x0BXMP DataXMP", ",,").SmallImage(), "12 30", 2},

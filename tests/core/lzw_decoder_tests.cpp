@@ -57,7 +57,7 @@ Bytes RandomChain(Random& random, unsigned codeSize, unsigned most) {
     if (random() % 4) codes.Put(1u << codeSize);
     unsigned wild = random() % 3 ? 0 : 40;  // one in so many codes is any at all
     for (unsigned left = Upto(random, most); left > 0; --left) {
-        bool clears = Upto(random, 99) == 0;
+        bool clears = Upto(random, most) == 0;  // large ones fill the table, and most go on with it
         bool isWild = wild && random() % wild == 0;
         codes.Put(clears ? 1u << codeSize : isWild ? Upto(random, (1u << codes.width) - 1) : codes.Pick(random));
     }
@@ -124,27 +124,15 @@ TEST(LzwDecoder, HugeImages) {
             EXPECT_EQ(DecodeBothWays(codes.Chain(), 2, 65535, height, 1, flags), kDecodeDone);
 }
 
-TEST(LzwDecoder, RefusedStreams) {
+TEST(LzwDecoder, WhenNothingIsDecoded) {
     struct Case {
-        const char* what;
-        std::vector<unsigned> codes;
         unsigned codeSize;
         DecodeResult result;
-        const char* pixel;
         long failing = Faults::kNever;  // allocation
-    } const cases[] = {
-        {"next code right at the start", {6}, 2, kDecodeCorrupt, "0"},
-        {"next code right after a clear", {4, 1, 4, 6}, 2, kDecodeCorrupt, "1"},
-        {"code beyond the next", {4, 1, 7}, 2, kDecodeCorrupt, "1"},
-        {"code size too small", {0}, 1, kDecodeBadCodeSize, "0"},
-        {"code size too large", {0}, 9, kDecodeBadCodeSize, "0"},
-        {"nothing at all", {}, 2, kDecodeDone, "0"},
-        {"no memory", {4, 1, 5}, 2, kDecodeNoMemory, "0", 0},
-    };
+    } const cases[] = {{1, kDecodeBadCodeSize}, {9, kDecodeBadCodeSize}, {2, kDecodeNoMemory, 0}};
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
         Codes codes(c.codeSize);
-        for (unsigned code : c.codes) codes.Put(code);
+        codes.Put(1);
         OwnedBlock image(MakeImage(1, 1, 2));
         Bytes chain = codes.Chain();
         File file;
@@ -152,6 +140,6 @@ TEST(LzwDecoder, RefusedStreams) {
         faults.allocationsUntilFailure = c.failing;
         EXPECT_EQ(DecodeImageData(file, static_cast<int>(c.codeSize), image), c.result);
         faults = {};
-        EXPECT_EQ(PixelsOf(image), c.pixel);
+        EXPECT_EQ(PixelsOf(image), "0");
     }
 }

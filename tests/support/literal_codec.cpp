@@ -4,6 +4,7 @@
 #include <map>
 
 #include "gif/descriptor.h"
+#include "tests/support/gif_bytes.h"
 
 namespace {
 
@@ -58,31 +59,17 @@ bool DecodePixels(const std::vector<bool>& bits, int codeSize, Bytes* pixels) {
     return true;
 }
 
-// Codes in sub-blocks, one of which ends where a code finds 251 whole bytes in it.
-struct SubBlocks {
-    Bytes out;
-    std::vector<bool> bits = {};  // of the open one
-
-    void Put(unsigned code, unsigned width) {
-        if (bits.size() / 8 >= 251) Close(bits.size() / 8);
-        for (unsigned bit = 0; bit < width; ++bit) bits.push_back(code >> bit & 1);
-    }
-    void Close(size_t bytes) {
-        bits.resize(std::max(bits.size(), bytes * 8));
-        out.push_back(static_cast<uint8_t>(bytes));
-        out.resize(out.size() + bytes);
-        for (size_t bit = 0; bit < bytes * 8; ++bit)
-            if (bits[bit]) *(out.end() - static_cast<ptrdiff_t>(bytes - bit / 8)) |= static_cast<uint8_t>(1 << bit % 8);
-        bits.erase(bits.begin(), bits.begin() + static_cast<ptrdiff_t>(bytes * 8));
-    }
-};
-
 Bytes EncodePixels(const Bytes& pixels, unsigned codeSize) {
     const unsigned clearCode = 1u << codeSize;
-    SubBlocks blocks{{static_cast<uint8_t>(codeSize)}};
     std::map<std::pair<unsigned, unsigned>, unsigned> codes;
     unsigned width = codeSize + 1, next = clearCode + 2;
-    blocks.Put(clearCode, width);
+    CodeBits data;
+    std::vector<size_t> ends = {0};  // of the sub-blocks, one of which ends where a code finds 251 whole bytes in it
+    auto put = [&](unsigned code) {
+        if (data.Count() / 8 - ends.back() >= 251) ends.push_back(data.Count() / 8);
+        data.Put(code, width);
+    };
+    put(clearCode);
     unsigned prefix = pixels.empty() ? 0 : pixels[0];
     for (size_t i = 1; i < pixels.size(); ++i) {
         unsigned pixel = pixels[i];
@@ -90,20 +77,28 @@ Bytes EncodePixels(const Bytes& pixels, unsigned codeSize) {
             prefix = known->second;
             continue;
         }
-        blocks.Put(prefix, width);
+        put(prefix);
         if (next < 4096) codes[{prefix, pixel}] = next;
         prefix = pixel;
         if (next++ < 1u << width) continue;
-        if (++width <= 12) continue;
-        blocks.Put(clearCode, 12);
+        if (width < 12) {
+            ++width;
+            continue;
+        }
+        put(clearCode);
         codes.clear();
         width = codeSize + 1, next = clearCode + 2;
     }
-    if (!pixels.empty()) blocks.Put(prefix, width);
-    blocks.Put(clearCode + 1, width);
-    blocks.Close((blocks.bits.size() + 7) / 8);
-    blocks.out.push_back(0);
-    return blocks.out;
+    if (!pixels.empty()) put(prefix);
+    put(clearCode + 1);
+    ends.push_back(data.Packed().size());
+    GifBytes out;
+    out.Add({static_cast<int>(codeSize)});
+    for (size_t i = 1; i < ends.size(); ++i) {
+        out.Add({static_cast<int>(ends[i] - ends[i - 1])});
+        out.insert(out.end(), &data.Packed()[ends[i - 1]], &data.Packed()[0] + ends[i]);
+    }
+    return std::move(out.Add({0}));
 }
 
 }  // namespace
