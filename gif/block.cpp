@@ -7,6 +7,8 @@ namespace {
 
 constexpr uint32_t kTextSlack = 16;  // room behind a text: its terminating NUL and then some
 
+constexpr int kTextLineBytes = 261;
+
 // A new block of memory that holds the bytes and a NUL; null when memory runs out.
 MemoryHandle CopyOfText(const void* text, size_t length) {
     OwnedMemory memory(AllocateMemory(uint64_t{length} + kTextSlack));
@@ -25,8 +27,8 @@ void FreeBlock(Block* block) {
     *block = {};
 }
 
-bool SetBlockName(const char* text, Block* block) {
-    MemoryHandle name = CopyOfText(text, strlen(text));
+bool SetBlockName(std::string_view text, Block* block) {
+    MemoryHandle name = CopyOfText(text.data(), text.size());
     if (!name) return false;
     FreeMemory(block->name);
     block->name = name;

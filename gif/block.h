@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string_view>
 
 #include "imaging/image_bitmap.h"
 #include "platform/memory.h"
@@ -43,7 +44,7 @@ struct Block {
 void FreeBlock(Block* block);
 
 // Replaces the block's name by a copy of `text`. False, with the name unchanged, when memory runs out.
-bool SetBlockName(const char* text, Block* block);
+bool SetBlockName(std::string_view text, Block* block);
 
 constexpr int kNameBytes = 261;  // longer names are not shown
 
@@ -53,8 +54,6 @@ bool GetBlockName(char* text, const Block& block);
 
 // Replaces the block's text by a copy of `length` bytes. False, with the text unchanged, when memory runs out.
 bool SetBlockText(Block* block, const void* text, uint32_t length);
-
-constexpr int kTextLineBytes = 261;
 
 // The first line of a text block, for display: leading blanks and control bytes skipped, at most `maximum` (and 260)
 // bytes up to the first carriage return, other control bytes turned into blanks. Empty when there is no readable text.

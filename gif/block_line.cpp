@@ -1,5 +1,6 @@
 #include "gif/block_line.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
 
@@ -49,7 +50,7 @@ void FormatImageLine(char* line, const char* format, const Block& block) {
 
 void FormatBlockLine(char* line, const Block& block) {
     const char* format = LoadStr(LineString(block.kind));
-    auto* text = reinterpret_cast<const char*>(block.descriptor);
+    const auto* text = reinterpret_cast<const char*>(block.descriptor);
     switch (block.kind) {
         case kHeaderBlock: {
             HeaderFields header = GetHeaderFields(block);
@@ -67,5 +68,5 @@ void FormatBlockLine(char* line, const Block& block) {
 
 void FormatKindName(char* name, uint16_t kind) {
     Print(name, "%s", LoadStr(LineString(kind)));
-    name[strcspn(name, "\xFE")] = 0;
+    *std::find(name, name + strlen(name), kBlockLineSeparator) = 0;
 }

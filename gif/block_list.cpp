@@ -27,6 +27,15 @@ bool MakeRoom(BlockList* list) {
     return true;
 }
 
+void RenumberFrom(Block* blocks, uint32_t index, uint32_t count) {
+    for (; index < count; ++index) blocks[index].position = static_cast<uint16_t>(index);
+}
+
+bool Refuse(WindowHandle owner, unsigned message) {
+    ShowMessage(owner, LoadStr(message));
+    return false;
+}
+
 }  // namespace
 
 bool CreateBlockList(BlockList* list) {
@@ -58,7 +67,8 @@ bool PutBlock(BlockList* list, const Block& block, uint32_t index) {
     if (index >= list->count) return false;
     MemoryLock lock(list->blocks);
     if (!lock) return false;
-    lock.As<Block>()[index] = block;
+    auto* blocks = lock.As<Block>();
+    blocks[index] = block;
     return true;
 }
 
@@ -90,50 +100,31 @@ bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t k
     auto* blocks = lock.As<Block>();
     std::copy_backward(blocks + index, blocks + list->count, blocks + list->count + 1);
     blocks[index] = block;
-    ++list->count;
-    for (uint32_t i = index; i < list->count; ++i) blocks[i].position = static_cast<uint16_t>(i);
+    RenumberFrom(blocks, index, ++list->count);
     *selection = static_cast<int>(index);
     return true;
 }
 
 bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection) {
     Block block;
-    if (*selection < 0 || !GetBlock(*list, &block, static_cast<uint32_t>(*selection))) {
-        ShowMessage(owner, LoadStr(IDS_BLOCK_ACCESS));
-        return false;
-    }
-    if (block.kind == kHeaderBlock) {
-        ShowMessage(owner, LoadStr(IDS_HEADER_FIXED));
-        return false;
-    }
+    if (*selection < 0 || !GetBlock(*list, &block, static_cast<uint32_t>(*selection)))
+        return Refuse(owner, IDS_BLOCK_ACCESS);
+    if (block.kind == kHeaderBlock) return Refuse(owner, IDS_HEADER_FIXED);
     MemoryLock lock(list->blocks);
-    if (!lock) {
-        ShowMessage(owner, LoadStr(IDS_BLOCK_ACCESS));
-        return false;
-    }
+    if (!lock) return Refuse(owner, IDS_BLOCK_ACCESS);
     auto* blocks = lock.As<Block>();
     auto index = static_cast<uint32_t>(*selection);
     std::copy(blocks + index + 1, blocks + list->count, blocks + index);
-    --list->count;
-    for (uint32_t i = index; i < list->count; ++i) blocks[i].position = static_cast<uint16_t>(i);
+    RenumberFrom(blocks, index, --list->count);
     if (index >= list->count) *selection = static_cast<int>(list->count) - 1;
     FreeBlock(&block);
     return true;
 }
 
-bool HasLoopBlock(const BlockList& list) {
-    bool found = false;
-    ForEachBlock(list, [&](const Block& block, uint32_t) {
-        found = block.kind == kLoopBlock;
-        return !found;
-    });
-    return found;
-}
-
-int FindHeader(const BlockList& list) {
+int FindBlock(const BlockList& list, uint16_t kind) {
     int found = -1;
     ForEachBlock(list, [&](const Block& block, uint32_t index) {
-        if (block.kind == kHeaderBlock) found = static_cast<int>(index);
+        if (block.kind == kind) found = static_cast<int>(index);
         return found < 0;
     });
     return found;

@@ -40,14 +40,20 @@ bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t k
 // False when the block can't be read or is the header, which the user is told.
 bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection);
 
-bool HasLoopBlock(const BlockList& list);
+// Index of the first block of `kind`, or -1.
+int FindBlock(const BlockList& list, uint16_t kind);
+
+inline int FindHeader(const BlockList& list) {
+    return FindBlock(list, kHeaderBlock);
+}
+
+inline bool HasLoopBlock(const BlockList& list) {
+    return FindBlock(list, kLoopBlock) >= 0;
+}
 
 // Copies the palette of the first header that has one into `palette` (256 entries, or null for none) and returns its
 // bit depth (1 to 8), or 0 when there is none.
 int FindGlobalPalette(const BlockList& list, RgbTriple* palette);
-
-// Index of the first header block, or -1.
-int FindHeader(const BlockList& list);
 
 // Sets each block's `position` to its index. False when the list can't be accessed.
 bool RenumberBlocks(BlockList* list);

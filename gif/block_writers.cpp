@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "gif/descriptor.h"
-#include "gif/extension_reader.h"
 #include "gif/lzw_encoder.h"
 
 namespace {

@@ -28,8 +28,8 @@ public:
         if (at->next - at->blockStart >= kBlockBytes) at->next = at->blockStart = CloseBlock(at->blockStart, at->next);
         at->bits |= uint64_t{code} << at->count;
         at->count += width;
-        memcpy(at->next, &at->bits,
-               sizeof at->bits);  // little-endian, as the stream is; bytes beyond are written again
+        // Little-endian, as the stream is; bytes beyond the count are written again.
+        memcpy(at->next, &at->bits, sizeof at->bits);
         at->next += at->count >> 3;
         at->bits >>= at->count & ~7u;
         at->count &= 7;

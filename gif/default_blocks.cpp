@@ -7,6 +7,7 @@
 #include "gif/first_image.h"
 #include "gif/image_import.h"
 #include "imaging/standard_palette.h"
+#include "platform/bytes.h"
 #include "platform/prompts.h"
 #include "platform/text_encoding.h"
 #include "resources/string_ids.h"
@@ -20,7 +21,7 @@ constexpr uint16_t kNewScreenHeight = 480;
 constexpr uint16_t kNewDelay = 1;  // hundredths of a second
 
 bool FillHeader(Block* block) {
-    memcpy(block->descriptor, "GIF89a", kSignatureBytes);
+    memcpy(block->descriptor, kSignature, kSignatureBytes);
     int depth = 0;
     StandardPalette(block->palette, &depth, kPaletteWeb);
     auto sizeCode = static_cast<uint8_t>(std::clamp(depth, 1, 8) - 1);
@@ -52,14 +53,13 @@ bool FillPlainText(WindowHandle owner, const BlockList& list, Block* block) {
 
 bool FillComment(WindowHandle owner, Block* block) {
     if (!FillText(owner, block)) return false;
-    block->descriptor[0] = static_cast<uint8_t>(block->dataLength);
-    block->descriptor[1] = static_cast<uint8_t>(block->dataLength >> 8);
+    PutWord(block->descriptor, block->dataLength);
     return true;
 }
 
 bool FillLoop(Block* block) {
     block->descriptor[0] = kApplicationDescriptorBytes - 1;
-    memcpy(block->descriptor + kIdentifierOffset, "NETSCAPE2.0", kIdentifierBytes + kAuthenticationBytes);
+    memcpy(block->descriptor + kIdentifierOffset, kLoopApplication, kIdentifierBytes + kAuthenticationBytes);
     block->descriptor[12] = 3;
     block->descriptor[13] = 1;
     PutLoopIterations(block, 0);

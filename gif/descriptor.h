@@ -1,9 +1,21 @@
-// The descriptor bytes of each kind of block, as the GIF file holds them, and the fields in them.
+// The bytes that mark the blocks of a GIF file, their descriptors as the file holds them, and the fields in those.
 #pragma once
 
 #include <cstdint>
 
 #include "gif/block.h"
+
+constexpr int kImageIntroducer = 0x2C;
+constexpr int kExtensionIntroducer = 0x21;  // a label follows
+constexpr int kTrailer = 0x3B;
+constexpr int kPlainTextLabel = 0x01;
+constexpr int kControlLabel = 0xF9;
+constexpr int kCommentLabel = 0xFE;
+constexpr int kApplicationLabel = 0xFF;
+
+constexpr char kSignature[] = "GIF89a";             // of what is made here; files may have another version
+constexpr char kLoopApplication[] = "NETSCAPE2.0";  // identifier and authentication code
+constexpr char kNamesApplication[] = "KELMORnb1.0";
 
 // Packed byte of the header and of images.
 constexpr uint8_t kHasPalette = 0x80;  // a global (header) or local (image) colour table follows

@@ -1,9 +1,8 @@
 // The strings that an LZW encoder knows, in two forms with the same interface:
 //
 //   Reset(literals)            forgets all strings but the `literals` single pixels, whose codes are their values
-//   Find(prefix, pixel, &slot) the code of the string of code `prefix` followed by `pixel`, or 0 when it is not known
-//   (no
-//                              string of two pixels has code 0); `slot` is then where it belongs
+//   Find(prefix, pixel, &slot) the code of the string of code `prefix` followed by `pixel`, or 0, which no string of
+//                              two pixels has, when it is not known; `slot` is then where it belongs
 //   Fill(slot, prefix, pixel, code)  makes that string known as `code`, below 4096
 //
 // Both are for pixels below 1 << depth and take no memory outside the object.
@@ -17,6 +16,7 @@
 // For up to 64 colours: every code has a row with the codes of its continuations. No search, no hashing; a row is
 // cleared when its code is given, which also brings it near.
 template <unsigned kDepth>
+// cppcheck-suppress noConstructor ; Reset makes it ready, clearing no more than needed
 class RowDictionary {
 public:
     using Slot = uint16_t*;
@@ -36,6 +36,7 @@ private:
 };
 
 // For more colours, whose rows would not fit near the processor: an open-addressing hash table, at most a quarter full.
+// cppcheck-suppress noConstructor ; Reset makes it ready
 class HashDictionary {
 public:
     using Slot = uint32_t*;

@@ -20,12 +20,12 @@ bool IsApplication(const Block& block, const char* identifierAndCode) {
 bool ReadApplication(Block* block, File& file) {
     uint64_t start = file.Position();
     if (!ReadDescriptor(file, block, kApplicationDescriptorBytes)) return false;
-    if (IsApplication(*block, "NETSCAPE2.0")) {
+    if (IsApplication(*block, kLoopApplication)) {
         block->kind = kLoopBlock;
         file.Seek(start);
         return ReadDescriptor(file, block, kLoopDescriptorBytes);
     }
-    if (IsApplication(*block, "KELMORnb1.0")) {
+    if (IsApplication(*block, kNamesApplication)) {
         block->kind = kBlockNamesBlock;
         return ReadText(file, block);
     }

@@ -4,14 +4,6 @@
 #include "gif/block.h"
 #include "platform/file.h"
 
-constexpr int kImageIntroducer = 0x2C;
-constexpr int kExtensionIntroducer = 0x21;
-constexpr int kTrailer = 0x3B;
-constexpr int kPlainTextLabel = 0x01;
-constexpr int kControlLabel = 0xF9;
-constexpr int kCommentLabel = 0xFE;
-constexpr int kApplicationLabel = 0xFF;
-
 // Reads the extension whose introducer has just been read into `block`, which comes in zeroed. False when the label is
 // unknown, the fixed part is cut short or memory runs out; what `block` then holds is the caller's to release.
 //

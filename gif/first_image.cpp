@@ -23,7 +23,7 @@ MemoryHandle ReadFirstImage(File& file, int* depth) {
     Block header = {};
     if (ReadGifHeader(file, &header) != kHeaderRead || !FindImage(file)) return nullptr;
     uint8_t packed = GetHeaderFields(header).packed;
-    int globalDepth = packed & kHasPalette ? DepthOfPacked(packed) : 0;
+    int globalDepth = (packed & kHasPalette) ? DepthOfPacked(packed) : 0;
     Block image = {};
     bool wasRead = ReadImage(file, &image, header.palette, globalDepth);
     OwnedMemory bitmap(image.data);

@@ -1,6 +1,7 @@
 #include "gif/gif_reader.h"
 
 #include "gif/block_names.h"
+#include "gif/descriptor.h"
 #include "gif/extension_reader.h"
 #include "gif/gif_header.h"
 #include "gif/sub_blocks.h"

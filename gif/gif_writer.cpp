@@ -4,7 +4,6 @@
 
 #include "gif/block_writers.h"
 #include "gif/descriptor.h"
-#include "gif/extension_reader.h"
 #include "platform/identity.h"
 
 namespace {
@@ -26,7 +25,7 @@ struct IdentityComment {
 bool WriteHeader(File& file, const Block& header) {
     uint8_t bytes[kHeaderDescriptorBytes];
     memcpy(bytes, header.descriptor, sizeof bytes);
-    memcpy(bytes, "GIF89a", kSignatureBytes);
+    memcpy(bytes, kSignature, kSignatureBytes);
     return file.Write(bytes, sizeof bytes) && WritePalette(file, header, GetHeaderFields(header).packed);
 }
 

@@ -26,6 +26,23 @@ inline void CopyStep(uint8_t* to, const uint8_t* from) {
     memcpy(to, step, kStep);
 }
 
+// As TakeCode, but takes in up to 8 bytes at once as long as there are so many.
+inline bool TakeCodeFast(CodeStream& stream, CodeStream::Bits* at, unsigned width, unsigned* code) {
+    if (at->count < kMostCodeBits) {
+        if (at->end - at->next < 8) *at = stream.Fetch(*at);
+        if (at->end - at->next >= 8) {
+            at->bits |= Load64(at->next) << at->count;
+            at->next += (63 - at->count) >> 3;
+            at->count |= 56;
+        }
+    }
+    if (at->count < width) return TakeCode(stream, at, width, code);
+    *code = static_cast<unsigned>(at->bits) & ((1u << width) - 1);
+    at->bits >>= width;
+    at->count -= width;
+    return true;
+}
+
 }  // namespace
 
 bool LinearDecoder::Prepare(uint64_t room) {
@@ -53,24 +70,7 @@ LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize) {
     unsigned next = clearCode + 2;
     Entry previous = {0, 0};  // where the last string was written; length 0 right after a clear
     Outcome outcome = kDone;
-    for (;;) {
-        if (in.count < kMostCodeBits) {
-            if (in.end - in.next < 8) in = stream.Fetch(in);
-            if (in.end - in.next >= 8) {
-                in.bits |= Load64(in.next) << in.count;
-                in.next += (63 - in.count) >> 3;
-                in.count |= 56;
-            }
-        }
-        unsigned code;
-        if (in.count >= width) {
-            code = static_cast<unsigned>(in.bits) & ((1u << width) - 1);
-            in.bits >>= width;
-            in.count -= width;
-        } else if (!TakeCode(stream, &in, width, &code)) {
-            break;
-        }
-
+    for (unsigned code; TakeCodeFast(stream, &in, width, &code);) {
         if ((code & ~1u) == clearCode) {
             if (code != clearCode) break;
             width = startWidth;

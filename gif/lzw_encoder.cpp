@@ -6,7 +6,6 @@
 #include "gif/descriptor.h"
 #include "gif/encoder_dictionaries.h"
 #include "gif/interlace.h"
-#include "gif/lzw_limits.h"
 #include "imaging/row_packer.h"
 
 namespace {
@@ -148,7 +147,7 @@ bool Encode(Job* job) {
 bool EncodeImageData(File& file, const Block& image) {
     MemoryLock lock(image.data);
     if (!lock) return false;
-    auto* bitmap = lock.As<const BitmapHeader>();
+    const auto* bitmap = lock.As<const BitmapHeader>();
     ImageFields fields = GetImageFields(image);
     int depth = DepthOfPacked(fields.packed);
     // A true-colour bitmap has no indices to write, and a descriptor that tells another size would not fit the data.

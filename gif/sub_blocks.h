@@ -14,6 +14,7 @@ void SkipSubBlocks(File& file);
 // buffer, so that the decoder sees long runs of bytes. One cut off by the end of the file does not count.
 class CodeStream {
 public:
+    // cppcheck-suppress uninitMemberVar ; Fetch fills the buffer before anybody reads it
     explicit CodeStream(File& file) : file_(file) {}
 
     // Where the decoder reads. It keeps this in local variables for speed and hands it back to fetch more.

@@ -114,7 +114,7 @@ void File::FlushBuffer() {
 
 bool File::Write(const void* from, size_t bytes) {
     if (system_ == kClosed || !writing_) return false;
-    auto* in = static_cast<const uint8_t*>(from);
+    const auto* in = static_cast<const uint8_t*>(from);
     while (bytes > 0 && !failed_) {
         size_t piece = std::min(bytes, kBufferBytes - filled_);
         memcpy(buffer_.get() + filled_, in, piece);

@@ -48,7 +48,7 @@ public:
     void Discard();
 
 private:
-    static constexpr size_t kBufferBytes = 64 * 1024;
+    static constexpr size_t kBufferBytes = size_t{64} * 1024;
     static constexpr intptr_t kClosed = -1;
 
     bool AllocateBuffer();

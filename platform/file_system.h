@@ -4,10 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-constexpr intptr_t kNoSystemFile = -1;
-
-intptr_t SystemOpenForReading(const char* path);  // kNoSystemFile on failure, and for a folder
-intptr_t SystemCreate(const char* path, bool* isOrdinary);
+// A file is the system's own number for it, -1 for none. `isOrdinary`: neither a device nor a pipe.
+intptr_t SystemOpenForReading(const char* path);            // -1 on failure, and for a folder
+intptr_t SystemCreate(const char* path, bool* isOrdinary);  // -1 on failure
 // Bytes read, 0 at the end of the file, negative on an error. The system may return less than asked for.
 ptrdiff_t SystemRead(intptr_t file, void* to, size_t bytes);
 // Bytes written (maybe fewer than asked for), or negative on an error.

@@ -6,6 +6,7 @@
 
 namespace {
 
+// INVALID_HANDLE_VALUE is -1.
 intptr_t Open(const char* path, DWORD access, DWORD share, DWORD disposition) {
     HANDLE file =
         CreateFileW(WideFromUtf8(path).c_str(), access, share, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
@@ -22,15 +23,13 @@ DWORD Piece(size_t bytes) {
 
 }  // namespace
 
-static_assert(kNoSystemFile == -1, "INVALID_HANDLE_VALUE is -1");
-
 intptr_t SystemOpenForReading(const char* path) {
     return Open(path, GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING);
 }
 
 intptr_t SystemCreate(const char* path, bool* isOrdinary) {
     intptr_t file = Open(path, GENERIC_WRITE, 0, CREATE_ALWAYS);
-    *isOrdinary = file != kNoSystemFile && GetFileType(HandleOf(file)) == FILE_TYPE_DISK;
+    *isOrdinary = HandleOf(file) != INVALID_HANDLE_VALUE && GetFileType(HandleOf(file)) == FILE_TYPE_DISK;
     return file;
 }
 

@@ -15,7 +15,7 @@ struct alignas(16) Header {
 // Frames come and go by the megabyte. Handing their pages back to the system after every document makes the next
 // one pay for fresh pages, which costs more than decoding into them; so the heap keeps them.
 struct HeapKeepsPages {
-    HeapKeepsPages() {
+    HeapKeepsPages() noexcept {
         mallopt(M_MMAP_THRESHOLD, 32 << 20);  // the most that the C library accepts
         mallopt(M_TRIM_THRESHOLD, 256 << 20);
     }

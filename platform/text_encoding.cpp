@@ -31,7 +31,7 @@ constexpr unsigned kBroken = 0xFFFD;
 // Takes one character from the front of `text`; kBroken, with one byte taken, when it is no UTF-8.
 unsigned TakeUtf8(std::string_view* text) {
     auto lead = static_cast<uint8_t>(text->front());
-    size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    size_t length = lead < 0x80 ? 1 : lead < 0xC0 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
     unsigned point = length <= 1 ? lead : lead & (0x7Fu >> length);
     bool broken = length == 0 || length > text->size();
     for (size_t i = 1; !broken && i < length; ++i) {
@@ -39,13 +39,15 @@ unsigned TakeUtf8(std::string_view* text) {
         broken = (next & 0xC0) != 0x80;
         point = point << 6 | (next & 0x3F);
     }
+    constexpr unsigned kLeast[] = {0, 0, 0x80, 0x800, 0x10000};  // smaller ones have a shorter form, the only right one
+    broken = broken || point < kLeast[length];
     text->remove_prefix(broken ? 1 : length);
     return broken ? kBroken : point;
 }
 
 char Byte1252(unsigned point) {
     if (point < 0x80 || (point >= 0xA0 && point <= 0xFF)) return static_cast<char>(point);
-    auto* found = std::find(std::begin(kHighControls), std::end(kHighControls), point);
+    const auto* found = std::find(std::begin(kHighControls), std::end(kHighControls), point);
     return found == std::end(kHighControls) ? '?' : static_cast<char>(0x80 + (found - kHighControls));
 }
 

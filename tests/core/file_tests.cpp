@@ -29,23 +29,19 @@ protected:
 TEST_F(FileTest, WrittenAndReadInAnyPieces) {
     for (size_t size : {size_t{0}, size_t{1}, kBuffer - 1, kBuffer, kBuffer + 1, 3 * kBuffer + 17})
         for (size_t piece : {size_t{1}, size_t{1000}, kBuffer, 4 * kBuffer}) {
-            Bytes content = Pattern(size);
+            SCOPED_TRACE(std::to_string(size) + " by " + std::to_string(piece));
+            Bytes content = Pattern(size), read(size + piece);
             File file;
             ASSERT_TRUE(file.Create(path_.c_str()));
             for (size_t at = 0; at < size; at += piece)
                 ASSERT_TRUE(file.Write(content.data() + at, std::min(piece, size - at)));
             ASSERT_TRUE(file.Close());
-            EXPECT_TRUE(ReadAll(path_) == content) << size << " by " << piece;
+            EXPECT_TRUE(ReadAll(path_) == content);
 
             ASSERT_TRUE(file.OpenForReading(path_.c_str()));
-            Bytes read(size + piece);
-            size_t done = 0;
-            while (size_t came = file.Read(read.data() + done, piece)) {
-                done += came;
-                ASSERT_EQ(file.Position(), done);
-            }
-            EXPECT_EQ(done, size);
-            read.resize(done);
+            while (size_t came = file.Read(read.data() + file.Position(), piece)) ASSERT_LE(came, piece);
+            EXPECT_EQ(file.Position(), size);
+            read.resize(size);
             EXPECT_TRUE(read == content);
             EXPECT_EQ(ReadByte(file), -1);
         }
@@ -57,23 +53,20 @@ TEST_F(FileTest, SeekingInFilesAndInMemory) {
     File onDisk, inMemory;
     ASSERT_TRUE(onDisk.OpenForReading(path_.c_str()));
     inMemory.OpenMemory(content.data(), content.size());
-    for (File* file : {&onDisk, &inMemory}) {
-        for (uint64_t place :
-             {uint64_t{5}, uint64_t{0}, uint64_t{kBuffer - 1}, uint64_t{kBuffer}, uint64_t{kBuffer - 2},
-              uint64_t{2 * kBuffer + 99}, uint64_t{2 * kBuffer + 100}, uint64_t{1} << 40, uint64_t{7}}) {
+    for (File* file : {&onDisk, &inMemory})
+        for (uint64_t place : {uint64_t{5}, uint64_t{0}, uint64_t{kBuffer - 1}, uint64_t{kBuffer - 2},
+                               uint64_t{2 * kBuffer + 99}, uint64_t{1} << 40, uint64_t{7}}) {
             file->Seek(place);
             EXPECT_EQ(file->Position(), place);
             EXPECT_EQ(ReadByte(*file), place < content.size() ? content[static_cast<size_t>(place)] : -1);
             EXPECT_EQ(ReadByte(*file), place + 1 < content.size() ? content[static_cast<size_t>(place + 1)] : -1);
         }
-    }
 }
 
 TEST_F(FileTest, WhatCannotBeOpened) {
     File file;
-    EXPECT_FALSE(file.OpenForReading(path_.c_str()));
-    EXPECT_FALSE(file.OpenForReading(folder_.Path("").c_str()));
-    EXPECT_FALSE(file.OpenForReading(""));
+    for (const std::string& path : {path_, folder_.Path(""), std::string()})
+        EXPECT_FALSE(file.OpenForReading(path.c_str())) << path;
     EXPECT_EQ(ReadByte(file), -1);
     EXPECT_FALSE(file.Create(folder_.Path("none/x").c_str()));
     EXPECT_FALSE(file.CreateReplacement(folder_.Path("none/x").c_str()));
@@ -100,34 +93,26 @@ TEST_F(FileTest, FailedWritesDeleteTheFile) {
     EXPECT_TRUE(folder_.Names().empty());
 }
 
-TEST_F(FileTest, ScopeThatEndsUnclosedDeletesTheFile) {
-    {
-        File file;
-        ASSERT_TRUE(file.Create(path_.c_str()));
-        WriteByte(file, 1);
-    }
-    EXPECT_TRUE(folder_.Names().empty());
-}
-
-TEST_F(FileTest, ReplacementTakesPlaceWhenClosed) {
-    enum Ending { kDiscarded, kFailed, kClosed };
-    for (bool isThere : {false, true})
-        for (Ending ending : {kDiscarded, kFailed, kClosed}) {
-            std::string path = folder_.Path(std::to_string(ending) + (isThere ? "there" : "new"));
-            size_t files = folder_.Names().size() + (isThere || ending == kClosed ? 1 : 0);
-            Bytes before;
-            if (isThere) WriteAll(path, before = {1, 2, 3});
-            File file;
-            ASSERT_TRUE(file.CreateReplacement(path.c_str()));
-            EXPECT_EQ(WriteByte(file, 9), 9);
-            EXPECT_EQ(ReadAll(path), before);
-            if (ending == kFailed) faults.writesUntilFailure = 0;
-            if (ending == kDiscarded)
-                file.Discard();
-            else
-                EXPECT_EQ(file.Close(), ending == kClosed);
-            faults = {};
-            EXPECT_EQ(ReadAll(path), ending == kClosed ? Bytes{9} : before);
-            EXPECT_EQ(folder_.Names().size(), files) << "nothing else is left in the folder";
-        }
+TEST_F(FileTest, OnlyAGoodCloseKeepsTheFile) {
+    enum Ending { kScopeEnds, kFailed, kClosed };
+    for (bool replaces : {false, true})
+        for (bool isThere : {false, true})
+            for (Ending ending : {kScopeEnds, kFailed, kClosed}) {
+                TempFolder folder;
+                std::string path = folder.Path("x");
+                Bytes before;
+                if (isThere) WriteAll(path, before = {1, 2, 3});
+                {
+                    File file;
+                    ASSERT_TRUE(replaces ? file.CreateReplacement(path.c_str()) : file.Create(path.c_str()));
+                    EXPECT_EQ(WriteByte(file, 9), 9);
+                    EXPECT_EQ(ReadAll(path), replaces ? before : Bytes());
+                    if (ending == kFailed) faults.writesUntilFailure = 0;
+                    EXPECT_EQ(ending != kScopeEnds && file.Close(), ending == kClosed);
+                    faults = {};
+                }
+                Bytes after = ending == kClosed ? Bytes{9} : replaces ? before : Bytes();
+                EXPECT_EQ(ReadAll(path), after);
+                EXPECT_EQ(folder.Names().size(), after.size() > 0) << "nothing else is left in the folder";
+            }
 }

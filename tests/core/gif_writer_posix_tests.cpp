@@ -13,10 +13,3 @@ TEST(GifWriterPosix, FullDiskIsReportedAndTheDeviceStays) {
     EXPECT_TRUE(WriteGifFile(list, "/dev/null"));
     EXPECT_TRUE(FileExists("/dev/null"));
 }
-
-// A folder in which nobody may make files, not even the superuser.
-TEST(GifWriterPosix, ReadOnlyFolder) {
-    OwnedList list;
-    ASSERT_TRUE(NewDocument(&list));
-    EXPECT_FALSE(WriteGifFile(list, "/proc/out.gif"));
-}

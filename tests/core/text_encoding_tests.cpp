@@ -25,12 +25,13 @@ TEST(TextEncoding, WhatHasNoPlaceBecomesAQuestionMark) {
     struct Case {
         const char *utf8, *narrow;
     } const cases[] = {
-        {"a\xD0\x96z", "a?z"},              // a letter of another alphabet
-        {"\xF0\x9F\x98\x80!", "?!"},        // beyond 16 bits
-        {"\xE9t\xE9", "?t?"},               // Windows-1252 where UTF-8 should be
-        {"\xC2", "?"},                      // cut
-        {"\xE2\x82", "??"},                 // cut
-        {"\xC0\x80\xC1\xBF", "????"},       // overlong
+        {"a\xD0\x96z", "a?z"},         // a letter of another alphabet
+        {"\xF0\x9F\x98\x80!", "?!"},   // beyond 16 bits
+        {"\xE9t\xE9", "?t?"},          // Windows-1252 where UTF-8 should be
+        {"\xC2", "?"},                 // cut
+        {"\xE2\x82", "??"},            // cut
+        {"\xC0\x80\xC1\xBF", "????"},  // overlong
+        {"\xE0\x81\x81\xF0\x80\x81\x81", "???????"},
         {"\xF8\x88\x80\x80\x80", "?????"},  // longer than any character
         {"\x80z", "?z"},                    // no lead byte
         {"\xC2\x80", "?"},                  // the control character, whose byte stands for another character

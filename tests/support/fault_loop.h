@@ -45,3 +45,10 @@ long ForEachFault(long Faults::*counter, Attempt attempt) {
     }
     return whole.Requests();
 }
+
+// The same for requests of every kind.
+template <typename Attempt>
+long ForEachFault(Attempt attempt) {
+    return ForEachFault(&Faults::allocationsUntilFailure, attempt) + ForEachFault(&Faults::locksUntilFailure, attempt) +
+           ForEachFault(&Faults::writesUntilFailure, attempt);
+}

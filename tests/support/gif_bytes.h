@@ -36,8 +36,9 @@ class CodeBits {
 public:
     void Put(unsigned code, unsigned width);
     const Bytes& Packed() const { return bytes_; }
+    size_t Count() const { return used_; }
 
 private:
     Bytes bytes_;
-    unsigned used_ = 0;  // bits of all bytes
+    size_t used_ = 0;  // bits of all bytes
 };

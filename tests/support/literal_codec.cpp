@@ -1,246 +1,124 @@
 #include "tests/support/literal_codec.h"
 
 #include <algorithm>
-#include <cstring>
+#include <map>
 
 #include "gif/descriptor.h"
+#include "tests/support/gif_bytes.h"
 
 namespace {
 
-constexpr int kSteps[] = {8, 8, 4, 2, 0};
-constexpr int kFirstRows[] = {0, 4, 2, 1, 0};
+// Row numbers in the order of the data. The first row of an interlaced pass is not tested against the height.
+std::vector<int> RowOrder(int height, bool interlaced) {
+    std::vector<int> rows;
+    for (int row = 0; row < height && !interlaced; ++row) rows.push_back(row);
+    for (auto [first, step] : {std::pair{0, 8}, {4, 8}, {2, 4}, {1, 2}})
+        for (int row = first; interlaced && (row == first || row < height); row += step) rows.push_back(row);
+    return rows;
+}
 
-struct Rows {
-    int height;
-    bool interlaced;
-    int row = 0, pass = 0;
+// The whole sub-blocks of a chain as bits.
+std::vector<bool> BitsOf(const Bytes& chain) {
+    std::vector<bool> bits;
+    for (size_t at = 0; at < chain.size() && chain[at] > 0 && at + chain[at] < chain.size(); at += 1u + chain[at])
+        for (size_t bit = 0; bit < 8u * chain[at]; ++bit) bits.push_back(chain[at + 1 + bit / 8] >> bit % 8 & 1);
+    return bits;
+}
 
-    void Advance() {
-        row += interlaced ? kSteps[pass] : 1;
-        if (!interlaced || row < height) return;
-        if (pass < 4) ++pass;
-        row = kFirstRows[pass];
-    }
-};
-
-class Decoder {
-public:
-    Decoder(const Bytes& chain, int codeSize, LockedBitmap bitmap, ImageFields fields)
-        : chain_(chain),
-          codeSize_(codeSize),
-          bitmap_(bitmap),
-          depth_(DepthOfPacked(fields.packed)),
-          rows_{bitmap->height, (fields.packed & kImageInterlaced) != 0},
-          values_(static_cast<size_t>(bitmap->width) + 1024),
-          packed_(values_.size() * 4) {}
-
-    DecodeResult Run() {
-        const int clearCode = 1 << codeSize_;
-        Clear();
-        for (int k; (k = NextCode()) >= 0 && k != clearCode + 1;) {
-            if (k > nextSlot_) return kDecodeCorrupt;
-            if (k == clearCode) {
-                Clear();
-                continue;
-            }
-            int code = k;
-            stack_.clear();
-            if (code == nextSlot_) {
-                if (oldCode_ < 0) return kDecodeCorrupt;
-                stack_.push_back(firstPixel_);
-                code = oldCode_;
-            }
-            for (; code >= clearCode; code = prefix_[code]) stack_.push_back(suffix_[code]);
-            firstPixel_ = code;
-            Emit(code);
-            for (; !stack_.empty(); stack_.pop_back()) Emit(stack_.back());
-            Learn();
-            oldCode_ = k;
+// Every code has its string. False when a code can't occur.
+bool DecodePixels(const std::vector<bool>& bits, int codeSize, Bytes* pixels) {
+    const unsigned clearCode = 1u << codeSize;
+    std::vector<Bytes> strings;
+    Bytes previous;
+    unsigned width = 0;
+    auto restart = [&] {
+        strings.assign(clearCode + 2, {});
+        for (unsigned pixel = 0; pixel < clearCode; ++pixel) strings[pixel] = {static_cast<uint8_t>(pixel)};
+        previous.clear();
+        width = static_cast<unsigned>(codeSize) + 1;
+    };
+    restart();
+    for (size_t at = 0; at + width <= bits.size();) {
+        unsigned code = 0;
+        for (unsigned bit = 0; bit < width; ++bit) code |= unsigned{bits[at++]} << bit;
+        if (code == clearCode + 1) break;
+        if (code > strings.size() || (code == strings.size() && previous.empty())) return false;
+        if (code == clearCode) {
+            restart();
+            continue;
         }
-        return kDecodeDone;
-    }
-
-private:
-    void Clear() {
-        nextSlot_ = (1 << codeSize_) + 2;
-        currentSize_ = codeSize_ + 1;
-        topSlot_ = 1 << currentSize_;
-        oldCode_ = firstPixel_ = -1;
-    }
-
-    void Learn() {
-        if (nextSlot_ >= 4096 || oldCode_ < 0) return;
-        prefix_[nextSlot_] = oldCode_;
-        suffix_[nextSlot_] = firstPixel_;
-        if (++nextSlot_ >= topSlot_ && currentSize_ < 12) topSlot_ = 1 << ++currentSize_;
-    }
-
-    bool FetchByte() {
-        if (++inBlock_ >= blockBytes_) {
-            if (at_ >= chain_.size() || chain_[at_] == 0) return false;
-            blockBytes_ = chain_[at_++];
-            if (chain_.size() - at_ < blockBytes_) return false;
-            memcpy(block_, chain_.data() + at_, blockBytes_);
-            at_ += blockBytes_;
-            inBlock_ = 0;
+        if (!previous.empty() && strings.size() < 4096) {
+            uint8_t following = code < strings.size() ? strings[code][0] : previous[0];
+            strings.push_back(previous);
+            strings.back().push_back(following);
+            if (strings.size() >= 1u << width && width < 12) ++width;
         }
-        return true;
+        previous = strings[code];
+        pixels->insert(pixels->end(), previous.begin(), previous.end());
     }
+    return true;
+}
 
-    // The bits of the current byte that have been taken are shifted out of it. -1 when the data has run out.
-    int NextCode() {
-        if (bit_ == 8) {
-            if (!FetchByte()) return -1;
-            bit_ = 0;
+Bytes EncodePixels(const Bytes& pixels, unsigned codeSize) {
+    const unsigned clearCode = 1u << codeSize;
+    std::map<std::pair<unsigned, unsigned>, unsigned> codes;
+    unsigned width = codeSize + 1, next = clearCode + 2;
+    CodeBits data;
+    std::vector<size_t> ends = {0};  // of the sub-blocks, one of which ends where a code finds 251 whole bytes in it
+    auto put = [&](unsigned code) {
+        if (data.Count() / 8 - ends.back() >= 251) ends.push_back(data.Count() / 8);
+        data.Put(code, width);
+    };
+    put(clearCode);
+    unsigned prefix = pixels.empty() ? 0 : pixels[0];
+    for (size_t i = 1; i < pixels.size(); ++i) {
+        unsigned pixel = pixels[i];
+        if (auto known = codes.find({prefix, pixel}); known != codes.end()) {
+            prefix = known->second;
+            continue;
         }
-        int code = block_[inBlock_];
-        int end = bit_ + currentSize_;
-        if (end <= 8) {
-            block_[inBlock_] = static_cast<uint8_t>(code >> currentSize_);
-            bit_ = end;
-        } else {
-            if (!FetchByte()) return -1;
-            code |= block_[inBlock_] << (8 - bit_);
-            if (end > 16) {
-                if (!FetchByte()) return -1;
-                code |= block_[inBlock_] << (16 - bit_);
-            }
-            bit_ = end > 16 ? end - 16 : end - 8;
-            block_[inBlock_] = static_cast<uint8_t>(block_[inBlock_] >> bit_);
+        put(prefix);
+        if (next < 4096) codes[{prefix, pixel}] = next;
+        prefix = pixel;
+        if (next++ < 1u << width) continue;
+        if (width < 12) {
+            ++width;
+            continue;
         }
-        return code & ((1 << currentSize_) - 1);
+        put(clearCode);
+        codes.clear();
+        width = codeSize + 1, next = clearCode + 2;
     }
-
-    void Emit(int pixel) {
-        if (bitmap_->width == 0) return;
-        values_[count_] = static_cast<uint8_t>(pixel);
-        if (++count_ < static_cast<size_t>(bitmap_->width)) return;
-        count_ = 0;
-        if (rows_.row < bitmap_->height) StoreRow();
-        rows_.Advance();
+    if (!pixels.empty()) put(prefix);
+    put(clearCode + 1);
+    ends.push_back(data.Packed().size());
+    GifBytes out;
+    out.Add({static_cast<int>(codeSize)});
+    for (size_t i = 1; i < ends.size(); ++i) {
+        out.Add({static_cast<int>(ends[i] - ends[i - 1])});
+        out.insert(out.end(), &data.Packed()[ends[i - 1]], &data.Packed()[0] + ends[i]);
     }
-
-    void StoreRow() {
-        std::fill(packed_.begin(), packed_.end(), uint8_t{0});
-        for (size_t x = 0; x < static_cast<size_t>(bitmap_->width); ++x) {
-            unsigned value = values_[x];
-            size_t byte = depth_ == 1 ? x / 8 : depth_ <= 4 ? x / 2 : x;
-            unsigned bits = depth_ == 1   ? (value ? 0x80u >> x % 8 : 0)
-                            : depth_ <= 4 ? (value & 15) << (x % 2 ? 0 : 4)
-                                          : value;
-            packed_[byte] = static_cast<uint8_t>(packed_[byte] | bits);
-        }
-        memcpy(ImageRow(bitmap_, rows_.row), packed_.data(), ImageRowBytes(bitmap_));
-    }
-
-    const Bytes& chain_;
-    int codeSize_;
-    LockedBitmap bitmap_;
-    int depth_;
-    Rows rows_;
-    Bytes values_, packed_;
-    size_t count_ = 0;  // pixels in the row being collected
-
-    int prefix_[4096] = {}, suffix_[4096] = {};
-    std::vector<int> stack_;
-    int nextSlot_ = 0, topSlot_ = 0, currentSize_ = 0, oldCode_ = -1, firstPixel_ = -1;
-
-    size_t at_ = 0, inBlock_ = 0, blockBytes_ = 0;
-    uint8_t block_[255] = {};
-    int bit_ = 8;
-};
-
-class Encoder {
-public:
-    explicit Encoder(int depth) : initBits_(depth == 1 ? 2u : static_cast<unsigned>(depth)) {
-        out_.push_back(static_cast<uint8_t>(initBits_));
-        Reset();
-        Output(clearCode_);
-    }
-
-    void Put(unsigned x) {
-        if (!started_) {
-            started_ = true;
-            ent_ = x;
-            return;
-        }
-        unsigned h = (x * 32 ^ ent_) % kSlots;
-        for (unsigned s = 1; codes_[h]; s += 2, h = h >= kSlots ? h - kSlots : h) {
-            if (prefixes_[h] == ent_ && characters_[h] == x) {
-                ent_ = codes_[h];
-                return;
-            }
-            h += s;
-        }
-        Output(ent_);
-        unsigned before = freeEntry_;
-        if (freeEntry_ <= 4095) {
-            prefixes_[h] = ent_;
-            characters_[h] = x;
-            codes_[h] = freeEntry_++;
-        }
-        if (before == maxCode_ && nBits_ < 12) {
-            ++nBits_;
-            maxCode_ *= 2;
-        } else if (before == maxCode_) {
-            Output(clearCode_);
-            Reset();
-        }
-        ent_ = x;
-    }
-
-    Bytes Finish() {
-        if (started_) Output(ent_);
-        Output(clearCode_ + 1);
-        if (bitCount_ > 0) WriteBlock((bitCount_ + 7) / 8);
-        out_.push_back(0);
-        return out_;
-    }
-
-private:
-    static constexpr unsigned kSlots = 5003;
-
-    void Reset() {
-        nBits_ = initBits_ + 1;
-        clearCode_ = 1u << initBits_;
-        freeEntry_ = clearCode_ + 2;
-        maxCode_ = 1u << nBits_;
-        std::fill(std::begin(codes_), std::end(codes_), 0u);
-    }
-
-    void WriteBlock(unsigned bytes) {
-        out_.push_back(static_cast<uint8_t>(bytes));
-        out_.insert(out_.end(), buffer_, buffer_ + bytes);
-    }
-
-    void Output(unsigned code) {
-        unsigned i = bitCount_ / 8;
-        unsigned o = bitCount_ % 8;
-        if (i >= 251) {
-            WriteBlock(i);
-            buffer_[0] = buffer_[i];
-            bitCount_ = o;
-            i = 0;
-        }
-        unsigned v = o ? code << o | buffer_[i] : code;
-        for (unsigned byte = 0; byte < (o ? 3u : 2u); ++byte) buffer_[i + byte] = static_cast<uint8_t>(v >> 8 * byte);
-        bitCount_ += nBits_;
-    }
-
-    unsigned initBits_;
-    unsigned nBits_ = 0, clearCode_ = 0, freeEntry_ = 0, maxCode_ = 0, bitCount_ = 0, ent_ = 0;
-    bool started_ = false;
-    unsigned prefixes_[kSlots] = {}, codes_[kSlots] = {}, characters_[kSlots] = {};
-    uint8_t buffer_[259] = {};
-    Bytes out_;
-};
+    return std::move(out.Add({0}));
+}
 
 }  // namespace
 
 DecodeResult DecodeLiterally(const Bytes& chain, int codeSize, const Block& image) {
     if (codeSize < 2 || codeSize > 8) return kDecodeBadCodeSize;
+    Bytes pixels;
+    bool intact = DecodePixels(BitsOf(chain), codeSize, &pixels);
     MemoryLock lock(image.data);
-    return Decoder(chain, codeSize, lock.As<BitmapHeader>(), GetImageFields(image)).Run();
+    auto* bitmap = lock.As<BitmapHeader>();
+    bool interlaced = (GetImageFields(image).packed & kImageInterlaced) != 0;
+    std::vector<int> rows = RowOrder(bitmap->height, interlaced);
+    auto width = static_cast<size_t>(bitmap->width);
+    for (size_t i = 0; width > 0 && i < pixels.size() / width * width; ++i) {
+        // What is too much goes into row 0 of an interlaced image, and nowhere in another.
+        int row = i / width < rows.size() ? rows[i / width] : interlaced ? 0 : bitmap->height;
+        unsigned value = bitmap->bitCount == 1 ? pixels[i] > 0 : pixels[i];
+        SetImagePixel(bitmap, static_cast<int>(i % width), row, value);
+    }
+    return intact ? kDecodeDone : kDecodeCorrupt;
 }
 
 Bytes EncodeLiterally(const Block& image) {
@@ -248,12 +126,13 @@ Bytes EncodeLiterally(const Block& image) {
     auto* bitmap = lock.As<const BitmapHeader>();
     ImageFields fields = GetImageFields(image);
     int depth = DepthOfPacked(fields.packed);
-    Rows rows{bitmap->height, (fields.packed & kImageInterlaced) != 0};
-    Encoder encoder(depth);
-    for (int y = 0; y < bitmap->height; ++y, rows.Advance())
+    std::vector<int> rows = RowOrder(bitmap->height, (fields.packed & kImageInterlaced) != 0);
+    rows.resize(static_cast<size_t>(bitmap->height));  // the passes may name one row more
+    Bytes pixels;
+    for (int row : rows)
         for (int x = 0; x < bitmap->width; ++x) {
-            uint32_t value = GetImagePixel(bitmap, x, rows.row);
-            encoder.Put(value == kNoPixel ? 0 : value & ((1u << depth) - 1));
+            uint32_t value = GetImagePixel(bitmap, x, row);
+            pixels.push_back(static_cast<uint8_t>(value == kNoPixel ? 0 : value & ((1u << depth) - 1)));
         }
-    return encoder.Finish();
+    return EncodePixels(pixels, static_cast<unsigned>(std::max(depth, 2)));
 }

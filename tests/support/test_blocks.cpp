@@ -2,6 +2,13 @@
 
 #include "gif/descriptor.h"
 
+LoadedGif::LoadedGif(const Bytes& bytes) {
+    (void)CreateBlockList(this);
+    File file;
+    file.OpenMemory(bytes.data(), bytes.size());
+    result = ReadGif(this, file, &report);
+}
+
 Block MakeImage(int width, int height, int depth, int flags) {
     Block block = {};
     block.kind = kImageBlock;
@@ -21,6 +28,17 @@ Block MakeText(uint16_t kind, std::string_view text) {
 std::string TextOf(const Block& block) {
     MemoryLock lock(block.data);
     return lock ? std::string(lock.As<const char>(), block.dataLength) : "(none)";
+}
+
+std::string DescriptorOf(const Block& block) {
+    std::string bytes(block.descriptor, block.descriptor + kDescriptorBytes);
+    return bytes.substr(0, bytes.find_last_not_of('\0') + 1);
+}
+
+std::string NameOf(const Block& block) {
+    char name[kNameBytes];
+    (void)GetBlockName(name, block);
+    return name;
 }
 
 Block BlockAt(const BlockList& list, uint32_t index) {

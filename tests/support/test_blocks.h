@@ -4,7 +4,8 @@
 #include <string>
 #include <string_view>
 
-#include "gif/block_list.h"
+#include "gif/gif_reader.h"
+#include "tests/support/temp_folder.h"
 
 struct OwnedBlock : Block {
     OwnedBlock() : Block{} {}
@@ -21,6 +22,13 @@ struct OwnedList : BlockList {
     OwnedList& operator=(const OwnedList&) = delete;
 };
 
+// What is read from the bytes of a GIF file.
+struct LoadedGif : OwnedList {
+    explicit LoadedGif(const Bytes& bytes);
+    ReadResult result;
+    ReadReport report;
+};
+
 // An IMAGE block with a bitmap of index 0; `flags` are bits of its packed byte above the size code.
 Block MakeImage(int width, int height, int depth, int flags = 0);
 
@@ -29,6 +37,10 @@ Block MakeText(uint16_t kind, std::string_view text);
 
 // The text of a block, or "(none)".
 std::string TextOf(const Block& block);
+
+// The descriptor bytes of a block without the zeros at their end, and its name.
+std::string DescriptorOf(const Block& block);
+std::string NameOf(const Block& block);
 
 // The block at the index; an empty record when there is none.
 Block BlockAt(const BlockList& list, uint32_t index);
