@@ -32,7 +32,7 @@ bool SetGlobalPalette(BlockList* document, const AnimationPalette& palette) {
     if (!GetBlock(*document, &header, 0)) return false;
     memcpy(header.palette, palette.colours, kPaletteBytes);
     HeaderFields fields = GetHeaderFields(header);
-    fields.packed = static_cast<uint8_t>((fields.packed & ~kSizeCode) | (palette.depth - 1));
+    fields.packed = WithDepth(fields.packed, palette.depth);
     PutHeaderFields(&header, fields);
     return PutBlock(document, header, 0);
 }

@@ -27,7 +27,7 @@ bool RemapBlock(const AnimationPalette& palette, Block* block) {
     FreeMemory(block->data);
     block->data = remapped;
     ImageFields fields = GetImageFields(*block);
-    fields.packed = static_cast<uint8_t>((fields.packed & ~kSizeCode) | (palette.depth - 1));
+    fields.packed = WithDepth(fields.packed, palette.depth);
     PutImageFields(block, fields);
     memset(block->palette, 0, kPaletteBytes);  // it has no colours of its own any more
     return true;

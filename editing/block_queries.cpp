@@ -20,6 +20,11 @@ void SetLocalPalette(Block* image, const RgbTriple* palette) {
 
 }  // namespace
 
+bool GetHeader(const BlockList& list, Block* header) {
+    int index = FindHeader(list);
+    return index >= 0 && GetBlock(list, header, static_cast<uint32_t>(index));
+}
+
 bool ImagesUseGlobalPalette(const BlockList& list) {
     bool found = false;
     ForEachBlock(list, [&](const Block& block, uint32_t) {
@@ -55,8 +60,7 @@ bool FindPreviousImage(const BlockList& list, uint32_t index, Block* image) {
 
 int GetGlobalPalette(const BlockList& list, RgbTriple* palette) {
     Block header;
-    int index = FindHeader(list);
-    if (index < 0 || !GetBlock(list, &header, static_cast<uint32_t>(index))) return 0;
+    if (!GetHeader(list, &header)) return 0;
     uint8_t packed = GetHeaderFields(header).packed;
     if (!(packed & kHasPalette)) return 0;
     if (palette) memcpy(palette, header.palette, kPaletteBytes);

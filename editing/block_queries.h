@@ -3,6 +3,9 @@
 
 #include "gif/block_list.h"
 
+// Copies the document's first header into `header`; false when there is none or it can't be read.
+bool GetHeader(const BlockList& list, Block* header);
+
 // Whether some image has no local palette.
 bool ImagesUseGlobalPalette(const BlockList& list);
 

@@ -1,7 +1,9 @@
 #include "editing/palette_match.h"
 
+#include <algorithm>
 #include <cstring>
 
+#include "editing/block_queries.h"
 #include "gif/descriptor.h"
 #include "gif/image_import.h"
 #include "imaging/dither.h"
@@ -42,7 +44,7 @@ bool DescribeBitmap(Block* image) {
     ImageFields fields = GetImageFields(*image);
     fields.width = static_cast<uint16_t>(width);
     fields.height = static_cast<uint16_t>(height);
-    fields.packed = static_cast<uint8_t>((fields.packed & ~kSizeCode) | ((bitCount - 1) & kSizeCode));
+    fields.packed = WithDepth(fields.packed, std::min(bitCount, 8));
     PutImageFields(image, fields);
     return true;
 }
@@ -55,8 +57,7 @@ int AskPaletteChoice(WindowHandle owner, const Block& image) {
 
 bool MatchImportedPalette(WindowHandle owner, BlockList* document, Block* image) {
     Block header;
-    int headerIndex = FindHeader(*document);
-    if (headerIndex < 0 || !GetBlock(*document, &header, static_cast<uint32_t>(headerIndex))) return false;
+    if (!GetHeader(*document, &header)) return false;
     RgbTriples colours;
     int bitCount;
     if (!GetImageInfo(image->data, nullptr, nullptr, &bitCount, colours)) return false;

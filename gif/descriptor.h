@@ -33,6 +33,10 @@ constexpr int kControlDisposalShift = 2;
 constexpr int DepthOfPacked(uint8_t packed) {
     return (packed & kSizeCode) + 1;
 }
+// `packed` with the low bits for `depth` (1 to 8).
+constexpr uint8_t WithDepth(uint8_t packed, int depth) {
+    return static_cast<uint8_t>((packed & ~kSizeCode) | (depth - 1));
+}
 constexpr int ColoursOfPacked(uint8_t packed) {
     return 1 << DepthOfPacked(packed);
 }

@@ -9,6 +9,7 @@
 #include "app/services/shell_objects.h"
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/palette_buttons.h"
+#include "editing/dialogs/scoped_value.h"
 #include "platform/prompts.h"
 #include "resources/editor_ids.h"
 #include "resources/string_ids.h"
@@ -62,8 +63,9 @@ INT_PTR OnCommand(HWND dialog, const DialogKind& kind, int id, int notification)
         ShowHelp(dialog, kind.helpKeyword);
         return TRUE;
     }
-    if (kind.buttons && notification == BN_CLICKED && OnPaletteButton(dialog, *kind.buttons, id)) return TRUE;
-    return kind.onCommand && kind.onCommand(dialog, id, notification);
+    if (notification != BN_CLICKED) return FALSE;
+    if (kind.buttons && OnPaletteButton(dialog, *kind.buttons, id)) return TRUE;
+    return kind.onClick && kind.onClick(dialog, id);
 }
 
 INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -79,7 +81,7 @@ INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wPar
 
 INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_INITDIALOG) return OnInitDialog(dialog, *reinterpret_cast<const DialogKind*>(lParam));
-    auto* kind = reinterpret_cast<const DialogKind*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    const auto* kind = reinterpret_cast<const DialogKind*>(GetWindowLongPtrW(dialog, DWLP_USER));
     if (!kind) return FALSE;
     try {
         return OnMessage(dialog, *kind, message, wParam, lParam);
@@ -92,9 +94,9 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
 
 void* editedBlock = nullptr;
 
-INT_PTR RunEditingDialog(HWND parent, const DialogKind& kind, void* edited) {
+int RunEditingDialog(HWND parent, const DialogKind& kind, void* edited) {
     INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_UPDOWN_CLASS};
     InitCommonControlsEx(&classes);
-    EditedBlock subject(edited);
-    return RunDialog(parent, kind.templateName, DialogProc, const_cast<DialogKind*>(&kind));
+    ScopedValue<void*> subject(&editedBlock, edited);
+    return static_cast<int>(RunDialog(parent, kind.templateName, DialogProc, const_cast<DialogKind*>(&kind)));
 }

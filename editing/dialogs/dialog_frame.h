@@ -8,15 +8,15 @@ struct PaletteButtons;
 // One kind of dialog. Every procedure reaches what is edited through editedBlock; any of them may be null.
 struct DialogKind {
     const wchar_t* templateName;
-    const char* helpKeyword;        // the page that the Help button opens
-    bool (*show)(HWND dialog);      // fills the controls; false: told to the user as out of memory, ends with 0
-    INT_PTR (*take)(HWND dialog);   // on OK: reads the controls back and returns what the dialog ends with
-    INT_PTR cancelResult;           // what it ends with on Cancel
-    const PaletteButtons* buttons;  // its colour and eyedropper buttons
-    bool (*onCommand)(HWND dialog, int id, int notification);  // other commands; whether it was one of the dialog's
-    INT_PTR (*onMessage)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam);  // other messages
+    const char* helpKeyword;                  // the page that the Help button opens
+    bool (*show)(HWND dialog);                // fills the controls; false: told as out of memory, ends with 0
+    int (*take)(HWND dialog) = nullptr;       // on OK: reads the controls back and returns what the dialog ends with
+    int cancelResult = 0;                     // what it ends with on Cancel
+    const PaletteButtons* buttons = nullptr;  // its colour and eyedropper buttons
+    bool (*onClick)(HWND dialog, int id) = nullptr;  // a click on another control; whether it was one of the dialog's
+    INT_PTR (*onMessage)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) = nullptr;  // other messages
 };
 
 // Runs the dialog over `edited`, as its own DialogKind describes. Returns what it ended with, or 0 when it can't be
 // shown. `kind` must outlive the dialog.
-INT_PTR RunEditingDialog(HWND parent, const DialogKind& kind, void* edited);
+int RunEditingDialog(HWND parent, const DialogKind& kind, void* edited);

@@ -1,7 +1,5 @@
 #include "editing/dialogs/draw_buttons.h"
 
-#include <algorithm>
-
 #include "app/services/shell_objects.h"
 #include "imaging/draw/gdi_guards.h"
 

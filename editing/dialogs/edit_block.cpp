@@ -1,9 +1,8 @@
 #include "editing/dialogs/edit_block.h"
 
-#include <cstdio>
-
 #include "app/services/messages.h"
 #include "editing/dialogs/block_editors.h"
+#include "editing/dialogs/fields.h"
 #include "gif/descriptor.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
@@ -19,10 +18,10 @@ constexpr BlockEditor kBlockEditors[] = {
     {kPlainTextBlock, EditPlainText}, {kCommentBlock, EditComment}, {kLoopBlock, EditLoop},
 };
 
-// Releases the texts that `other` has in place of those of `block`.
-void ReleaseReplaced(const Block& block, const Block& other) {
-    if (block.data != other.data) FreeMemory(block.data);
-    if (block.name != other.name) FreeMemory(block.name);
+// Releases the texts of `dropped` that `kept` does not share.
+void ReleaseReplaced(const Block& dropped, const Block& kept) {
+    if (dropped.data != kept.data) FreeMemory(dropped.data);
+    if (dropped.name != kept.name) FreeMemory(dropped.name);
 }
 
 int EditCopy(HWND mainWindow, BlockList* document, uint32_t index, const Block& original, const BlockEditor& editor) {
@@ -30,22 +29,16 @@ int EditCopy(HWND mainWindow, BlockList* document, uint32_t index, const Block& 
     bool keep = editor.edit(mainWindow, &copy) != 0;
     bool written = keep && PutBlock(document, copy, index);
     written ? ReleaseReplaced(original, copy) : ReleaseReplaced(copy, original);
-    return !keep ? kBlockUnchanged : written ? kBlockEdited : kBlockInaccessible;
+    if (!keep) return kBlockUnchanged;
+    return written ? kBlockEdited : kBlockInaccessible;
 }
-
-// The format comes from the string table, whose text and arguments are fixed together.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
 void ShowApplicationBlock(HWND owner, const Block& block) {
     char text[kPathBytes];
-    auto* descriptor = reinterpret_cast<const char*>(block.descriptor);
-    snprintf(text, sizeof text, LoadStr(IDS_APPLICATION_BLOCK), descriptor + kIdentifierOffset,
-             descriptor + kAuthenticationOffset);
+    const auto* descriptor = reinterpret_cast<const char*>(block.descriptor);
+    FormatStr(text, IDS_APPLICATION_BLOCK, descriptor + kIdentifierOffset, descriptor + kAuthenticationOffset);
     MessageBox(owner, text);
 }
-
-#pragma GCC diagnostic pop
 
 // What becomes of a block whose kind has no dialog.
 int RefuseBlock(HWND owner, const Block& block) {

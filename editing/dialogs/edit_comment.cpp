@@ -10,16 +10,15 @@ bool ShowComment(HWND dialog) {
     return ShowBlockText(dialog, IDC_COMMENT_TEXT, *Edited<Block>());
 }
 
-INT_PTR TakeComment(HWND dialog) {
+int TakeComment(HWND dialog) {
     TakeBlockText(dialog, IDC_COMMENT_TEXT, Edited<Block>());
     return 1;
 }
 
-constexpr DialogKind kCommentDialog = {L"EditCommentBox", "KLMComment", ShowComment, TakeComment, 0,
-                                       nullptr,           nullptr,      nullptr};
+constexpr DialogKind kCommentDialog = {L"EditCommentBox", "KLMComment", ShowComment, TakeComment};
 
 }  // namespace
 
 int EditComment(HWND parent, Block* block) {
-    return static_cast<int>(RunEditingDialog(parent, kCommentDialog, block));
+    return RunEditingDialog(parent, kCommentDialog, block);
 }

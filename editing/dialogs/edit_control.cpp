@@ -15,22 +15,14 @@ namespace {
 
 constexpr unsigned kDisposals = 4;  // the codes that have a name; 4 to 7 show as no selection
 
-uint8_t TransparentIndex(const Block& block) {
-    return GetControlFields(block).transparentIndex;
-}
-
-void SetTransparentIndex(Block* block, uint8_t index) {
-    ControlFields control = GetControlFields(*block);
-    control.transparentIndex = index;
-    PutControlFields(block, control);
-}
-
 bool FindImage(const Block& block, Block* image) {
     return FindNextImage(*block.owner, block.position, image);
 }
 
 constexpr PaletteButtons kButtons = {
-    {{IDC_COLOUR, TransparentIndex, SetTransparentIndex}}, BorrowedColourCount, {IDC_EYEDROPPER}, FindImage};
+    {ColourButtonFor<GetControlFields, PutControlFields, &ControlFields::transparentIndex>(IDC_COLOUR, IDC_EYEDROPPER)},
+    BorrowedColourCount,
+    FindImage};
 
 bool IsTransparent(const Block& block) {
     return (GetControlFields(block).packed & kControlTransparent) != 0;
@@ -41,7 +33,7 @@ void ShowTransparency(HWND dialog) {
     Block image;
     bool transparent = IsTransparent(block);
     ShowCheck(dialog, IDC_CONTROL_TRANSPARENT, transparent);
-    EnableWindow(GetDlgItem(dialog, IDC_COLOUR), transparent);
+    EnableControl(dialog, IDC_COLOUR, transparent);
     EnableEyedroppers(dialog, kButtons, transparent && FindImage(block, &image));
 }
 
@@ -65,7 +57,7 @@ bool ShowControl(HWND dialog) {
     return true;
 }
 
-INT_PTR TakeControl(HWND dialog) {
+int TakeControl(HWND dialog) {
     ControlFields control = GetControlFields(*Edited<Block>());
     control.packed = TakeFlag(dialog, IDC_CONTROL_TRANSPARENT, control.packed, kControlTransparent);
     control.packed = TakeFlag(dialog, IDC_CONTROL_USER_INPUT, control.packed, kControlUserInput);
@@ -77,8 +69,8 @@ INT_PTR TakeControl(HWND dialog) {
     return 1;
 }
 
-bool OnControlCommand(HWND dialog, int id, int notification) {
-    if (id != IDC_CONTROL_TRANSPARENT || notification != BN_CLICKED) return false;
+bool OnControlClick(HWND dialog, int id) {
+    if (id != IDC_CONTROL_TRANSPARENT) return false;
     ControlFields control = GetControlFields(*Edited<Block>());
     control.packed ^= kControlTransparent;
     PutControlFields(Edited<Block>(), control);
@@ -86,14 +78,14 @@ bool OnControlCommand(HWND dialog, int id, int notification) {
     return true;
 }
 
-constexpr DialogKind kControlDialog = {L"EditControlBox", "KLMControl",     ShowControl, TakeControl, 0,
-                                       &kButtons,         OnControlCommand, nullptr};
+constexpr DialogKind kControlDialog = {L"EditControlBox", "KLMControl",  ShowControl, TakeControl, 0,
+                                       &kButtons,         OnControlClick};
 
 }  // namespace
 
 int EditControl(HWND parent, Block* block) {
     BorrowedPalette palette(block);
-    if (palette) return static_cast<int>(RunEditingDialog(parent, kControlDialog, block));
+    if (palette) return RunEditingDialog(parent, kControlDialog, block);
     MessageBox(parent, LoadStr(IDS_NO_PALETTE_FOR_CONTROL));
     return 0;
 }

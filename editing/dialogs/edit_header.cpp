@@ -12,21 +12,14 @@
 
 namespace {
 
-uint8_t Background(const Block& block) {
-    return GetHeaderFields(block).backgroundIndex;
-}
-
-void SetBackground(Block* block, uint8_t index) {
-    HeaderFields header = GetHeaderFields(*block);
-    header.backgroundIndex = index;
-    PutHeaderFields(block, header);
-}
-
 uint32_t ColourCount(const Block& block) {
     return static_cast<uint32_t>(ColoursOfPacked(GetHeaderFields(block).packed));
 }
 
-constexpr PaletteButtons kButtons = {{{IDC_COLOUR, Background, SetBackground}}, ColourCount, {}, nullptr};
+constexpr PaletteButtons kButtons = {
+    {ColourButtonFor<GetHeaderFields, PutHeaderFields, &HeaderFields::backgroundIndex>(IDC_COLOUR, 0)},
+    ColourCount,
+    nullptr};
 
 bool ShowHeader(HWND dialog) {
     HeaderFields header = GetHeaderFields(*Edited<Block>());
@@ -39,7 +32,7 @@ bool ShowHeader(HWND dialog) {
     return true;
 }
 
-INT_PTR TakeHeader(HWND dialog) {
+int TakeHeader(HWND dialog) {
     HeaderFields header = GetHeaderFields(*Edited<Block>());
     header.packed = TakeFlag(dialog, IDC_HEADER_SORTED, header.packed, kHeaderSorted);
     header.packed = TakeFlag(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed, kHasPalette);
@@ -59,27 +52,23 @@ bool CanDropGlobalPalette(HWND dialog, const Block& header) {
     return false;
 }
 
-void OnGlobalPalette(HWND dialog) {
+bool OnHeaderClick(HWND dialog, int id) {
+    if (id != IDC_HEADER_GLOBAL_PALETTE) return false;
     const Block& header = *Edited<Block>();
     if (TakeCheck(dialog, IDC_HEADER_GLOBAL_PALETTE)) {
         if (CanDropGlobalPalette(dialog, header)) ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, false);
-        return;
+        return true;
     }
     if (!HasColours(header)) MessageBox(dialog, LoadStr(IDS_NO_GLOBAL_COLOURS));
     ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, true);
-}
-
-bool OnHeaderCommand(HWND dialog, int id, int notification) {
-    if (id != IDC_HEADER_GLOBAL_PALETTE || notification != BN_CLICKED) return false;
-    OnGlobalPalette(dialog);
     return true;
 }
 
-constexpr DialogKind kHeaderDialog = {L"EditHeaderBox", "KLMHeader",     ShowHeader, TakeHeader, 0,
-                                      &kButtons,        OnHeaderCommand, nullptr};
+constexpr DialogKind kHeaderDialog = {L"EditHeaderBox", "KLMHeader",  ShowHeader, TakeHeader, 0,
+                                      &kButtons,        OnHeaderClick};
 
 }  // namespace
 
 int EditHeader(HWND parent, Block* block) {
-    return static_cast<int>(RunEditingDialog(parent, kHeaderDialog, block));
+    return RunEditingDialog(parent, kHeaderDialog, block);
 }

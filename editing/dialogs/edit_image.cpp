@@ -22,7 +22,7 @@ bool ShowImage(HWND dialog) {
     ShowCheck(dialog, IDC_IMAGE_LOCAL_PALETTE, image.packed & kHasPalette);
     ShowColourCount(dialog, IDC_IMAGE_COLOURS, image.packed);
     bool hasGlobalPalette = block.owner && GetGlobalPalette(*block.owner, nullptr);
-    EnableWindow(GetDlgItem(dialog, IDC_IMAGE_LOCAL_PALETTE), hasGlobalPalette);
+    EnableControl(dialog, IDC_IMAGE_LOCAL_PALETTE, hasGlobalPalette);
     ShowCheck(dialog, IDC_IMAGE_INTERLACED, image.packed & kImageInterlaced);
     return true;
 }
@@ -38,7 +38,7 @@ void TakeName(HWND dialog, Block* block) {
         MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
 }
 
-INT_PTR TakeImage(HWND dialog) {
+int TakeImage(HWND dialog) {
     ImageFields image = GetImageFields(*Edited<Block>());
     image.left = TakeNumber(dialog, IDC_IMAGE_LEFT);
     image.top = TakeNumber(dialog, IDC_IMAGE_TOP);
@@ -49,10 +49,10 @@ INT_PTR TakeImage(HWND dialog) {
     return 1;
 }
 
-constexpr DialogKind kImageDialog = {L"EditImageBox", "KLMImage", ShowImage, TakeImage, 0, nullptr, nullptr, nullptr};
+constexpr DialogKind kImageDialog = {L"EditImageBox", "KLMImage", ShowImage, TakeImage};
 
 }  // namespace
 
 int EditImage(HWND parent, Block* block) {
-    return static_cast<int>(RunEditingDialog(parent, kImageDialog, block));
+    return RunEditingDialog(parent, kImageDialog, block);
 }

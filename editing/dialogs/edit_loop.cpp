@@ -12,15 +12,15 @@ bool ShowLoop(HWND dialog) {
     return true;
 }
 
-INT_PTR TakeLoop(HWND dialog) {
+int TakeLoop(HWND dialog) {
     PutLoopIterations(Edited<Block>(), TakeNumber(dialog, IDC_LOOP_ITERATIONS));
     return 1;
 }
 
-constexpr DialogKind kLoopDialog = {L"EditLoopBox", "KLMLoop", ShowLoop, TakeLoop, 0, nullptr, nullptr, nullptr};
+constexpr DialogKind kLoopDialog = {L"EditLoopBox", "KLMLoop", ShowLoop, TakeLoop};
 
 }  // namespace
 
 int EditLoop(HWND parent, Block* block) {
-    return static_cast<int>(RunEditingDialog(parent, kLoopDialog, block));
+    return RunEditingDialog(parent, kLoopDialog, block);
 }

@@ -12,26 +12,11 @@
 namespace {
 
 // Colours chosen with the buttons are kept even by Cancel, so that always counts as a change.
-constexpr INT_PTR kKeep = 1;
+constexpr int kKeep = 1;
 
-uint8_t Foreground(const Block& block) {
-    return GetPlainTextFields(block).foregroundIndex;
-}
-
-void SetForeground(Block* block, uint8_t index) {
-    PlainTextFields text = GetPlainTextFields(*block);
-    text.foregroundIndex = index;
-    PutPlainTextFields(block, text);
-}
-
-uint8_t Background(const Block& block) {
-    return GetPlainTextFields(block).backgroundIndex;
-}
-
-void SetBackground(Block* block, uint8_t index) {
-    PlainTextFields text = GetPlainTextFields(*block);
-    text.backgroundIndex = index;
-    PutPlainTextFields(block, text);
+template <auto field>
+constexpr ColourButton ButtonFor(int id, int eyedropper) {
+    return ColourButtonFor<GetPlainTextFields, PutPlainTextFields, field>(id, eyedropper);
 }
 
 // The eyedroppers show what the text is drawn over: the image before it.
@@ -40,9 +25,9 @@ bool FindImage(const Block& block, Block* image) {
 }
 
 constexpr PaletteButtons kButtons = {
-    {{IDC_COLOUR, Foreground, SetForeground}, {IDC_SECOND_COLOUR, Background, SetBackground}},
+    {ButtonFor<&PlainTextFields::foregroundIndex>(IDC_COLOUR, IDC_EYEDROPPER),
+     ButtonFor<&PlainTextFields::backgroundIndex>(IDC_SECOND_COLOUR, IDC_SECOND_EYEDROPPER)},
     BorrowedColourCount,
-    {IDC_EYEDROPPER, IDC_SECOND_EYEDROPPER},
     FindImage};
 
 bool ShowPlainText(HWND dialog) {
@@ -60,7 +45,7 @@ bool ShowPlainText(HWND dialog) {
     return ShowBlockText(dialog, IDC_PLAIN_TEXT, block);
 }
 
-INT_PTR TakePlainText(HWND dialog) {
+int TakePlainText(HWND dialog) {
     PlainTextFields text = GetPlainTextFields(*Edited<Block>());
     text.left = TakeNumber(dialog, IDC_PLAIN_LEFT);
     text.top = TakeNumber(dialog, IDC_PLAIN_TOP);
@@ -74,12 +59,12 @@ INT_PTR TakePlainText(HWND dialog) {
     return kKeep;
 }
 
-constexpr DialogKind kPlainTextDialog = {L"EditPlainTextBox", "KLMPlaintext", ShowPlainText, TakePlainText, kKeep,
-                                         &kButtons,           nullptr,        nullptr};
+constexpr DialogKind kPlainTextDialog = {L"EditPlainTextBox", "KLMPlaintext", ShowPlainText,
+                                         TakePlainText,       kKeep,          &kButtons};
 
 }  // namespace
 
 int EditPlainText(HWND parent, Block* block) {
     BorrowedPalette palette(block);
-    return static_cast<int>(RunEditingDialog(parent, kPlainTextDialog, block));
+    return RunEditingDialog(parent, kPlainTextDialog, block);
 }

@@ -1,11 +1,12 @@
 #include "editing/dialogs/fields.h"
 
-#include <cstdio>
-
 #include "gif/descriptor.h"
-#include "platform/prompts.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
+
+void EnableControl(HWND dialog, int id, bool enable) {
+    EnableWindow(GetDlgItem(dialog, id), enable);
+}
 
 void ShowNumber(HWND dialog, int id, unsigned number) {
     SetDlgItemInt(dialog, id, number, FALSE);
@@ -27,14 +28,8 @@ uint8_t TakeFlag(HWND dialog, int id, uint8_t packed, uint8_t mask) {
     return static_cast<uint8_t>(TakeCheck(dialog, id) ? packed | mask : packed & ~mask);
 }
 
-// The format comes from the string table, whose text and arguments are fixed together.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-
 void ShowColourCount(HWND dialog, int id, uint8_t packed) {
     char text[kPathBytes];
-    snprintf(text, sizeof text, LoadStr(IDS_COLOUR_COUNT), static_cast<unsigned>(ColoursOfPacked(packed)));
+    FormatStr(text, IDS_COLOUR_COUNT, static_cast<unsigned>(ColoursOfPacked(packed)));
     SetDlgItemTextW(dialog, id, WideFrom1252(text).c_str());
 }
-
-#pragma GCC diagnostic pop

@@ -1,9 +1,13 @@
-// Numbers and check boxes in dialogs.
+// Numbers, check boxes and texts in dialogs.
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 
+#include "platform/prompts.h"
 #include "platform/windows_api.h"
+
+void EnableControl(HWND dialog, int id, bool enable);
 
 void ShowNumber(HWND dialog, int id, unsigned number);
 
@@ -15,6 +19,16 @@ bool TakeCheck(HWND dialog, int id);
 
 // `packed` with the bits of `mask` set or cleared as the check box is.
 uint8_t TakeFlag(HWND dialog, int id, uint8_t packed, uint8_t mask);
+
+// Fills `text` with the string number `id`, a printf format that `values` go into. (The string table's texts and the
+// arguments here are fixed together, which the compiler can't see.)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+template <size_t size, typename... Values>
+void FormatStr(char (&text)[size], unsigned id, Values... values) {
+    snprintf(text, size, LoadStr(id), values...);
+}
+#pragma GCC diagnostic pop
 
 // Shows the string "%u colours" for the size code in a header's or an image's packed byte.
 void ShowColourCount(HWND dialog, int id, uint8_t packed);

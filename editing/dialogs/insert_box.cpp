@@ -3,6 +3,7 @@
 #include "editing/block_queries.h"
 #include "editing/dialogs/dialog_frame.h"
 #include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
 #include "resources/insert_ids.h"
 
 namespace {
@@ -19,21 +20,20 @@ constexpr KindButton kButtons[] = {
 
 // A plain text needs colours of the global palette.
 bool ShowKinds(HWND dialog) {
-    EnableWindow(GetDlgItem(dialog, IDC_INSERT_PLAIN_TEXT), GetGlobalPalette(*Edited<BlockList>(), nullptr) > 0);
+    EnableControl(dialog, IDC_INSERT_PLAIN_TEXT, GetGlobalPalette(*Edited<BlockList>(), nullptr) > 0);
     return true;
 }
 
-bool OnKind(HWND dialog, int id, int notification) {
-    if (notification != BN_CLICKED) return false;
+bool OnKind(HWND dialog, int id) {
     for (const KindButton& button : kButtons)
         if (button.id == id) return EndDialog(dialog, button.kind);
     return false;
 }
 
-constexpr DialogKind kInsertBox = {L"InsertBox", nullptr, ShowKinds, nullptr, 0, nullptr, OnKind, nullptr};
+constexpr DialogKind kInsertBox = {L"InsertBox", nullptr, ShowKinds, nullptr, 0, nullptr, OnKind};
 
 }  // namespace
 
 int ChooseInsertKind(HWND mainWindow, BlockList* document) {
-    return static_cast<int>(RunEditingDialog(mainWindow, kInsertBox, document));
+    return RunEditingDialog(mainWindow, kInsertBox, document);
 }

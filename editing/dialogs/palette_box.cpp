@@ -19,39 +19,33 @@ bool HasTwoColours(const Block& image) {
 // Whether the document has colours that an image could be fitted to.
 bool HasTarget(const Block& image) {
     Block header;
-    int index = image.owner ? FindHeader(*image.owner) : -1;
-    return index >= 0 && GetBlock(*image.owner, &header, static_cast<uint32_t>(index)) && HasColours(header);
-}
-
-void Enable(HWND dialog, int id, bool enabled) {
-    EnableWindow(GetDlgItem(dialog, id), enabled);
+    return image.owner && GetHeader(*image.owner, &header) && HasColours(header);
 }
 
 bool ShowChoices(HWND dialog) {
     const Block& image = *Edited<const Block>();
     bool target = HasTarget(image);
     bool twoColours = HasTwoColours(image);  // nothing to dither
-    Enable(dialog, IDC_PALETTE_REMAP, target);
-    Enable(dialog, IDC_PALETTE_DITHER, target && !twoColours);
+    EnableControl(dialog, IDC_PALETTE_REMAP, target);
+    EnableControl(dialog, IDC_PALETTE_DITHER, target && !twoColours);
     CheckRadioButton(dialog, IDC_PALETTE_REMAP, IDC_PALETTE_DITHER,
                      twoColours ? IDC_PALETTE_REMAP : IDC_PALETTE_DITHER);
     ShowCheck(dialog, IDC_PALETTE_SUBSEQUENT, true);
     return true;
 }
 
-INT_PTR TakeChoice(HWND dialog) {
+int TakeChoice(HWND dialog) {
     int choice = TakeCheck(dialog, IDC_PALETTE_REMAP) ? kPaletteRemap : kPaletteDither;
     paletteChoiceForInsert = TakeCheck(dialog, IDC_PALETTE_SUBSEQUENT) ? choice : kAskForPalette;
     return choice;
 }
 
-constexpr DialogKind kPaletteBox = {L"PaletteNoMatchBox", "KLMInsert", ShowChoices, TakeChoice,
-                                    kPaletteCancel,       nullptr,     nullptr,     nullptr};
+constexpr DialogKind kPaletteBox = {L"PaletteNoMatchBox", "KLMInsert", ShowChoices, TakeChoice, kPaletteCancel};
 
 }  // namespace
 
 int RunPaletteDialog(WindowHandle owner, const Block& image) {
     Block subject = image;
-    INT_PTR choice = RunEditingDialog(static_cast<HWND>(owner), kPaletteBox, &subject);
-    return choice ? static_cast<int>(choice) : kPaletteCancel;  // a dialog that can't be shown agrees to nothing
+    int choice = RunEditingDialog(static_cast<HWND>(owner), kPaletteBox, &subject);
+    return choice ? choice : kPaletteCancel;  // a dialog that can't be shown agrees to nothing
 }

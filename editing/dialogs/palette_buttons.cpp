@@ -31,7 +31,7 @@ void OnEyedropper(HWND dialog, const PaletteButtons& buttons, const ColourButton
 }  // namespace
 
 void ShowPaletteButtons(HWND dialog, const PaletteButtons& buttons) {
-    for (const ColourButton& button : buttons.colours) {
+    for (const ColourButton& button : buttons.buttons) {
         if (!button.id) continue;
         ShowNumber(dialog, button.id, button.index(*Edited<Block>()));
         InvalidateRect(GetDlgItem(dialog, button.id), nullptr, FALSE);
@@ -39,15 +39,19 @@ void ShowPaletteButtons(HWND dialog, const PaletteButtons& buttons) {
 }
 
 void EnableEyedroppers(HWND dialog, const PaletteButtons& buttons, bool enable) {
-    for (int id : buttons.eyedroppers)
-        if (id) EnableWindow(GetDlgItem(dialog, id), enable);
+    for (const ColourButton& button : buttons.buttons)
+        if (button.eyedropper) EnableControl(dialog, button.eyedropper, enable);
 }
 
 bool OnPaletteButton(HWND dialog, const PaletteButtons& buttons, int id) {
-    for (int i = 0; i < kColourButtons; ++i) {
-        const ColourButton& button = buttons.colours[i];
-        if (id == button.id) return OnColour(dialog, buttons, button), true;
-        if (id == buttons.eyedroppers[i]) return OnEyedropper(dialog, buttons, button), true;
+    for (const ColourButton& button : buttons.buttons) {
+        if (id == button.id)
+            OnColour(dialog, buttons, button);
+        else if (id == button.eyedropper)
+            OnEyedropper(dialog, buttons, button);
+        else
+            continue;
+        return true;
     }
     return false;
 }
@@ -55,10 +59,14 @@ bool OnPaletteButton(HWND dialog, const PaletteButtons& buttons, int id) {
 BOOL DrawPaletteButton(HWND dialog, const PaletteButtons& buttons, const DRAWITEMSTRUCT& item) {
     const Block& block = *Edited<Block>();
     auto id = static_cast<int>(item.CtlID);
-    for (int i = 0; i < kColourButtons; ++i) {
-        const ColourButton& button = buttons.colours[i];
-        if (id == button.id) return DrawColourButton(dialog, item, block.palette, button.index(block)), TRUE;
-        if (id == buttons.eyedroppers[i]) return DrawBitmapButton(dialog, item, IDB_EYEDROPPER, 0), TRUE;
+    for (const ColourButton& button : buttons.buttons) {
+        if (id == button.id)
+            DrawColourButton(dialog, item, block.palette, button.index(block));
+        else if (id == button.eyedropper)
+            DrawBitmapButton(dialog, item, IDB_EYEDROPPER, 0);
+        else
+            continue;
+        return TRUE;
     }
     return FALSE;
 }

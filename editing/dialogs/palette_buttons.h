@@ -9,16 +9,25 @@
 
 struct ColourButton {
     int id;                                // 0: none
+    int eyedropper;                        // the id of the button that takes its index from an image; 0: none
     uint8_t (*index)(const Block& block);  // the palette index it stands for
     void (*store)(Block* block, uint8_t index);
 };
 
-constexpr int kColourButtons = 2;
+// The button for the index `field` among the fields that `get` and `put` read and write.
+template <auto get, auto put, auto field>
+constexpr ColourButton ColourButtonFor(int id, int eyedropper) {
+    return {id, eyedropper, [](const Block& block) { return get(block).*field; },
+            [](Block* block, uint8_t index) {
+                auto fields = get(*block);
+                fields.*field = index;
+                put(block, fields);
+            }};
+}
 
 struct PaletteButtons {
-    ColourButton colours[kColourButtons];
+    ColourButton buttons[2];
     uint32_t (*colourCount)(const Block& block);          // how many entries of its palette can be chosen
-    int eyedroppers[kColourButtons];                      // ids; each serves the colour button of its place
     bool (*findImage)(const Block& block, Block* image);  // the image that the eyedroppers show
 };
 

@@ -1,7 +1,10 @@
 #include "editing/dialogs/pick_colour.h"
 
+#include <cstring>
+
 #include "app/services/shell_objects.h"
 #include "editing/block_queries.h"
+#include "editing/dialogs/scoped_value.h"
 #include "gif/descriptor.h"
 #include "imaging/draw/draw_image.h"
 #include "imaging/draw/gdi_guards.h"
@@ -19,21 +22,10 @@ struct Eyedropper {
 };
 Eyedropper eyedropper = {};
 
-class RunningEyedropper {
-public:
-    RunningEyedropper(const Block& image, uint32_t* result) : previous_(eyedropper) { eyedropper = {&image, result}; }
-    ~RunningEyedropper() { eyedropper = previous_; }
-    RunningEyedropper(const RunningEyedropper&) = delete;
-    RunningEyedropper& operator=(const RunningEyedropper&) = delete;
-
-private:
-    Eyedropper previous_;
-};
-
 // The colours that the image is seen in; false when neither it nor its document brings any, and its bitmap's count.
 bool FindColours(const Block& image, RgbTriple* palette) {
     if (!(GetImageFields(image).packed & kHasPalette)) return image.owner && GetGlobalPalette(*image.owner, palette);
-    for (int i = 0; i < kPaletteEntries; ++i) palette[i] = image.palette[i];
+    memcpy(palette, image.palette, kPaletteBytes);
     return true;
 }
 
@@ -108,7 +100,7 @@ void RunUntilClosed() {
     }
 }
 
-bool Pick(HWND parent, uint32_t* index) {
+bool Pick(HWND parent) {
     EyedropperClass windowClass;
     HWND window = CreateWindowExW(0, kClassName, L"", WS_POPUP | WS_MAXIMIZE, CW_USEDEFAULT, CW_USEDEFAULT,
                                   CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, hInstance, nullptr);
@@ -117,14 +109,14 @@ bool Pick(HWND parent, uint32_t* index) {
     ShowWindow(window, SW_SHOWMAXIMIZED);
     RunUntilClosed();
     EnableWindow(parent, TRUE);
-    return *index != kNoPixel;
+    return *eyedropper.result != kNoPixel;
 }
 
 }  // namespace
 
 bool PickColourFromImage(HWND parent, const Block& image, uint32_t* index) {
-    RunningEyedropper running(image, index);
-    bool picked = Pick(parent, index);
+    ScopedValue<Eyedropper> running(&eyedropper, {&image, index});
+    bool picked = Pick(parent);
     if (parent) UpdateWindow(parent);
     return picked;
 }

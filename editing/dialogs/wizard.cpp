@@ -1,6 +1,5 @@
 #include "editing/dialogs/wizard.h"
 
-#include <cstdio>
 #include <initializer_list>
 #include <iterator>
 #include <new>
@@ -28,21 +27,15 @@ constexpr WPARAM kUsualDelay = 6;  // its index
 constexpr int kDelayTextBytes = 64;
 constexpr int kPictureLeft = 8, kPictureTop = 8;  // pixels
 
-// The format comes from the string table, whose text and argument are fixed together.
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wformat-nonliteral"
-
 void FillDelays(HWND dialog) {
     for (int delay : kDelays) {
         char text[kDelayTextBytes];
-        snprintf(text, sizeof text, LoadStr(IDS_DELAY_ITEM), static_cast<unsigned>(delay));
+        FormatStr(text, IDS_DELAY_ITEM, static_cast<unsigned>(delay));
         SendDlgItemMessageW(dialog, IDC_WIZARD_DELAYS, LB_ADDSTRING, 0,
                             reinterpret_cast<LPARAM>(WideFrom1252(text).c_str()));
     }
     SendDlgItemMessageW(dialog, IDC_WIZARD_DELAYS, LB_SETCURSEL, kUsualDelay, 0);
 }
-
-#pragma GCC diagnostic pop
 
 bool ShowWizard(HWND dialog) {
     for (int id : {IDC_WIZARD_WEB, IDC_WIZARD_LOOP, IDC_WIZARD_SUPER_PALETTE}) ShowCheck(dialog, id, true);
@@ -109,15 +102,15 @@ void OnNext(HWND dialog) {
     ShowWizardPage(dialog);
 }
 
-bool OnWizardCommand(HWND dialog, int id, int notification) {
-    if (notification != BN_CLICKED) return false;
+bool OnWizardClick(HWND dialog, int id) {
     switch (id) {
-        case IDC_WIZARD_BACK: return OnBack(dialog), true;
-        case IDC_WIZARD_NEXT: return OnNext(dialog), true;
-        case IDC_WIZARD_SELECT: return SelectWizardFiles(dialog), true;
-        case IDC_WIZARD_DELETE: return DeleteWizardFile(dialog), true;
+        case IDC_WIZARD_BACK: OnBack(dialog); break;
+        case IDC_WIZARD_NEXT: OnNext(dialog); break;
+        case IDC_WIZARD_SELECT: SelectWizardFiles(dialog); break;
+        case IDC_WIZARD_DELETE: DeleteWizardFile(dialog); break;
+        default: return false;
     }
-    return false;
+    return true;
 }
 
 // Draws the bitmap resource onto `dc` at the picture's place; nothing when it can't be loaded.
@@ -147,11 +140,11 @@ INT_PTR OnWizardMessage(HWND dialog, UINT message, WPARAM, LPARAM) {
 }
 
 constexpr DialogKind kWizardKind = {L"AnimationWizardBox", "KLMAnimationWizard", ShowWizard, nullptr, 0, nullptr,
-                                    OnWizardCommand,       OnWizardMessage};
+                                    OnWizardClick,         OnWizardMessage};
 
 }  // namespace
 
 int RunAnimationWizard(HWND owner, BlockList* document) {
     Wizard wizard = {document, 0};
-    return static_cast<int>(RunEditingDialog(owner, kWizardKind, &wizard));
+    return RunEditingDialog(owner, kWizardKind, &wizard);
 }

@@ -19,13 +19,19 @@ LRESULT ToList(HWND dialog, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) 
     return SendDlgItemMessageW(dialog, IDC_WIZARD_FILES, message, wParam, lParam);
 }
 
-std::wstring PathAt(HWND dialog, int line) {
-    LRESULT length = ToList(dialog, LB_GETTEXTLEN, static_cast<WPARAM>(line));
+std::wstring PathAt(HWND dialog, WPARAM line) {
+    LRESULT length = ToList(dialog, LB_GETTEXTLEN, line);
     if (length < 0) return {};
     std::wstring path(static_cast<size_t>(length) + 1, L'\0');
-    ToList(dialog, LB_GETTEXT, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(&path[0]));
+    ToList(dialog, LB_GETTEXT, line, reinterpret_cast<LPARAM>(path.data()));
     path.resize(static_cast<size_t>(length));
     return path;
+}
+
+std::vector<std::wstring> Paths(HWND dialog) {
+    std::vector<std::wstring> paths(static_cast<size_t>(std::max<LRESULT>(ToList(dialog, LB_GETCOUNT), 0)));
+    for (size_t i = 0; i < paths.size(); ++i) paths[i] = PathAt(dialog, i);
+    return paths;
 }
 
 // Lets the list scroll sideways as far as its longest path reaches.
@@ -34,14 +40,13 @@ void FitListToPaths(HWND dialog) {
     WindowDc dc(list);
     SelectedObject font(dc.Get(), reinterpret_cast<HFONT>(SendMessageW(list, WM_GETFONT, 0, 0)));
     LONG widest = 0;
-    for (int i = 0; i < ToList(dialog, LB_GETCOUNT); ++i) {
-        std::wstring path = PathAt(dialog, i);
+    for (const std::wstring& path : Paths(dialog)) {
         SIZE size = {};
         GetTextExtentPoint32W(dc.Get(), path.c_str(), static_cast<int>(path.size()), &size);
         widest = std::max(widest, size.cx);
     }
-    constexpr LONG kMargin = 6;
-    ToList(dialog, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest + kMargin));
+    constexpr int kMargin = 6;
+    ToList(dialog, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest) + kMargin);
 }
 
 void SelectLine(HWND dialog, LRESULT line) {
@@ -83,7 +88,8 @@ void DeleteWizardFile(HWND dialog) {
 }
 
 std::vector<std::string> WizardFiles(HWND dialog) {
-    std::vector<std::string> paths;
-    for (int i = 0; i < ToList(dialog, LB_GETCOUNT); ++i) paths.push_back(Utf8FromWide(PathAt(dialog, i)));
-    return paths;
+    std::vector<std::wstring> paths = Paths(dialog);
+    std::vector<std::string> files(paths.size());
+    std::transform(paths.begin(), paths.end(), files.begin(), Utf8FromWide);
+    return files;
 }

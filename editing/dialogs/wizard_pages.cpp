@@ -3,6 +3,7 @@
 #include <initializer_list>
 
 #include "editing/dialogs/edited_block.h"
+#include "editing/dialogs/fields.h"
 #include "resources/wizard_ids.h"
 
 namespace {
@@ -44,9 +45,9 @@ void KeepFocusUsable(HWND dialog) {
 void EnableWizardButtons(HWND dialog) {
     const int page = Edited<Wizard>()->page;
     const LRESULT files = FileCount(dialog);
-    EnableWindow(GetDlgItem(dialog, IDC_WIZARD_BACK), page > 0);
-    EnableWindow(GetDlgItem(dialog, IDC_WIZARD_NEXT), page != kWizardFilesPage || files >= kFewestFiles);
-    EnableWindow(GetDlgItem(dialog, IDC_WIZARD_DELETE), files > 0);
+    EnableControl(dialog, IDC_WIZARD_BACK, page > 0);
+    EnableControl(dialog, IDC_WIZARD_NEXT, page != kWizardFilesPage || files >= kFewestFiles);
+    EnableControl(dialog, IDC_WIZARD_DELETE, files > 0);
     KeepFocusUsable(dialog);
 }
 

@@ -5,15 +5,14 @@
 #include <cstring>
 
 #include "editing/palette_match.h"
-#include "gif/default_blocks.h"
 #include "gif/descriptor.h"
 #include "gif/first_image.h"
-#include "imaging/palette_order.h"
+#include "imaging/dither.h"
+#include "imaging/remap.h"
 #include "imaging/standard_palette.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
 #include "tests/support/fault_loop.h"
-#include "tests/support/literal_colours.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_input.h"
@@ -34,11 +33,7 @@ protected:
         input = {};
         paletteChoiceForInsert = kAskForPalette;
     }
-    ~BuildAnimationTest() override {
-        prompts = {};
-        input = {};
-        faults = {};
-    }
+    ~BuildAnimationTest() override { input = {}; }
 
     // A file of random pixels, `depth` bits a pixel.
     void AddFile(int width, int height, int depth) {
@@ -47,24 +42,29 @@ protected:
         AddPicture(image.Get(), depth);
     }
     void AddPicture(MemoryHandle image, int depth) {
-        files_.push_back(folder_.Path("frame" + std::to_string(files_.size()) + ".gif"));
+        files_.push_back(folder_.Path(std::to_string(files_.size()) + ".gif"));
         WritePicture(files_.back(), image, depth);
     }
     void AddBrokenFile() {
-        files_.push_back(folder_.Path("broken" + std::to_string(files_.size()) + ".gif"));
+        AddFile(1, 1, 1);
         WriteAll(files_.back(), {'G', 'I', 'F', '8'});
     }
-    // Files of every depth and of different sizes.
-    void AddUsualFiles() {
-        AddFile(9, 5, 5);
-        AddFile(4, 12, 1);
-        AddFile(7, 3, 4);
-        AddFile(30, 2, 8);
-        AddFile(3, 3, 2);
+
+    // The picture of the file, by the conversion that the settings stand for.
+    MemoryHandle Fitted(const std::string& file, const RgbTriple* palette, int depth) const {
+        int fileDepth, bitCount = 0;
+        OwnedMemory source(ReadFirstImage(nullptr, file.c_str(), &fileDepth));
+        GetImageInfo(source.Get(), nullptr, nullptr, &bitCount, nullptr);
+        if (settings_.matching == PaletteMatching::kSuperPalette) return RemapTrueColours(source.Get(), palette, depth);
+        const bool dithered = settings_.matching == PaletteMatching::kPhotorealistic && bitCount > 4;
+        return (dithered ? DitherImage : RemapImage)(source.Get(), palette, depth, 0);
     }
 
     BuildOutcome Build(BlockList* document) {
-        result_ = BuildAnimation(nullptr, settings_, files_, document);
+        told_.clear();
+        result_ = BuildAnimation(nullptr, settings_, files_, document, [&](int frame, int count) {
+            told_ += std::to_string(frame) + "/" + std::to_string(count) + " ";
+        });
         return result_.outcome;
     }
 
@@ -73,177 +73,100 @@ protected:
     std::vector<std::string> files_;
     AnimationSettings settings_;
     BuildResult result_;
+    std::string told_;
 };
-
-struct Expected {
-    Palette palette = {};
-    int depth = 0;
-    std::vector<MemoryHandle> images;
-
-    Expected() = default;
-    ~Expected() {
-        for (MemoryHandle image : images) FreeMemory(image);
-    }
-    Expected(const Expected&) = delete;
-    Expected& operator=(const Expected&) = delete;
-};
-
-void ExpectSharedPalette(const std::vector<MemoryHandle>& sources, Expected* expected) {
-    std::vector<MemoryHandle> expanded;
-    for (MemoryHandle source : sources) expanded.push_back(LiteralExpand(source));
-    int count = LiteralSharedPalette(256, expected->palette.data(), expanded);
-    SortPaletteByBrightness(expected->palette.data(), count, true);
-    expected->depth = DepthForColourCount(count);
-    std::vector<uint8_t> table = LiteralInverseTable(expected->palette.data());
-    for (MemoryHandle image : expanded) {
-        expected->images.push_back(LiteralRemap(image, expected->palette.data(), expected->depth, table));
-        FreeMemory(image);
-    }
-}
-
-// What the settings ask for, made by the plain forms of the conversions.
-void Expect(const AnimationSettings& settings, const std::vector<std::string>& files, Expected* expected) {
-    std::vector<MemoryHandle> sources;
-    std::vector<int> bitCounts;
-    int firstDepth = 0;
-    for (const std::string& file : files) {
-        int depth = 0, bitCount = 0;
-        sources.push_back(ReadFirstImage(nullptr, file.c_str(), &depth));
-        GetImageInfo(sources.back(), nullptr, nullptr, &bitCount, nullptr);
-        bitCounts.push_back(bitCount);
-        if (sources.size() == 1) firstDepth = depth;
-    }
-    if (settings.matching == PaletteMatching::kSuperPalette) {
-        ExpectSharedPalette(sources, expected);
-    } else {
-        RgbTriple* palette = expected->palette.data();
-        StandardPalette(palette, &expected->depth, settings.forWeb ? 6 : 7);
-        if (settings.matching == PaletteMatching::kSixteenColours) StandardPalette(palette, &expected->depth, 2);
-        if (settings.matching == PaletteMatching::kFirstPalette) {
-            expected->palette = {};
-            GetImageInfo(sources[0], nullptr, nullptr, nullptr, palette);
-            expected->depth = firstDepth;
-        }
-        std::vector<uint8_t> table = LiteralInverseTable(palette);
-        for (size_t i = 0; i < sources.size(); ++i) {
-            bool dithered = settings.matching == PaletteMatching::kPhotorealistic && bitCounts[i] > 4;
-            auto convert = dithered ? LiteralDither : LiteralRemap;
-            expected->images.push_back(convert(sources[i], palette, expected->depth, table));
-        }
-    }
-    for (MemoryHandle source : sources) FreeMemory(source);
-}
 
 }  // namespace
 
 TEST_F(BuildAnimationTest, EveryMatchingGivesItsPaletteAndPixels) {
-    AddUsualFiles();
-    settings_.delayHundredths = 4711;
+    const int sizes[][3] = {{9, 5, 5}, {4, 12, 1}, {7, 3, 4}, {30, 2, 8}, {3, 3, 2}};
+    for (const auto& [width, height, depth] : sizes) AddFile(width, height, depth);
     for (PaletteMatching matching : kAllMatchings)
         for (bool forWeb : {false, true}) {
             SCOPED_TRACE(static_cast<int>(matching) * 10 + forWeb);
-            settings_.matching = matching;
-            settings_.forWeb = forWeb;
-            settings_.loops = forWeb;
-            const uint32_t frames = settings_.loops ? 2 : 1;
-            Expected expected;
-            Expect(settings_, files_, &expected);
+            settings_ = {forWeb, forWeb, matching, forWeb ? 4711 : kDelayOfNewBlocks};
             OwnedList document;
             ASSERT_EQ(Build(&document), BuildOutcome::kDone);
+            EXPECT_EQ(told_, "1/5 2/5 3/5 4/5 5/5 ");
+            EXPECT_EQ(KindsOf(document), forWeb ? "173232323232" : "13232323232");
 
-            EXPECT_EQ(KindsOf(document), settings_.loops ? "173232323232" : "13232323232");
-            Block header = BlockAt(document, 0);
-            EXPECT_EQ(memcmp(header.palette, expected.palette.data(), kPaletteBytes), 0);
-            EXPECT_EQ(GetHeaderFields(header).packed, kHasPalette | (expected.depth - 1));
+            const Block header = BlockAt(document, 0);
+            int depth = DepthOfPacked(GetHeaderFields(header).packed);
+            Palette palette = {};
+            const bool super = matching == PaletteMatching::kSuperPalette;
+            if (matching == PaletteMatching::kFirstPalette)
+                GetImageInfo(OwnedMemory(ReadFirstImage(nullptr, files_[0].c_str(), &depth)).Get(), nullptr, nullptr,
+                             nullptr, palette.data());
+            else if (!super)
+                StandardPalette(palette.data(), &depth,
+                                matching == PaletteMatching::kSixteenColours ? 2
+                                : forWeb                                     ? 6
+                                                                             : 7);
+            EXPECT_TRUE(super || memcmp(header.palette, palette.data(), kPaletteBytes) == 0);
+            EXPECT_EQ(GetHeaderFields(header).packed, kHasPalette | (depth - 1));
             EXPECT_EQ(GetHeaderFields(header).screenWidth, 30);
             EXPECT_EQ(GetHeaderFields(header).screenHeight, 12);
             for (uint32_t i = 0; i < files_.size(); ++i) {
                 SCOPED_TRACE(i);
-                EXPECT_EQ(GetControlFields(BlockAt(document, frames + 2 * i)).delay, 4711);
-                Block image = BlockAt(document, frames + 2 * i + 1);
-                EXPECT_TRUE(SameBitmap(image.data, expected.images[i]));
+                const uint32_t at = (forWeb ? 2 : 1) + 2 * i;
+                EXPECT_EQ(GetControlFields(BlockAt(document, at)).delay, forWeb ? 4711 : 1);
+                const Block image = BlockAt(document, at + 1);
+                int bits = depth;
+                OwnedMemory fitted(Fitted(files_[i], header.palette, depth));
+                if (!super) GetImageInfo(fitted.Get(), nullptr, nullptr, &bits, nullptr);
+                EXPECT_TRUE(SameBitmap(image.data, fitted.Get()));
+                EXPECT_EQ(GetImageFields(image).packed, bits - 1);
                 char name[kNameBytes];
                 EXPECT_TRUE(GetBlockName(name, image));
                 EXPECT_EQ(name, files_[i]);
-                EXPECT_EQ(image.position, frames + 2 * i + 1);
+                EXPECT_EQ(image.position, at + 1);
                 EXPECT_EQ(image.owner, &document);
             }
         }
     EXPECT_TRUE(prompts.messages.empty());
 }
 
-TEST_F(BuildAnimationTest, SizeCodesOfImages) {
-    AddUsualFiles();
-    // The files share fewer than 64 colours; with a first palette of 5 bits, images still have 8.
-    const int sizeCodes[] = {5, 7, 7, 7, 3};
-    for (PaletteMatching matching : kAllMatchings) {
-        settings_.matching = matching;
-        OwnedList document;
-        ASSERT_EQ(Build(&document), BuildOutcome::kDone);
-        EXPECT_EQ(GetImageFields(BlockAt(document, 3)).packed, sizeCodes[static_cast<int>(matching)]);
-    }
-}
-
-TEST_F(BuildAnimationTest, SuperPaletteOfFewColoursKeepsThemAll) {
-    Palette colours = {{{200, 0, 0}, {0, 0, 90}, {255, 255, 255}, {1, 2, 3}, {0, 90, 0}}};
-    OwnedMemory image(CreateImageBitmap(5, 1, colours.data(), 4));
-    {
-        MemoryLock lock(image.Get());
-        for (int x = 0; x < 5; ++x) SetImagePixel(lock.As<BitmapHeader>(), x, 0, static_cast<uint32_t>(x));
-    }
-    AddPicture(image.Get(), 3);
-    AddPicture(image.Get(), 3);
-    OwnedList document;
-    ASSERT_EQ(Build(&document), BuildOutcome::kDone);
-    const RgbTriple darkestFirst[] = {{1, 2, 3}, {0, 0, 90}, {0, 90, 0}, {200, 0, 0}, {255, 255, 255}, {}};
-    Block header = BlockAt(document, 0);
-    for (int i = 0; i < 6; ++i) EXPECT_EQ(header.palette[i], darkestFirst[i]) << i;
-    EXPECT_EQ(GetHeaderFields(header).packed & kSizeCode, 2);
-    for (uint32_t index : {3u, 5u}) {
-        Block block = BlockAt(document, index);
-        EXPECT_EQ(PixelsOf(block), "31402");
-        EXPECT_EQ(GetImageFields(block).packed, 2);
-        EXPECT_EQ(block.palette[0], RgbTriple{}) << "colours of its own";
-    }
-    EXPECT_EQ(paletteChoiceForInsert, 108);
-}
-
-// A result of one bit can only tell the two by their luminance.
-TEST_F(BuildAnimationTest, SuperPaletteOfTwoColoursKeepsBoth) {
-    struct {
-        RgbTriple first, second;
+// A result of one bit could only tell two colours by their luminance.
+TEST_F(BuildAnimationTest, SuperPaletteKeepsFewColours) {
+    const RgbTriple black = {}, white = {255, 255, 255}, red = {255, 0, 0}, blue = {0, 0, 255}, grey = {9, 9, 9};
+    const struct {
+        std::vector<RgbTriple> colours, darkestFirst;
         int depth;
         const char* pixels;
     } cases[] = {
-        {{0, 0, 0}, {255, 255, 255}, 1, "01"},       {{255, 255, 255}, {0, 0, 0}, 1, "10"},
-        {{255, 0, 0}, {0, 0, 255}, 2, "10"},         {{255, 255, 0}, {0, 255, 0}, 2, "10"},
-        {{255, 255, 255}, {255, 255, 255}, 2, "00"}, {{9, 9, 9}, {9, 9, 9}, 1, "00"},
+        {{black, white}, {black, white}, 1, "01"},
+        {{white, black}, {black, white}, 1, "10"},
+        {{red, blue}, {blue, red}, 2, "10"},
+        {{white, white}, {white, black}, 2, "00"},
+        {{grey, grey}, {grey, black}, 1, "00"},
+        {{red, {0, 0, 90}, white, {1, 2, 3}, {0, 90, 0}},
+         {{1, 2, 3}, {0, 0, 90}, {0, 90, 0}, red, white, black},
+         3,
+         "31402"},
     };
     for (const auto& c : cases) {
-        Palette colours = {{c.first, c.second}};
-        OwnedMemory image(CreateImageBitmap(2, 1, colours.data(), 4));
-        {
+        SCOPED_TRACE(&c - cases);
+        Palette colours = {};
+        std::copy(c.colours.begin(), c.colours.end(), colours.begin());
+        OwnedMemory image(CreateImageBitmap(static_cast<int>(c.colours.size()), 1, colours.data(), 4));
+        for (size_t x = 0; x < c.colours.size(); ++x) {
             MemoryLock lock(image.Get());
-            SetImagePixel(lock.As<BitmapHeader>(), 1, 0, 1);
+            SetImagePixel(lock.As<BitmapHeader>(), static_cast<int>(x), 0, static_cast<uint32_t>(x));
         }
         files_.clear();
-        AddPicture(image.Get(), 2);
-        AddPicture(image.Get(), 2);
+        for (int i = 0; i < 2; ++i) AddPicture(image.Get(), 4);
         OwnedList document;
         ASSERT_EQ(Build(&document), BuildOutcome::kDone);
-        EXPECT_EQ(GetHeaderFields(BlockAt(document, 0)).packed & kSizeCode, c.depth - 1);
-        EXPECT_EQ(PixelsOf(BlockAt(document, 5)), c.pixels);
+        const Block header = BlockAt(document, 0), frame = BlockAt(document, 5);
+        EXPECT_EQ(memcmp(header.palette, c.darkestFirst.data(), c.darkestFirst.size() * sizeof(RgbTriple)), 0);
+        EXPECT_EQ(GetHeaderFields(header).packed & kSizeCode, c.depth - 1);
+        EXPECT_EQ(PixelsOf(frame), c.pixels);
+        EXPECT_EQ(frame.palette[0], black) << "colours of its own";
     }
+    EXPECT_EQ(paletteChoiceForInsert, kPaletteKeep);
 }
 
-TEST_F(BuildAnimationTest, DelayIsThatOfNewBlocksWhenNoneIsChosen) {
-    AddUsualFiles();
-    OwnedList document;
-    ASSERT_EQ(Build(&document), BuildOutcome::kDone);
-    EXPECT_EQ(GetControlFields(BlockAt(document, 2)).delay, 1);
-}
-
-TEST_F(BuildAnimationTest, SkippedFileLeavesItsControl) {
+TEST_F(BuildAnimationTest, FilesWithoutAnImage) {
     AddFile(3, 3, 8);
     AddBrokenFile();
     AddFile(2, 6, 8);
@@ -251,67 +174,46 @@ TEST_F(BuildAnimationTest, SkippedFileLeavesItsControl) {
     for (PaletteMatching matching : kAllMatchings) {
         settings_.matching = matching;
         prompts = {};
-        prompts.yesNoAnswers = {kAnswerYes, kAnswerYes};
-        OwnedList document;
+        prompts.yesNoAnswers = {kAnswerYes, kAnswerYes, kAnswerYes, kAnswerNo};
+        OwnedList document, refused;
         EXPECT_EQ(Build(&document), BuildOutcome::kDone);
         EXPECT_EQ(KindsOf(document), "17323323");
         EXPECT_EQ(result_.skipped, (std::vector<size_t>{1, 3}));
-        EXPECT_EQ(prompts.messages, std::vector<std::string>(2, LoadStr(IDS_CORRUPTED_FILE)));
+        EXPECT_EQ(Build(&refused), BuildOutcome::kCorruptedFileRefused);
+        EXPECT_EQ(result_.file, 3u);
+        EXPECT_EQ(refused.blocks, nullptr);
+        EXPECT_EQ(prompts.messages, std::vector<std::string>(4, LoadStr(IDS_CORRUPTED_FILE)));
     }
-}
-
-TEST_F(BuildAnimationTest, NothingIsLeftOfABuildThatEndsEarly) {
-    AddFile(3, 3, 8);
-    AddFile(3, 3, 8);
-    AddBrokenFile();
-    AddFile(3, 3, 8);
-    BlockList document = {};
-    prompts.yesNoAnswers = {kAnswerNo};
-    EXPECT_EQ(Build(&document), BuildOutcome::kCorruptedFileRefused);
-    EXPECT_EQ(result_.file, 2u);
-    EXPECT_EQ(document.blocks, nullptr);
-    EXPECT_EQ(document.count, 0u);
-
     settings_.matching = PaletteMatching::kFirstPalette;
-    files_.erase(files_.begin(), files_.begin() + 2);
+    files_.erase(files_.begin());
+    OwnedList document;
     EXPECT_EQ(Build(&document), BuildOutcome::kFirstFileUnreadable);
     EXPECT_EQ(document.blocks, nullptr);
-    EXPECT_EQ(prompts.messages.size(), 1u) << "the first file's palette is no question";
+    EXPECT_EQ(prompts.messages.size(), 4u) << "the first file's palette is no question";
 }
 
 // Of 8 bits and of 4: dithered and remapped.
 TEST_F(BuildAnimationTest, OnlyPhotorealisticConversionsAreStoppedByAClick) {
     for (int depth : {8, 4}) {
         files_.clear();
-        AddFile(3, 3, depth);
-        AddFile(3, 3, depth);
+        for (int i = 0; i < 2; ++i) AddFile(3, 3, depth);
         for (PaletteMatching matching : kAllMatchings) {
             settings_.matching = matching;
-            bool stops = matching == PaletteMatching::kPhotorealistic;
+            const bool stops = matching == PaletteMatching::kPhotorealistic;
             input = {};
             input.pressAtPoll = 40000;  // in the second frame
             OwnedList document;
             EXPECT_EQ(Build(&document), stops ? BuildOutcome::kStoppedByUser : BuildOutcome::kDone);
             EXPECT_EQ(document.count, stops ? 0u : 6u);
-            EXPECT_EQ(result_.file, 1u);
             EXPECT_EQ(input.polls, stops ? 40001 : 0);
         }
     }
 }
 
-TEST_F(BuildAnimationTest, ProgressNamesEveryFrame) {
-    AddUsualFiles();
-    OwnedList document;
-    std::string told;
-    BuildAnimation(nullptr, settings_, files_, &document,
-                   [&](int frame, int count) { told += std::to_string(frame) + "/" + std::to_string(count) + " "; });
-    EXPECT_EQ(told, "1/5 2/5 3/5 4/5 5/5 ");
-}
-
 // What a failed build has taken and not given back, the sanitizers would find.
 TEST_F(BuildAnimationTest, ExhaustedMemoryLeavesNothing) {
     auto failEverywhere = [&](uint32_t blocks) {
-        return ForEachFault(&Faults::allocationsUntilFailure, [&](FaultRound& round) {
+        ForEachFault(&Faults::allocationsUntilFailure, [&](FaultRound& round) {
             OwnedList document;
             BuildOutcome outcome = Build(&document);
             round.End();
@@ -323,7 +225,7 @@ TEST_F(BuildAnimationTest, ExhaustedMemoryLeavesNothing) {
     AddFile(2, 2, 4);
     for (PaletteMatching matching : kAllMatchings) {
         settings_.matching = matching;
-        EXPECT_GT(failEverywhere(6), 10);
+        failEverywhere(6);
     }
     for (int i = 0; i < 32; ++i) AddFile(2, 2, 8);  // so many that the list grows on the way
     failEverywhere(70);

@@ -9,12 +9,12 @@
 #include "gif/image_import.h"
 #include "imaging/dither.h"
 #include "imaging/remap.h"
-#include "imaging/standard_palette.h"
 #include "platform/faults.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_prompts.h"
+#include "tests/support/test_blocks.h"
 
 namespace {
 
@@ -29,59 +29,59 @@ protected:
         EXPECT_TRUE(NewDocument(&document_));
         FindGlobalPalette(document_, global_.data());
     }
-    ~PaletteMatch() override {
-        FreeBlock(&image_);
-        DestroyBlockList(&document_);
-        faults = {};
-    }
 
     void TakeImage(int bitCount) {
         FreeBlock(&image_);
-        image_.kind = kImageBlock;
         image_.data = RandomImage(random_, kWidth, kHeight, bitCount, global_);
         GetImageInfo(image_.data, nullptr, nullptr, nullptr, image_.palette);
-        memcpy(own_.data(), image_.palette, sizeof own_);
+        memcpy(own_.data(), image_.palette, kPaletteBytes);
         PutImageFields(&image_, {1, 2, 0, 0, kImageInterlaced});
-        image_.owner = &document_;
     }
 
     bool Match() { return MatchImportedPalette(nullptr, &document_, &image_); }
     bool HasPalette(const Palette& palette) const { return memcmp(image_.palette, palette.data(), kPaletteBytes) == 0; }
 
+    void CheckChoice(int bitCount, int depth, int choice) {
+        const bool dithered = choice == kPaletteDither && bitCount > 1;
+        const bool converts = choice == kPaletteRemap || choice == kPaletteDither;
+        OwnedMemory converted((dithered ? DitherImage : RemapImage)(image_.data, global_.data(), depth, 0));
+        const MemoryHandle before = image_.data;
+        EXPECT_EQ(Match(), choice != kPaletteCancel);
+        EXPECT_TRUE(converts ? SameBitmap(image_.data, converted.Get()) : image_.data == before);
+        EXPECT_TRUE(HasPalette(converts ? global_ : own_));
+        EXPECT_TRUE(prompts.paletteChoices.empty() && prompts.messages.empty());
+        if (choice == kPaletteCancel) return;
+        if (converts) GetImageInfo(converted.Get(), nullptr, nullptr, &bitCount, nullptr);
+        const ImageFields fields = GetImageFields(image_);
+        EXPECT_EQ(fields.width, kWidth);
+        EXPECT_EQ(fields.height, kHeight);
+        EXPECT_EQ(fields.left, 1);
+        EXPECT_EQ(fields.packed, kImageInterlaced | ((bitCount - 1) & kSizeCode));
+    }
+
     Random random_{9};
-    BlockList document_ = {};
-    Block image_ = {};
+    OwnedList document_;
+    OwnedBlock image_;
     Palette global_ = {}, own_ = {};
 };
 
 }  // namespace
 
-TEST_F(PaletteMatch, EveryChoiceOnEveryBitCount) {
-    constexpr int kKeep = 104;
-    for (int bitCount : {1, 4, 8, 24})
-        for (int choice : {kPaletteRemap, kPaletteDither, kPaletteCancel, kKeep}) {
-            TakeImage(bitCount);
-            prompts.paletteChoices = {choice};
-            bool dithered = choice == kPaletteDither && bitCount > 1;
-            OwnedMemory converted((dithered ? DitherImage : RemapImage)(image_.data, global_.data(), 8, 0));
-            bool converts = choice == kPaletteRemap || choice == kPaletteDither;
-            MemoryHandle before = image_.data;
-
-            EXPECT_EQ(Match(), choice != kPaletteCancel);
-            EXPECT_TRUE(prompts.paletteChoices.empty()) << "the user was not asked";
-            EXPECT_TRUE(prompts.messages.empty());
-            if (converts)
-                EXPECT_TRUE(SameBitmap(image_.data, converted.Get())) << bitCount << ", " << choice;
-            else
-                EXPECT_EQ(image_.data, before);
-            EXPECT_TRUE(HasPalette(converts ? global_ : own_));
-            if (choice == kPaletteCancel) continue;
-            ImageFields fields = GetImageFields(image_);
-            EXPECT_EQ(fields.width, kWidth);
-            EXPECT_EQ(fields.height, kHeight);
-            EXPECT_EQ(fields.left, 1);
-            EXPECT_EQ(fields.packed, kImageInterlaced | (((converts ? 8 : bitCount) - 1) & 7));
-        }
+TEST_F(PaletteMatch, EveryChoiceOnEveryBitCountAskedAndRemembered) {
+    for (int depth : {4, 8}) {
+        Block header = BlockAt(document_, 0);
+        PutHeaderFields(&header, {640, 480, WithDepth(kHasPalette, depth), 0, 0});
+        ASSERT_TRUE(PutBlock(&document_, header, 0));
+        for (int bitCount : {1, 4, 8, 24})
+            for (int choice : {kPaletteRemap, kPaletteDither, kPaletteCancel, kPaletteKeep})
+                for (bool asked : {true, false}) {
+                    SCOPED_TRACE(testing::Message() << depth << " " << bitCount << " " << choice << " " << asked);
+                    TakeImage(bitCount);
+                    if (asked) prompts.paletteChoices = {choice};
+                    paletteChoiceForInsert = asked ? kAskForPalette : choice;
+                    CheckChoice(bitCount, depth, choice);
+                }
+    }
 }
 
 TEST_F(PaletteMatch, EqualPalettesAreNotAskedAbout) {
@@ -97,36 +97,12 @@ TEST_F(PaletteMatch, EqualPalettesAreNotAskedAbout) {
     EXPECT_FALSE(Match());
 }
 
-TEST_F(PaletteMatch, ResultHasTheDepthOfTheHeader) {
-    Block header;
-    ASSERT_TRUE(GetBlock(document_, &header, 0));
-    HeaderFields fields = GetHeaderFields(header);
-    fields.packed = kHasPalette | 3;
-    PutHeaderFields(&header, fields);
-    ASSERT_TRUE(PutBlock(&document_, header, 0));
-    TakeImage(8);
-    prompts.paletteChoices = {kPaletteRemap};
-    EXPECT_TRUE(Match());
-    EXPECT_EQ(GetImageFields(image_).packed & kSizeCode, 3);
-}
-
-TEST_F(PaletteMatch, RememberedChoiceIsNotAskedAgain) {
-    TakeImage(24);
-    paletteChoiceForInsert = kPaletteDither;
-    EXPECT_TRUE(Match());
-    EXPECT_TRUE(HasPalette(global_));
-    TakeImage(24);
-    paletteChoiceForInsert = 7;  // any other: keep
-    EXPECT_TRUE(Match());
-    EXPECT_TRUE(HasPalette(own_));
-}
-
-TEST_F(PaletteMatch, ExhaustedMemoryIsToldAndKeepsTheImage) {
+TEST_F(PaletteMatch, FailuresKeepTheImage) {
     for (int choice : {kPaletteRemap, kPaletteDither}) {
         prompts = {};
-        prompts.paletteChoices = {choice};
+        paletteChoiceForInsert = choice;
         TakeImage(8);
-        MemoryHandle before = image_.data;
+        const MemoryHandle before = image_.data;
         faults.allocationsUntilFailure = 0;
         EXPECT_FALSE(Match());
         faults = {};
@@ -134,11 +110,6 @@ TEST_F(PaletteMatch, ExhaustedMemoryIsToldAndKeepsTheImage) {
         EXPECT_EQ(image_.data, before);
         EXPECT_TRUE(HasPalette(own_));
     }
-}
-
-TEST_F(PaletteMatch, DocumentWithoutHeaderTakesNoImage) {
-    TakeImage(8);
-    BlockList empty = {};
-    EXPECT_FALSE(MatchImportedPalette(nullptr, &empty, &image_));
-    EXPECT_TRUE(prompts.messages.empty());
+    OwnedList headless;
+    EXPECT_FALSE(MatchImportedPalette(nullptr, &headless, &image_));
 }

@@ -115,7 +115,7 @@ void PressButton(HWND dialog, int button) {
 }
 
 void ClickBox(HWND dialog, int box) {
-    SendDlgItemMessageW(dialog, box, BM_CLICK, 0, 0);
+    if (IsWindowEnabled(GetDlgItem(dialog, box))) SendDlgItemMessageW(dialog, box, BM_CLICK, 0, 0);
 }
 
 std::string ControlText(HWND dialog, int control) {

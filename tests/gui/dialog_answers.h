@@ -1,13 +1,9 @@
 // Answers modal dialogs while a test waits for the call that shows them.
 //
 //   DialogAnswers answers;
-//   answers.Press(IDNO);                               // the first dialog that appears
-//   answers.Do([](HWND dialog) {                       // the second one
-//       SetDlgItemInt(dialog, 104, 50, FALSE);
-//       PressButton(dialog, IDOK);
-//   });
-//   window.Command(IDM_EXIT);                          // returns when both have been answered
-//   EXPECT_EQ(answers.Texts()[0], "Your current ...");
+//   answers.Press(IDNO);                        // the first dialog that appears
+//   answers.Do([](HWND dialog) { ... });        // the second one
+//   window.Command(IDM_EXIT);                   // returns when both have been answered
 //
 // Each answer is given once, to the next dialog (or eyedropper window) of this thread that is visible and enabled and
 // has had none yet; so a dialog that an answer opens (nested) takes the answer after it. A dialog that finds no answer
@@ -61,7 +57,7 @@ void PressButton(HWND dialog, int button);
 // The control of a system file dialog that holds the name.
 int FileNameField(HWND dialog);
 
-// Clicks a check box or radio button, so that it changes its own state first.
+// Clicks a button as the mouse does: a box changes its own state first, and nothing happens to a disabled control.
 void ClickBox(HWND dialog, int box);
 
 std::string ControlText(HWND dialog, int control);  // Windows-1252

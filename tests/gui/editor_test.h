@@ -2,31 +2,59 @@
 // does to a dialog.
 #pragma once
 
-#include <functional>
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
 #include "app/services/shell_objects.h"
+#include "gif/block_list.h"
 #include "tests/gui/dialog_answers.h"
-#include "tests/gui/sample_document.h"
+
+using Steps = DialogAnswers::Steps;
+
+// The blocks of the document: one of every kind.
+enum SampleBlock {
+    kSampleHeader,     // 256 colours, the web palette
+    kSampleImage,      // 40 x 30, "first.gif", 16 colours of its own: entry i is (i, 2 i, 3 i); pixel x, y is x % 16
+    kSampleControl,    // before the second image
+    kSamplePlainText,  // between the images
+    kSampleComment,
+    kSampleLoop,
+    kSampleSecondImage,  // 20 x 10, no name, global palette; pixel x, y is 100 + x
+    kSampleApplication,
+    kSampleUnknown,
+    kSampleEmpty,
+    kSampleBlockNames,
+    kSampleLastControl,  // behind all images
+};
 
 class EditorTest : public testing::Test {
 protected:
     void SetUp() override;
     void TearDown() override;
+
+    Block At(int index) const;
+    void Put(const Block& block) { EXPECT_TRUE(PutBlock(&sample_, block, block.position)); }
+    std::string LineOf(int index) const;
+    std::string TextOf(int index) const;
+
+    // Edits block `index` while `dialogs` are worked in the order in which they appear; returns what EditBlock did.
+    int Edit(int index, const std::vector<Steps>& dialogs);
+
+private:
+    void Append(uint16_t kind, MemoryHandle bitmap = nullptr, const char* name = nullptr);
+
+    BlockList sample_ = {};
 };
 
-using Steps = DialogAnswers::Steps;
-
-// Edits block `index` while `dialogs` are worked in the order in which they appear; returns what EditBlock did.
-int Edit(SampleDocument& document, int index, const std::vector<Steps>& dialogs);
-
-// Steps that end a dialog with the button, after setting `text` (Windows-1252) into the control before it if one is
-// given.
+// Steps that end a dialog with the button, after `first`, or after setting `text` (Windows-1252) into the control.
 Steps Press(int button);
+Steps Then(const Steps& first, int button);
 Steps Type(int control, const char* text, int button);
 
-// A step for a message box that must show `text`.
+// Steps for a dialog whose controls must look so (see Shown), or for a message box with that text.
+Steps See(const std::vector<int>& controls, const std::string& shown, int button);
 Steps Read(const std::string& text, int button);
 
 // Steps for the colour grid (the cell of an entry) and the eyedropper (a pixel).
@@ -34,6 +62,6 @@ Steps ChooseCell(int index);
 Steps ClickPixel(int x, int y);
 
 void SetText(HWND dialog, int control, const std::string& text);
-void Click(HWND dialog, int control);  // as the mouse does: nothing happens to a disabled control
-bool IsEnabled(HWND dialog, int control);
-bool IsChecked(HWND dialog, int control);
+
+// What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
+std::string Shown(HWND dialog, const std::vector<int>& controls);

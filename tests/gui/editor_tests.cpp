@@ -1,389 +1,283 @@
 // The block editors, worked through their controls, with what the document holds afterwards.
 #include <cstring>
 
-#include "app/shell_state.h"
 #include "editing/dialogs/edit_block.h"
 #include "editing/dialogs/edited_block.h"
 #include "gif/default_blocks.h"
 #include "gif/descriptor.h"
-#include "imaging/standard_palette.h"
 #include "platform/faults.h"
 #include "resources/editor_ids.h"
 #include "tests/gui/editor_test.h"
-#include "tests/gui/window_driver.h"
 
 namespace {
 
-using Editors = EditorTest;
-using Prepare = std::function<void(SampleDocument&)>;
-
-const char kInUse[] =
-    "One or more images in this file are dependant on the global palette. Click on Yes to copy the global palette to "
-    "these images or on No to retain the global palette.";
-
-struct Row {
-    const char* what;
-    int index;
-    Prepare prepare;
-    std::vector<Steps> dialogs;
-    int result;
-    Prepare check;
-};
-
-void RunRows(const std::vector<Row>& rows) {
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        SampleDocument document;
-        if (row.prepare) row.prepare(document);
-        EXPECT_EQ(Edit(document, row.index, row.dialogs), row.result);
-        if (row.check) row.check(document);
-    }
-}
-
-HeaderFields HeaderOf(const SampleDocument& document) {
-    return GetHeaderFields(document.At(kSampleHeader));
-}
-
-void SetPacked(SampleDocument& document, int index, int packedByte, uint8_t packed) {
-    Block block = document.At(index);
-    block.descriptor[packedByte] = packed;
-    document.Put(block);
-}
-
 constexpr int kHeaderPacked = 10, kImagePacked = 8, kControlPacked = 1;  // bytes of the descriptors
 
-void MakeHeaderBlack(SampleDocument& document) {
-    Block header = document.At(kSampleHeader);
-    memset(header.palette, 0, kPaletteBytes);
-    header.descriptor[kHeaderPacked] = 7;
-    document.Put(header);
+class Editors : public EditorTest {
+protected:
+    int Packed(int index, int byte) const { return At(index).descriptor[byte]; }
+    void SetPacked(int index, int byte, uint8_t packed) {
+        Block block = At(index);
+        block.descriptor[byte] = packed;
+        Put(block);
+    }
+    void SetComment(const std::string& text) {
+        Block comment = At(kSampleComment);
+        ASSERT_TRUE(SetBlockText(&comment, text.data(), static_cast<uint32_t>(text.size())));
+        Put(comment);
+    }
+    void MakeHeaderBlack() {
+        SetPacked(kSampleHeader, kHeaderPacked, 7);
+        Block header = At(kSampleHeader);
+        memset(header.palette, 0, kPaletteBytes);
+        Put(header);
+    }
+};
+
+// For a message box: from here on nothing fails any more.
+Steps ReadAfterFault(const char* text) {
+    return [=](HWND dialog) {
+        faults = {};
+        Read(text, IDOK)(dialog);
+    };
 }
 
 TEST_F(Editors, Header) {
-    RunRows({
-        {"OK takes sizes and flags",
-         kSampleHeader,
-         nullptr,
-         {[](HWND dialog) {
-             EXPECT_EQ(ControlText(dialog, IDC_HEADER_COLOURS), "256 colours");
-             EXPECT_EQ(ControlText(dialog, IDC_HEADER_WIDTH), "640");
-             EXPECT_EQ(ControlText(dialog, IDC_HEADER_DEPTH), "480");
-             EXPECT_TRUE(IsChecked(dialog, IDC_HEADER_GLOBAL_PALETTE));
-             EXPECT_FALSE(IsChecked(dialog, IDC_HEADER_SORTED));
-             SetText(dialog, IDC_HEADER_WIDTH, "800");
-             SetText(dialog, IDC_HEADER_DEPTH, "70000");
-             Click(dialog, IDC_HEADER_SORTED);
-             PressButton(dialog, IDOK);
-         }},
-         kBlockEdited,
-         [](SampleDocument& document) {
-             EXPECT_EQ(document.LineOf(kSampleHeader), "HEADER\xFE GIF89a Screen (800 x 4464)");
-             EXPECT_EQ(HeaderOf(document).packed, 0xC7);
-         }},
-        {"Cancel forgets everything, a chosen colour too",
-         kSampleHeader,
-         nullptr,
-         {[](HWND dialog) {
-              SetText(dialog, IDC_HEADER_WIDTH, "800");
-              Click(dialog, IDC_COLOUR);
-              EXPECT_EQ(ControlText(dialog, IDC_COLOUR), "17");
-              PressButton(dialog, IDCANCEL);
-          },
-          ChooseCell(17)},
-         kBlockUnchanged,
-         [](SampleDocument& document) {
-             EXPECT_EQ(HeaderOf(document).screenWidth, 640);
-             EXPECT_EQ(HeaderOf(document).backgroundIndex, 0);
-         }},
-        {"OK keeps a chosen colour",
-         kSampleHeader,
-         nullptr,
-         {[](HWND dialog) {
-              Click(dialog, IDC_COLOUR);
-              PressButton(dialog, IDOK);
-          },
-          ChooseCell(255)},
-         kBlockEdited,
-         [](SampleDocument& document) { EXPECT_EQ(HeaderOf(document).backgroundIndex, 255); }},
-        {"No keeps the palette that images need",
-         kSampleHeader,
-         nullptr,
-         {[](HWND dialog) {
-              Click(dialog, IDC_HEADER_GLOBAL_PALETTE);
-              EXPECT_TRUE(IsChecked(dialog, IDC_HEADER_GLOBAL_PALETTE));
-              PressButton(dialog, IDOK);
-          },
-          Read(kInUse, IDNO)},
-         kBlockEdited,
-         [](SampleDocument& document) { EXPECT_EQ(HeaderOf(document).packed, 0x87); }},
-        {"Yes gives images the palette, even when the dialog is cancelled",
-         kSampleHeader,
-         nullptr,
-         {[](HWND dialog) {
-              Click(dialog, IDC_HEADER_GLOBAL_PALETTE);
-              EXPECT_FALSE(IsChecked(dialog, IDC_HEADER_GLOBAL_PALETTE));
-              PressButton(dialog, IDCANCEL);
-          },
-          Read(kInUse, IDYES)},
-         kBlockUnchanged,
-         [](SampleDocument& document) {
-             Block header = document.At(kSampleHeader), image = document.At(kSampleSecondImage);
-             EXPECT_EQ(GetHeaderFields(header).packed, 0x87);
-             EXPECT_EQ(GetImageFields(image).packed, 0x87);
-             EXPECT_EQ(memcmp(image.palette, header.palette, kPaletteBytes), 0);
-             EXPECT_EQ(document.At(kSampleImage).palette[15].blue, 45);
-         }},
-        {"an unreadable list keeps the palette",
-         kSampleHeader,
-         nullptr,
-         {[](HWND dialog) {
-              Click(dialog, IDC_HEADER_GLOBAL_PALETTE);
-              EXPECT_TRUE(IsChecked(dialog, IDC_HEADER_GLOBAL_PALETTE));
-              PressButton(dialog, IDCANCEL);
-          },
-          [](HWND dialog) {
-              faults.locksUntilFailure = 0;
-              PressButton(dialog, IDYES);
-          },
-          [](HWND dialog) {
-              faults.locksUntilFailure = Faults::kNever;
-              Read("There has been an error accessing this block.", IDOK)(dialog);
-          }},
-         kBlockUnchanged,
-         nullptr},
-        {"nothing is asked when all images have their own",
-         kSampleHeader,
-         [](SampleDocument& document) { SetPacked(document, kSampleSecondImage, kImagePacked, 0x87); },
-         {[](HWND dialog) {
-             Click(dialog, IDC_HEADER_GLOBAL_PALETTE);
-             PressButton(dialog, IDOK);
-         }},
-         kBlockEdited,
-         [](SampleDocument& document) { EXPECT_EQ(HeaderOf(document).packed, 0x07); }},
-        {"an all-black palette is warned of and taken",
-         kSampleHeader,
-         MakeHeaderBlack,
-         {[](HWND dialog) {
-              Click(dialog, IDC_HEADER_GLOBAL_PALETTE);
-              EXPECT_TRUE(IsChecked(dialog, IDC_HEADER_GLOBAL_PALETTE));
-              PressButton(dialog, IDOK);
-          },
-          Read("There are no colours in the current global palette.", IDOK)},
-         kBlockEdited,
-         [](SampleDocument& document) { EXPECT_EQ(HeaderOf(document).packed, 0x87); }},
-    });
+    auto change = [](HWND dialog) {
+        EXPECT_EQ(Shown(dialog, {IDC_HEADER_WIDTH, IDC_HEADER_DEPTH, IDC_HEADER_COLOURS, IDC_HEADER_GLOBAL_PALETTE,
+                                 IDC_HEADER_SORTED, IDC_COLOUR}),
+                  "640|480|256 colours|on|off|0");
+        SetText(dialog, IDC_HEADER_WIDTH, "800");
+        SetText(dialog, IDC_HEADER_DEPTH, "70000");
+        ClickBox(dialog, IDC_HEADER_SORTED);
+        ClickBox(dialog, IDC_COLOUR);
+        EXPECT_EQ(Shown(dialog, {IDC_COLOUR}), "255");
+    };
+    EXPECT_EQ(Edit(kSampleHeader, {Then(change, IDCANCEL), ChooseCell(255)}), kBlockUnchanged);
+    EXPECT_EQ(Edit(kSampleHeader, {Then(change, IDOK), ChooseCell(255)}), kBlockEdited);
+    EXPECT_EQ(LineOf(kSampleHeader), "HEADER\xFE GIF89a Screen (800 x 4464)");
+    EXPECT_EQ(Packed(kSampleHeader, kHeaderPacked), 0xC7);
+    EXPECT_EQ(GetHeaderFields(At(kSampleHeader)).backgroundIndex, 255);
+}
+
+TEST_F(Editors, GlobalPaletteIsDroppedWhenNoImageNeedsIt) {
+    const char inUse[] =
+        "One or more images in this file are dependant on the global palette. Click on Yes to copy the global palette "
+        "to these images or on No to retain the global palette.";
+    auto clickAndSee = [](const char* after, int button) {
+        return [=](HWND dialog) {
+            ClickBox(dialog, IDC_HEADER_GLOBAL_PALETTE);
+            See({IDC_HEADER_GLOBAL_PALETTE}, after, button)(dialog);
+        };
+    };
+    EXPECT_EQ(Edit(kSampleHeader, {clickAndSee("on", IDOK), Read(inUse, IDNO)}), kBlockEdited);
+    EXPECT_EQ(Packed(kSampleHeader, kHeaderPacked), 0x87);
+    EXPECT_EQ(Packed(kSampleSecondImage, kImagePacked), 0x07);
+
+    Steps unreadable = Then([](HWND) { faults.locksUntilFailure = 0; }, IDYES);
+    Steps told = ReadAfterFault("There has been an error accessing this block.");
+    EXPECT_EQ(Edit(kSampleHeader, {clickAndSee("on", IDCANCEL), unreadable, told}), kBlockUnchanged);
+
+    EXPECT_EQ(Edit(kSampleHeader, {clickAndSee("off", IDCANCEL), Read(inUse, IDYES)}), kBlockUnchanged);
+    const Block header = At(kSampleHeader), image = At(kSampleSecondImage);
+    EXPECT_EQ(GetHeaderFields(header).packed, 0x87);
+    EXPECT_EQ(GetImageFields(image).packed, 0x87) << "it has its copy even after Cancel";
+    EXPECT_EQ(memcmp(image.palette, header.palette, kPaletteBytes), 0);
+    EXPECT_EQ(At(kSampleImage).palette[15].blue, 45);
+
+    EXPECT_EQ(Edit(kSampleHeader, {clickAndSee("off", IDOK)}), kBlockEdited);
+    EXPECT_EQ(Packed(kSampleHeader, kHeaderPacked), 0x07);
+    EXPECT_EQ(Edit(kSampleHeader, {clickAndSee("on", IDCANCEL)}), kBlockUnchanged);
+    MakeHeaderBlack();
+    Steps warned = Read("There are no colours in the current global palette.", IDOK);
+    EXPECT_EQ(Edit(kSampleHeader, {clickAndSee("on", IDOK), warned}), kBlockEdited);
+    EXPECT_EQ(Packed(kSampleHeader, kHeaderPacked), 0x87);
 }
 
 TEST_F(Editors, Image) {
-    RunRows({
-        {"OK takes place and interlacing, and empties the name",
-         kSampleImage,
-         nullptr,
-         {[](HWND dialog) {
-             EXPECT_EQ(ControlText(dialog, IDC_IMAGE_WIDTH), "40");
-             EXPECT_EQ(ControlText(dialog, IDC_IMAGE_DEPTH), "30");
-             EXPECT_EQ(ControlText(dialog, IDC_IMAGE_COLOURS), "16 colours");
-             Click(dialog, IDC_IMAGE_LOCAL_PALETTE);  // only shows the flag
-             EXPECT_TRUE(IsChecked(dialog, IDC_IMAGE_LOCAL_PALETTE));
-             Click(dialog, IDC_IMAGE_INTERLACED);
-             SetText(dialog, IDC_IMAGE_LEFT, "7");
-             SetText(dialog, IDC_IMAGE_TOP, "65535");
-             PressButton(dialog, IDOK);
-         }},
-         kBlockEdited,
-         [](SampleDocument& document) {
-             ImageFields image = GetImageFields(document.At(kSampleImage));
-             EXPECT_EQ(image.left, 7);
-             EXPECT_EQ(image.top, 65535);
-             EXPECT_EQ(image.packed, 0xC3);
-             char name[kNameBytes];
-             EXPECT_TRUE(GetBlockName(name, document.At(kSampleImage)));
-             EXPECT_STREQ(name, "");
-         }},
-        {"Cancel keeps the name",
-         kSampleImage,
-         nullptr,
-         {Type(IDC_IMAGE_LEFT, "7", IDCANCEL)},
-         kBlockUnchanged,
-         [](SampleDocument& document) {
-             EXPECT_EQ(document.LineOf(kSampleImage), "IMAGE\xFE first.gif 40 x 30, 16 colours");
-             EXPECT_EQ(GetImageFields(document.At(kSampleImage)).left, 0);
-         }},
-        {"without a global palette the flag can't be clicked",
-         kSampleSecondImage,
-         MakeHeaderBlack,
-         {[](HWND dialog) {
-             EXPECT_FALSE(IsEnabled(dialog, IDC_IMAGE_LOCAL_PALETTE));
-             EXPECT_FALSE(IsChecked(dialog, IDC_IMAGE_LOCAL_PALETTE));
-             PressButton(dialog, IDOK);
-         }},
-         kBlockEdited,
-         [](SampleDocument& document) { EXPECT_EQ(GetImageFields(document.At(kSampleSecondImage)).packed, 0x07); }},
-    });
-}
+    auto change = [](HWND dialog) {
+        EXPECT_EQ(Shown(dialog, {IDC_IMAGE_WIDTH, IDC_IMAGE_DEPTH, IDC_IMAGE_COLOURS, IDC_IMAGE_LEFT}),
+                  "40|30|16 colours|0");
+        ClickBox(dialog, IDC_IMAGE_LOCAL_PALETTE);  // only shows the flag
+        ClickBox(dialog, IDC_IMAGE_INTERLACED);
+        EXPECT_EQ(Shown(dialog, {IDC_IMAGE_LOCAL_PALETTE, IDC_IMAGE_INTERLACED}), "on|on");
+        SetText(dialog, IDC_IMAGE_LEFT, "7");
+        SetText(dialog, IDC_IMAGE_TOP, "65535");
+    };
+    EXPECT_EQ(Edit(kSampleImage, {Then(change, IDCANCEL)}), kBlockUnchanged);
+    EXPECT_EQ(LineOf(kSampleImage), "IMAGE\xFE first.gif 40 x 30, 16 colours");
+    EXPECT_EQ(Edit(kSampleImage, {Then(change, IDOK)}), kBlockEdited);
+    const ImageFields image = GetImageFields(At(kSampleImage));
+    EXPECT_EQ(image.left, 7);
+    EXPECT_EQ(image.top, 65535);
+    EXPECT_EQ(image.packed, 0xC3);
+    char name[kNameBytes];
+    EXPECT_TRUE(GetBlockName(name, At(kSampleImage)));
+    EXPECT_STREQ(name, "");
 
-ControlFields ControlOf(const SampleDocument& document) {
-    return GetControlFields(document.At(kSampleControl));
+    MakeHeaderBlack();
+    EXPECT_EQ(Edit(kSampleSecondImage, {See({IDC_IMAGE_LOCAL_PALETTE}, "[off]", IDOK)}), kBlockEdited);
+    EXPECT_EQ(Packed(kSampleSecondImage, kImagePacked), 0x07);
 }
 
 TEST_F(Editors, Control) {
-    RunRows({
-        {"OK takes flags, delay and disposal",
-         kSampleControl,
-         nullptr,
-         {[](HWND dialog) {
-             EXPECT_EQ(ControlText(dialog, IDC_CONTROL_DELAY), "1");
-             EXPECT_FALSE(IsEnabled(dialog, IDC_COLOUR));
-             EXPECT_FALSE(IsEnabled(dialog, IDC_EYEDROPPER));
-             Click(dialog, IDC_CONTROL_TRANSPARENT);
-             EXPECT_TRUE(IsEnabled(dialog, IDC_COLOUR));
-             EXPECT_TRUE(IsEnabled(dialog, IDC_EYEDROPPER));
-             Click(dialog, IDC_CONTROL_USER_INPUT);
-             SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_SETCURSEL, 3, 0);
-             EXPECT_EQ(ControlText(dialog, IDC_CONTROL_DISPOSAL), "Previous image");
-             SetText(dialog, IDC_CONTROL_DELAY, "32760");
-             PressButton(dialog, IDOK);
-         }},
-         kBlockEdited,
-         [](SampleDocument& document) {
-             EXPECT_EQ(ControlOf(document).packed, 0x0F);
-             EXPECT_EQ(document.LineOf(kSampleControl), "CONTROL\xFE (delay 32760 1/100ths of a second)");
-             RgbTriples none = {};
-             EXPECT_EQ(memcmp(document.At(kSampleControl).palette, none, kPaletteBytes), 0);
-         }},
-        {"the eyedropper takes a pixel of the next image",
-         kSampleControl,
-         [](SampleDocument& document) { SetPacked(document, kSampleControl, kControlPacked, 1); },
-         {[](HWND dialog) {
-              Click(dialog, IDC_EYEDROPPER);
-              EXPECT_EQ(ControlText(dialog, IDC_COLOUR), "119");
-              PressButton(dialog, IDOK);
-          },
-          ClickPixel(19, 9)},
-         kBlockEdited,
-         [](SampleDocument& document) { EXPECT_EQ(ControlOf(document).transparentIndex, 119); }},
-        {"a cancelled eyedropper and a forgotten toggle change nothing",
-         kSampleControl,
-         [](SampleDocument& document) { SetPacked(document, kSampleControl, kControlPacked, 1); },
-         {[](HWND dialog) {
-              Click(dialog, IDC_EYEDROPPER);
-              EXPECT_EQ(ControlText(dialog, IDC_COLOUR), "0");
-              Click(dialog, IDC_CONTROL_TRANSPARENT);
-              PressButton(dialog, IDCANCEL);
-          },
-          [](HWND window) { SendMessageW(window, WM_RBUTTONUP, 0, 0); }},
-         kBlockUnchanged,
-         [](SampleDocument& document) { EXPECT_EQ(ControlOf(document).packed, 1); }},
-        {"disposal 5 selects nothing and survives",
-         kSampleControl,
-         [](SampleDocument& document) { SetPacked(document, kSampleControl, kControlPacked, 5 << 2 | 0xE0); },
-         {[](HWND dialog) {
-             EXPECT_EQ(SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_GETCOUNT, 0, 0), 4);
-             EXPECT_EQ(SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_GETCURSEL, 0, 0), CB_ERR);
-             PressButton(dialog, IDOK);
-         }},
-         kBlockEdited,
-         [](SampleDocument& document) { EXPECT_EQ(ControlOf(document).packed, 5 << 2 | 0xE0); }},
-        {"behind all images there is no eyedropper",
-         kSampleLastControl,
-         [](SampleDocument& document) { SetPacked(document, kSampleLastControl, kControlPacked, 1); },
-         {[](HWND dialog) {
-             EXPECT_TRUE(IsEnabled(dialog, IDC_COLOUR));
-             EXPECT_FALSE(IsEnabled(dialog, IDC_EYEDROPPER));
-             PressButton(dialog, IDCANCEL);
-         }},
-         kBlockUnchanged,
-         nullptr},
-        {"without colours it can't be edited",
-         kSampleControl,
-         MakeHeaderBlack,
-         {Read("This file has no global palette and no subsequent image blocks can be located.", IDOK)},
-         kBlockUnchanged,
-         nullptr},
-    });
-}
+    auto change = [](HWND dialog) {
+        EXPECT_EQ(Shown(dialog, {IDC_CONTROL_DELAY, IDC_COLOUR, IDC_EYEDROPPER}), "1|[0]|[]");
+        ClickBox(dialog, IDC_CONTROL_TRANSPARENT);
+        ClickBox(dialog, IDC_CONTROL_USER_INPUT);
+        SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_SETCURSEL, 3, 0);
+        EXPECT_EQ(Shown(dialog, {IDC_COLOUR, IDC_EYEDROPPER, IDC_CONTROL_DISPOSAL}), "0||Previous image");
+        SetText(dialog, IDC_CONTROL_DELAY, "32760");
+        const void* edited = editedBlock;
+        for (const auto& [button, index] : {std::pair(IDC_COLOUR, "4"), {IDC_EYEDROPPER, "119"}}) {
+            ClickBox(dialog, button);
+            EXPECT_EQ(Shown(dialog, {IDC_COLOUR}), index);
+            EXPECT_EQ(editedBlock, edited);
+            EXPECT_TRUE(IsWindowEnabled(dialog));
+        }
+    };
+    EXPECT_EQ(Edit(kSampleControl, {Then(change, IDCANCEL), ChooseCell(4), ClickPixel(19, 9)}), kBlockUnchanged);
+    EXPECT_EQ(Edit(kSampleControl, {Then(change, IDOK), ChooseCell(4), ClickPixel(19, 9)}), kBlockEdited);
+    EXPECT_EQ(Packed(kSampleControl, kControlPacked), 0x0F);
+    EXPECT_EQ(GetControlFields(At(kSampleControl)).transparentIndex, 119);
+    EXPECT_EQ(LineOf(kSampleControl), "CONTROL\xFE (delay 32760 1/100ths of a second)");
+    const RgbTriples none = {};
+    EXPECT_EQ(memcmp(At(kSampleControl).palette, none, kPaletteBytes), 0);
 
-PlainTextFields PlainOf(const SampleDocument& document) {
-    return GetPlainTextFields(document.At(kSamplePlainText));
+    const uint8_t disposal5 = 5 << kControlDisposalShift | 0xE1;
+    SetPacked(kSampleLastControl, kControlPacked, disposal5);
+    auto see = [](HWND dialog) {
+        EXPECT_EQ(SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_GETCOUNT, 0, 0), 4);
+        EXPECT_EQ(SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_GETCURSEL, 0, 0), CB_ERR);
+        EXPECT_EQ(Shown(dialog, {IDC_COLOUR, IDC_EYEDROPPER}), "0|[]") << "behind all images";
+    };
+    EXPECT_EQ(Edit(kSampleLastControl, {Then(see, IDOK)}), kBlockEdited);
+    EXPECT_EQ(Packed(kSampleLastControl, kControlPacked), disposal5);
+
+    MakeHeaderBlack();
+    const char noColours[] = "This file has no global palette and no subsequent image blocks can be located.";
+    EXPECT_EQ(Edit(kSampleControl, {Read(noColours, IDOK)}), kBlockUnchanged);
 }
 
 TEST_F(Editors, PlainText) {
     const PlainTextGrid grid = defaultPlainTextGrid;
-    RunRows({
-        {"Cancel keeps chosen colours, but neither text nor numbers",
-         kSamplePlainText,
-         nullptr,
-         {[](HWND dialog) {
-              Click(dialog, IDC_COLOUR);
-              Click(dialog, IDC_SECOND_EYEDROPPER);
-              EXPECT_EQ(ControlText(dialog, IDC_COLOUR), "33");
-              EXPECT_EQ(ControlText(dialog, IDC_SECOND_COLOUR), "7");
-              SetText(dialog, IDC_PLAIN_TEXT, "lost");
-              SetText(dialog, IDC_PLAIN_LEFT, "9");
-              PressButton(dialog, IDCANCEL);
-          },
-          ChooseCell(33), ClickPixel(7, 29)},
-         kBlockEdited,
-         [](SampleDocument& document) {
-             EXPECT_EQ(PlainOf(document).foregroundIndex, 33);
-             EXPECT_EQ(PlainOf(document).backgroundIndex, 7);
-             EXPECT_EQ(PlainOf(document).left, 0);
-             EXPECT_EQ(PlainOf(document).gridWidth, 80);
-             EXPECT_EQ(document.TextOf(kSamplePlainText), "This space for rent...");
-             EXPECT_EQ(defaultPlainTextGrid.width, 80);
-         }},
-        {"OK clears the grid, for later blocks too",
-         kSamplePlainText,
-         nullptr,
-         {[](HWND dialog) {
-             SetText(dialog, IDC_PLAIN_TEXT, "two\r\nlines");
-             SetText(dialog, IDC_PLAIN_LEFT, "9");
-             SetText(dialog, IDC_PLAIN_TOP, "ten");
-             PressButton(dialog, IDOK);
-         }},
-         kBlockEdited,
-         [&grid](SampleDocument& document) {
-             const uint8_t fields[] = {9, 0, 0, 0, 0, 0, 0, 0, 0, 0, 255, 0};
-             EXPECT_EQ(memcmp(document.At(kSamplePlainText).descriptor + 1, fields, sizeof fields), 0);
-             EXPECT_EQ(document.TextOf(kSamplePlainText), "two\r\nlines");
-             EXPECT_EQ(document.LineOf(kSamplePlainText), "PLAIN TEXT\xFE two");
-             EXPECT_EQ(defaultPlainTextGrid.width + defaultPlainTextGrid.height, 0);
-             EXPECT_EQ(defaultPlainTextGrid.cellWidth + defaultPlainTextGrid.cellHeight, 0);
-             defaultPlainTextGrid = grid;
-         }},
-        {"without an image before it there is no eyedropper, without colours still a dialog",
-         kSamplePlainText,
-         [](SampleDocument& document) {
-             MakeHeaderBlack(document);
-             Block image = document.At(kSampleImage);
-             image.kind = kUnknownBlock;
-             document.Put(image);
-         },
-         {[](HWND dialog) {
-             EXPECT_FALSE(IsEnabled(dialog, IDC_EYEDROPPER));
-             EXPECT_FALSE(IsEnabled(dialog, IDC_SECOND_EYEDROPPER));
-             EXPECT_TRUE(IsEnabled(dialog, IDC_COLOUR));
-             PressButton(dialog, IDCANCEL);
-         }},
-         kBlockEdited,
-         nullptr},
-    });
+    auto change = [](HWND dialog) {
+        ClickBox(dialog, IDC_COLOUR);
+        ClickBox(dialog, IDC_SECOND_EYEDROPPER);
+        EXPECT_EQ(Shown(dialog, {IDC_COLOUR, IDC_SECOND_COLOUR}), "33|7");
+        SetText(dialog, IDC_PLAIN_TEXT, "two\r\nlines");
+        SetText(dialog, IDC_PLAIN_LEFT, "9");
+        SetText(dialog, IDC_PLAIN_TOP, "ten");
+    };
+    const char coloursAlone[] = "\0\0\0\0\x50\0\x19\0\x08\x10\x21\x07", all[] = "\x09\0\0\0\0\0\0\0\0\0\x21\x07";
+    EXPECT_EQ(Edit(kSamplePlainText, {Then(change, IDCANCEL), ChooseCell(33), ClickPixel(7, 29)}), kBlockEdited);
+    EXPECT_EQ(memcmp(At(kSamplePlainText).descriptor + 1, coloursAlone, 12), 0);
+    EXPECT_EQ(TextOf(kSamplePlainText), "This space for rent...");
+    EXPECT_EQ(memcmp(&defaultPlainTextGrid, &grid, sizeof grid), 0);
+
+    EXPECT_EQ(Edit(kSamplePlainText, {Then(change, IDOK), ChooseCell(33), ClickPixel(7, 29)}), kBlockEdited);
+    EXPECT_EQ(memcmp(At(kSamplePlainText).descriptor + 1, all, 12), 0);
+    EXPECT_EQ(TextOf(kSamplePlainText), "two\r\nlines");
+    const PlainTextGrid cleared = {};
+    EXPECT_EQ(memcmp(&defaultPlainTextGrid, &cleared, sizeof cleared), 0);
+    defaultPlainTextGrid = grid;
+
+    MakeHeaderBlack();
+    Block image = At(kSampleImage);
+    image.kind = kUnknownBlock;
+    Put(image);
+    // Without colours there is still a dialog.
+    Steps see = See({IDC_EYEDROPPER, IDC_SECOND_EYEDROPPER, IDC_COLOUR}, "[]|[]|33", IDCANCEL);
+    EXPECT_EQ(Edit(kSamplePlainText, {see}), kBlockEdited);
 }
 
-TEST_F(Editors, NumbersAreCutTo16Bits) {
-    const struct {
-        const char* text;
-        int number;
-    } rows[] = {{"0", 0}, {"32760", 32760}, {"65535", 65535}, {"70000", 4464}, {"", 0}, {"junk", 0}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.text);
-        SampleDocument document;
-        EXPECT_EQ(Edit(document, kSampleLoop, {Type(IDC_LOOP_ITERATIONS, row.text, IDOK)}), kBlockEdited);
-        EXPECT_EQ(document.LineOf(kSampleLoop), "LOOP\xFE (" + std::to_string(row.number) + " iterations)");
+const char kNewComment[] = "This space for rent...";
+
+// Lines of words of bytes above 127. (One endless word would keep Wine's edit field busy for seconds.)
+std::string LongText(size_t bytes) {
+    std::string text;
+    while (text.size() < bytes) text += "\xE9t\xE9 \x80 \x9Cl\xE0\x9D\r\n";
+    return text.substr(0, bytes);
+}
+
+TEST_F(Editors, CommentLosesNothing) {
+    std::string everyByte;
+    for (int byte = 1; byte <= 255; ++byte) everyByte += static_cast<char>(byte);
+    const std::string texts[] = {everyByte, "a\r\nb\nc\rd\r\n\r\ne\n\nf\r\r\ng\r\n", LongText(kMaxTextBytes),
+                                 "  \t text \r\n "};
+    for (const std::string& text : texts) {
+        SetComment(text);
+        EXPECT_EQ(Edit(kSampleComment, {Press(IDOK)}), kBlockEdited);
+        EXPECT_EQ(TextOf(kSampleComment), text);
     }
-    SampleDocument document;
-    EXPECT_EQ(Edit(document, kSampleLoop, {Type(IDC_LOOP_ITERATIONS, "5", IDCANCEL)}), kBlockUnchanged);
-    EXPECT_EQ(document.LineOf(kSampleLoop), "LOOP\xFE (0 iterations)");
+    SetComment(std::string("seen\0unseen", 11));
+    EXPECT_EQ(Edit(kSampleComment, {Press(IDOK)}), kBlockEdited);
+    EXPECT_EQ(TextOf(kSampleComment), "seen");
+}
+
+TEST_F(Editors, CommentTakesWhatIsTyped) {
+    const std::string nearlyFull = LongText(kMaxTextBytes - 1);
+    const struct {
+        std::string before;
+        WPARAM selectionEnd;
+        const wchar_t* typed;
+        std::string after;
+    } rows[] = {{"old", 3, L"d\u00E9j\u00E0\r\u20AC 5 \u4E2D", "d\xE9j\xE0\r\n\x80 5 ?"},
+                {nearlyFull, 0, L"yz", "y" + nearlyFull}};
+    for (const auto& row : rows) {
+        SetComment(row.before);
+        auto type = [&row](HWND dialog) {
+            HWND edit = GetDlgItem(dialog, IDC_COMMENT_TEXT);
+            SendMessageW(edit, EM_SETSEL, 0, static_cast<LPARAM>(row.selectionEnd));
+            for (const wchar_t* letter = row.typed; *letter; ++letter) SendMessageW(edit, WM_CHAR, *letter, 0);
+        };
+        EXPECT_EQ(Edit(kSampleComment, {Then(type, IDOK)}), kBlockEdited);
+        EXPECT_EQ(TextOf(kSampleComment), row.after);
+    }
+}
+
+TEST_F(Editors, EmptyCommentHasNoData) {
+    EXPECT_EQ(Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "lost", IDCANCEL)}), kBlockUnchanged);
+    EXPECT_EQ(TextOf(kSampleComment), kNewComment);
+    EXPECT_EQ(Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "", IDOK)}), kBlockEdited);
+    EXPECT_EQ(At(kSampleComment).data, nullptr);
+    EXPECT_EQ(At(kSampleComment).dataLength, 0u);
+    EXPECT_EQ(Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "again", IDOK)}), kBlockEdited);
+    EXPECT_EQ(TextOf(kSampleComment), "again");
+}
+
+TEST_F(Editors, FailuresKeepTheOldComment) {
+    auto failAtOk = [](Faults at) {
+        return [=](HWND dialog) {
+            SetText(dialog, IDC_COMMENT_TEXT, "new");
+            faults = at;
+            PressButton(dialog, IDOK);
+        };
+    };
+    const Faults noMemory = {0, Faults::kNever, Faults::kNever}, oneLock = {Faults::kNever, Faults::kNever, 1};
+    Steps outOfMemory = ReadAfterFault("There has been an error allocating memory.");
+    EXPECT_EQ(Edit(kSampleComment, {failAtOk(noMemory), outOfMemory}), kBlockEdited);
+    EXPECT_EQ(TextOf(kSampleComment), kNewComment);
+
+    // The new text is stored, but the list can't be reached.
+    EXPECT_EQ(Edit(kSampleComment, {failAtOk(oneLock)}), kBlockInaccessible);
+    faults = {};
+    EXPECT_EQ(TextOf(kSampleComment), kNewComment);
+
+    faults = oneLock;  // the list is read, the text is not: shown empty, it would be lost with OK
+    EXPECT_EQ(Edit(kSampleComment, {outOfMemory}), kBlockUnchanged);
+    EXPECT_EQ(TextOf(kSampleComment), kNewComment);
+}
+
+TEST_F(Editors, LoopTakesNumbersCutTo16Bits) {
+    const std::pair<const char*, const char*> rows[] = {{"0", "0"},        {"32760", "32760"}, {"65535", "65535"},
+                                                        {"70000", "4464"}, {"", "0"},          {"junk", "0"}};
+    for (const auto& [typed, taken] : rows) {
+        EXPECT_EQ(Edit(kSampleLoop, {Type(IDC_LOOP_ITERATIONS, typed, IDOK)}), kBlockEdited);
+        EXPECT_EQ(LineOf(kSampleLoop), std::string("LOOP\xFE (") + taken + " iterations)");
+    }
+    EXPECT_EQ(Edit(kSampleLoop, {Type(IDC_LOOP_ITERATIONS, "5", IDCANCEL)}), kBlockUnchanged);
+    EXPECT_EQ(LineOf(kSampleLoop), "LOOP\xFE (0 iterations)");
 }
 
 TEST_F(Editors, UpDownsStepTheBlocksValueWithinTheirRange) {
@@ -395,78 +289,33 @@ TEST_F(Editors, UpDownsStepTheBlocksValueWithinTheirRange) {
                 {kSamplePlainText, IDC_PLAIN_TOP_UPDOWN, 0},   {kSampleLoop, IDC_LOOP_ITERATIONS_UPDOWN, 0}};
     for (const auto& row : rows) {
         SCOPED_TRACE(row.upDown);
-        SampleDocument document;
-        Edit(document, row.block, {[&row](HWND dialog) {
-                 LRESULT range = SendDlgItemMessageW(dialog, row.upDown, UDM_GETRANGE, 0, 0);
-                 EXPECT_EQ(LOWORD(range), 32760);
-                 EXPECT_EQ(HIWORD(range), row.minimum);
-                 int edit = row.upDown - 10000;
-                 SetText(dialog, edit, "1234");  // a position of four digits must be readable again
-                 SendDlgItemMessageW(dialog, edit, WM_KEYDOWN, VK_UP, 0);
-                 EXPECT_EQ(GetDlgItemInt(dialog, edit, nullptr, FALSE), 1235u);
-                 PressButton(dialog, IDCANCEL);
-             }});
+        auto step = [&row](HWND dialog) {
+            LRESULT range = SendDlgItemMessageW(dialog, row.upDown, UDM_GETRANGE, 0, 0);
+            EXPECT_EQ(range, MAKELPARAM(32760, row.minimum));
+            int edit = row.upDown - 10000;
+            SetText(dialog, edit, "1234");  // a position of four digits must be readable again
+            SendDlgItemMessageW(dialog, edit, WM_KEYDOWN, VK_UP, 0);
+            EXPECT_EQ(Shown(dialog, {edit}), "1235");
+        };
+        Edit(row.block, {Then(step, IDCANCEL)});
     }
 }
 
 TEST_F(Editors, BlocksWithoutAnEditor) {
     const struct {
         int index, result;
-        const char* text;  // null: no message
+        std::vector<Steps> messages;
     } rows[] = {
-        {kSampleEmpty, kBlockEdited, "That block can't be edited."},
-        {kSampleUnknown, kBlockUnchanged, "That block can't be edited."},
-        {kSampleApplication, kBlockUnchanged,
-         "Creator:   KELMOR\nAuthentication: 1.0\n\nApplication blocks can't be edited."},
-        {kSampleBlockNames, kBlockEdited, nullptr},
-        {kSampleLastControl + 1, kBlockInaccessible, nullptr},
-        {-1, kBlockInaccessible, nullptr},
+        {kSampleEmpty, kBlockEdited, {Read("That block can't be edited.", IDOK)}},
+        {kSampleUnknown, kBlockUnchanged, {Read("That block can't be edited.", IDOK)}},
+        {kSampleApplication,
+         kBlockUnchanged,
+         {Read("Creator:   KELMOR\nAuthentication: 1.0\n\nApplication blocks can't be edited.", IDOK)}},
+        {kSampleBlockNames, kBlockEdited, {}},
+        {kSampleLastControl + 1, kBlockInaccessible, {}},
+        {-1, kBlockInaccessible, {}},
     };
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.index);
-        SampleDocument document;
-        EXPECT_EQ(Edit(document, row.index, row.text ? std::vector<Steps>{Read(row.text, IDOK)} : std::vector<Steps>{}),
-                  row.result);
-    }
-}
-
-TEST_F(Editors, NestedDialogsHandBackWhatIsEdited) {
-    SampleDocument document;
-    SetPacked(document, kSampleControl, kControlPacked, 1);
-    Edit(document, kSampleControl,
-         {[](HWND dialog) {
-              Block* edited = Edited<Block>();
-              ASSERT_EQ(edited->kind, kControlBlock);
-              for (int button : {IDC_COLOUR, IDC_COLOUR, IDC_EYEDROPPER}) {
-                  Click(dialog, button);
-                  EXPECT_EQ(editedBlock, edited);
-                  EXPECT_TRUE(IsWindowEnabled(dialog));
-              }
-              PressButton(dialog, IDOK);
-          },
-          [](HWND dialog) {
-              EXPECT_NE(Edited<Block>(), nullptr);
-              ChooseCell(4)(dialog);
-          },
-          Press(IDCANCEL), ClickPixel(3, 3)});
-    EXPECT_EQ(ControlOf(document).transparentIndex, 103);
-}
-
-// The same from the main window's side.
-TEST_F(ShellTest, EditedBlockShowsInTheList) {
-    Open(MakeGif("a.gif"));
-    Select(1);
-    DialogAnswers answers;
-    answers.Do(Type(IDC_COMMENT_TEXT, "lost", IDCANCEL));
-    DoubleClick();
-    EXPECT_EQ(Lines()[1], "COMMENT\xFE This space for rent...");
-    EXPECT_FALSE(documentChanged);
-
-    answers.Do(Type(IDC_COMMENT_TEXT, "kept", IDOK));
-    DoubleClick();
-    EXPECT_EQ(Lines()[1], "COMMENT\xFE kept");
-    EXPECT_TRUE(documentChanged);
-    EXPECT_EQ(Selection(), 1);
+    for (const auto& row : rows) EXPECT_EQ(Edit(row.index, row.messages), row.result) << row.index;
 }
 
 }  // namespace

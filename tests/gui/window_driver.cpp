@@ -2,6 +2,7 @@
 
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 
 #include "app/block_list_view.h"
 #include "app/main_window.h"
@@ -12,9 +13,7 @@
 #include "app/shell_state.h"
 #include "app/start_up.h"
 #include "gif/default_blocks.h"
-#include "gif/descriptor.h"
 #include "gif/gif_writer.h"
-#include "platform/file.h"
 #include "platform/wide_text.h"
 #include "resources/command_ids.h"
 
@@ -30,15 +29,6 @@ std::string NewFolder() {
                                    (std::to_string(GetCurrentProcessId()) + "_" + std::to_string(++made));
     std::filesystem::create_directories(folder);
     return Utf8FromWide(folder.wstring()) + "\\";
-}
-
-void AppendImage(BlockList* list, int width, int height) {
-    Block image = {};
-    image.kind = kImageBlock;
-    image.data = CreateImageBitmap(width, height, nullptr, 8);
-    ImageFields fields = {0, 0, static_cast<uint16_t>(width), static_cast<uint16_t>(height), 7};
-    PutImageFields(&image, fields);
-    ASSERT_TRUE(AppendBlock(list, &image));
 }
 
 }  // namespace
@@ -131,10 +121,11 @@ std::vector<std::string> ShellTest::RecentFiles() const {
 std::string ShellTest::MakeGif(const std::string& name, int width, int height) const {
     BlockList list;
     EXPECT_TRUE(NewDocument(&list));
-    Block comment;
-    EXPECT_TRUE(MakeDefaultBlock(nullptr, &list, &comment, kCommentBlock, nullptr, nullptr));
-    EXPECT_TRUE(AppendBlock(&list, &comment));
-    AppendImage(&list, width, height);
+    for (uint16_t kind : {kCommentBlock, kImageBlock}) {
+        Block block;
+        MemoryHandle bitmap = kind == kImageBlock ? CreateImageBitmap(width, height, nullptr, 8) : nullptr;
+        EXPECT_TRUE(MakeDefaultBlock(nullptr, &list, &block, kind, bitmap, nullptr) && AppendBlock(&list, &block));
+    }
     std::string path = File(name);
     EXPECT_TRUE(WriteGifFile(list, path.c_str()));
     DestroyBlockList(&list);
@@ -150,16 +141,11 @@ void PumpMessages() {
 }
 
 std::string ReadWholeFile(const std::string& path) {
-    ::File file;
-    std::string content;
-    if (!file.OpenForReading(path.c_str())) return content;
-    for (int c = file.ReadByte(); c >= 0; c = file.ReadByte()) content += static_cast<char>(c);
-    return content;
+    std::ifstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void WriteWholeFile(const std::string& path, const std::string& content) {
-    ::File file;
-    ASSERT_TRUE(file.Create(path.c_str()));
-    file.Write(content.data(), content.size());
-    ASSERT_TRUE(file.Close());
+    std::ofstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
+    EXPECT_TRUE(file << content << std::flush);
 }

@@ -1,12 +1,4 @@
 // The editor's real main window in the test's own process, driven by the messages a user's action makes.
-//
-//   TEST_F(ShellTest, DeletesTheSelectedBlock) {
-//       Open(Sample("comment.gif"));
-//       Select(1);
-//       Command(IDM_DELETE);
-//       EXPECT_EQ(Lines().size(), 2u);
-//   }
-//
 // Modal dialogs are answered with DialogAnswers (tests/gui/dialog_answers.h).
 #pragma once
 
