@@ -66,8 +66,7 @@ MemoryHandle DitherToColours(ConstLockedBitmap source, const RgbTriple* palette,
     uint8_t* bgr = pixelLock.Bytes();
     uint8_t* indexes = bgr + size_t{3} * width;
 
-    TrueColours colours;
-    GetTrueColours(source, &colours);
+    const TrueColours colours = GetTrueColours(source);
     for (int y = source->height - 1; y >= 0; --y) {  // the stored rows in their order: upwards
         if (StopRequested(flags)) return nullptr;
         ExpandRow(ImageRow(source, y), source->width, source->bitCount, colours, bgr);

@@ -37,8 +37,7 @@ struct GreyImage {
 };
 
 void FillGrey(ConstLockedBitmap source, uint8_t* bgr, GreyImage* grey) {
-    TrueColours colours;
-    GetTrueColours(source, &colours);
+    const TrueColours colours = GetTrueColours(source);
     uint8_t* row = grey->pixels;
     for (int y = grey->height - 1; y >= 0; --y, row += grey->rowBytes) {
         ExpandRow(ImageRow(source, y), grey->width, source->bitCount, colours, bgr);

@@ -8,11 +8,8 @@ constexpr uint32_t ColourTableEntries(int bitCount) {
     return bitCount <= 8 ? 1u << bitCount : 0;
 }
 
-// The stored row and the column of a pixel, or false outside the bitmap.
-bool Locate(ConstLockedBitmap bitmap, int x, int y, const uint8_t** row) {
-    if (x < 0 || y < 0 || x >= bitmap->width || y >= bitmap->height) return false;
-    *row = ImageRow(bitmap, y);
-    return true;
+bool IsInside(ConstLockedBitmap bitmap, int x, int y) {
+    return x >= 0 && y >= 0 && x < bitmap->width && y < bitmap->height;
 }
 
 }  // namespace
@@ -43,8 +40,7 @@ MemoryHandle CreateImageBitmap(int width, int height, const RgbTriple* colours, 
     header->bitCount = static_cast<uint16_t>(bitCount);
     header->imageBytes = static_cast<uint32_t>(imageBytes);
     header->coloursUsed = header->coloursImportant = entries;
-    RgbQuad* table = ImageColourTable(header);
-    for (uint32_t i = 0; colours && i < entries; ++i) table[i] = {colours[i].blue, colours[i].green, colours[i].red, 0};
+    if (colours) SetImagePalette(header, colours);
     return memory.Release();
 }
 
@@ -67,22 +63,27 @@ int GetImagePalette(ConstLockedBitmap bitmap, RgbTriple* palette) {
     return entries;
 }
 
+void SetImagePalette(LockedBitmap bitmap, const RgbTriple* palette) {
+    RgbQuad* table = ImageColourTable(bitmap);
+    for (uint32_t i = 0; i < ColourTableEntries(bitmap->bitCount); ++i)
+        table[i] = {palette[i].blue, palette[i].green, palette[i].red, 0};
+}
+
 uint32_t GetImagePixel(ConstLockedBitmap bitmap, int x, int y) {
-    const uint8_t* row;
-    if (!Locate(bitmap, x, y, &row)) return kNoPixel;
+    if (!IsInside(bitmap, x, y)) return kNoPixel;
+    const uint8_t* row = ImageRow(bitmap, y);
     switch (bitmap->bitCount) {
-        case 1: return row[x / 8] >> (7 - x % 8) & 1;
-        case 4: return x % 2 ? row[x / 2] & 15 : row[x / 2] >> 4;
-        case 8: return row[x];
+        case 1:
+        case 4:
+        case 8: return IndexAt(row, x, bitmap->bitCount);
         case 24: row += 3 * x; return static_cast<uint32_t>(row[0] << 16 | row[1] << 8 | row[2]);
     }
     return kNoPixel;
 }
 
 void SetImagePixel(LockedBitmap bitmap, int x, int y, uint32_t value) {
-    const uint8_t* found;
-    if (value == kNoPixel || !Locate(bitmap, x, y, &found)) return;
-    auto* row = const_cast<uint8_t*>(found);
+    if (value == kNoPixel || !IsInside(bitmap, x, y)) return;
+    uint8_t* row = ImageRow(bitmap, y);
     switch (bitmap->bitCount) {
         case 1: {
             int mask = 0x80 >> x % 8;

@@ -73,6 +73,18 @@ bool GetImageInfo(MemoryHandle image, int* width, int* height, int* bitCount, Rg
 // are. A 24-bit bitmap has none: nothing is copied and the result is 1, so that callers can take 0 for a failure.
 int GetImagePalette(ConstLockedBitmap bitmap, RgbTriple* palette);
 
+// Fills the colour table from `palette`, which has as many entries as the table. A 24-bit bitmap has none.
+void SetImagePalette(LockedBitmap bitmap, const RgbTriple* palette);
+
+// The index at column x of a stored row of 1, 4 or 8 bits a pixel.
+inline uint8_t IndexAt(const uint8_t* row, int x, int bitCount) {
+    switch (bitCount) {
+        case 1: return row[x / 8] >> (7 - x % 8) & 1;
+        case 4: return x % 2 ? row[x / 2] & 15 : row[x / 2] >> 4;
+        default: return row[x];
+    }
+}
+
 // The pixel at column x, image row y (0 is the top): an index, or the colour 0x00BBGGRR of a 24-bit pixel.
 // kNoPixel when x or y lies outside or the bit count is unknown.
 uint32_t GetImagePixel(ConstLockedBitmap bitmap, int x, int y);

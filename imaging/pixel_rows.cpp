@@ -11,21 +11,14 @@ uint8_t* PutColour(uint8_t* bgr, RgbQuad colour) {
     return bgr + 3;
 }
 
-uint8_t IndexAt(const uint8_t* row, int x, int bitCount) {
-    switch (bitCount) {
-        case 1: return row[x / 8] >> (7 - x % 8) & 1;
-        case 4: return x % 2 ? row[x / 2] & 15 : row[x / 2] >> 4;
-        default: return row[x];
-    }
-}
-
 }  // namespace
 
-void GetTrueColours(ConstLockedBitmap bitmap, TrueColours* colours) {
-    *colours = {};
-    if (bitmap->bitCount == 1) colours->colours[1] = {255, 255, 255, 0};
+TrueColours GetTrueColours(ConstLockedBitmap bitmap) {
+    TrueColours colours = {};
+    if (bitmap->bitCount == 1) colours.of[1] = {255, 255, 255, 0};
     if (bitmap->bitCount == 4 || bitmap->bitCount == 8)
-        memcpy(colours->colours, ImageColourTable(bitmap), sizeof(RgbQuad) << bitmap->bitCount);
+        memcpy(colours.of, ImageColourTable(bitmap), sizeof(RgbQuad) << bitmap->bitCount);
+    return colours;
 }
 
 void ExpandRow(const uint8_t* row, int width, int bitCount, const TrueColours& colours, uint8_t* bgr) {
@@ -33,5 +26,5 @@ void ExpandRow(const uint8_t* row, int width, int bitCount, const TrueColours& c
         memcpy(bgr, row, size_t{3} * static_cast<size_t>(width));
         return;
     }
-    for (int x = 0; x < width; ++x) bgr = PutColour(bgr, colours.colours[IndexAt(row, x, bitCount)]);
+    for (int x = 0; x < width; ++x) bgr = PutColour(bgr, colours.of[IndexAt(row, x, bitCount)]);
 }

@@ -61,10 +61,9 @@ int MapTrueColour(RgbQuad colour, const RgbTriple* palette, int depth) {
 
 IndexMap MapTrueColours(ConstLockedBitmap source, const RgbTriple* palette, int depth) {
     IndexMap map = {source->bitCount, {}};
-    TrueColours colours;
-    GetTrueColours(source, &colours);
+    const TrueColours colours = GetTrueColours(source);
     for (int i = 0; i < 1 << source->bitCount; ++i)
-        map.to[i] = static_cast<uint8_t>(MapTrueColour(colours.colours[i], palette, depth));
+        map.to[i] = static_cast<uint8_t>(MapTrueColour(colours.of[i], palette, depth));
     return map;
 }
 

@@ -20,6 +20,7 @@ public:
     const RgbTriple* Colours() const { return colours_; }
 
     void Add(uint8_t red, uint8_t green, uint8_t blue) {
+        if (Overflowed()) return;
         uint32_t colour = PackColour(red, green, blue);
         if (count_ == wanted_) {
             if (index_.Find(colour) == ColourIndex::kMissing) count_ = -1;
@@ -56,7 +57,7 @@ public:
 private:
     void AddTrueColours(const uint8_t* bgr, int width) {
         for (int x = 0; x < width; ++x, bgr += 3) {
-            if (!exact_.Overflowed()) exact_.Add(bgr[2], bgr[1], bgr[0]);
+            exact_.Add(bgr[2], bgr[1], bgr[0]);
             ++cells_[HistogramCell(bgr[2], bgr[1], bgr[0])].count;
         }
     }
@@ -67,25 +68,21 @@ private:
         OwnedMemory indexes(AllocateMemory(static_cast<uint32_t>(width)));
         MemoryLock indexLock(indexes.Get());
         if (!indexLock) return false;
-        TrueColours colours;
-        GetTrueColours(bitmap, &colours);
+        const TrueColours colours = GetTrueColours(bitmap);
         uint32_t counts[kPaletteEntries] = {};
         for (int y = bitmap->height - 1; y >= 0; --y) {
             UnpackRow(indexLock.Bytes(), ImageRow(bitmap, y), width, bitmap->bitCount);
             for (int x = 0; x < width; ++x) {
                 uint8_t index = indexLock.Bytes()[x];
-                if (counts[index]++ == 0) AddColour(colours.colours[index]);
+                RgbQuad colour = colours.of[index];
+                if (counts[index]++ == 0) exact_.Add(colour.red, colour.green, colour.blue);
             }
         }
         for (int i = 0; i < kPaletteEntries; ++i) {
-            RgbQuad colour = colours.colours[i];
+            RgbQuad colour = colours.of[i];
             cells_[HistogramCell(colour.red, colour.green, colour.blue)].count += counts[i];
         }
         return true;
-    }
-
-    void AddColour(RgbQuad colour) {
-        if (!exact_.Overflowed()) exact_.Add(colour.red, colour.green, colour.blue);
     }
 
     ColourCell* cells_;

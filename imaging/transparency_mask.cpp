@@ -1,36 +1,18 @@
 #include "imaging/transparency_mask.h"
 
+#include "imaging/colour_index.h"
+#include "imaging/row_packer.h"
 #include "imaging/standard_palette.h"
 
 namespace {
 
-// Calls isOpaque(x) for every column, and packs the answers into `to`, the leftmost in the most significant bit.
-template <typename IsOpaque>
-void PackRow(uint8_t* to, int width, IsOpaque isOpaque) {
-    int x = 0;
-    for (; x + 8 <= width; x += 8) {
-        unsigned bits = 0;
-        for (int i = 0; i < 8; ++i) bits = bits << 1 | (isOpaque(x + i) ? 1u : 0u);
-        *to++ = static_cast<uint8_t>(bits);
-    }
-    unsigned rest = 0;
-    for (int i = x; i < width; ++i) rest |= (isOpaque(i) ? 0x80u : 0u) >> (i - x);
-    if (x < width) *to = static_cast<uint8_t>(rest);
-}
-
-void MaskRow(uint8_t* to, const uint8_t* row, int width, int bitCount, uint32_t transparent) {
-    switch (bitCount) {
-        case 1: PackRow(to, width, [=](int x) { return (uint32_t{row[x / 8]} >> (7 - x % 8) & 1) != transparent; }); break;
-        case 4:
-            PackRow(to, width, [=](int x) { return (x % 2 ? row[x / 2] & 15u : uint32_t{row[x / 2]} >> 4) != transparent; });
-            break;
-        case 8: PackRow(to, width, [=](int x) { return row[x] != transparent; }); break;
-        case 24:
-            PackRow(to, width, [=](int x) {
-                const uint8_t* pixel = row + 3 * x;
-                return (uint32_t{pixel[0]} << 16 | uint32_t{pixel[1]} << 8 | pixel[2]) != transparent;
-            });
-            break;
+// Turns a row into one byte a pixel: 0 where it equals `transparent`, otherwise 1.
+void MarkOpaque(const uint8_t* row, int width, int bitCount, uint32_t transparent, uint8_t* marks) {
+    if (bitCount == 24) {
+        for (int x = 0; x < width; ++x, row += 3) marks[x] = PackColour(row[2], row[1], row[0]) != transparent;
+    } else {
+        UnpackRow(marks, row, width, bitCount);
+        for (int x = 0; x < width; ++x) marks[x] = marks[x] != transparent;
     }
 }
 
@@ -41,10 +23,12 @@ MemoryHandle MakeTransparencyMask(ConstLockedBitmap bitmap, uint32_t transparent
     int depth = 0;
     StandardPalette(blackAndWhite, &depth, kPaletteBlackWhite);
     OwnedMemory mask(CreateImageBitmap(bitmap->width, bitmap->height, blackAndWhite, depth));
-    MemoryLock lock(mask.Get());
-    if (!lock) return nullptr;
-    auto* bits = lock.As<BitmapHeader>();
-    for (int y = 0; y < bitmap->height; ++y)
-        MaskRow(ImageRow(bits, y), ImageRow(bitmap, y), bitmap->width, bitmap->bitCount, transparentIndex);
+    OwnedMemory marks(AllocateMemory(static_cast<uint32_t>(bitmap->width)));
+    MemoryLock lock(mask.Get()), marksLock(marks.Get());
+    if (!lock || !marksLock) return nullptr;
+    for (int y = 0; y < bitmap->height; ++y) {
+        MarkOpaque(ImageRow(bitmap, y), bitmap->width, bitmap->bitCount, transparentIndex, marksLock.Bytes());
+        PackRow(ImageRow(lock.As<BitmapHeader>(), y), marksLock.Bytes(), bitmap->width, 1);
+    }
     return mask.Release();
 }

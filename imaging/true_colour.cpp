@@ -11,8 +11,7 @@ MemoryHandle ExpandToTrueColour(MemoryHandle source) {
     if (!resultLock) return nullptr;
     auto* to = resultLock.As<BitmapHeader>();
 
-    TrueColours colours;
-    GetTrueColours(from, &colours);
+    const TrueColours colours = GetTrueColours(from);
     for (int y = 0; y < from->height; ++y)
         ExpandRow(ImageRow(from, y), from->width, from->bitCount, colours, ImageRow(to, y));
     return result.Release();

@@ -34,9 +34,7 @@ bool ReadPixels(HDC dc, HBITMAP bitmap, int height, MemoryHandle image, const Rg
     if (GetDIBits(dc, bitmap, 0, rows, ImagePixels(target), info, DIB_RGB_COLORS) != height) return false;
     // The system has put its own counts and the device's colours in the place of ours.
     *target = header;
-    RgbQuad* table = ImageColourTable(target);
-    int entries = palette && target->bitCount <= 8 ? 1 << target->bitCount : 0;
-    for (int i = 0; i < entries; ++i) table[i] = {palette[i].blue, palette[i].green, palette[i].red, 0};
+    if (palette) SetImagePalette(target, palette);
     return true;
 }
 

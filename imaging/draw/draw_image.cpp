@@ -5,13 +5,8 @@
 #include "imaging/draw/screen_palette.h"
 
 void AdoptColours(LockedBitmap bitmap, const RgbTriple* palette, RgbTriple* colours) {
-    if (bitmap->bitCount > 8) return;
-    int entries = GetImagePalette(bitmap, colours);
-    RgbQuad* table = ImageColourTable(bitmap);
-    for (int i = 0; i < entries; ++i) {
-        if (palette) colours[i] = palette[i];
-        table[i] = {colours[i].blue, colours[i].green, colours[i].red, 0};
-    }
+    if (palette) SetImagePalette(bitmap, palette);
+    GetImagePalette(bitmap, colours);
 }
 
 void DrawImageStraight(HDC dc, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource) {

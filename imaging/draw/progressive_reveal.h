@@ -3,9 +3,9 @@
 
 #include "platform/windows_api.h"
 
-// Lets rows appear at the pace of the settings, 4 ms each unless changed, measured from the start, as the system's
-// sleep is too coarse for a single row.
-// Input that is going to close the viewer ends the waiting for good; it stays in the queue.
+// Lets rows appear at the pace of the settings, 4 ms each unless changed. The pace is kept from the start on, as the
+// system's sleep is too coarse for a single row. Input that is going to close the viewer ends the waiting for good; it
+// stays in the queue.
 class RevealPace {
 public:
     RevealPace() : start_(GetTickCount()) {}

@@ -4,9 +4,7 @@
 #include "gif/block_list.h"
 #include "platform/windows_api.h"
 
-constexpr wchar_t kViewerClass[] =
-    L"KLM Zephyr"
-    L"View";
+constexpr wchar_t kViewerClass[] = L"KLM ZephyrView";
 
 // Messages that the window posts to itself, without parameters.
 constexpr UINT WM_VIEWER_NEXT = WM_USER + 31;     // play the block at nextIndex

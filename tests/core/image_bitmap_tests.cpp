@@ -8,40 +8,33 @@
 #include "tests/support/temp_folder.h"
 
 TEST(ImageBitmap, LayoutByDepth) {
-    struct Case {
-        int width, height, depth, bitCount;
+    const struct {
+        int width, height, depth;
+        uint16_t bitCount;
         uint32_t colours, rowBytes;
-    } const cases[] = {
-        {1, 1, 1, 1, 2, 4},        {33, 3, 1, 1, 2, 8},   {8, 2, 2, 4, 16, 4},  {9, 2, 4, 4, 16, 8},
-        {4, 1, 5, 8, 256, 4},      {5, 7, 8, 8, 256, 8},  {5, 7, 0, 24, 0, 16}, {1, 2, 24, 24, 0, 4},
-        {3, 3, 9, 24, 0, 12},      {3, 3, -1, 24, 0, 12}, {0, 9, 8, 8, 256, 0}, {9, 0, 8, 8, 256, 12},
-        {65535, 1, 1, 1, 2, 8192},
+    } cases[] = {
+        {1, 1, 1, 1, 2, 4},    {33, 3, 1, 1, 2, 8},  {8, 2, 2, 4, 16, 4},   {9, 2, 4, 4, 16, 8},
+        {4, 1, 5, 8, 256, 4},  {5, 7, 8, 8, 256, 8}, {5, 7, 0, 24, 0, 16},  {1, 2, 24, 24, 0, 4},
+        {3, 3, -1, 24, 0, 12}, {0, 9, 8, 8, 256, 0}, {9, 0, 8, 8, 256, 12}, {65535, 1, 1, 1, 2, 8192},
     };
     RgbTriples colours;
     for (int i = 0; i < kPaletteEntries; ++i)
         colours[i] = {static_cast<uint8_t>(i), static_cast<uint8_t>(i + 1), static_cast<uint8_t>(i + 2)};
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(std::to_string(c.width) + "x" + std::to_string(c.height) + " depth " + std::to_string(c.depth));
-        EXPECT_EQ(BitCountForDepth(c.depth), c.bitCount);
         OwnedMemory image(CreateImageBitmap(c.width, c.height, colours, c.depth));
         MemoryLock lock(image.Get());
         ASSERT_TRUE(lock);
-        uint32_t imageBytes = c.rowBytes * static_cast<uint32_t>(c.height);
         auto* header = lock.As<BitmapHeader>();
-        BitmapHeader expected = {40, c.width, c.height,  1,        static_cast<uint16_t>(c.bitCount), 0, imageBytes,
-                                 0,  0,       c.colours, c.colours};
+        uint32_t imageBytes = c.rowBytes * static_cast<uint32_t>(c.height);
+        const BitmapHeader expected = {40, c.width, c.height, 1, c.bitCount, 0, imageBytes, 0, 0, c.colours, c.colours};
         EXPECT_EQ(memcmp(header, &expected, sizeof expected), 0);
-        EXPECT_GE(MemorySize(image.Get()), 40 + 4 * c.colours + imageBytes);
         EXPECT_EQ(ImagePixels(header), lock.Bytes() + 40 + 4 * c.colours);
-        EXPECT_EQ(ImageRowBytes(header), c.rowBytes);
-        if (c.height) {
-            EXPECT_EQ(ImageRow(header, c.height - 1), ImagePixels(header)) << "rows stand bottom-up";
-        }
+        EXPECT_EQ(Bytes(ImagePixels(header), ImagePixels(header) + imageBytes), Bytes(imageBytes));
         for (uint32_t i = 0; i < c.colours; ++i) {
-            uint8_t quad[4] = {colours[i].blue, colours[i].green, colours[i].red, 0};
+            const uint8_t quad[4] = {colours[i].blue, colours[i].green, colours[i].red, 0};
             EXPECT_EQ(memcmp(ImageColourTable(header) + i, quad, 4), 0);
         }
-        for (uint32_t i = 0; i < imageBytes; ++i) ASSERT_EQ(ImagePixels(header)[i], 0);
         RgbTriples read = {};
         EXPECT_EQ(GetImagePalette(header, read), c.colours ? static_cast<int>(c.colours) : 1);
         EXPECT_EQ(memcmp(read, colours, 3 * c.colours), 0);
@@ -50,24 +43,23 @@ TEST(ImageBitmap, LayoutByDepth) {
 }
 
 TEST(ImageBitmap, SizesThatAreRefused) {
-    struct Case {
-        int width, height, depth;
-    } const cases[] = {{-1, 1, 8}, {1, -1, 8}, {65536, 1, 1}, {1, 65536, 1}, {65535, 65535, 8}, {65535, 65535, 24}};
-    for (const Case& c : cases) EXPECT_EQ(CreateImageBitmap(c.width, c.height, nullptr, c.depth), nullptr) << c.width;
+    const int cases[][3] = {{-1, 1, 8},    {1, -1, 8},        {65536, 1, 1},
+                            {1, 65536, 1}, {65535, 65535, 8}, {65535, 65535, 24}};
+    for (const auto& c : cases) EXPECT_EQ(CreateImageBitmap(c[0], c[1], nullptr, c[2]), nullptr) << c[0];
 }
 
 TEST(ImageBitmap, PixelsInBytes) {
-    struct Case {
+    const struct {
         int depth;
         std::vector<uint32_t> values;  // of pixels 0, 1, 2 ... of the second row of two
-        Bytes row;
-    } const cases[] = {
-        {1, {1, 0, 3, 2, 0, 0, 0, 1, 1}, {0xA1, 0x80, 0, 0}},
-        {4, {1, 0xF, 0x23}, {0x1F, 0x30, 0, 0}},
-        {8, {1, 0x1FE}, {1, 0xFE, 0, 0}},
-        {24, {0xBBAA99}, {0xBB, 0xAA, 0x99, 0}},
+        Bytes row, withoutFirst;
+    } cases[] = {
+        {1, {1, 0, 3, 2, 0, 0, 0, 1, 1}, {0xA1, 0x80, 0, 0}, {0x21, 0x80, 0, 0}},
+        {4, {1, 0xF, 0x23}, {0x1F, 0x30, 0, 0}, {0x0F, 0x30, 0, 0}},
+        {8, {1, 0x1FE}, {1, 0xFE, 0, 0}, {0, 0xFE, 0, 0}},
+        {24, {0xBBAA99}, {0xBB, 0xAA, 0x99, 0}, {0, 0, 0, 0}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         auto width = static_cast<int>(c.values.size());
         OwnedMemory image(CreateImageBitmap(width, 2, nullptr, c.depth));
         MemoryLock lock(image.Get());
@@ -79,11 +71,8 @@ TEST(ImageBitmap, PixelsInBytes) {
             EXPECT_EQ(GetImagePixel(bitmap, x, 1), c.values[static_cast<size_t>(x)] & mask);
             EXPECT_EQ(GetImagePixel(bitmap, x, 0), 0u) << "the other row is untouched";
         }
-        // Setting a pixel leaves its neighbours alone, and clears what it held.
-        SetImagePixel(bitmap, 0, 1, mask);
         SetImagePixel(bitmap, 0, 1, 0);
-        for (int x = 1; x < width; ++x) EXPECT_EQ(GetImagePixel(bitmap, x, 1), c.values[static_cast<size_t>(x)] & mask);
-        EXPECT_EQ(GetImagePixel(bitmap, 0, 1), 0u);
+        EXPECT_EQ(Bytes(ImagePixels(bitmap), ImagePixels(bitmap) + 4), c.withoutFirst);
     }
 }
 
@@ -97,12 +86,11 @@ TEST(ImageBitmap, PlacesOutside) {
             EXPECT_EQ(GetImagePixel(bitmap, x, y), kNoPixel);
         }
         SetImagePixel(bitmap, 0, 0, kNoPixel);
-        for (uint32_t i = 0; i < bitmap->imageBytes; ++i) ASSERT_EQ(ImagePixels(bitmap)[i], 0);
-        bitmap->bitCount = 2;
+        bitmap->bitCount = 2;  // which we never make
         SetImagePixel(bitmap, 0, 0, 1);
-        EXPECT_EQ(GetImagePixel(bitmap, 0, 0), kNoPixel) << "a bit count that we never make";
+        EXPECT_EQ(GetImagePixel(bitmap, 0, 0), kNoPixel);
         bitmap->bitCount = static_cast<uint16_t>(depth);
-        EXPECT_EQ(GetImagePixel(bitmap, 0, 0), 0u);
+        EXPECT_EQ(Bytes(ImagePixels(bitmap), ImagePixels(bitmap) + bitmap->imageBytes), Bytes(bitmap->imageBytes));
     }
 }
 

@@ -1,0 +1,203 @@
+// Everything that makes one image from another, beside its plain form and some results worked out by hand.
+#include <gtest/gtest.h>
+
+#include "imaging/dither.h"
+#include "imaging/inverse_colour_table.h"
+#include "imaging/nearest_colour.h"
+#include "imaging/remap.h"
+#include "imaging/transparency_mask.h"
+#include "imaging/true_colour.h"
+#include "tests/support/fault_loop.h"
+#include "tests/support/literal_colours.h"
+#include "tests/support/random_images.h"
+#include "tests/support/scripted_input.h"
+#include "tests/support/temp_folder.h"
+
+namespace {
+
+using Table = std::vector<uint8_t>;
+
+struct Conversion {
+    MemoryHandle (*convert)(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags);
+    MemoryHandle (*plain)(MemoryHandle source, const RgbTriple* palette, int depth, const Table& table);
+};
+
+// A pixel of the image itself, or one that may not be there.
+uint32_t TransparentPixel(ConstLockedBitmap bitmap, int depth) {
+    return depth % 2 ? GetImagePixel(bitmap, bitmap->width / 2, bitmap->height / 2) : static_cast<uint32_t>(depth);
+}
+
+MemoryHandle PlainMask(MemoryHandle source, const RgbTriple*, int depth, const Table&) {
+    MemoryLock lock(source);
+    auto* bitmap = lock.As<const BitmapHeader>();
+    const RgbTriple colours[] = {{0, 0, 0}, {255, 255, 255}};
+    MemoryHandle mask = CreateImageBitmap(bitmap->width, bitmap->height, colours, 1);
+    MemoryLock maskLock(mask);
+    for (int y = 0; y < bitmap->height; ++y)
+        for (int x = 0; x < bitmap->width; ++x)
+            SetImagePixel(maskLock.As<BitmapHeader>(), x, y,
+                          GetImagePixel(bitmap, x, y) != TransparentPixel(bitmap, depth));
+    return mask;
+}
+
+constexpr Conversion kRemap = {RemapImage, LiteralRemap};
+constexpr Conversion kDither = {DitherImage, LiteralDither};
+constexpr Conversion kRemapTrueColours = {
+    [](MemoryHandle source, const RgbTriple* palette, int depth, unsigned) {
+        return RemapTrueColours(source, palette, depth);
+    },
+    [](MemoryHandle source, const RgbTriple* palette, int depth, const Table& table) {
+        OwnedMemory expanded(LiteralExpand(source));
+        return LiteralRemap(expanded.Get(), palette, depth, table);
+    }};
+constexpr Conversion kExpand = {
+    [](MemoryHandle source, const RgbTriple*, int, unsigned) { return ExpandToTrueColour(source); },
+    [](MemoryHandle source, const RgbTriple*, int, const Table&) { return LiteralExpand(source); }};
+constexpr Conversion kMask = {[](MemoryHandle source, const RgbTriple*, int depth, unsigned) {
+                                  MemoryLock lock(source);
+                                  auto* bitmap = lock.As<const BitmapHeader>();
+                                  return MakeTransparencyMask(bitmap, TransparentPixel(bitmap, depth));
+                              },
+                              PlainMask};
+constexpr Conversion kConversions[] = {kRemap, kDither, kRemapTrueColours, kExpand, kMask};
+
+Bytes BytesOf(MemoryHandle image) {
+    MemoryLock lock(image);
+    return Bytes(lock.Bytes(), lock.Bytes() + MemorySize(image));
+}
+
+}  // namespace
+
+TEST(ColourConversions, EqualThePlainFormsAndKeepTheirSource) {
+    constexpr int kBitCounts[] = {1, 4, 8, 24};
+    Random random(2);
+    for (const Palette& palette : TestPalettes(random)) {
+        const Table table = LiteralInverseTable(palette.data());
+        for (int i = 0; i < 160; ++i) {
+            int bitCount = kBitCounts[i % 4], depth = 1 + i / 4 % 8;
+            int width = i < 64 ? i / 12 : i > 155 ? 401 : static_cast<int>(random() % 70);
+            OwnedMemory source(RandomImage(random, width, static_cast<int>(random() % 9), bitCount, palette));
+            const Bytes before = BytesOf(source.Get());
+            for (const Conversion& conversion : kConversions) {
+                OwnedMemory made(conversion.convert(source.Get(), palette.data(), depth, 0));
+                OwnedMemory plain(conversion.plain(source.Get(), palette.data(), depth, table));
+                ASSERT_TRUE(SameBitmap(made.Get(), plain.Get()))
+                    << "conversion " << &conversion - kConversions << ", image " << i << ", " << bitCount << " bits, "
+                    << width << " wide, to depth " << depth;
+            }
+            ASSERT_EQ(BytesOf(source.Get()), before);
+        }
+    }
+}
+
+TEST(ColourConversions, WorkedOutByHand) {
+    const Palette ignored = {{{200, 0, 0}, {0, 0, 0}}}, dark = {{{0, 0, 0}, {120, 200, 200}}};
+    const Palette blackIs1 = {{{9, 9, 9}, {0, 0, 0}, {255, 255, 255}, {1, 1, 1}}};
+    const Palette blackAndWhite = {{{0, 0, 0}, {255, 255, 255}}};
+    Palette light = {};  // black from entry 16 on
+    for (uint8_t i = 0; i < 16; ++i) light[i] = {static_cast<uint8_t>(100 + i), 200, 200};
+    light[21] = {50, 0, 0};
+    const struct {
+        const char* what;
+        Conversion conversion;
+        int bitCount;
+        Palette own;
+        std::vector<uint32_t> pixels;
+        Palette palette;
+        int depth;
+        std::vector<uint32_t> expected;
+    } cases[] = {
+        {"two colours are black and white", kRemap, 1, ignored, {0, 1, 1}, blackIs1, 2, {1, 2, 2}},
+        {"two colours to two are copied", kRemap, 1, ignored, {0, 1, 1}, blackIs1, 1, {0, 1, 1}},
+        {"unused entries lose high bits", kRemap, 24, {}, {0, 0x33, 0x070707, 0xC8C86F}, light, 4, {0, 5, 0, 11}},
+        {"own colours never meet unused ones", kRemap, 8, dark, {0, 1}, light, 4, {0, 15}},
+        {"a luminance of 129 is white", kRemap, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},
+        // 100 -> 0, + 43 = 143 -> 1, - 49 = 51 -> 0, + 22 = 122 -> 0 (its cell is 120)
+        {"errors go right", kDither, 24, {}, {0x646464, 0x646464, 0x646464, 0x646464}, blackAndWhite, 2, {0, 1, 0, 0}},
+    };
+    for (const auto& c : cases) {
+        auto width = static_cast<int>(c.pixels.size());
+        OwnedMemory source(CreateImageBitmap(width, 1, c.own.data(), c.bitCount));
+        MemoryLock from(source.Get());
+        for (int x = 0; x < width; ++x) SetImagePixel(from.As<BitmapHeader>(), x, 0, c.pixels[static_cast<size_t>(x)]);
+        OwnedMemory result(c.conversion.convert(source.Get(), c.palette.data(), c.depth, 0));
+        MemoryLock to(result.Get());
+        for (int x = 0; x < width; ++x)
+            EXPECT_EQ(GetImagePixel(to.As<BitmapHeader>(), x, 0), c.expected[static_cast<size_t>(x)]) << c.what;
+    }
+}
+
+TEST(ColourConversions, RefuseDepthsOfNoPalette) {
+    OwnedMemory source(CreateImageBitmap(2, 2, nullptr, 8));
+    for (const Conversion& conversion : {kRemap, kDither, kRemapTrueColours}) {
+        for (int depth : {-1, 0, 9, 24})
+            EXPECT_EQ(conversion.convert(source.Get(), Palette{}.data(), depth, 0), nullptr) << depth;
+        EXPECT_EQ(conversion.convert(nullptr, Palette{}.data(), 8, 0), nullptr);
+    }
+}
+
+TEST(ColourConversions, AskOncePerCellAndRowAndStopAtAPress) {
+    constexpr long kCells = kColourCells, kNever = ScriptedInput::kNever;
+    const struct {
+        Conversion conversion;
+        unsigned flags;
+        int depth;
+        long pressAtPoll, polls;
+    } cases[] = {
+        {kRemap, 0, 8, 0, 0},
+        {kRemap, 1, 8, 0, 0},
+        {kRemap, kMayBeAborted, 8, kNever, kCells + 3},
+        {kRemap, kMayBeAborted, 8, 0, 1},
+        {kRemap, kMayBeAborted, 8, kCells - 1, kCells},
+        {kRemap, kMayBeAborted, 8, kCells + 2, kCells + 3},
+        {kDither, 0, 8, 0, 0},
+        {kDither, kMayBeAborted, 8, kNever, kCells + 3},
+        {kDither, kMayBeAborted, 8, kCells + 1, kCells + 2},
+        {kDither, kMayBeAborted, 1, kNever, 3},  // no table, but rows
+        {kDither, kMayBeAborted, 1, 2, 3},
+    };
+    OwnedMemory source(CreateImageBitmap(5, 3, nullptr, 24));
+    for (const auto& c : cases) {
+        input = {};
+        input.pressAtPoll = c.pressAtPoll;
+        abortStatus = 77;
+        OwnedMemory result(c.conversion.convert(source.Get(), Palette{}.data(), c.depth, c.flags));
+        bool pressed = c.pressAtPoll + 1 == c.polls;
+        EXPECT_EQ(static_cast<bool>(result), !pressed) << &c - cases;
+        EXPECT_EQ(input.polls, c.polls) << &c - cases;
+        EXPECT_EQ(input.beeps, pressed ? 1 : 0);
+        EXPECT_EQ(abortStatus, pressed ? kAbortedByUser : 0);
+    }
+    input = {};
+}
+
+TEST(ColourConversions, ExhaustedMemoryGivesNoResultAndLeaksNothing) {
+    OwnedMemory source(CreateImageBitmap(9, 4, nullptr, 24));
+    for (const Conversion& conversion : kConversions)
+        for (int depth : {1, 8}) {
+            auto attempt = [&](FaultRound& round) {
+                OwnedMemory result(conversion.convert(source.Get(), Palette{}.data(), depth, 0));
+                round.End();
+                EXPECT_EQ(static_cast<bool>(result), round.IsUndisturbed()) << &conversion - kConversions;
+            };
+            EXPECT_GE(ForEachFault(&Faults::allocationsUntilFailure, attempt), 1);
+        }
+}
+
+TEST(NearestColour, FirstOfEquallyFarEntriesWins) {
+    const RgbTriple palette[] = {{10, 0, 0}, {0, 10, 0}, {0, 0, 10}, {0, 0, 4}};
+    EXPECT_EQ(NearestColour(0, 5, 5, palette, 3), 1);
+    EXPECT_EQ(NearestColour(0, 0, 0, palette, 4), 3);
+    EXPECT_EQ(NearestColour(255, 255, 255, palette, -1), 0);
+    EXPECT_EQ(ExactColour(0, 0, 4, palette, 1), -1);
+}
+
+TEST(InverseColourTable, EqualsAFullSearchForEveryCell) {
+    Random random(1);
+    for (int round = 0; round < 3; ++round)
+        for (const Palette& palette : TestPalettes(random)) {
+            InverseColourTable table;
+            table.Fill(palette.data());
+            EXPECT_EQ(Table(table.cells, table.cells + kColourCells), LiteralInverseTable(palette.data()));
+        }
+}
