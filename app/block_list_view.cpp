@@ -10,7 +10,7 @@
 namespace {
 
 constexpr int kMargin = 8;
-constexpr wchar_t kSeparator = 0xFE;
+constexpr wchar_t kSeparator = static_cast<unsigned char>(kBlockLineSeparator);
 
 HWND ListOf(HWND window) {
     return GetDlgItem(window, IDC_BLOCK_LIST);
@@ -54,7 +54,7 @@ int TextWidth(HDC dc, std::wstring_view text) {
 void DrawLineText(HDC dc, const RECT& place, std::wstring_view line, COLORREF kindColour) {
     size_t split = line.find(kSeparator);
     std::wstring_view kind = line.substr(0, split);
-    std::wstring_view details = split == line.npos ? std::wstring_view() : line.substr(split + 1);
+    std::wstring_view details = split == std::wstring_view::npos ? std::wstring_view() : line.substr(split + 1);
     SetBkMode(dc, TRANSPARENT);
     DrawPart(dc, place.left, place.top, kind, kindColour);
     DrawPart(dc, place.left + TextWidth(dc, kind), place.top, details, GetSysColor(COLOR_BTNFACE));

@@ -25,7 +25,6 @@ void OnListNotification(HWND window, int notification) {
 }  // namespace
 
 LRESULT OnCommand(HWND window, int id, int notification) {
-    if (id >= IDM_RECENT_FIRST) OnRecentFile(window, id);
     switch (id) {
         case IDM_OPEN: OnOpen(window); break;
         case IDM_CLOSE: OnClose(window); break;
@@ -42,7 +41,8 @@ LRESULT OnCommand(HWND window, int id, int notification) {
         case IDM_HELP: ShowHelp(window, kHelpKeyword); break;
         case IDM_ABOUT: ShowAboutBox(window); break;
         case IDC_BLOCK_LIST: OnListNotification(window, notification); break;
-        default: break;
+        default:
+            if (id >= IDM_RECENT_FIRST) OnRecentFile(window, id);
     }
     return 0;
 }

@@ -26,6 +26,15 @@ void RunCommand(HWND window, int id) {
     SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
 }
 
+// Asks whether a changed document is to be saved, and saves it on Yes. False when the user cancels the command.
+bool AskToSave(HWND window) {
+    if (!documentChanged) return true;
+    int answer = YesNoCancelBox(window, LoadStr(IDS_SAVE_QUESTION));
+    // A save that fails or is cancelled does not hold up the command: the user has been asked once.
+    if (answer == IDYES) RunCommand(window, IDM_SAVE);
+    return answer != IDCANCEL;
+}
+
 // Closes the old document before another one takes its place, without a second question.
 void CloseUnasked(HWND window) {
     documentChanged = false;
@@ -84,14 +93,6 @@ bool WriteDocument(HWND window, const char* name) {
 
 void TellOutOfMemory(HWND window) {
     MessageBox(window, LoadStr(IDS_OUT_OF_MEMORY));
-}
-
-bool AskToSave(HWND window) {
-    if (!documentChanged) return true;
-    int answer = YesNoCancelBox(window, LoadStr(IDS_SAVE_QUESTION));
-    // A save that fails or is cancelled does not hold up the command: the user has been asked once.
-    if (answer == IDYES) RunCommand(window, IDM_SAVE);
-    return answer != IDCANCEL;
 }
 
 void OnNew(HWND window) {

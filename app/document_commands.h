@@ -3,9 +3,6 @@
 
 #include "platform/windows_api.h"
 
-// Asks whether a changed document is to be saved, and saves it on Yes. False when the user cancels the command.
-bool AskToSave(HWND window);
-
 void OnNew(HWND window);
 void OnOpen(HWND window);
 void OnOpenFile(HWND window, const char* name);  // UTF-8; null or empty: nothing happens
@@ -16,5 +13,5 @@ void OnWizard(HWND window);
 void OnRecentFile(HWND window, int id);
 void OnExit(HWND window);
 
-// Out-of-memory and file messages.
+// Says that memory has run out.
 void TellOutOfMemory(HWND window);

@@ -17,9 +17,9 @@ void ShowTitle(HWND window, const std::wstring& name) {
     std::wstring title = WideFrom1252(LoadStr(IDS_TITLE));
     // The second placeholder has always been left empty; filled first, so that a name may hold "%s" itself.
     size_t second = title.rfind(kPlaceholder);
-    if (second != title.npos) title.replace(second, kPlaceholderUnits, L"");
+    if (second != std::wstring::npos) title.replace(second, kPlaceholderUnits, L"");
     size_t first = title.find(kPlaceholder);
-    if (first != title.npos) title.replace(first, kPlaceholderUnits, name);
+    if (first != std::wstring::npos) title.replace(first, kPlaceholderUnits, name);
     SetWindowTextW(window, title.c_str());
 }
 

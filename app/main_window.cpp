@@ -49,11 +49,6 @@ LRESULT OnDrawItem(WPARAM control, LPARAM lParam) {
     return 0;
 }
 
-LRESULT OnControlColour(WPARAM wParam, LPARAM lParam) {
-    HBRUSH brush = ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam));
-    return reinterpret_cast<LRESULT>(brush);
-}
-
 LRESULT OnOpenFileMessage(HWND window, LPARAM lParam) {
     OnOpenFile(window, reinterpret_cast<const char*>(lParam));
     return 0;
@@ -70,14 +65,12 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CTLCOLORMSGBOX:
         case WM_CTLCOLORBTN:
         case WM_CTLCOLORDLG:
-        case WM_CTLCOLORSTATIC: return OnControlColour(wParam, lParam);
+        case WM_CTLCOLORSTATIC: return AnswerControlColour(message, wParam, lParam);
         case WM_COMMAND: return OnCommand(window, LOWORD(wParam), HIWORD(wParam));
         case UM_OPENFILE: return OnOpenFileMessage(window, lParam);
         default: return DefWindowProcW(window, message, wParam, lParam);
     }
 }
-
-}  // namespace
 
 LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     try {
@@ -86,6 +79,8 @@ LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM
         return 0;
     }
 }
+
+}  // namespace
 
 void RegisterMainWindowClass() {
     WNDCLASSW description = {};

@@ -14,5 +14,3 @@ void RegisterMainWindowClass();
 
 // Creates the main window (hMainWindow) with its block list, not yet shown.
 void CreateMainWindow();
-
-LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);

@@ -16,15 +16,18 @@ bool EndsKey(char c) {
 
 std::string_view SkipAll(std::string_view text, char c) {
     size_t first = text.find_first_not_of(c);
-    return first == text.npos ? std::string_view() : text.substr(first);
+    return first == std::string_view::npos ? std::string_view() : text.substr(first);
+}
+
+std::string_view Before(std::string_view text, bool (*isEnd)(char)) {
+    return text.substr(0, static_cast<size_t>(std::find_if(text.begin(), text.end(), isEnd) - text.begin()));
 }
 
 SettingsLine SplitLine(std::string_view text) {
-    text = text.substr(0, static_cast<size_t>(std::find_if(text.begin(), text.end(), IsControl) - text.begin()));
-    auto keyEnd = std::find_if(text.begin(), text.end(), EndsKey);
-    auto keyBytes = static_cast<size_t>(keyEnd - text.begin());
-    std::string_view value = SkipAll(SkipAll(SkipAll(text.substr(keyBytes), ' '), '='), ' ');
-    return {text.substr(0, keyBytes), value};
+    text = Before(text, IsControl);
+    std::string_view key = Before(text, EndsKey);
+    std::string_view value = SkipAll(SkipAll(SkipAll(text.substr(key.size()), ' '), '='), ' ');
+    return {key, value};
 }
 
 }  // namespace

@@ -24,7 +24,7 @@ private:
     bool ReadLine();
 
     File* file_;
-    char text_[kSettingsLineBytes];
+    char text_[kSettingsLineBytes] = {};
     int length_ = 0;
 };
 

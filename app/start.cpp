@@ -6,6 +6,7 @@
 #include "app/start_up.h"
 #include "platform/wide_text.h"
 
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system names them in Hungarian
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR, int showCommand) {
     try {
         // The system's own narrow form of the command line loses characters; take the whole one.

@@ -18,7 +18,16 @@ namespace {
 
 constexpr int kFontHeight = 14;
 
-void ReadDitherSettings() {}
+// The profile file lies where the system looks for a bare name: in the Windows directory.
+uint32_t ReadDitherSetting(const wchar_t* key) {
+    constexpr int kUsual = 20;
+    return GetPrivateProfileIntW(L"Telvar", key, kUsual, L"TELVAR.INI");
+}
+
+void ReadDitherSettings() {
+    ditherSettings.brightness = ReadDitherSetting(L"DitherBrightness");
+    ditherSettings.contrast = ReadDitherSetting(L"DitherContrast");
+}
 
 void RunMessageLoop() {
     MSG message;
@@ -67,7 +76,7 @@ const wchar_t* CommandLineArguments(const wchar_t* commandLine) {
 }
 
 void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, int showCommand) {
-    srand(static_cast<unsigned>(time(nullptr)));
+    srand(static_cast<unsigned>(time(nullptr)));  // NOLINT(cert-msc32-c,cert-msc51-cpp): nothing secret depends on it
     CreateShellObjects(instance);
     ReadDitherSettings();
     document = {};

@@ -58,7 +58,7 @@ std::string SetColour(Block* block, const std::string& item, const std::string& 
 
 std::string SetDisposal(Block* block, const std::string&, const std::string& value) {
     constexpr const char* kNames[] = {"nothing", "leave", "background", "previous"};
-    auto* name = std::find(std::begin(kNames), std::end(kNames), value);
+    const auto* name = std::find(std::begin(kNames), std::end(kNames), value);
     auto disposal = static_cast<unsigned>(name - kNames);
     if (name == std::end(kNames) && !ParseNumber(value, kControlDisposal >> kControlDisposalShift, &disposal))
         return "nothing, leave, background, previous or a whole number of 0 to 7";
@@ -165,7 +165,7 @@ std::string NoSuchField(uint16_t kind, const std::string& field) {
     FormatKindName(kindName, kind);
     std::string names;
     for (const Field& known : kFields)
-        if (known.kind == kind) names += (names.empty() ? "" : ", ") + std::string(known.name);
+        if (known.kind == kind) names.append(names.empty() ? "" : ", ").append(known.name);
     if (names.empty()) return std::string(kindName) + " blocks can't be changed";
     return std::string(kindName) + " blocks have no field " + field + ", but " + names;
 }

@@ -1,6 +1,6 @@
 #include "cli/bmp_file.h"
 
-#include "cli/document.h"
+#include "cli/complaints.h"
 #include "imaging/image_bitmap.h"
 #include "platform/bytes.h"
 #include "platform/file.h"
@@ -31,9 +31,9 @@ bool WriteBmpFile(MemoryHandle image, const std::string& path) {
         Complain(path, "out of memory");
         return false;
     }
-    auto* bitmap = lock.As<const BitmapHeader>();
+    const auto* bitmap = lock.As<const BitmapHeader>();
     File file;
     if (file.CreateReplacement(path.c_str()) && WriteBmp(file, bitmap) && file.Close()) return true;
-    Complain(path, "can't be written");
+    Complain(path, WhyNotWritten(path));
     return false;
 }

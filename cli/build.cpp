@@ -1,12 +1,12 @@
 // zephyr build: a new animation from picture files.
-#include <algorithm>
 #include <cstdio>
 
 #include "cli/answers.h"
 #include "cli/commands.h"
+#include "cli/complaints.h"
 #include "cli/document.h"
-#include "cli/identity_options.h"
 #include "cli/options.h"
+#include "cli/save_document.h"
 #include "cli/terminal.h"
 #include "cli/usage.h"
 #include "editing/animation_build.h"
@@ -18,15 +18,21 @@ constexpr unsigned kMostDelay = 65535;  // hundredths of a second
 constexpr int kUsualDelay = 100;
 constexpr size_t kFewestFiles = 2;
 
-struct Matching {
+struct Manner {
     const char* name;
     PaletteMatching matching;
 };
-constexpr Matching kMatchings[] = {
+constexpr Manner kManners[] = {
     {"super", PaletteMatching::kSuperPalette},     {"first", PaletteMatching::kFirstPalette},
     {"photo", PaletteMatching::kPhotorealistic},   {"drawn", PaletteMatching::kDrawn},
     {"sixteen", PaletteMatching::kSixteenColours},
 };
+
+const Manner* FindManner(const std::string& name) {
+    for (const Manner& known : kManners)
+        if (name == known.name) return &known;
+    return nullptr;
+}
 
 // Takes the settings from the options. Returns what is wrong with them; empty when they are fine.
 std::string TakeSettings(const Options& options, AnimationSettings* settings) {
@@ -34,10 +40,9 @@ std::string TakeSettings(const Options& options, AnimationSettings* settings) {
     settings->loops = options.Has("--loop");
     settings->delayHundredths = kUsualDelay;
     if (const std::string* name = options.Value("--match")) {
-        auto found = std::find_if(std::begin(kMatchings), std::end(kMatchings),
-                                  [&](const Matching& m) { return *name == m.name; });
-        if (found == std::end(kMatchings)) return "--match takes super, first, photo, drawn or sixteen";
-        settings->matching = found->matching;
+        const Manner* manner = FindManner(*name);
+        if (!manner) return "--match takes super, first, photo, drawn or sixteen";
+        settings->matching = manner->matching;
     }
     if (const std::string* text = options.Value("--delay")) {
         unsigned delay;
@@ -76,17 +81,19 @@ BuildResult Build(const AnimationSettings& settings, const Words& files, bool sk
 
 // Tells on standard error what went wrong or was left out. False when there is no animation to be saved.
 bool Report(const BuildResult& result, const Words& files, const std::string& out) {
-    for (size_t skipped : result.skipped) Complain(files[skipped], "note: no readable GIF picture, left out");
+    for (size_t skipped : result.skipped)
+        Complain(files[skipped], "note: " + WhyNoPicture(files[skipped]) + ", left out");
     switch (result.outcome) {
         case BuildOutcome::kDone:
             if (result.skipped.size() < files.size()) return true;
             Complain(out, "not written, as none of the files is a readable GIF picture");
             return false;
         case BuildOutcome::kFirstFileUnreadable:
-            Complain(files[0], "no readable GIF picture, so there is no palette to match");
+            Complain(files[0], WhyNoPicture(files[0]) + ", so there is no palette to match");
             return false;
         case BuildOutcome::kCorruptedFileRefused:
-            Complain(files[result.file], "no readable GIF picture (--skip-corrupted leaves such files out)");
+            Complain(files[result.file],
+                     WhyNoPicture(files[result.file]) + " (--skip-corrupted leaves such files out)");
             return false;
         case BuildOutcome::kStoppedByUser: Complain(files[result.file], "stopped"); return false;
         case BuildOutcome::kOutOfMemory:
@@ -101,8 +108,8 @@ bool Report(const BuildResult& result, const Words& files, const std::string& ou
 const char kBuildHelp[] =
     "Usage: zephyr build -o OUT [OPTION...] FILE FILE...\n"
     "\n"
-    "Makes an animation from the first image of each GIF file FILE, in the order given, and\n"
-    "writes it to OUT.\n"
+    "Makes an animation from the first image of each GIF file FILE, in the order\n"
+    "given, and writes it to OUT.\n"
     "\n"
     "  --match MANNER       whose colours the frames get:\n"
     "       super             one palette made from all frames (the default)\n"
@@ -110,12 +117,12 @@ const char kBuildHelp[] =
     "       photo             a fixed palette, dithered: for photographs\n"
     "       drawn             a fixed palette, the nearest colours: for drawings\n"
     "       sixteen           sixteen standard colours\n"
-    "  --web                for photo and drawn: the 216 web colours, not 256 of a cube\n"
+    "  --web                for photo and drawn: the 216 web colours, not 256\n"
     "  --loop               repeat for ever; otherwise the animation plays once\n"
-    "  --delay N            show each frame for N hundredths of a second (0 to 65535,\n"
-    "                       default 100)\n"
-    "  --skip-corrupted     leave out files without a readable picture; otherwise the\n"
-    "                       first one ends the command\n"
+    "  --delay N            show each frame for N hundredths of a second (0 to\n"
+    "                       65535, default 100)\n"
+    "  --skip-corrupted     leave out files without a readable picture; otherwise\n"
+    "                       the first one ends the command\n"
     "  --owner NAME, --organisation NAME\n"
     "                       names for the file-identity comment; empty by default\n";
 
@@ -134,6 +141,5 @@ int RunBuild(const Words& words) {
     Document document;
     BuildResult result = Build(settings, files, options.Has("--skip-corrupted"), &document);
     if (!Report(result, files, *out)) return kExitFailed;
-    ChooseIdentity(options);
-    return SaveDocument(&document.list, *out) ? kExitDone : kExitFailed;
+    return SaveDocument(&document.list, *out, options);
 }

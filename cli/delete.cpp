@@ -3,9 +3,10 @@
 #include <set>
 
 #include "cli/commands.h"
+#include "cli/complaints.h"
 #include "cli/document.h"
-#include "cli/identity_options.h"
 #include "cli/options.h"
+#include "cli/save_document.h"
 #include "cli/usage.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
@@ -42,9 +43,10 @@ bool DeleteAll(BlockList* list, const Indexes& indexes) {
 const char kDeleteHelp[] =
     "Usage: zephyr delete [--owner NAME] [--organisation NAME] IN OUT INDEX...\n"
     "\n"
-    "Loads the GIF file IN, deletes the blocks with the given numbers, fits the logical screen\n"
-    "to the images and writes the result to OUT. The numbers are those of IN, as\n"
-    "\"zephyr list\" counts its lines from 0; one given twice counts once. The header (0) stays.\n"
+    "Loads the GIF file IN, deletes the blocks with the given numbers, fits the\n"
+    "logical screen to the images and writes the result to OUT. The numbers are\n"
+    "those of IN, as \"zephyr list\" counts its lines from 0; one given twice counts\n"
+    "once. The header (0) stays.\n"
     "The names go into the file-identity comment; they are empty by default.\n";
 
 int RunDelete(const Words& words) {
@@ -57,6 +59,5 @@ int RunDelete(const Words& words) {
     Indexes indexes;
     if (!FindIndexes(document.list, operands, &indexes)) return kExitFailed;
     if (!DeleteAll(&document.list, indexes)) return kExitFailed;
-    ChooseIdentity(options);
-    return SaveDocument(&document.list, operands[1]) ? kExitDone : kExitFailed;
+    return SaveDocument(&document.list, operands[1], options);
 }

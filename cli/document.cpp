@@ -1,16 +1,7 @@
 #include "cli/document.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-
+#include "cli/complaints.h"
 #include "cli/options.h"
-#include "gif/gif_writer.h"
-#include "gif/logical_screen.h"
-
-void Complain(const std::string& path, const std::string& what) {
-    fprintf(stderr, "zephyr: %s: %s\n", path.c_str(), what.c_str());
-}
 
 ReadResult Document::Open(const std::string& path) {
     if (!CreateBlockList(&list)) {
@@ -20,7 +11,7 @@ ReadResult Document::Open(const std::string& path) {
     ReadReport report;
     ReadResult result = ReadGifFile(&list, path.c_str(), &report);
     if (report.couldNotOpen)
-        Complain(path, "can't be opened");
+        Complain(path, WhyNotOpened(path));
     else if (result == kReadFailed)
         Complain(path, "corrupt GIF data, or not enough memory");
     else if (result == kReadNotGif)
@@ -32,13 +23,6 @@ ReadResult Document::Open(const std::string& path) {
 
 bool FindBlock(const BlockList& list, const std::string& path, const std::string& text, Block* block, uint32_t* index) {
     if (ParseNumber(text, UINT32_MAX, index) && GetBlock(list, block, *index)) return true;
-    Complain(path, "no block " + text);
-    return false;
-}
-
-bool SaveDocument(BlockList* list, const std::string& path) {
-    FitLogicalScreen(list);
-    if (WriteGifFile(*list, path.c_str())) return true;
-    Complain(path, "can't be written");
+    Complain(path, "no block " + text + "; they are numbered 0 to " + std::to_string(int64_t{list.count} - 1));
     return false;
 }

@@ -23,9 +23,3 @@ public:
 // Fetches the block that `text` (a decimal number) stands for, which borrows its handles from `list`, and its index.
 // False, with the reason on standard error, when there is none.
 bool FindBlock(const BlockList& list, const std::string& path, const std::string& text, Block* block, uint32_t* index);
-
-// Writes the document to `path`, the screen fitted to its images. A failure is reported on standard error.
-bool SaveDocument(BlockList* list, const std::string& path);
-
-// Prints "zephyr: <path>: <what>" on standard error.
-void Complain(const std::string& path, const std::string& what);

@@ -1,5 +1,7 @@
 #include "cli/image_block.h"
 
+#include "cli/complaints.h"
+
 bool OpenImageBlock(const std::string& path, const std::string& index, Document* document, Block* image) {
     if (document->Open(path) != kReadDone) return false;
     uint32_t number;

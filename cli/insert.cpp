@@ -1,8 +1,9 @@
 // zephyr insert: new blocks, as the editor's Insert command makes them.
 #include "cli/commands.h"
+#include "cli/complaints.h"
 #include "cli/document.h"
-#include "cli/identity_options.h"
 #include "cli/options.h"
+#include "cli/save_document.h"
 #include "cli/usage.h"
 #include "editing/palette_match.h"
 #include "gif/first_image.h"
@@ -61,12 +62,11 @@ std::string ReadOrder(const Options& options, Order* order) {
 }
 
 // Why no image came from the file.
-const char* WhyNotInserted(const std::string& path) {
+std::string WhyNotInserted(const std::string& path) {
     File file;
-    if (!file.OpenForReading(path.c_str())) return "can't be opened";
     int depth;
-    OwnedMemory image(ReadFirstImage(file, &depth));
-    if (!image) return "no image in it that can be read";
+    OwnedMemory image(file.OpenForReading(path.c_str()) ? ReadFirstImage(file, &depth) : nullptr);
+    if (!image) return WhyNoPicture(path);
     if (paletteChoiceForInsert != kAskForPalette) return "out of memory";
     return "its colours are not the document's: give --remap, --dither or --keep";
 }
@@ -104,23 +104,30 @@ bool Insert(BlockList* list, int place, const Order& order, const std::string& p
 }  // namespace
 
 const char kInsertHelp[] =
-    "Usage: zephyr insert IN OUT --at INDEX --kind KIND [--remap | --dither | --keep] [FILE...]\n"
+    "Usage: zephyr insert IN OUT --at INDEX --kind KIND [OPTION...] [FILE...]\n"
     "\n"
-    "Loads the GIF file IN, inserts new blocks after block number INDEX (0 is the header),\n"
-    "fits the logical screen to the images and writes the result to OUT. Kinds:\n"
+    "Loads the GIF file IN, inserts new blocks after block number INDEX (0 is the\n"
+    "header), fits the logical screen to the images and writes the result to OUT.\n"
+    "Kinds:\n"
     "\n"
     "  image      the first image of each GIF file FILE, in the order given\n"
     "  control    a control block without flags, with a delay of 1/100 second\n"
     "  comment    a comment with a text to be replaced\n"
     "  plaintext  a plain text block with such a text; IN needs a global palette\n"
-    "  loop       a loop block, right after the header whatever INDEX is; only one is allowed\n"
+    "  loop       a loop block, right after the header whatever INDEX is (and --at\n"
+    "             may be left out); only one is allowed\n"
     "\n"
-    "An image whose colours are not IN's global palette is fitted to it (--remap: each pixel\n"
-    "in the nearest colour; --dither: in a mixture of colours) or taken as it is (--keep:\n"
-    "its pixels are then shown in the colours of the global palette).\n"
+    "What to do with an image whose colours are not IN's global palette:\n"
+    "\n"
+    "  --remap    show each pixel in the nearest colour of that palette\n"
+    "  --dither   show it in mixtures of those colours\n"
+    "  --keep     take its pixels as they are, to be shown in the colours of the\n"
+    "             global palette\n"
+    "\n"
     "When one of several images can't be inserted, nothing is written.\n"
     "\n"
-    "  --owner NAME, --organisation NAME   for the file-identity comment; empty by default\n";
+    "  --owner NAME, --organisation NAME\n"
+    "             names for the file-identity comment; empty by default\n";
 
 int RunInsert(const Words& words) {
     Options options(words, {"--remap", "--dither", "--keep"}, {"--at", "--kind", "--owner", "--organisation"});
@@ -137,6 +144,5 @@ int RunInsert(const Words& words) {
     uint32_t place = 0;
     if (at && !FindBlock(document.list, in, *at, &block, &place)) return kExitFailed;
     if (!Insert(&document.list, static_cast<int>(place), order, in)) return kExitFailed;
-    ChooseIdentity(options);
-    return SaveDocument(&document.list, options.Operands()[1]) ? kExitDone : kExitFailed;
+    return SaveDocument(&document.list, options.Operands()[1], options);
 }

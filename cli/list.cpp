@@ -37,7 +37,7 @@ std::string DataField(const Block& block) {
 }
 
 std::string PaletteField(const Block& block) {
-    auto* bytes = reinterpret_cast<const uint8_t*>(block.palette);
+    const auto* bytes = reinterpret_cast<const uint8_t*>(block.palette);
     bool isEmpty = std::all_of(bytes, bytes + kPaletteBytes, [](uint8_t byte) { return byte == 0; });
     return isEmpty ? "" : ", \"palette\": " + JsonHex(bytes, kPaletteBytes);
 }
@@ -88,8 +88,10 @@ const char kListHelp[] =
     "Usage: zephyr list [--json] FILE\n"
     "\n"
     "Prints one line per block of the GIF file FILE, as the editor's list shows it.\n"
-    "With --json, prints one JSON object instead: the result of the load (1 done, 0 failed,\n"
-    "2 not a GIF file) and the blocks with their descriptor bytes, texts and palettes.\n"
+    "The first line is block number 0.\n"
+    "With --json, prints one JSON object instead: the result of the load (1 done,\n"
+    "0 failed, 2 not a GIF file) and the blocks with their numbers, descriptor\n"
+    "bytes, texts and palettes.\n"
     "The blocks read before a failure are printed too.\n";
 
 int RunList(const Words& words) {

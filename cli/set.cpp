@@ -1,9 +1,10 @@
 // zephyr set: changing the fields of one block.
 #include "cli/block_fields.h"
 #include "cli/commands.h"
+#include "cli/complaints.h"
 #include "cli/document.h"
-#include "cli/identity_options.h"
 #include "cli/options.h"
+#include "cli/save_document.h"
 #include "cli/usage.h"
 
 namespace {
@@ -38,12 +39,15 @@ bool SetFields(BlockList* list, const Words& operands, const std::vector<Assignm
 }  // namespace
 
 const char kSetHelp[] =
-    "Usage: zephyr set [--owner NAME] [--organisation NAME] IN OUT INDEX FIELD=VALUE...\n"
+    "Usage: zephyr set [--owner NAME] [--organisation NAME]\n"
+    "                  IN OUT INDEX FIELD=VALUE...\n"
     "\n"
-    "Loads the GIF file IN, changes fields of block number INDEX (0 is the header), fits the\n"
-    "logical screen to the images and writes the result to OUT. Fields of each kind of block:\n"
+    "Loads the GIF file IN, changes fields of block number INDEX (0 is the header),\n"
+    "fits the logical screen to the images and writes the result to OUT. Fields of\n"
+    "each kind of block:\n"
     "\n"
-    "  HEADER      width height background sorted colour:N (N counts the global colours from 0)\n"
+    "  HEADER      width height background sorted\n"
+    "              colour:N (N counts the global colours from 0)\n"
     "  IMAGE       left top interlaced\n"
     "  CONTROL     delay (1/100 seconds) input\n"
     "              disposal (nothing, leave, background, previous, or 0 to 7)\n"
@@ -53,11 +57,11 @@ const char kSetHelp[] =
     "  COMMENT     text\n"
     "  LOOP        iterations (0: for ever)\n"
     "\n"
-    "Colours of the palette are given as #rrggbb, other colours by their number; sorted,\n"
-    "interlaced and input are yes or no. A text may have several lines; it is kept in\n"
-    "Windows-1252. A block whose text is made empty is left out of OUT.\n"
-    "The screen's width and height only last where no image reaches: saving sets them to the\n"
-    "right and bottom edge of the images.\n"
+    "Colours of the palette are given as #rrggbb, other colours by their number;\n"
+    "sorted, interlaced and input are yes or no. A text may have several lines; it\n"
+    "is kept in Windows-1252. A block whose text is made empty is left out of OUT.\n"
+    "The screen's width and height only last where no image reaches: saving sets\n"
+    "them to the right and bottom edge of the images.\n"
     "The names go into the file-identity comment; they are empty by default.\n";
 
 int RunSet(const Words& words) {
@@ -71,6 +75,5 @@ int RunSet(const Words& words) {
     Document document;
     if (document.Open(operands[0]) != kReadDone) return kExitFailed;
     if (!SetFields(&document.list, operands, assignments)) return kExitFailed;
-    ChooseIdentity(options);
-    return SaveDocument(&document.list, operands[1]) ? kExitDone : kExitFailed;
+    return SaveDocument(&document.list, operands[1], options);
 }

@@ -15,7 +15,7 @@ constexpr char kProgramHelp[] =
     "  list [--json] FILE                print the blocks of a file\n"
     "  save IN OUT                       load a file and write it again\n"
     "  extract FILE INDEX OUT.bmp        write the picture of an image block\n"
-    "  remap FILE INDEX OUT.bmp          the same in the colours of a standard palette\n"
+    "  remap FILE INDEX OUT.bmp          the same in colours of a standard palette\n"
     "  insert IN OUT [FILE...]           insert images or other new blocks\n"
     "  delete IN OUT INDEX...            delete blocks\n"
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
@@ -43,16 +43,21 @@ int Print(const char* text) {
     return FlushOutput() ? kExitDone : kExitFailed;
 }
 
+bool AsksForHelp(const std::string& word) {
+    return word == "--help" || word == "-h";
+}
+
 bool WantsHelp(const Words& words) {
     auto end = std::find(words.begin(), words.end(), "--");
-    return std::find(words.begin(), end, "--help") != end;
+    return std::any_of(words.begin(), end, AsksForHelp);
 }
 
 int Run(const Words& words) {
     if (words.empty()) return WrongUsage("", "give a command");
     const std::string& name = words[0];
     if (name == "--version") return Print("zephyr " ZEPHYR_VERSION "\n");
-    if (name == "--help") return Print(kProgramHelp);
+    if (AsksForHelp(name) || (name == "help" && words.size() == 1)) return Print(kProgramHelp);
+    if (name == "help") return Run({words[1], "--help"});
     Words rest(words.begin() + 1, words.end());
     for (const Command& command : kCommands) {
         if (name != command.name) continue;

@@ -7,7 +7,7 @@
 // returns hFaceBrush, its origin aligned to the window's place on the screen.
 HBRUSH ControlColour(HWND window, HDC dc);
 
-// The same for a dialog procedure: the brush when `message` is one of the four, 0 ("not handled") otherwise.
+// The same for a window or dialog procedure: the brush when `message` is one of the four, 0 ("not handled") otherwise.
 INT_PTR AnswerControlColour(UINT message, WPARAM wParam, LPARAM lParam);
 
 // Moves the window to the centre of the screen, keeping its size.

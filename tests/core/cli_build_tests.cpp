@@ -1,10 +1,10 @@
-#include <gtest/gtest.h>
+#include <algorithm>
 
 #include "cli/answers.h"
-#include "cli/commands.h"
 #include "gif/descriptor.h"
 #include "gif/gif_reader.h"
 #include "platform/prompts.h"
+#include "tests/support/cli_runner.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_prompts.h"
@@ -26,121 +26,73 @@ protected:
     }
     ~CliBuild() override { prompts = {}; }
 
-    // Runs "zephyr build" with "-o out.gif" and the words; those that end in ".gif" are files of the folder.
-    int Build(const Words& words) {
-        Words all = {"build", "-o", folder_.Path("out.gif")};
-        for (const std::string& word : words)
-            all.push_back(word.size() > 4 && word.substr(word.size() - 4) == ".gif" ? folder_.Path(word) : word);
-        testing::internal::CaptureStderr();
-        int status = RunZephyr(all);
-        errors_ = testing::internal::GetCapturedStderr();
-        return status;
-    }
-
-    std::string OutKinds() const {
-        OwnedList document;
-        (void)CreateBlockList(&document);
-        return ReadGifFile(&document, folder_.Path("out.gif").c_str()) == kReadDone ? KindsOf(document) : "(none)";
-    }
-    Block Out(uint32_t index) {
+    // Runs "zephyr build" with the options and files of the folder, and reads what it wrote.
+    CliRun Build(const Words& options, const Words& files) {
+        const std::string out = folder_.Path("out.gif");
+        std::remove(out.c_str());
+        Words words = {"build", "-o", out};
+        words.insert(words.end(), options.begin(), options.end());
+        for (const std::string& name : files) words.push_back(folder_.Path(name));
+        CliRun run = RunCli(words);
         DestroyBlockList(&out_);
-        (void)CreateBlockList(&out_);
-        ReadGifFile(&out_, folder_.Path("out.gif").c_str());
-        return BlockAt(out_, index);
+        EXPECT_TRUE(CreateBlockList(&out_));
+        EXPECT_EQ(ReadGifFile(&out_, out.c_str()), run.status == kExitDone ? kReadDone : kReadFailed);
+        return run;
     }
 
     Random random_{8};
     TempFolder folder_;
     OwnedList out_;
-    std::string errors_;
 };
 
-}  // namespace
-
 TEST_F(CliBuild, OptionsReachTheDocument) {
-    struct {
+    const struct {
         Words options;
         const char* kinds;
         int delay, depth;
+        int lastRed = -1;  // of 256 colours, where it is told
     } cases[] = {
         {{}, "132326", 100, 3},
         {{"--loop"}, "1732326", 100, 3},
-        {{"--delay", "0"}, "132326", 0, 3},
+        {{"--delay", "0", "--owner=Jo", "--organisation=Mill"}, "132326", 0, 3},
         {{"--delay=65535", "--match", "sixteen"}, "132326", 65535, 4},
-        {{"--match", "photo", "--web"}, "132326", 100, 8},
-        {{"--match", "drawn"}, "132326", 100, 8},
+        {{"--match", "photo", "--web"}, "132326", 100, 8, 0},
+        {{"--match", "drawn"}, "132326", 100, 8, 255},
         {{"--match", "first"}, "132326", 100, 8},
-        {{"--match", "super"}, "132326", 100, 3},
     };
     for (const auto& c : cases) {
-        Words words = c.options;
-        words.insert(words.end(), {"a.gif", "b.gif"});
-        SCOPED_TRACE(c.options.empty() ? "" : c.options[0]);
-        EXPECT_EQ(Build(words), kExitDone);
-        EXPECT_EQ(errors_, "") << "no terminal, no progress";
-        EXPECT_EQ(OutKinds(), c.kinds);
-        bool loops = c.kinds[1] == '7';
-        EXPECT_EQ(GetControlFields(Out(loops ? 2 : 1)).delay, c.delay);
-        EXPECT_EQ(DepthOfPacked(GetHeaderFields(Out(0)).packed), c.depth);
-        EXPECT_EQ(GetHeaderFields(Out(0)).screenWidth, 6);
+        SCOPED_TRACE(testing::PrintToString(c.options));
+        CliRun run = Build(c.options, {"a.gif", "b.gif"});
+        EXPECT_EQ(run.out + run.err, "") << "no terminal, no progress";
+        EXPECT_EQ(KindsOf(out_), c.kinds);
+        Block header = BlockAt(out_, 0);
+        EXPECT_EQ(GetControlFields(BlockAt(out_, c.kinds[1] == '7' ? 2 : 1)).delay, c.delay);
+        EXPECT_EQ(DepthOfPacked(GetHeaderFields(header).packed), c.depth);
+        if (c.lastRed >= 0) {
+            EXPECT_EQ(header.palette[255].red, c.lastRed);
+        }
     }
 }
 
-TEST_F(CliBuild, WebChoosesTheWebColours) {
-    EXPECT_EQ(Build({"--match", "drawn", "a.gif", "b.gif"}), kExitDone);
-    EXPECT_EQ(Out(0).palette[255], (RgbTriple{255, 255, 255}));
-    EXPECT_EQ(Build({"--match", "drawn", "--web", "a.gif", "b.gif"}), kExitDone);
-    EXPECT_EQ(Out(0).palette[215], (RgbTriple{255, 255, 255}));
-    EXPECT_EQ(Out(0).palette[255], RgbTriple{});
-}
-
-TEST_F(CliBuild, NamesGoIntoTheFileIdentity) {
-    EXPECT_EQ(Build({"--owner", "Jo", "--organisation=Mill", "a.gif", "b.gif"}), kExitDone);
-    std::string comment = TextOf(Out(5));
-    EXPECT_NE(comment.find("Jo"), std::string::npos) << comment;
-    EXPECT_NE(comment.find("Mill"), std::string::npos) << comment;
-}
-
 TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
-    struct {
-        Words words;
-        int status;
+    const std::string unread = "broken.gif: no readable GIF picture";
+    const struct {
+        Words options, files;
         const char* kinds;
-        const char* complaint;
+        std::string complaint;
     } cases[] = {
-        {{"a.gif", "broken.gif", "b.gif"}, kExitFailed, "(none)", "broken.gif: no readable GIF picture"},
-        {{"a.gif", "missing.gif"}, kExitFailed, "(none)", "missing.gif: no readable GIF picture"},
-        {{"--skip-corrupted", "a.gif", "broken.gif", "b.gif"}, kExitDone, "1323326", "broken.gif: note"},
-        {{"--skip-corrupted", "broken.gif", "missing.gif"}, kExitFailed, "(none)", "out.gif: not written"},
-        {{"--skip-corrupted", "--match", "first", "broken.gif", "a.gif"}, kExitFailed, "(none)", "no palette"},
+        {{}, {"a.gif", "broken.gif", "b.gif"}, "", unread + " (--skip-corrupted leaves such files out)"},
+        {{}, {"a.gif", "missing.gif"}, "", "missing.gif: can't be opened: there is no such file (--skip-corrupted"},
+        {{"--skip-corrupted"}, {"a.gif", "broken.gif", "b.gif"}, "1323326", "broken.gif: note: no readable"},
+        {{"--skip-corrupted"}, {"broken.gif", "missing.gif"}, "", "out.gif: not written, as none of the files"},
+        {{"--skip-corrupted", "--match", "first"}, {"broken.gif", "a.gif"}, "", unread + ", so there is no palette"},
     };
     for (const auto& c : cases) {
-        std::remove(folder_.Path("out.gif").c_str());
-        EXPECT_EQ(Build(c.words), c.status);
-        EXPECT_EQ(OutKinds(), c.kinds);
-        EXPECT_NE(errors_.find(c.complaint), std::string::npos) << errors_;
+        CliRun run = Build(c.options, c.files);
+        EXPECT_EQ(KindsOf(out_), c.kinds);
+        EXPECT_NE(run.err.find(c.complaint), std::string::npos) << run.err;
         EXPECT_FALSE(answers.yesNo.has_value()) << "an answer outlived its command";
     }
 }
 
-TEST_F(CliBuild, WrongWords) {
-    struct {
-        Words words;
-        const char* complaint;
-    } cases[] = {
-        {{"build", "a", "b"}, "-o OUT"},
-        {{"build", "-o", "x"}, "at least two files"},
-        {{"build", "-o", "x", "a"}, "at least two files"},
-        {{"build", "-o", "x", "--match", "best", "a", "b"}, "--match takes"},
-        {{"build", "-o", "x", "--delay", "65536", "a", "b"}, "--delay takes"},
-        {{"build", "-o", "x", "--delay", "-1", "a", "b"}, "--delay takes"},
-        {{"build", "-o", "x", "--delay=1.5", "a", "b"}, "--delay takes"},
-        {{"build", "-o", "x", "--reverse", "a", "b"}, "unknown option"},
-    };
-    for (const auto& c : cases) {
-        testing::internal::CaptureStderr();
-        EXPECT_EQ(RunZephyr(c.words), kExitUsage);
-        std::string errors = testing::internal::GetCapturedStderr();
-        EXPECT_NE(errors.find(c.complaint), std::string::npos) << errors;
-    }
-}
+}  // namespace

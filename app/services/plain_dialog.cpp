@@ -1,0 +1,41 @@
+#include "app/services/plain_dialog.h"
+
+#include "app/services/dialogs.h"
+
+namespace {
+
+struct Steps {
+    const DialogStep* fill;
+    const DialogStep* take;
+};
+
+INT_PTR OnInitDialog(HWND dialog, LPARAM lParam) {
+    SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+    const auto* steps = reinterpret_cast<const Steps*>(lParam);
+    (*steps->fill)(dialog);
+    CentreWindow(dialog);
+    return TRUE;
+}
+
+INT_PTR OnCommand(HWND dialog, int id) {
+    if (id != IDOK && id != IDCANCEL && id != IDYES && id != IDNO) return FALSE;
+    const auto* steps = reinterpret_cast<const Steps*>(GetWindowLongPtrW(dialog, DWLP_USER));
+    if (*steps->take) (*steps->take)(dialog);
+    EndDialog(dialog, id);
+    return TRUE;
+}
+
+INT_PTR CALLBACK PlainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_INITDIALOG: return OnInitDialog(dialog, lParam);
+        case WM_COMMAND: return OnCommand(dialog, LOWORD(wParam));
+        default: return AnswerControlColour(message, wParam, lParam);
+    }
+}
+
+}  // namespace
+
+int RunPlainDialog(HWND owner, const wchar_t* name, const DialogStep& fill, const DialogStep& take) {
+    Steps steps = {&fill, &take};
+    return static_cast<int>(RunDialog(owner, name, PlainDialogProc, &steps));
+}
