@@ -81,6 +81,10 @@ protected:
 TEST_F(BuildAnimationTest, EveryMatchingGivesItsPaletteAndPixels) {
     const int sizes[][3] = {{9, 5, 5}, {4, 12, 1}, {7, 3, 4}, {30, 2, 8}, {3, 3, 2}};
     for (const auto& [width, height, depth] : sizes) AddFile(width, height, depth);
+    Palette first = {};
+    int firstDepth;
+    OwnedMemory firstImage(ReadFirstImage(nullptr, files_[0].c_str(), &firstDepth));
+    GetImageInfo(firstImage.Get(), nullptr, nullptr, nullptr, first.data());
     for (PaletteMatching matching : kAllMatchings)
         for (bool forWeb : {false, true}) {
             SCOPED_TRACE(static_cast<int>(matching) * 10 + forWeb);
@@ -91,36 +95,30 @@ TEST_F(BuildAnimationTest, EveryMatchingGivesItsPaletteAndPixels) {
             EXPECT_EQ(KindsOf(document), forWeb ? "173232323232" : "13232323232");
 
             const Block header = BlockAt(document, 0);
-            int depth = DepthOfPacked(GetHeaderFields(header).packed);
-            Palette palette = {};
+            const HeaderFields fields = GetHeaderFields(header);
             const bool super = matching == PaletteMatching::kSuperPalette;
-            if (matching == PaletteMatching::kFirstPalette)
-                GetImageInfo(OwnedMemory(ReadFirstImage(nullptr, files_[0].c_str(), &depth)).Get(), nullptr, nullptr,
-                             nullptr, palette.data());
-            else if (!super)
-                StandardPalette(palette.data(), &depth,
-                                matching == PaletteMatching::kSixteenColours ? 2
-                                : forWeb                                     ? 6
-                                                                             : 7);
+            Palette palette = first;
+            int depth = super ? 6 : firstDepth;  // all files together have fewer than 64 colours
+            if (matching == PaletteMatching::kSixteenColours) StandardPalette(palette.data(), &depth, kPaletteSixteen);
+            if (matching == PaletteMatching::kPhotorealistic || matching == PaletteMatching::kDrawn)
+                StandardPalette(palette.data(), &depth, forWeb ? kPaletteWeb : kPaletteCube);
             EXPECT_TRUE(super || memcmp(header.palette, palette.data(), kPaletteBytes) == 0);
-            EXPECT_EQ(GetHeaderFields(header).packed, kHasPalette | (depth - 1));
-            EXPECT_EQ(GetHeaderFields(header).screenWidth, 30);
-            EXPECT_EQ(GetHeaderFields(header).screenHeight, 12);
-            for (uint32_t i = 0; i < files_.size(); ++i) {
-                SCOPED_TRACE(i);
-                const uint32_t at = (forWeb ? 2 : 1) + 2 * i;
-                EXPECT_EQ(GetControlFields(BlockAt(document, at)).delay, forWeb ? 4711 : 1);
-                const Block image = BlockAt(document, at + 1);
+            EXPECT_EQ(fields.packed, kHasPalette | (depth - 1));
+            EXPECT_TRUE(fields.screenWidth == 30 && fields.screenHeight == 12);
+
+            uint32_t at = forWeb ? 2 : 1;
+            for (const std::string& file : files_) {
+                SCOPED_TRACE(at);
+                EXPECT_EQ(GetControlFields(BlockAt(document, at++)).delay, forWeb ? 4711 : 1);
+                const Block image = BlockAt(document, at);
                 int bits = depth;
-                OwnedMemory fitted(Fitted(files_[i], header.palette, depth));
+                OwnedMemory fitted(Fitted(file, header.palette, depth));
                 if (!super) GetImageInfo(fitted.Get(), nullptr, nullptr, &bits, nullptr);
                 EXPECT_TRUE(SameBitmap(image.data, fitted.Get()));
                 EXPECT_EQ(GetImageFields(image).packed, bits - 1);
                 char name[kNameBytes];
-                EXPECT_TRUE(GetBlockName(name, image));
-                EXPECT_EQ(name, files_[i]);
-                EXPECT_EQ(image.position, at + 1);
-                EXPECT_EQ(image.owner, &document);
+                EXPECT_TRUE(GetBlockName(name, image) && name == file);
+                EXPECT_TRUE(image.position == at++ && image.owner == &document);
             }
         }
     EXPECT_TRUE(prompts.messages.empty());
@@ -189,7 +187,7 @@ TEST_F(BuildAnimationTest, FilesWithoutAnImage) {
     OwnedList document;
     EXPECT_EQ(Build(&document), BuildOutcome::kFirstFileUnreadable);
     EXPECT_EQ(document.blocks, nullptr);
-    EXPECT_EQ(prompts.messages.size(), 4u) << "the first file's palette is no question";
+    EXPECT_EQ(prompts.messages.size(), 4u) << "nothing is asked about the first file's palette";
 }
 
 // Of 8 bits and of 4: dithered and remapped.

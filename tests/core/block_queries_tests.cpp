@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <tuple>
 
 #include "gif/descriptor.h"
 #include "platform/faults.h"
@@ -31,32 +32,25 @@ struct Document : OwnedList {
 }  // namespace
 
 TEST(BlockQueries, FindImagesAroundAPlace) {
-    const struct {
-        const char* kinds;
-        uint32_t from;
-        int next, previous;
-    } rows[] = {{"HcIcI", 0, 2, -1}, {"HcIcI", 2, 2, -1}, {"HcIcI", 3, 4, 2}, {"HcIcI", 5, -1, 4}, {"Hi", 1, 1, -1},
-                {"ii", 1, 1, -1},    {"ii", 2, -1, 1},    {"iii", 9, -1, 2}};  // the last lies behind the end
-    for (const auto& row : rows) {
-        SCOPED_TRACE(testing::Message() << row.kinds << " at " << row.from);
-        Document document(row.kinds);
+    const std::tuple<const char*, uint32_t, int, int> rows[] = {
+        {"HcIcI", 0, 2, -1}, {"HcIcI", 2, 2, -1}, {"HcIcI", 3, 4, 2}, {"HcIcI", 5, -1, 4}, {"Hi", 1, 1, -1},
+        {"ii", 1, 1, -1},    {"ii", 2, -1, 1},    {"iii", 9, -1, 2}};  // the last lies behind the end
+    for (const auto& [kinds, from, next, previous] : rows) {
+        Document document(kinds);
         Block image;
-        EXPECT_EQ(FindNextImage(document, row.from, &image) ? image.position : -1, row.next);
-        EXPECT_EQ(FindPreviousImage(document, row.from, &image) ? image.position : -1, row.previous);
+        EXPECT_EQ(FindNextImage(document, from, &image) ? image.position : -1, next) << kinds << from;
+        EXPECT_EQ(FindPreviousImage(document, from, &image) ? image.position : -1, previous) << kinds << from;
     }
 }
 
 TEST(BlockQueries, TellWhoUsesTheGlobalPalette) {
-    const struct {
-        const char* kinds;
-        bool used;
-        int depth;
-    } rows[] = {{"H", false, 1},  {"h", false, 0},  {"HII", false, 1}, {"HIi", true, 1},
-                {"cH", false, 2}, {"hH", false, 0}, {"ci", true, 0}};
-    for (const auto& row : rows) {
-        Document document(row.kinds);
-        EXPECT_EQ(ImagesUseGlobalPalette(document), row.used) << row.kinds;
-        EXPECT_EQ(GetGlobalPalette(document, nullptr), row.depth) << row.kinds;
+    const std::tuple<const char*, bool, int> rows[] = {{"H", false, 1},  {"h", false, 0},  {"HII", false, 1},
+                                                       {"HIi", true, 1}, {"cH", false, 2}, {"hH", false, 0},
+                                                       {"ci", true, 0}};
+    for (const auto& [kinds, used, depth] : rows) {
+        Document document(kinds);
+        EXPECT_EQ(ImagesUseGlobalPalette(document), used) << kinds;
+        EXPECT_EQ(GetGlobalPalette(document, nullptr), depth) << kinds;
     }
 }
 
@@ -85,18 +79,15 @@ TEST(BlockQueries, ColoursCountAsFarAsTheSizeCode) {
 }
 
 TEST(BlockQueries, BorrowFromTheNextImageOrElseTheHeader) {
-    const struct {
-        const char* kinds;
-        uint32_t at;
-        int mark, bits;  // 0: nothing to borrow
-    } rows[] = {{"HcI", 1, 3, 3}, {"Hci", 1, 1, 1}, {"HIc", 2, 1, 1}, {"hciI", 1, 99, 0}, {"hc", 1, 99, 0}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.kinds);
-        Document document(row.kinds);
-        Block block = BlockAt(document, row.at);
+    // The kinds, the place of the borrower, what its palette is full of then, and its bits; 0: nothing to borrow.
+    const std::tuple<const char*, uint32_t, int, int> rows[] = {
+        {"HcI", 1, 3, 3}, {"Hci", 1, 1, 1}, {"HIc", 2, 1, 1}, {"hciI", 1, 99, 0}, {"hc", 1, 99, 0}};
+    for (const auto& [kinds, at, mark, bits] : rows) {
+        Document document(kinds);
+        Block block = BlockAt(document, at);
         memset(block.palette, 99, kPaletteBytes);
-        EXPECT_EQ(BorrowPalette(&block), row.bits != 0);
-        EXPECT_EQ(block.paletteBits, row.bits);
-        EXPECT_EQ(block.palette[255].red, row.mark);
+        EXPECT_EQ(BorrowPalette(&block), bits != 0) << kinds;
+        EXPECT_EQ(block.paletteBits, bits) << kinds;
+        EXPECT_EQ(block.palette[255].red, mark) << kinds;
     }
 }

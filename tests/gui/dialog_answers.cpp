@@ -35,12 +35,6 @@ HWND OpenDialog() {
     return dialog;
 }
 
-std::string CaptionOf(HWND window) {
-    wchar_t caption[100] = L"";
-    GetWindowTextW(window, caption, 100);
-    return Utf8FromWide(caption);
-}
-
 }  // namespace
 
 DialogAnswers::DialogAnswers() : timer_(SetTimer(nullptr, 0, kPollMilliseconds, OnTimer)), outer_(current) {
@@ -75,7 +69,7 @@ void DialogAnswers::AnswerOneDialog() {
 
 void DialogAnswers::GiveUp(HWND dialog, const char* why) {
     idlePolls_ = 0;
-    ADD_FAILURE() << why << " dialog \"" << CaptionOf(dialog) << "\": " << ControlText(dialog, 101);
+    ADD_FAILURE() << why << " dialog: " << ControlText(dialog, 101);
     PostMessageW(dialog, WM_COMMAND, GetDlgItem(dialog, IDOK) && !GetDlgItem(dialog, IDCANCEL) ? IDOK : IDCANCEL, 0);
     PostMessageW(dialog, WM_CLOSE, 0, 0);  // for a window that is no dialog
 }
@@ -109,7 +103,7 @@ int FileNameField(HWND dialog) {
 void PressButton(HWND dialog, int button) {
     HWND control = GetDlgItem(dialog, button);
     bool usable = control && IsWindowEnabled(control);
-    EXPECT_TRUE(usable) << "button " << button << " in \"" << CaptionOf(dialog) << "\"";
+    EXPECT_TRUE(usable) << "button " << button;
     WPARAM command = MAKEWPARAM(usable ? button : IDCANCEL, BN_CLICKED);
     SendMessageW(dialog, WM_COMMAND, command, reinterpret_cast<LPARAM>(control));
 }

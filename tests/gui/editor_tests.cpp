@@ -44,9 +44,8 @@ Steps ReadAfterFault(const char* text) {
 
 TEST_F(Editors, Header) {
     auto change = [](HWND dialog) {
-        EXPECT_EQ(Shown(dialog, {IDC_HEADER_WIDTH, IDC_HEADER_DEPTH, IDC_HEADER_COLOURS, IDC_HEADER_GLOBAL_PALETTE,
-                                 IDC_HEADER_SORTED, IDC_COLOUR}),
-                  "640|480|256 colours|on|off|0");
+        EXPECT_EQ(Shown(dialog, {IDC_HEADER_WIDTH, IDC_HEADER_DEPTH, IDC_HEADER_COLOURS}), "640|480|256 colours");
+        EXPECT_EQ(Shown(dialog, {IDC_HEADER_GLOBAL_PALETTE, IDC_HEADER_SORTED, IDC_COLOUR}), "on|off|0");
         SetText(dialog, IDC_HEADER_WIDTH, "800");
         SetText(dialog, IDC_HEADER_DEPTH, "70000");
         ClickBox(dialog, IDC_HEADER_SORTED);
@@ -169,17 +168,17 @@ TEST_F(Editors, PlainText) {
         SetText(dialog, IDC_PLAIN_LEFT, "9");
         SetText(dialog, IDC_PLAIN_TOP, "ten");
     };
-    const char coloursAlone[] = "\0\0\0\0\x50\0\x19\0\x08\x10\x21\x07", all[] = "\x09\0\0\0\0\0\0\0\0\0\x21\x07";
+    const char cancelled[] = "\0\0\0\0\x50\0\x19\0\x08\x10\x21\x07", taken[] = "\x09\0\0\0\0\0\0\0\0\0\x21\x07";
     EXPECT_EQ(Edit(kSamplePlainText, {Then(change, IDCANCEL), ChooseCell(33), ClickPixel(7, 29)}), kBlockEdited);
-    EXPECT_EQ(memcmp(At(kSamplePlainText).descriptor + 1, coloursAlone, 12), 0);
+    EXPECT_EQ(memcmp(At(kSamplePlainText).descriptor + 1, cancelled, 12), 0);
     EXPECT_EQ(TextOf(kSamplePlainText), "This space for rent...");
     EXPECT_EQ(memcmp(&defaultPlainTextGrid, &grid, sizeof grid), 0);
 
     EXPECT_EQ(Edit(kSamplePlainText, {Then(change, IDOK), ChooseCell(33), ClickPixel(7, 29)}), kBlockEdited);
-    EXPECT_EQ(memcmp(At(kSamplePlainText).descriptor + 1, all, 12), 0);
+    EXPECT_EQ(memcmp(At(kSamplePlainText).descriptor + 1, taken, 12), 0);
     EXPECT_EQ(TextOf(kSamplePlainText), "two\r\nlines");
-    const PlainTextGrid cleared = {};
-    EXPECT_EQ(memcmp(&defaultPlainTextGrid, &cleared, sizeof cleared), 0);
+    EXPECT_EQ(defaultPlainTextGrid.width + defaultPlainTextGrid.height, 0);
+    EXPECT_EQ(defaultPlainTextGrid.cellWidth + defaultPlainTextGrid.cellHeight, 0);
     defaultPlainTextGrid = grid;
 
     MakeHeaderBlack();
@@ -213,40 +212,32 @@ TEST_F(Editors, CommentLosesNothing) {
     SetComment(std::string("seen\0unseen", 11));
     EXPECT_EQ(Edit(kSampleComment, {Press(IDOK)}), kBlockEdited);
     EXPECT_EQ(TextOf(kSampleComment), "seen");
+    EXPECT_EQ(Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "", IDOK)}), kBlockEdited);
+    EXPECT_EQ(At(kSampleComment).data, nullptr);
+    EXPECT_EQ(At(kSampleComment).dataLength, 0u);
 }
 
 TEST_F(Editors, CommentTakesWhatIsTyped) {
     const std::string nearlyFull = LongText(kMaxTextBytes - 1);
-    const struct {
-        std::string before;
-        WPARAM selectionEnd;
-        const wchar_t* typed;
-        std::string after;
-    } rows[] = {{"old", 3, L"d\u00E9j\u00E0\r\u20AC 5 \u4E2D", "d\xE9j\xE0\r\n\x80 5 ?"},
-                {nearlyFull, 0, L"yz", "y" + nearlyFull}};
-    for (const auto& row : rows) {
-        SetComment(row.before);
-        auto type = [&row](HWND dialog) {
+    auto typeBefore = [](const std::wstring& letters) {
+        return [=](HWND dialog) {
             HWND edit = GetDlgItem(dialog, IDC_COMMENT_TEXT);
-            SendMessageW(edit, EM_SETSEL, 0, static_cast<LPARAM>(row.selectionEnd));
-            for (const wchar_t* letter = row.typed; *letter; ++letter) SendMessageW(edit, WM_CHAR, *letter, 0);
+            SendMessageW(edit, EM_SETSEL, 0, 0);
+            for (wchar_t letter : letters) SendMessageW(edit, WM_CHAR, letter, 0);
         };
-        EXPECT_EQ(Edit(kSampleComment, {Then(type, IDOK)}), kBlockEdited);
-        EXPECT_EQ(TextOf(kSampleComment), row.after);
-    }
+    };
+    SetComment("old");
+    EXPECT_EQ(Edit(kSampleComment, {Then(typeBefore(L"d\u00E9j\u00E0\r\u20AC 5 \u4E2D "), IDOK)}), kBlockEdited);
+    EXPECT_EQ(TextOf(kSampleComment), "d\xE9j\xE0\r\n\x80 5 ? old");
+    SetComment(nearlyFull);
+    EXPECT_EQ(Edit(kSampleComment, {Then(typeBefore(L"yz"), IDOK)}), kBlockEdited);
+    EXPECT_EQ(TextOf(kSampleComment), "y" + nearlyFull);
 }
 
-TEST_F(Editors, EmptyCommentHasNoData) {
+TEST_F(Editors, CancelAndFailuresKeepTheOldComment) {
     EXPECT_EQ(Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "lost", IDCANCEL)}), kBlockUnchanged);
     EXPECT_EQ(TextOf(kSampleComment), kNewComment);
-    EXPECT_EQ(Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "", IDOK)}), kBlockEdited);
-    EXPECT_EQ(At(kSampleComment).data, nullptr);
-    EXPECT_EQ(At(kSampleComment).dataLength, 0u);
-    EXPECT_EQ(Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "again", IDOK)}), kBlockEdited);
-    EXPECT_EQ(TextOf(kSampleComment), "again");
-}
 
-TEST_F(Editors, FailuresKeepTheOldComment) {
     auto failAtOk = [](Faults at) {
         return [=](HWND dialog) {
             SetText(dialog, IDC_COMMENT_TEXT, "new");
@@ -281,41 +272,31 @@ TEST_F(Editors, LoopTakesNumbersCutTo16Bits) {
 }
 
 TEST_F(Editors, UpDownsStepTheBlocksValueWithinTheirRange) {
-    const struct {
-        int block, upDown, minimum;
-    } rows[] = {{kSampleHeader, IDC_HEADER_WIDTH_UPDOWN, 1},   {kSampleHeader, IDC_HEADER_DEPTH_UPDOWN, 1},
-                {kSampleImage, IDC_IMAGE_LEFT_UPDOWN, 0},      {kSampleImage, IDC_IMAGE_TOP_UPDOWN, 0},
-                {kSampleControl, IDC_CONTROL_DELAY_UPDOWN, 0}, {kSamplePlainText, IDC_PLAIN_LEFT_UPDOWN, 0},
-                {kSamplePlainText, IDC_PLAIN_TOP_UPDOWN, 0},   {kSampleLoop, IDC_LOOP_ITERATIONS_UPDOWN, 0}};
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.upDown);
-        auto step = [&row](HWND dialog) {
-            LRESULT range = SendDlgItemMessageW(dialog, row.upDown, UDM_GETRANGE, 0, 0);
-            EXPECT_EQ(range, MAKELPARAM(32760, row.minimum));
-            int edit = row.upDown - 10000;
+    const std::pair<int, int> rows[] = {{kSampleHeader, IDC_HEADER_WIDTH},   {kSampleHeader, IDC_HEADER_DEPTH},
+                                        {kSampleImage, IDC_IMAGE_LEFT},      {kSampleImage, IDC_IMAGE_TOP},
+                                        {kSampleControl, IDC_CONTROL_DELAY}, {kSamplePlainText, IDC_PLAIN_LEFT},
+                                        {kSamplePlainText, IDC_PLAIN_TOP},   {kSampleLoop, IDC_LOOP_ITERATIONS}};
+    for (const auto& [block, field] : rows) {
+        auto step = [edit = field, minimum = block == kSampleHeader ? 1 : 0](HWND dialog) {
+            LRESULT range = SendDlgItemMessageW(dialog, 10000 + edit, UDM_GETRANGE, 0, 0);
+            EXPECT_EQ(range, MAKELPARAM(32760, minimum)) << edit;
             SetText(dialog, edit, "1234");  // a position of four digits must be readable again
             SendDlgItemMessageW(dialog, edit, WM_KEYDOWN, VK_UP, 0);
             EXPECT_EQ(Shown(dialog, {edit}), "1235");
         };
-        Edit(row.block, {Then(step, IDCANCEL)});
+        Edit(block, {Then(step, IDCANCEL)});
     }
 }
 
 TEST_F(Editors, BlocksWithoutAnEditor) {
-    const struct {
-        int index, result;
-        std::vector<Steps> messages;
-    } rows[] = {
-        {kSampleEmpty, kBlockEdited, {Read("That block can't be edited.", IDOK)}},
-        {kSampleUnknown, kBlockUnchanged, {Read("That block can't be edited.", IDOK)}},
-        {kSampleApplication,
-         kBlockUnchanged,
-         {Read("Creator:   KELMOR\nAuthentication: 1.0\n\nApplication blocks can't be edited.", IDOK)}},
-        {kSampleBlockNames, kBlockEdited, {}},
-        {kSampleLastControl + 1, kBlockInaccessible, {}},
-        {-1, kBlockInaccessible, {}},
-    };
-    for (const auto& row : rows) EXPECT_EQ(Edit(row.index, row.messages), row.result) << row.index;
+    Steps refused = Read("That block can't be edited.", IDOK);
+    Steps told = Read("Creator:   KELMOR\nAuthentication: 1.0\n\nApplication blocks can't be edited.", IDOK);
+    EXPECT_EQ(Edit(kSampleEmpty, {refused}), kBlockEdited);
+    EXPECT_EQ(Edit(kSampleUnknown, {refused}), kBlockUnchanged);
+    EXPECT_EQ(Edit(kSampleApplication, {told}), kBlockUnchanged);
+    EXPECT_EQ(Edit(kSampleBlockNames, {}), kBlockEdited);
+    EXPECT_EQ(Edit(kSampleLastControl + 1, {}), kBlockInaccessible);
+    EXPECT_EQ(Edit(-1, {}), kBlockInaccessible);
 }
 
 }  // namespace

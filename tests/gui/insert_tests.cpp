@@ -1,5 +1,6 @@
 // The questions of the Insert command, and what comes of their answers. (The command itself: insert_command_tests.cpp.)
 #include <cstring>
+#include <tuple>
 
 #include "app/shell_state.h"
 #include "editing/dialogs/insert_box.h"
@@ -72,29 +73,25 @@ TEST_F(InsertTest, OneAnswerServesAllImagesOfOneCommand) {
 }
 
 TEST_F(InsertTest, ThePaletteQuestionOffersWhatIsPossible) {
-    const struct {
-        int bitCount;
-        bool black;         // the document has no colours but black
-        const char* shown;  // remap, dither, for subsequent images
-        int choice;
-    } rows[] = {{8, false, "off|on|on", IDC_PALETTE_DITHER},
-                {24, false, "off|on|on", IDC_PALETTE_DITHER},
-                {4, true, "[off]|[on]|on", IDC_PALETTE_DITHER},
-                {1, false, "on|[off]|on", IDC_PALETTE_REMAP},
-                {1, true, "[on]|[off]|on", IDC_PALETTE_REMAP}};
+    // Bits of the image, whether the document is all black, what the choices and the box show, and what OK answers.
+    const std::tuple<int, bool, const char*, int> rows[] = {{8, false, "off|on|on", IDC_PALETTE_DITHER},
+                                                            {24, false, "off|on|on", IDC_PALETTE_DITHER},
+                                                            {4, true, "[off]|[on]|on", IDC_PALETTE_DITHER},
+                                                            {1, false, "on|[off]|on", IDC_PALETTE_REMAP},
+                                                            {1, true, "[on]|[off]|on", IDC_PALETTE_REMAP}};
     Open(MakeGif("doc.gif"));
-    for (const auto& row : rows)
+    for (const auto& [bitCount, black, shown, choice] : rows)
         for (int button : {IDOK, IDCANCEL}) {
-            SCOPED_TRACE(testing::Message() << row.bitCount << (row.black ? " black" : ""));
-            ChangeHeader(0x87, row.black ? 0 : 1);
+            SCOPED_TRACE(testing::Message() << bitCount << (black ? " black" : ""));
+            ChangeHeader(0x87, black ? 0 : 1);
             Block image = {};
             image.owner = &document;
-            image.data = CreateImageBitmap(2, 2, nullptr, row.bitCount);
+            image.data = CreateImageBitmap(2, 2, nullptr, bitCount);
             paletteChoiceForInsert = 77;
             DialogAnswers answers;
-            answers.Do(See({IDC_PALETTE_REMAP, IDC_PALETTE_DITHER, IDC_PALETTE_SUBSEQUENT}, row.shown, button));
-            EXPECT_EQ(RunPaletteDialog(hMainWindow, image), button == IDOK ? row.choice : kPaletteCancel);
-            EXPECT_EQ(paletteChoiceForInsert, button == IDOK ? row.choice : 77);
+            answers.Do(See({IDC_PALETTE_REMAP, IDC_PALETTE_DITHER, IDC_PALETTE_SUBSEQUENT}, shown, button));
+            EXPECT_EQ(RunPaletteDialog(hMainWindow, image), button == IDOK ? choice : kPaletteCancel);
+            EXPECT_EQ(paletteChoiceForInsert, button == IDOK ? choice : 77);
             FreeMemory(image.data);
         }
 }

@@ -79,13 +79,12 @@ TEST(PlainText, NothingComesOfOtherBlocksNorWithoutAHeader) {
     Animation animation(100, 60);
     animation.PlainText("Hello", {5, 6, 20, 2, 8, 16, 3, 4});
     BlockList headless = {};
-    Block noText = animation.At(1), otherKind = noText, noHeader = noText, noOwner = noText;
+    Block noText = animation.At(1), otherKind = noText, noHeader = noText;
     noText.data = nullptr;
     otherKind.kind = kCommentBlock;
     noHeader.owner = &headless;
-    noOwner.owner = nullptr;
     Canvas canvas(kWidth, kHeight, kGround);
-    for (const Block& block : {noText, otherKind, noHeader, noOwner})
+    for (const Block& block : {noText, otherKind, noHeader})
         DrawPlainText(canvas.Dc(), nullptr, block, &kFrame, kNoTransparentIndex);
     EXPECT_EQ(Difference(Picture(kWidth, kHeight, kGround), canvas.Look()), "");
 }

@@ -78,12 +78,12 @@ std::string ListLine(HWND dialog, int list, LRESULT line) {
     return Utf8FromWide(text);
 }
 
-// The names of the files on the list without their folder, the selected one in brackets; then Next and Delete.
+// The names on the list, the selected one in brackets; then Next and Delete.
 std::string Files(HWND dialog) {
     std::string files;
     for (LRESULT i = 0; i < ToList(dialog, IDC_WIZARD_FILES, LB_GETCOUNT); ++i) {
-        std::string path = ListLine(dialog, IDC_WIZARD_FILES, i);
-        std::string name = path.substr(path.rfind('\\') + 1);
+        std::string name = ListLine(dialog, IDC_WIZARD_FILES, i);
+        name.erase(0, name.rfind('\\') + 1);
         files += ToList(dialog, IDC_WIZARD_FILES, LB_GETCURSEL) == i ? "[" + name + "]" : name;
     }
     return files + " " + Shown(dialog, {IDC_WIZARD_NEXT, IDC_WIZARD_DELETE});
@@ -94,11 +94,24 @@ void ExpectFocusUsable(HWND dialog) {
     EXPECT_TRUE(IsChild(dialog, focus) && IsWindowVisible(focus) && IsWindowEnabled(focus)) << GetDlgCtrlID(focus);
 }
 
+// It covers the dialog's colour, except around its rounded corners.
+void ExpectPicture(HWND dialog) {
+    UpdateWindow(dialog);
+    HDC dc = GetDC(dialog);
+    EXPECT_EQ(GetPixel(dc, 8, 8), GetSysColor(COLOR_BTNFACE));
+    EXPECT_NE(GetPixel(dc, 8 + 48, 8 + 100), GetSysColor(COLOR_BTNFACE));
+    ReleaseDC(dialog, dc);
+}
+
 }  // namespace
 
 TEST_F(WizardTest, PagesGoForwardAndBack) {
     RunWizard([](HWND dialog) {
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_WIZARD_NEXT));
+        EXPECT_EQ(Shown(dialog, {IDC_WIZARD_WEB, IDC_WIZARD_LOOP, IDC_WIZARD_SUPER_PALETTE}), "on|on|on");
+        EXPECT_EQ(ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCURSEL), 6);
+        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_DELAYS, 6), "100 hundredths");
+        ExpectPicture(dialog);
         Put(dialog, "x");
         Put(dialog, "y");
         for (int page = 0; page < kPages; ++page) {
@@ -118,23 +131,6 @@ TEST_F(WizardTest, PagesGoForwardAndBack) {
         PressButton(dialog, IDCANCEL);
     });
     EXPECT_EQ(document.count, 0u);
-}
-
-TEST_F(WizardTest, StartsWithItsPictureAndUsualChoices) {
-    RunWizard([](HWND dialog) {
-        EXPECT_EQ(Shown(dialog, {IDC_WIZARD_WEB, IDC_WIZARD_LOOP, IDC_WIZARD_SUPER_PALETTE}), "on|on|on");
-        EXPECT_EQ(ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCOUNT), 16);
-        EXPECT_EQ(ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCURSEL), 6);
-        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_DELAYS, 0), "1 hundredths");
-        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_DELAYS, 6), "100 hundredths");
-        // The picture covers the dialog's colour, except around its rounded corners.
-        UpdateWindow(dialog);
-        HDC dc = GetDC(dialog);
-        EXPECT_EQ(GetPixel(dc, 8, 8), GetSysColor(COLOR_BTNFACE));
-        EXPECT_NE(GetPixel(dc, 8 + 48, 8 + 100), GetSysColor(COLOR_BTNFACE));
-        ReleaseDC(dialog, dc);
-        PressButton(dialog, IDCANCEL);
-    });
 }
 
 // The dialog hands several names over in an order of its own.
@@ -214,17 +210,14 @@ TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
 TEST_F(WizardTest, CorruptedFilesAreAskedAboutAndAMissingFirstPaletteIsTold) {
     const std::string good = MakeGif("a.gif"), broken = File("broken.gif");
     WriteWholeFile(broken, "GIF");
-    const struct {
-        int radio;
-        std::vector<std::string> files;
-        int answer;
-        unsigned text, blocks;
-    } rows[] = {{IDC_WIZARD_DRAWN, {good, broken}, IDYES, IDS_CORRUPTED_FILE, 5},
-                {IDC_WIZARD_DRAWN, {good, broken}, IDNO, IDS_CORRUPTED_FILE, 0},
-                {IDC_WIZARD_FIRST_PALETTE, {broken, good}, IDOK, IDS_OPEN_FAILED, 0}};
-    for (const auto& row : rows) {
-        EXPECT_EQ(RunWizard(Build(row.radio, row.files), {row.answer})[1], LoadStr(row.text));
-        EXPECT_EQ(document.count, row.blocks);
-        EXPECT_EQ(Title().find("NO FILE") == std::string::npos, row.blocks > 0);
+    const std::tuple<int, std::vector<std::string>, int, unsigned, unsigned> rows[] = {
+        {IDC_WIZARD_DRAWN, {good, broken}, IDYES, IDS_CORRUPTED_FILE, 5},
+        {IDC_WIZARD_DRAWN, {good, broken}, IDNO, IDS_CORRUPTED_FILE, 0},
+        {IDC_WIZARD_FIRST_PALETTE, {broken, good}, IDOK, IDS_OPEN_FAILED, 0}};
+    for (const auto& [radio, files, answer, text, blocks] : rows) {
+        const auto texts = RunWizard(Build(radio, files), {answer});
+        EXPECT_EQ(texts[1], LoadStr(text));
+        EXPECT_EQ(document.count, blocks);
+        EXPECT_EQ(Title().find("NO FILE") == std::string::npos, blocks > 0);
     }
 }
