@@ -19,11 +19,6 @@ int PlaceOf(int client, int image, int screen, int offset) {
     return static_cast<int>(centred + offset - std::floor((screen - image) / 2.0));
 }
 
-bool IsRowRevealed(int row, int height, bool interlaced) {
-    if (!interlaced || height > 4) return true;
-    return height == 4 ? row != 3 : row != 1;
-}
-
 }  // namespace
 
 Animation::Animation(uint16_t screenWidth, uint16_t screenHeight, bool hasPalette) {
@@ -104,30 +99,21 @@ void ViewerModel::Play(const Block& block) {
         const ControlFields fields = GetControlFields(block);
         transparentIndex_ = fields.packed & 1 ? fields.transparentIndex : kNoPixel;
         disposal_ = fields.packed >> 2 & 7u;
-        delay_ = fields.delay;
     }
     if (block.kind != kImageBlock) return;
     const ImageFields fields = GetImageFields(block);
     const RgbTriple* palette = fields.packed & kHasPalette ? block.palette : palette_;
-    image_.left = PlaceOf(shown_.width, fields.width, screen_.screenWidth, fields.left);
-    image_.top = PlaceOf(shown_.height, fields.height, screen_.screenHeight, fields.top);
-    image_.right = image_.left + fields.width;
-    image_.bottom = image_.top + fields.height;
+    int left = PlaceOf(shown_.width, fields.width, screen_.screenWidth, fields.left);
+    int top = PlaceOf(shown_.height, fields.height, screen_.screenHeight, fields.top);
+    image_ = {left, top, left + fields.width, top + fields.height};
     under_ = shown_;
-    MemoryLock lock(block.data);
-    for (int y = 0; y < fields.height; ++y)
-        for (int x = 0; x < fields.width; ++x) {
-            uint32_t pixel = GetImagePixel(lock.As<BitmapHeader>(), x, y);
-            if (pixel == transparentIndex_ || !IsRowRevealed(y, fields.height, fields.packed & kImageInterlaced))
-                continue;
-            shown_.Set(image_.left + x, image_.top + y, ColourRef(palette[pixel]));
-        }
+    shown_.Put(block.data, left, top, palette, transparentIndex_, fields.packed & kImageInterlaced);
 }
 
 void ViewerModel::Dispose() {
     for (int y = image_.top; y < image_.bottom; ++y)
         for (int x = image_.left; x < image_.right; ++x) {
-            if (disposal_ == 2) shown_.Set(x, y, background_);
-            if (disposal_ == 3 && shown_.Has(x, y)) shown_.Set(x, y, under_.At(x, y));
+            if (shown_.Has(x, y) && disposal_ == 2) shown_.At(x, y) = background_;
+            if (shown_.Has(x, y) && disposal_ == 3) shown_.At(x, y) = under_.At(x, y);
         }
 }

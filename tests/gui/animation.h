@@ -48,14 +48,13 @@ public:
     void Play(const Block& block);  // controls and images; others change nothing
     void Dispose();
     const Picture& Shown() const { return shown_; }
-    uint32_t Delay() const { return delay_; }
 
 private:
     Picture shown_, under_;
     HeaderFields screen_;
     RgbTriples palette_;
     COLORREF background_;
-    uint32_t disposal_ = 0, delay_ = 0;
+    uint32_t disposal_ = 0;
     uint32_t transparentIndex_ = kNoPixel;
     RECT image_ = {};
 };

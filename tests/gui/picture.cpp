@@ -11,7 +11,25 @@ BITMAPINFO TopDownInfo(int width, int height) {
     return info;
 }
 
+// What the passes of a reveal reach: each begins with its first row, whether the image has it or not.
+bool IsRowRevealed(int row, int height) {
+    return height > 4 || row != (height == 4 ? 3 : 1);
+}
+
 }  // namespace
+
+void Picture::Put(MemoryHandle image, int left, int top, const RgbTriple* palette, uint32_t transparent,
+                  bool interlaced) {
+    MemoryLock lock(image);
+    auto* bitmap = lock.As<const BitmapHeader>();
+    for (int y = 0; y < bitmap->height; ++y)
+        for (int x = 0; x < bitmap->width; ++x) {
+            uint32_t pixel = GetImagePixel(bitmap, x, y);
+            if (pixel == transparent || !Has(left + x, top + y)) continue;
+            if (interlaced && !IsRowRevealed(y, bitmap->height)) continue;
+            At(left + x, top + y) = bitmap->bitCount == 24 ? pixel : ColourRef(palette[pixel]);
+        }
+}
 
 std::string Difference(const Picture& expected, const Picture& shown) {
     if (expected.width != shown.width || expected.height != shown.height) return "sizes differ";

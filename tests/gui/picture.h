@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "app/services/settings.h"
 #include "imaging/image_bitmap.h"
 #include "platform/windows_api.h"
 
@@ -17,9 +18,10 @@ struct Picture {
         return pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
     }
     COLORREF At(int x, int y) const { return const_cast<Picture*>(this)->At(x, y); }
-    void Set(int x, int y, COLORREF colour) {
-        if (Has(x, y)) At(x, y) = colour;
-    }
+    // Draws the image at (left, top) pixel by pixel, in the colours of `palette`, but for the pixels that equal
+    // `transparent`. Of a low interlaced image a row is missing.
+    void Put(MemoryHandle image, int left, int top, const RgbTriple* palette, uint32_t transparent, bool interlaced);
+
     int width, height;
     std::vector<COLORREF> pixels;
 };
@@ -45,6 +47,18 @@ private:
     HDC dc_;
     HBITMAP bitmap_;
     HGDIOBJ previous_;
+};
+
+// While it exists, the rows of interlaced images need no time to appear.
+class InstantReveal {
+public:
+    InstantReveal() : before_(settings.interlaceDelay) { settings.interlaceDelay = 0; }
+    ~InstantReveal() { settings.interlaceDelay = before_; }
+    InstantReveal(const InstantReveal&) = delete;
+    InstantReveal& operator=(const InstantReveal&) = delete;
+
+private:
+    uint32_t before_;
 };
 
 using PixelAt = std::function<uint32_t(int x, int y)>;

@@ -17,34 +17,37 @@
 
 namespace {
 
-HWND MakeOwner() {
-    return CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, GetModuleHandleW(nullptr),
-                           nullptr);
+bool HasPlayed() {
+    return currentViewer && currentViewer->nextIndex == viewedList->count && pendingWait == 0;
+}
+
+bool CloseWhenPlayed() {
+    return HasPlayed() && PostMessageW(FindViewer(), WM_CHAR, VK_ESCAPE, 0);
 }
 
 class ViewerRunTest : public testing::Test {
 protected:
     void SetUp() override {
         if (!hInstance) hInstance = GetModuleHandleW(nullptr);
-        owner_ = MakeOwner();
+        owner_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, hInstance, nullptr);
     }
-    void TearDown() override { DestroyWindow(owner_); }
-    void ExpectNothingLeft() {
+    void TearDown() override {
+        DestroyWindow(owner_);
         WNDCLASSW viewer;
         EXPECT_FALSE(GetClassInfoW(hInstance, kViewerClass, &viewer));
         EXPECT_EQ(FindViewer(), nullptr);
-        EXPECT_EQ(currentViewer, nullptr);
-        EXPECT_EQ(viewedList, nullptr);
-        EXPECT_EQ(pendingWait, 0);
+        EXPECT_TRUE(!currentViewer && !viewedList && pendingWait == 0);
         MSG message;
         EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
     }
+    // Shows the viewer until `act`, which is called over and over, returns true; it has to end the viewing.
+    void View(Animation* animation, std::function<bool()> act) {
+        Meanwhile meanwhile(std::move(act));
+        RunViewer(owner_, animation->List());
+        EXPECT_TRUE(meanwhile.Done());
+    }
     HWND owner_ = nullptr;
 };
-
-bool HasPlayed() {
-    return currentViewer && currentViewer->nextIndex == viewedList->count && pendingWait == 0;
-}
 
 // Numbers of GDI objects in use, seen from outside: the numbers that new ones get.
 size_t FirstFreeGdiNumbers() {
@@ -64,22 +67,6 @@ size_t PrivateBytes() {
     return counters.PagefileUsage;
 }
 
-void Play(HWND owner, BlockList* list) {
-    Meanwhile close([] { return HasPlayed() && PostMessageW(FindViewer(), WM_CHAR, VK_ESCAPE, 0); });
-    RunViewer(owner, list);
-    EXPECT_TRUE(close.Done());
-}
-
-// A key pressed for the window in front.
-void PressEscape() {
-    INPUT key = {};
-    key.type = INPUT_KEYBOARD;
-    key.ki.wVk = VK_ESCAPE;
-    SendInput(1, &key, sizeof key);
-    key.ki.dwFlags = KEYEVENTF_KEYUP;
-    SendInput(1, &key, sizeof key);
-}
-
 int32_t loopsLeftAtTheEnd;
 
 LRESULT CALLBACK NoteTheEnd(HWND viewer, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -87,10 +74,16 @@ LRESULT CALLBACK NoteTheEnd(HWND viewer, UINT message, WPARAM wParam, LPARAM lPa
     return ViewerProc(viewer, message, wParam, lParam);
 }
 
+// The keyboard's Escape goes to the window in front.
 LRESULT CALLBACK PressEscapeWhenAsked(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_APP) {
         SetWindowLongPtrW(FindViewer(), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(NoteTheEnd));
-        PressEscape();
+        INPUT key = {};
+        key.type = INPUT_KEYBOARD;
+        key.ki.wVk = VK_ESCAPE;
+        SendInput(1, &key, sizeof key);
+        key.ki.dwFlags = KEYEVENTF_KEYUP;
+        SendInput(1, &key, sizeof key);
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }
@@ -99,16 +92,12 @@ LRESULT CALLBACK PressEscapeWhenAsked(HWND window, UINT message, WPARAM wParam, 
 
 TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItIsClosed) {
     Animation animation(200, 100);
-    animation.Control(1, 1)
-        .Image({0, 0, 200, 100})
-        .Control(2, 2, 3)
-        .Image({20, 10, 60, 50, 4, true, true, 9})
-        .Comment();
+    animation.Control(1, 1).Image({0, 0, 200, 100}).Control(2, 2, 3).Image({20, 10, 60, 50, 4, true, true, 9});
     Picture shown(0, 0);
-    RECT client = {};
-    Meanwhile close([&] {
+    View(&animation, [&] {
         if (!HasPlayed()) return false;
         HWND viewer = FindViewer();
+        RECT client;
         GetClientRect(viewer, &client);
         HDC dc = GetDC(viewer);
         shown = Look(dc, client.right, client.bottom);
@@ -116,14 +105,12 @@ TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItIsClosed) {
         EXPECT_EQ(GetWindow(viewer, GW_OWNER), owner_);
         return PostMessageW(viewer, WM_RBUTTONDOWN, 0, 0) != FALSE;
     });
-    RunViewer(owner_, animation.List());
-    ViewerModel model(animation, client.right, client.bottom);
-    for (uint32_t index = 1; index < 5; ++index) model.Play(animation.At(index));
+    ViewerModel model(animation, shown.width, shown.height);
+    for (uint32_t index = 1; index < animation.List()->count; ++index) model.Play(animation.At(index));
     model.Dispose();
     EXPECT_EQ(Difference(model.Shown(), shown), "");
-    EXPECT_GE(client.right, GetSystemMetrics(SM_CXSCREEN) - 4);
-    EXPECT_GE(client.bottom, GetSystemMetrics(SM_CYSCREEN) - 4);
-    ExpectNothingLeft();
+    EXPECT_GE(shown.width, GetSystemMetrics(SM_CXSCREEN) - 4);
+    EXPECT_GE(shown.height, GetSystemMetrics(SM_CYSCREEN) - 4);
 }
 
 TEST_F(ViewerRunTest, TellsThatTheHeaderIsMissing) {
@@ -132,10 +119,8 @@ TEST_F(ViewerRunTest, TellsThatTheHeaderIsMissing) {
     DialogAnswers answers;
     answers.Press(IDOK);
     RunViewer(owner_, &list);
-    ASSERT_EQ(answers.Texts().size(), 1u);
-    EXPECT_EQ(answers.Texts()[0], LoadStr(IDS_MISSING));
+    EXPECT_EQ(answers.Texts(), std::vector<std::string>{LoadStr(IDS_MISSING)});
     DestroyBlockList(&list);
-    ExpectNothingLeft();
 }
 
 TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAlone) {
@@ -145,17 +130,13 @@ TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAlone) {
     bool nested = false;
     Meanwhile nest([&] {
         if (!currentViewer || pendingWait == 0) return false;
-        ViewerState* state = currentViewer;
-        Play(owner_, inner.List());
+        const ViewerState* state = currentViewer;
+        View(&inner, CloseWhenPlayed);
         EXPECT_EQ(currentViewer, state);
         EXPECT_EQ(viewedList, outer.List());
-        EXPECT_EQ(state->screenWidth, 50u);
         return nested = true;
     });
-    Meanwhile close([&] { return nested && HasPlayed() && PostMessageW(FindViewer(), WM_CHAR, VK_ESCAPE, 0); });
-    RunViewer(owner_, outer.List());
-    EXPECT_TRUE(close.Done());
-    ExpectNothingLeft();
+    View(&outer, [&] { return nested && CloseWhenPlayed(); });
 }
 
 TEST_F(ViewerRunTest, ClosingTheOuterViewingClosesTheInner) {
@@ -169,22 +150,17 @@ TEST_F(ViewerRunTest, ClosingTheOuterViewingClosesTheInner) {
         RunViewer(owner_, inner.List());
         return true;
     });
-    Meanwhile close(
-        [&] { return first && viewedList == inner.List() && HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
-    RunViewer(owner_, outer.List());
-    EXPECT_TRUE(close.Done());
-    ExpectNothingLeft();
+    View(&outer,
+         [&] { return first && viewedList == inner.List() && HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
 }
 
 TEST_F(ViewerRunTest, AnOwnerThatIsClosedStillReachesItsOwnLoop) {
     Animation animation(50, 40);
     animation.Image({0, 0, 50, 40});
-    Meanwhile close([&] { return HasPlayed() && DestroyWindow(owner_); });
-    RunViewer(owner_, animation.List());
+    View(&animation, [&] { return HasPlayed() && DestroyWindow(owner_); });
     MSG message;
     ASSERT_TRUE(PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE));
     EXPECT_EQ(message.message, UINT{WM_QUIT});
-    ExpectNothingLeft();
 }
 
 TEST_F(ViewerRunTest, InputIsHeardWhileBlocksFollowWithoutADelay) {
@@ -195,21 +171,20 @@ TEST_F(ViewerRunTest, InputIsHeardWhileBlocksFollowWithoutADelay) {
     PostMessageW(owner_, WM_APP, 0, 0);
     RunViewer(owner_, animation.List());
     EXPECT_GT(loopsLeftAtTheEnd, 0);
-    ExpectNothingLeft();
 }
 
 TEST_F(ViewerRunTest, NothingGrowsOverManyFrames) {
+    InstantReveal instantReveal;
     Animation animation(120, 90);
-    for (uint32_t frame = 0; frame < 300; ++frame) {
+    for (uint16_t frame = 0; frame < 300; ++frame) {
         animation.Control(frame % 4, 0, frame % 3 ? 5 : -1);
-        animation.Image({static_cast<uint16_t>(frame % 20), 3, 90, frame == 7 ? 9 : 80, frame % 2 ? 8 : 4, frame == 7,
-                         frame % 5 == 0, static_cast<int>(frame)});
+        animation.Image(
+            {static_cast<uint16_t>(frame % 20), 3, 90, 80, frame % 2 ? 8 : 4, frame == 7, frame % 5 == 0, frame});
     }
     animation.PlainText("text", {0, 0, 10, 2, 8, 16, 3, 4});
-    Play(owner_, animation.List());
+    View(&animation, CloseWhenPlayed);
     const size_t gdiBefore = FirstFreeGdiNumbers(), memoryBefore = PrivateBytes();
-    for (int round = 0; round < 10; ++round) Play(owner_, animation.List());
+    for (int round = 0; round < 10; ++round) View(&animation, CloseWhenPlayed);
     EXPECT_LE(FirstFreeGdiNumbers(), gdiBefore + 8);
     EXPECT_LE(PrivateBytes(), memoryBefore + 1024 * 1024);
-    ExpectNothingLeft();
 }

@@ -1,6 +1,4 @@
 #include <algorithm>
-#include <cstring>
-#include <utility>
 
 #include "tests/support/literal_colours.h"
 
@@ -12,76 +10,87 @@ struct Box {
     std::vector<int> cells;  // in their order
 };
 
+// Cells and their pixels: 5 bits of red, green and blue.
+using Counts = std::vector<long long>;
+
 int Channel(int cell, int channel) {
     return cell >> (10 - 5 * channel) & 31;
 }
 
-void Sort(std::vector<int>& cells, int first, int last, int channel) {
-    auto at = [&](int i) -> int& { return cells[static_cast<size_t>(i)]; };
-    auto key = [&](int i) { return Channel(at(i), channel); };
+void Sort(int* cells, int first, int last, int channel) {
+    auto key = [&](int i) { return Channel(cells[i], channel); };
     if (last - first + 1 < 8) {
         for (int i = first + 1; i <= last; ++i)
-            for (int k = i; k > first && key(k - 1) > key(k); --k) std::swap(at(k), at(k - 1));
+            for (int k = i; k > first && key(k - 1) > key(k); --k) std::swap(cells[k], cells[k - 1]);
         return;
     }
-    int i = first, j = last, pivot = key((first + last) / 2);
+    int i = first, j = last;
+    const int pivot = key((first + last) / 2);
     while (i <= j) {
         while (key(i) < pivot) ++i;
         while (key(j) > pivot) --j;
-        if (i <= j) std::swap(at(i++), at(j--));
+        if (i <= j) std::swap(cells[i++], cells[j--]);
     }
     Sort(cells, first, j, channel);
     Sort(cells, i, last, channel);
 }
 
-Box Split(Box& box, int channel, const std::vector<long long>& counts) {
-    Sort(box.cells, 0, static_cast<int>(box.cells.size()) - 1, channel);
+Box Split(Box& box, int channel, const Counts& counts) {
+    Sort(box.cells.data(), 0, static_cast<int>(box.cells.size()) - 1, channel);
     auto count = [&](size_t i) { return counts[static_cast<size_t>(box.cells[i])]; };
     long long half = box.total / 2, kept = count(0);
     size_t k = 1;
     while (k + 1 < box.cells.size() && half - kept - count(k) >= 0) kept += count(k++);
     Box made = box;
-    made.cells.assign(box.cells.begin() + static_cast<long>(k), box.cells.end());
+    made.cells.erase(made.cells.begin(), made.cells.begin() + static_cast<long>(k));
     made.total = kept;
     box.cells.resize(k);
     box.total -= kept;
-    int start = box.minimum[channel];
+    const int start = box.minimum[channel];
     made.minimum[channel] = Channel(made.cells.front(), channel) * 8;
     made.extent[channel] = (start + box.extent[channel] - made.minimum[channel]) & 255;
     box.extent[channel] = (Channel(box.cells.back(), channel) * 8 - start) & 255;
     return made;
 }
 
-std::vector<Box> CutBoxes(int wanted, const std::vector<long long>& counts, long long total) {
+int MedianCut(int wanted, RgbTriple* palette, const Counts& counts, long long total) {
     std::vector<Box> boxes(1);
-    for (int& extent : boxes[0].extent) extent = wanted & 255;
+    std::fill_n(boxes[0].extent, 3, wanted & 255);
     boxes[0].total = total;
     for (int i = 0; i < 32768; ++i)
         if (counts[static_cast<size_t>(i)] >= 1) boxes[0].cells.push_back(i);
     while (static_cast<int>(boxes.size()) < wanted) {
         int best = -1, channel = 0;
-        size_t chosen = 0;
-        for (size_t i = 0; i < boxes.size(); ++i)
+        Box* chosen = nullptr;
+        for (Box& box : boxes)
             for (int c = 0; c < 3; ++c)
-                if (boxes[i].cells.size() >= 2 && boxes[i].extent[c] > best) {
-                    best = boxes[i].extent[c];
-                    chosen = i;
+                if (box.cells.size() >= 2 && box.extent[c] > best) {
+                    best = box.extent[c];
+                    chosen = &box;
                     channel = c;
                 }
-        if (best < 0) break;
-        Box made = Split(boxes[chosen], channel, counts);
-        boxes.push_back(std::move(made));
+        if (!chosen) break;
+        Box made = Split(*chosen, channel, counts);
+        boxes.push_back(made);
     }
-    return boxes;
+    int made = 0;
+    for (const Box& box : boxes) {
+        auto mean = [&](int c) {
+            size_t sum = 0;
+            for (int cell : box.cells) sum += static_cast<size_t>(Channel(cell, c) * 8);
+            return static_cast<uint8_t>(sum / box.cells.size());
+        };
+        palette[made++] = {mean(0), mean(1), mean(2)};
+    }
+    if (made < wanted) palette[made++] = {255, 255, 255};
+    return made;
 }
 
 }  // namespace
 
 int LiteralSharedPalette(int wanted, RgbTriple* palette, const std::vector<MemoryHandle>& images) {
-    memset(palette, 0, kPaletteBytes);
-    std::vector<long long> counts(32768);
-    std::vector<RgbTriple> exact;
-    bool overflow = false;
+    Counts counts(32768);
+    std::vector<RgbTriple> exact;  // and one more than wanted, once there are too many
     long long total = 0;
     for (MemoryHandle image : images) {
         MemoryLock lock(image);
@@ -93,25 +102,12 @@ int LiteralSharedPalette(int wanted, RgbTriple* palette, const std::vector<Memor
                 RgbTriple colour = {static_cast<uint8_t>(value), static_cast<uint8_t>(value >> 8),
                                     static_cast<uint8_t>(value >> 16)};
                 ++counts[static_cast<size_t>((colour.red & 248) * 128 + (colour.green & 248) * 4 + colour.blue / 8)];
-                if (overflow || std::find(exact.begin(), exact.end(), colour) != exact.end()) continue;
-                if (static_cast<int>(exact.size()) == wanted)
-                    overflow = true;
-                else
-                    exact.push_back(colour);
+                if (static_cast<int>(exact.size()) > wanted) continue;
+                if (std::find(exact.begin(), exact.end(), colour) == exact.end()) exact.push_back(colour);
             }
     }
-    if (!overflow) {
-        std::copy(exact.begin(), exact.end(), palette);
-        return static_cast<int>(exact.size());
-    }
-    int made = 0;
-    for (const Box& box : CutBoxes(wanted, counts, total)) {
-        int sums[3] = {};
-        for (int cell : box.cells)
-            for (int c = 0; c < 3; ++c) sums[c] += Channel(cell, c) * 8;
-        auto mean = [&](int c) { return static_cast<uint8_t>(sums[c] / static_cast<int>(box.cells.size())); };
-        palette[made++] = {mean(0), mean(1), mean(2)};
-    }
-    if (made < wanted) palette[made++] = {255, 255, 255};
-    return made;
+    std::fill_n(palette, kPaletteEntries, RgbTriple{});
+    if (static_cast<int>(exact.size()) > wanted) return MedianCut(wanted, palette, counts, total);
+    std::copy(exact.begin(), exact.end(), palette);
+    return static_cast<int>(exact.size());
 }
