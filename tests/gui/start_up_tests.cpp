@@ -69,12 +69,14 @@ TEST_F(StartUpTest, OpensTheFileOfTheCommandLine) {
     EXPECT_FALSE(GetClassInfoW(hInstance, kMainWindowClass, &description));
 }
 
-TEST_F(StartUpTest, AQuotedNameIsNoFile) {
-    std::string path = MakeGif("a.gif");
+TEST_F(StartUpTest, ReadsTheDitheringSettingsOfTheWindowsDirectory) {
     settings.showStartupBanner = 0;
-    DialogAnswers answers;
-    answers.Press(IDOK);
-    Run("\"" + path + "\"", [this] { EXPECT_EQ(Title(), "Kelmor Zephyr [ NO FILE ] "); });
+    for (const wchar_t* given : {L"35", static_cast<const wchar_t*>(nullptr)}) {
+        WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", given, L"TELVAR.INI");
+        Run("", [] {});
+        EXPECT_EQ(ditherSettings.brightness, given ? 35u : 20u);
+        EXPECT_EQ(ditherSettings.contrast, 20u);
+    }
 }
 
 TEST_F(StartUpTest, TheCloseBoxEndsTheProgramWithADocumentStillOpen) {
