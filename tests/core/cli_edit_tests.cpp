@@ -163,42 +163,44 @@ TEST_F(CliEdit, SetRefusesWhatTheBlockCanNotTake) {
     Refuse("set", {"0", "colour:1=#123456"}, "colour:1 wants a global palette, which this file lacks");
 }
 
-TEST_F(CliEdit, DeleteTakesTheNumbersOfTheOldDocument) {
-    const std::pair<Words, const char*> cases[] = {
-        {{"2", "4"}, "12476"}, {{"5", "1", "3"}, "1366"}, {{"3", "3"}, "123676"}, {{"1", "2", "3", "4", "5"}, "16"}};
-    for (const auto& [indexes, kinds] : cases) {
-        OwnedList list;
-        Edit("delete", indexes, &list);
-        EXPECT_EQ(KindsOf(list), kinds);
+TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
+    const struct {
+        const char* command;
+        Words words;
+        const char* kinds;
+    } cases[] = {
+        {"delete", {"2", "4"}, "12476"},
+        {"delete", {"5", "1", "3"}, "1366"},
+        {"delete", {"3", "3"}, "123676"},
+        {"insert", {"--kind", "control", "--at", "0"}, "13234676"},
+        {"insert", {"--kind", "comment", "--at", "4"}, "12346676"},
+        {"insert", {"--kind", "plaintext", "--at", "1"}, "12434676"},
+        {"insert", {"--kind=image", "--at=2", "--remap", Path("large.gif"), Path("tiny.gif")}, "123224676"},
+        {"set", {"2", "delay=3"}, kAllKinds},
+        {"delete", {"1", "2", "3", "4", "5"}, "16"},
+    };
+    OwnedList list;
+    for (const auto& c : cases) {
+        Words words = c.words;
+        words.insert(words.end(), {"--owner", "Zo\xC3\xAB", "--organisation=Kites"});
+        Edit(c.command, words, &list);
+        EXPECT_EQ(KindsOf(list), c.kinds + std::string("6"));  // and the comment with the new names
+        EXPECT_EQ(TextOf(BlockAt(list, list.count - 1)), "FILE IDENTITY\r\nCreated or modified by\r\nZo\xEB\r\nKites");
+        if (c.kinds == std::string("123224676")) {
+            EXPECT_EQ(GetImageFields(BlockAt(list, 3)).width, 40) << "the files in their order";
+        }
     }
-    std::remove(Path("out.gif").c_str());
+    std::rename(Path("out.gif").c_str(), Path("in.gif").c_str());
+    for (const Words& words : {Words{"--kind", "loop", "--at", "1"}, Words{"--kind", "loop"}}) {
+        std::remove(Path("out.gif").c_str());
+        Edit("insert", words, &list);
+        EXPECT_EQ(KindsOf(list), "1766") << "right behind the header";
+    }
+}
+
+TEST_F(CliEdit, DeleteKeepsTheHeader) {
     Refuse("delete", {"1", "0"}, "The header block can't be copied or deleted.");
     Refuse("delete", {"1", "7"}, "no block 7; they are numbered 0 to 6");
-}
-
-TEST_F(CliEdit, InsertPutsNewBlocksBehindTheGivenOne) {
-    ASSERT_EQ(RunCli({"delete", Path("in.gif"), Path("in.gif"), "5"}).status, kExitDone);
-    const std::pair<Words, const char*> cases[] = {
-        {{"--kind", "control", "--at", "0"}, "1323466"},
-        {{"--kind", "comment", "--at", "4"}, "1234666"},
-        {{"--kind", "plaintext", "--at", "1"}, "1243466"},
-        {{"--kind", "loop", "--at", "3"}, "1723466"},
-        {{"--kind", "loop"}, "1723466"},
-    };
-    for (const auto& [words, kinds] : cases) {
-        OwnedList list;
-        Edit("insert", words, &list);
-        EXPECT_EQ(KindsOf(list), kinds);
-    }
-}
-
-TEST_F(CliEdit, InsertedImagesFollowOneAnother) {
-    OwnedList list;
-    Edit("insert", {"--kind=image", "--at=2", "--remap", Path("large.gif"), Path("in.gif"), Path("tiny.gif")}, &list);
-    EXPECT_EQ(KindsOf(list), "1232224676");
-    const int widths[] = {40, 4, 2};
-    for (uint32_t i = 0; i < 3; ++i) EXPECT_EQ(GetImageFields(BlockAt(list, 3 + i)).width, widths[i]);
-    EXPECT_EQ(GetHeaderFields(BlockAt(list, 0)).screenWidth, 40);
 }
 
 TEST_F(CliEdit, InsertFitsColoursAsItIsTold) {
@@ -261,17 +263,6 @@ TEST_F(CliEdit, RemapWritesTheImageInTheStandardPalette) {
     }
     // A picture of two colours is never dithered.
     expect("tiny.gif", OwnedMemory(RemapImage(BlockAt(tiny, 1).data, web_, 8, 0)), {"6", "--dither"});
-}
-
-TEST_F(CliEdit, NamesGoIntoTheFileIdentity) {
-    const std::pair<const char*, Words> commands[] = {
-        {"set", {"2", "delay=3"}}, {"delete", {"1"}}, {"insert", {"--kind", "control", "--at", "0"}}};
-    for (auto [command, words] : commands) {
-        words.insert(words.end(), {"--owner", "Zo\xC3\xAB", "--organisation=Kites"});
-        OwnedList list;
-        Edit(command, words, &list);
-        EXPECT_EQ(TextOf(BlockAt(list, list.count - 1)), "FILE IDENTITY\r\nCreated or modified by\r\nZo\xEB\r\nKites");
-    }
 }
 
 }  // namespace

@@ -1,7 +1,6 @@
 // What the program takes from the system, it gives back.
 #include <vector>
 
-#include "app/services/messages.h"
 #include "app/services/shell_objects.h"
 #include "resources/command_ids.h"
 #include "tests/gui/window_driver.h"
@@ -24,23 +23,17 @@ size_t CountFree(Create create, Destroy destroy) {
     return taken.size();
 }
 
-size_t FreeGdiHandles() {
-    return CountFree([] { return CreateSolidBrush(RGB(1, 2, 3)); }, DeleteObject);
-}
-
-size_t FreeUserHandles() {
-    return CountFree(CreatePopupMenu, DestroyMenu);
-}
-
 size_t PrivateBytes() {
     PROCESS_MEMORY_COUNTERS counters = {};
     GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
     return counters.PagefileUsage;
 }
 
-class EnduranceTest : public ShellTest {
-protected:
-    void OpenAndClose(const std::string& path, int rounds) {
+class EnduranceTest : public ShellTest {};
+
+TEST_F(EnduranceTest, OpeningAndClosingLeavesNothingBehind) {
+    std::string path = MakeGif("big.gif", 400, 300);  // 200 leaks of its pixels would be 24 MB
+    auto openAndClose = [&](int rounds) {
         for (int i = 0; i < rounds; ++i) {
             Open(path);
             UpdateWindow(hMainWindow);
@@ -49,19 +42,17 @@ protected:
             answers.Press(IDOK);
             Command(IDM_ABOUT);
         }
-    }
-};
-
-TEST_F(EnduranceTest, OpeningAndClosingLeavesNothingBehind) {
-    std::string path = MakeGif("big.gif", 400, 300);  // 200 leaks of its pixels would be 24 MB
-    OpenAndClose(path, 5);
-    size_t gdi = FreeGdiHandles();
-    size_t user = FreeUserHandles();
+    };
+    openAndClose(5);
+    auto countGdi = [] { return CountFree([] { return CreateSolidBrush(RGB(1, 2, 3)); }, DeleteObject); };
+    auto countUser = [] { return CountFree(CreatePopupMenu, DestroyMenu); };
+    size_t gdi = countGdi();
+    size_t user = countUser();
     size_t bytes = PrivateBytes();
-    OpenAndClose(path, kRounds);
+    openAndClose(kRounds);
     EXPECT_LE(PrivateBytes(), bytes + kSlackBytes);
-    EXPECT_GE(FreeGdiHandles() + kSlackHandles, gdi);
-    EXPECT_GE(FreeUserHandles() + kSlackHandles, user);
+    EXPECT_GE(countGdi() + kSlackHandles, gdi);
+    EXPECT_GE(countUser() + kSlackHandles, user);
 }
 
 }  // namespace
