@@ -80,6 +80,7 @@ TEST_F(Cli, ListTellsHowLoadsEnd) {
         EXPECT_EQ(json.status, c.status);
         EXPECT_EQ(lines.out, c.lines);
         EXPECT_EQ(json.out.substr(0, strlen(c.json)), c.json);
+        EXPECT_EQ(json.out.find("\"position\": 1") != std::string::npos, *c.lines != 0) << "blocks without numbers";
         EXPECT_EQ(lines.err, "zephyr: " + c.file + ": " + c.error + "\n");
         EXPECT_EQ(json.err, lines.err);
     }

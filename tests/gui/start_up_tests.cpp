@@ -55,6 +55,7 @@ TEST_F(StartUpTest, ShowsThePanelAndRemembersItsBox) {
 
 TEST_F(StartUpTest, OpensTheFileOfTheCommandLine) {
     std::string path = MakeGif("a b.gif");
+    DialogAnswers noPanel;
     WriteWholeFile(File("KLMZEP.INI"),
                    "Show = 0\r\nFileMenuRange = 2\r\nFileMenuItem = C:\\1.gif\r\nFileMenuItem = C:\\2.gif\r\n");
     Run(path, [&] {
