@@ -160,6 +160,12 @@ constexpr Field kFields[] = {
     {kLoopBlock, "iterations", SetIterations},
 };
 
+const Field* FindField(uint16_t kind, const std::string& name) {
+    for (const Field& known : kFields)
+        if (known.kind == kind && name == known.name) return &known;
+    return nullptr;
+}
+
 std::string NoSuchField(uint16_t kind, const std::string& field) {
     char kindName[kBlockLineBytes];
     FormatKindName(kindName, kind);
@@ -174,11 +180,8 @@ std::string NoSuchField(uint16_t kind, const std::string& field) {
 
 std::string SetBlockField(Block* block, const std::string& field, const std::string& value) {
     size_t nameEnd = std::min(field.find(':'), field.size() - 1) + 1;
-    std::string name = field.substr(0, nameEnd);
-    for (const Field& known : kFields) {
-        if (known.kind != block->kind || name != known.name) continue;
-        std::string wanted = known.set(block, field.substr(nameEnd), value);
-        return wanted.empty() ? "" : field + " wants " + wanted;
-    }
-    return NoSuchField(block->kind, field);
+    const Field* known = FindField(block->kind, field.substr(0, nameEnd));
+    if (!known) return NoSuchField(block->kind, field);
+    std::string wanted = known->set(block, field.substr(nameEnd), value);
+    return wanted.empty() ? "" : field + " wants " + wanted;
 }

@@ -1,6 +1,9 @@
-// Editing and deleting blocks through the main window.
+// Editing, deleting and inserting blocks through the main window.
 #include "app/shell_state.h"
+#include "editing/palette_match.h"
+#include "platform/faults.h"
 #include "resources/command_ids.h"
+#include "resources/insert_ids.h"
 #include "tests/gui/window_driver.h"
 
 namespace {
@@ -9,11 +12,20 @@ using Texts = std::vector<std::string>;
 
 class CommandsTest : public ShellTest {
 protected:
+    void OpenGif() { Open(MakeGif("a.gif")); }  // HEADER COMMENT IMAGE COMMENT
+
     // The lines' kind names.
-    Texts Kinds() const {
-        Texts kinds;
-        for (const std::string& line : Lines()) kinds.push_back(line.substr(0, line.find('\xFE')));
+    std::string Kinds() const {
+        std::string kinds;
+        for (const std::string& line : Lines()) kinds += (kinds.empty() ? "" : " ") + line.substr(0, line.find('\xFE'));
         return kinds;
+    }
+
+    // What the command leaves behind: the lines, the selected one, and whether the document is changed by it.
+    void Expect(const std::string& kinds, int selection, bool changed) const {
+        EXPECT_EQ(Kinds(), kinds);
+        EXPECT_EQ(Selection(), selection);
+        EXPECT_EQ(documentChanged, changed);
     }
 };
 
@@ -28,55 +40,96 @@ TEST_F(CommandsTest, CommandsOnABlockWantASelection) {
 }
 
 TEST_F(CommandsTest, DeleteSelectsTheSameIndexOrTheNewLastBlock) {
-    Open(MakeGif("a.gif"));
-    Select(1);
-    Command(IDM_DELETE);
-    EXPECT_EQ(Kinds(), (Texts{"HEADER", "IMAGE", "COMMENT"}));
-    EXPECT_EQ(Selection(), 1);
-    EXPECT_TRUE(documentChanged);
-    Select(2);
-    Command(IDM_DELETE);
-    EXPECT_EQ(Kinds(), (Texts{"HEADER", "IMAGE"}));
-    EXPECT_EQ(Selection(), 1);
-}
-
-TEST_F(CommandsTest, TheHeaderStays) {
-    Open(MakeGif("a.gif"));
+    OpenGif();
     DialogAnswers answers;
     answers.Press(IDOK);
     Command(IDM_DELETE);
     EXPECT_EQ(answers.Texts(), Texts{"The header block can't be copied or deleted."});
-    EXPECT_EQ(Lines().size(), 4u);
-    EXPECT_FALSE(documentChanged);
+    Expect("HEADER COMMENT IMAGE COMMENT", 0, false);
+    Select(1);
+    Command(IDM_DELETE);
+    Expect("HEADER IMAGE COMMENT", 1, true);
+    Select(2);
+    Command(IDM_DELETE);
+    Expect("HEADER IMAGE", 1, true);
 }
 
 TEST_F(CommandsTest, ADoubleClickEditsTheLine) {
-    Open(MakeGif("a.gif"));
+    OpenGif();
     Select(1);
     for (int button : {IDCANCEL, IDOK}) {
         DialogAnswers answers;
         answers.Press(button);
         DoubleClick();
-        EXPECT_EQ(documentChanged, button == IDOK);
-        EXPECT_EQ(Selection(), 1);
+        Expect("HEADER COMMENT IMAGE COMMENT", 1, button == IDOK);
     }
 }
 
-TEST_F(CommandsTest, SelectionChangesAreRemembered) {
-    Open(MakeGif("a.gif"));
+TEST_F(CommandsTest, SelectionChangesAreRememberedAndOtherCommandsIgnored) {
+    OpenGif();
     EXPECT_EQ(selectedLine, 65535u);
-    Select(2);
-    EXPECT_EQ(selectedLine, 2u);
-    Select(-1);
-    EXPECT_EQ(selectedLine, 2u);
-}
-
-TEST_F(CommandsTest, UnknownCommandsDoNothing) {
-    Open(MakeGif("a.gif"));
+    for (int line : {2, -1}) {
+        Select(line);
+        EXPECT_EQ(selectedLine, 2u);
+    }
     DialogAnswers none;
     for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Command(id);
-    EXPECT_EQ(Lines().size(), 4u);
-    EXPECT_FALSE(documentChanged);
+    Expect("HEADER COMMENT IMAGE COMMENT", -1, false);
+}
+
+TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader) {
+    OpenGif();
+    Select(1);
+    DialogAnswers answers;
+    answers.Press(IDC_INSERT_CONTROL);
+    Command(IDM_INSERT);
+    Expect("HEADER COMMENT CONTROL IMAGE COMMENT", 1, true);
+    EXPECT_EQ(selectedLine, 65535u);
+    answers.Press(IDC_INSERT_LOOP);
+    Command(IDM_INSERT);
+    Expect("HEADER LOOP COMMENT CONTROL IMAGE COMMENT", 0, true);
+    Select(3);
+    documentChanged = false;
+    answers.Press(IDC_INSERT_LOOP);
+    answers.Press(IDOK);
+    Command(IDM_INSERT);
+    EXPECT_EQ(answers.Texts().back(),
+              "A LOOP block already exists in this image. Delete it before inserting a new one.");
+    Expect("HEADER LOOP COMMENT CONTROL IMAGE COMMENT", 3, false);
+}
+
+TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesUpToAFailure) {
+    OpenGif();
+    for (const char* name : {"c.gif", "A1.gif", "b.gif", "e.gif"}) MakeGif(name, 2, 1);
+    WriteWholeFile(File("d.gif"), "no picture");
+    Select(1);
+    DialogAnswers answers;
+    answers.Press(IDC_INSERT_IMAGE);
+    answers.ChooseFiles(Folder(), {"c.gif", "A1.gif", "e.gif", "d.gif", "b.gif"});
+    Command(IDM_INSERT);
+    Expect("HEADER COMMENT IMAGE IMAGE IMAGE IMAGE COMMENT", 1, true);
+    const char* names[] = {"A1.gif", "b.gif", "c.gif"};
+    for (size_t i = 0; i < 3; ++i)
+        EXPECT_EQ(Lines()[2 + i], std::string("IMAGE\xFE ") + names[i] + " 2 x 1, 256 colours");
+}
+
+TEST_F(CommandsTest, AnInsertThatIsCancelledOrLacksMemoryChangesNothing) {
+    OpenGif();
+    paletteChoiceForInsert = kPaletteDither;
+    DialogAnswers answers;
+    answers.Press(IDC_INSERT_IMAGE);
+    answers.Press(IDCANCEL);  // the file dialog
+    Command(IDM_INSERT);
+    EXPECT_EQ(paletteChoiceForInsert, kAskForPalette) << "each command asks afresh";
+    answers.Do([](HWND dialog) {
+        faults.allocationsUntilFailure = 0;
+        PressButton(dialog, IDC_INSERT_IMAGE);
+    });
+    answers.Press(IDOK);
+    Command(IDM_INSERT);
+    faults.allocationsUntilFailure = Faults::kNever;
+    EXPECT_EQ(answers.Texts().back(), "There has been an error allocating memory.");
+    Expect("HEADER COMMENT IMAGE COMMENT", 0, false);
 }
 
 }  // namespace

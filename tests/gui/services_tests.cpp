@@ -24,106 +24,56 @@ namespace {
 
 class ServicesTest : public ShellTest {};
 
-TEST_F(ServicesTest, TheStringTableIsTheBuiltInOne) {
-    const struct {
-        unsigned id;
-        const char* text;
-    } table[] = {
+TEST_F(ServicesTest, StringsComeFromTheResourcesIntoOneBuffer) {
+    const std::pair<unsigned, const char*> table[] = {
 #define STRING(id, text) {id, text},
 #include "resources/string_table.inc"
 #undef STRING
     };
-    for (const auto& entry : table) EXPECT_STREQ(LoadStr(entry.id), entry.text) << entry.id;
-}
-
-TEST_F(ServicesTest, MissingStringsGiveTheFallbackText) {
-    for (unsigned id : {198u, 1u, 100u, 4000u, 2123u})
-        EXPECT_STREQ(LoadStr(id), "String table error - this application may be damaged") << id;
-}
-
-TEST_F(ServicesTest, StringsShareOneBuffer) {
-    const char* first = LoadStr(IDS_NO_SELECTION);
-    EXPECT_EQ(first, LoadStr(IDS_SECOND_LOOP));
-    EXPECT_EQ(strncmp(first, "A LOOP block", 12), 0);
-}
-
-TEST_F(ServicesTest, PalettesAreAmongTheResources) {
-    for (const char* name : {"PALETTE216", "PALETTE256G"}) {
-        const uint8_t* bytes = FindPaletteResource(name);
-        ASSERT_NE(bytes, nullptr) << name;
-        EXPECT_EQ(memcmp(bytes, "QUOXRSRC", 8), 0) << name;
+    const char* buffer = LoadStr(IDS_NO_SELECTION);
+    for (const auto& [id, text] : table) {
+        EXPECT_EQ(LoadStr(id), buffer);
+        EXPECT_STREQ(buffer, text) << id;
     }
+    for (unsigned id : {198u, 1u, 4000u})
+        EXPECT_STREQ(LoadStr(id), "String table error - this application may be damaged");
+    EXPECT_EQ(memcmp(FindPaletteResource("PALETTE256G"), "QUOXRSRC", 8), 0);
     EXPECT_EQ(FindPaletteResource("PALETTE1"), nullptr);
 }
 
 TEST_F(ServicesTest, MessageDialogsAnswerTheirButtons) {
-    auto tell = [](HWND owner, const char* text) {
-        MessageBox(owner, text);
-        return 0;
-    };
-    auto cancel = [](HWND owner, const char* text) { return YesNoCancelBox(owner, text); };
-    auto yesNo = [](HWND owner, const char* text) { return YesnoBox(owner, text); };
     using Ask = int (*)(HWND, const char*);
+    const Ask tell = [](HWND owner, const char* text) { return MessageBox(owner, text), 0; };
     const struct {
         Ask ask;
-        int pressed, answer;
-    } cases[] = {{tell, IDOK, 0},       {cancel, IDYES, IDYES}, {cancel, IDNO, IDNO}, {cancel, IDCANCEL, IDCANCEL},
-                 {yesNo, IDYES, IDYES}, {yesNo, IDNO, IDNO}};
+        int focused, pressed, answer;
+    } cases[] = {{tell, IDOK, IDOK, 0},
+                 {YesNoCancelBox, IDYES, IDYES, IDYES},
+                 {YesNoCancelBox, IDYES, IDNO, IDNO},
+                 {YesNoCancelBox, IDYES, IDCANCEL, IDCANCEL},
+                 {YesnoBox, IDYES, IDYES, IDYES},
+                 {YesnoBox, IDYES, IDNO, IDNO},
+                 {YesnoBox, IDYES, IDCANCEL, IDNO}};  // the Escape key: there is no such button
     for (const auto& c : cases) {
         DialogAnswers answers;
         answers.Do([&](HWND dialog) {
-            int focused = GetDlgCtrlID(GetFocus());
-            EXPECT_EQ(focused, c.ask == static_cast<Ask>(tell) ? IDOK : IDYES);
-            PressButton(dialog, c.pressed);
+            EXPECT_EQ(GetDlgCtrlID(GetFocus()), c.focused);
+            SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(c.pressed), 0);
         });
         EXPECT_EQ(c.ask(hMainWindow, "caf\xE9 & \x80"), c.answer);
         EXPECT_EQ(answers.Texts(), std::vector<std::string>{"caf\xE9 & \x80"});
         EXPECT_TRUE(IsWindowEnabled(hMainWindow));
     }
-}
-
-// The Escape key and the close box of the dialogs send Cancel, also where there is no such button.
-TEST_F(ServicesTest, EscapeCountsAsCancelOrNo) {
-    auto escape = [](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); };
-    DialogAnswers answers;
-    answers.Do(escape);
-    answers.Do(escape);
-    EXPECT_EQ(YesNoCancelBox(hMainWindow, "?"), IDCANCEL);
-    EXPECT_EQ(YesnoBox(hMainWindow, "?"), IDNO);
-}
-
-TEST_F(ServicesTest, LongMessagesFitTheirDialog) {
-    std::string longest = LoadStr(IDS_GLOBAL_PALETTE_IN_USE);
-    DialogAnswers answers;
-    answers.Do([&](HWND dialog) {
-        HWND control = GetDlgItem(dialog, IDC_MESSAGE_TEXT);
-        RECT room = {};
-        GetClientRect(control, &room);
-        RECT needed = {0, 0, room.right, 0};
-        HDC dc = GetDC(control);
-        HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HGDIOBJ>(SendMessageW(control, WM_GETFONT, 0, 0)));
-        DrawTextW(dc, WideFrom1252(longest).c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
-        SelectObject(dc, previous);
-        ReleaseDC(control, dc);
-        EXPECT_LE(needed.bottom, room.bottom);
-        PressButton(dialog, IDYES);
-    });
-    YesnoBox(hMainWindow, longest.c_str());
-}
-
-TEST_F(ServicesTest, ADialogThatIsMissingCountsAsCancelled) {
     EXPECT_EQ(RunDialog(hMainWindow, L"NoSuchBox", nullptr, nullptr), 0);
 }
 
 TEST_F(ServicesTest, WindowsAreCentred) {
     SetWindowPos(hMainWindow, nullptr, 0, 0, 501, 447, SWP_NOZORDER);
     CentreWindow(hMainWindow);
-    RECT place = {};
+    int left = (GetSystemMetrics(SM_CXSCREEN) - 501) / 2, top = (GetSystemMetrics(SM_CYSCREEN) - 447) / 2;
+    RECT place = {}, expected = {left, top, left + 501, top + 447};
     GetWindowRect(hMainWindow, &place);
-    EXPECT_EQ(place.left, (GetSystemMetrics(SM_CXSCREEN) - 501) / 2);
-    EXPECT_EQ(place.top, (GetSystemMetrics(SM_CYSCREEN) - 447) / 2);
-    EXPECT_EQ(place.right - place.left, 501);
-    EXPECT_EQ(place.bottom - place.top, 447);
+    EXPECT_TRUE(EqualRect(&place, &expected)) << place.left << " " << place.top;
 }
 
 TEST_F(ServicesTest, ControlsHaveTheFaceColour) {
@@ -207,34 +157,11 @@ TEST_F(ServicesTest, TheOpenDialogStartsInTheFolderOfAName) {
 
 TEST_F(ServicesTest, CancelledFileDialogsChangeNothing) {
     char name[kPathBytes] = "keep.gif";
-    std::vector<char> names(kImagesBufferBytes);
     DialogAnswers answers;
-    for (int i = 0; i < 3; ++i) answers.Press(IDCANCEL);
-    EXPECT_FALSE(OpenGifDialog(hMainWindow, name));
-    EXPECT_FALSE(SaveGifDialog(hMainWindow, name));
-    EXPECT_FALSE(OpenImagesDialog(hMainWindow, names.data()));
-    EXPECT_STREQ(name, "keep.gif");
-    EXPECT_EQ(names[0], 0);
-}
-
-TEST_F(ServicesTest, SeveralImagesComeAsAFolderAndNames) {
-    MakeGif("a.gif");
-    MakeGif("B.gif");
-    const struct {
-        std::vector<std::string> chosen, names;
-    } cases[] = {{{"a.gif"}, {File("a.gif")}},
-                 {{"a.gif", "B.gif"}, {Folder().substr(0, Folder().size() - 1), "a.gif", "B.gif"}}};
-    for (const auto& c : cases) {
-        std::vector<char> names(kImagesBufferBytes);
-        DialogAnswers answers;
-        answers.ChooseFiles(Folder(), c.chosen);
-        ASSERT_TRUE(OpenImagesDialog(hMainWindow, names.data()));
-        const char* at = names.data();
-        for (const std::string& name : c.names) {
-            EXPECT_EQ(at, name);
-            at += strlen(at) + 1;
-        }
-        EXPECT_EQ(*at, 0) << "nothing after the last name";
+    for (auto* run : {OpenGifDialog, SaveGifDialog}) {
+        answers.Press(IDCANCEL);
+        EXPECT_FALSE(run(hMainWindow, name));
+        EXPECT_STREQ(name, "keep.gif");
     }
 }
 

@@ -55,6 +55,7 @@ TEST_F(StartUpTest, ShowsThePanelAndRemembersItsBox) {
 
 TEST_F(StartUpTest, OpensTheFileOfTheCommandLine) {
     std::string path = MakeGif("a b.gif");
+    DialogAnswers noPanel;
     WriteWholeFile(File("KLMZEP.INI"),
                    "Show = 0\r\nFileMenuRange = 2\r\nFileMenuItem = C:\\1.gif\r\nFileMenuItem = C:\\2.gif\r\n");
     Run(path, [&] {
@@ -69,12 +70,14 @@ TEST_F(StartUpTest, OpensTheFileOfTheCommandLine) {
     EXPECT_FALSE(GetClassInfoW(hInstance, kMainWindowClass, &description));
 }
 
-TEST_F(StartUpTest, AQuotedNameIsNoFile) {
-    std::string path = MakeGif("a.gif");
+TEST_F(StartUpTest, ReadsTheDitheringSettingsOfTheWindowsDirectory) {
     settings.showStartupBanner = 0;
-    DialogAnswers answers;
-    answers.Press(IDOK);
-    Run("\"" + path + "\"", [this] { EXPECT_EQ(Title(), "Kelmor Zephyr [ NO FILE ] "); });
+    for (const wchar_t* given : {L"35", static_cast<const wchar_t*>(nullptr)}) {
+        WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", given, L"TELVAR.INI");
+        Run("", [] {});
+        EXPECT_EQ(ditherSettings.brightness, given ? 35u : 20u);
+        EXPECT_EQ(ditherSettings.contrast, 20u);
+    }
 }
 
 TEST_F(StartUpTest, TheCloseBoxEndsTheProgramWithADocumentStillOpen) {
