@@ -79,7 +79,7 @@ TEST_F(LifecycleTest, AFileThatCannotBeReadLeavesNoDocument) {
         Open(first);
         DialogAnswers answers;
         answers.Press(IDOK);
-        Open(name);
+        SendMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name.c_str()));
         EXPECT_EQ(answers.Texts(), Texts{message});
         ExpectFace("NO FILE");
         EXPECT_TRUE(Lines().empty());
