@@ -1,4 +1,4 @@
-// The questions of the Insert command, and what comes of their answers. (The command itself: insert_command_tests.cpp.)
+// The questions of the Insert command, and what comes of their answers.
 #include <cstring>
 #include <tuple>
 
