@@ -22,33 +22,6 @@ HWND FindViewer() {
     return FindWindowW(kViewerClass, nullptr);
 }
 
-// Calls `act` over and over from a timer while something else runs the messages, until it returns true.
-class Meanwhile {
-public:
-    explicit Meanwhile(std::function<bool()> act)
-        : act_(std::move(act)),
-          window_(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr, hInstance, nullptr)) {
-        SetTimer(window_, reinterpret_cast<UINT_PTR>(this), 10, OnTimer);
-    }
-    ~Meanwhile() {
-        DestroyWindow(window_);
-        EXPECT_TRUE(done_);
-    }
-    Meanwhile(const Meanwhile&) = delete;
-    Meanwhile& operator=(const Meanwhile&) = delete;
-
-private:
-    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
-        auto* self = reinterpret_cast<Meanwhile*>(timer);
-        if (self->done_ || std::exchange(self->busy_, true)) return;
-        self->done_ = self->act_();
-        self->busy_ = false;
-    }
-    std::function<bool()> act_;
-    HWND window_;
-    bool done_ = false, busy_ = false;
-};
-
 bool HasPlayed() {
     return currentViewer && currentViewer->nextIndex == viewedList->count && pendingWait == 0;
 }
@@ -56,6 +29,18 @@ bool HasPlayed() {
 bool CloseWhenPlayed() {
     return HasPlayed() && PostMessageW(FindViewer(), WM_CHAR, VK_ESCAPE, 0);
 }
+
+// What a timer does over and over while a viewing runs the messages, until it returns true.
+struct Poll {
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
+        auto* poll = reinterpret_cast<Poll*>(timer);
+        if (poll->done || std::exchange(poll->busy, true)) return;
+        poll->done = poll->act();
+        poll->busy = false;
+    }
+    std::function<bool()> act;
+    bool done = false, busy = false;
+};
 
 class ViewerRunTest : public testing::Test {
 protected:
@@ -72,10 +57,13 @@ protected:
         MSG message;
         EXPECT_FALSE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
     }
-    // Shows the viewer until `act`, which is called over and over, returns true; it has to end the viewing.
+    // `act` has to end the viewing.
     void View(Animation* animation, std::function<bool()> act) {
-        Meanwhile meanwhile(std::move(act));
+        Poll poll = {std::move(act)};
+        SetTimer(owner_, reinterpret_cast<UINT_PTR>(&poll), 10, Poll::OnTimer);
         RunViewer(owner_, animation->List());
+        KillTimer(owner_, reinterpret_cast<UINT_PTR>(&poll));
+        EXPECT_TRUE(poll.done);
     }
     HWND owner_ = nullptr;
 };
@@ -154,30 +142,26 @@ TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAlone) {
     outer.Control(0, 50).Image({0, 0, 50, 40}).Image({0, 0, 20, 20});
     inner.Control(0, 1).Image({0, 0, 30, 20});
     bool nested = false;
-    Meanwhile nest([&] {
-        if (!currentViewer || pendingWait == 0) return false;
+    View(&outer, [&] {
+        if (nested || !currentViewer || pendingWait == 0) return nested && CloseWhenPlayed();
         const ViewerState* state = currentViewer;
         View(&inner, CloseWhenPlayed);
         EXPECT_EQ(currentViewer, state);
         EXPECT_EQ(viewedList, outer.List());
-        return nested = true;
+        nested = true;
+        return false;
     });
-    View(&outer, [&] { return nested && CloseWhenPlayed(); });
 }
 
 TEST_F(ViewerRunTest, ClosingTheOuterViewingClosesTheInner) {
     Animation outer(50, 40), inner(30, 20);
     outer.Image({0, 0, 50, 40});
     inner.Image({0, 0, 30, 20});
-    HWND first = nullptr;
-    Meanwhile nest([&] {
-        if (!HasPlayed()) return false;
-        first = FindViewer();
-        RunViewer(owner_, inner.List());
-        return true;
+    View(&outer, [&] {
+        HWND first = HasPlayed() ? FindViewer() : nullptr;
+        if (first) View(&inner, [=] { return HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
+        return first != nullptr;
     });
-    View(&outer,
-         [&] { return first && viewedList == inner.List() && HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
 }
 
 TEST_F(ViewerRunTest, AnOwnerThatIsClosedStillReachesItsOwnLoop) {
@@ -202,7 +186,7 @@ TEST_F(ViewerRunTest, InputIsHeardWhileBlocksFollowWithoutADelay) {
 TEST_F(ViewerRunTest, NothingGrowsOverManyFrames) {
     InstantReveal instantReveal;
     Animation animation(120, 90);
-    for (uint16_t frame = 0; frame < 300; ++frame) {
+    for (uint16_t frame = 0; frame < 100; ++frame) {
         animation.Control(frame % 4, 0, frame % 3 ? 5 : -1);
         animation.Image(
             {static_cast<uint16_t>(frame % 20), 3, 90, 80, frame % 2 ? 8 : 4, frame == 7, frame % 5 == 0, frame});
@@ -210,7 +194,7 @@ TEST_F(ViewerRunTest, NothingGrowsOverManyFrames) {
     animation.PlainText("text", {0, 0, 10, 2, 8, 16, 3, 4});
     View(&animation, CloseWhenPlayed);
     const size_t gdiBefore = FirstFreeGdiNumbers(), memoryBefore = PrivateBytes();
-    for (int round = 0; round < 10; ++round) View(&animation, CloseWhenPlayed);
+    for (int round = 0; round < 5; ++round) View(&animation, CloseWhenPlayed);
     EXPECT_LE(FirstFreeGdiNumbers(), gdiBefore + 8);
     EXPECT_LE(PrivateBytes(), memoryBefore + 1024 * 1024);
 }
