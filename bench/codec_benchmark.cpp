@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 #include <gif_lib.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
@@ -54,7 +55,7 @@ double MegaPixels(const BlockList& list) {
     double pixels = 0;
     ForEachBlock(list, [&](const Block& block, uint32_t) {
         ImageFields image = GetImageFields(block);
-        if (block.kind == kImageBlock) pixels += double{1} * image.width * image.height;
+        if (block.kind == kImageBlock) pixels += 1.0 * image.width * image.height;
         return true;
     });
     return pixels / 1e6;

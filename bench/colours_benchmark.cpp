@@ -19,37 +19,37 @@ Palette PaletteNumber(int64_t number) {
     return TestPalettes(random)[static_cast<size_t>(number)];
 }
 
-// Smooth shades with some noise: tens of thousands of colours, as in a photo.
-MemoryHandle Photo(int width, int height) {
-    Random random(2);
+// An image of 24 bits with the colours that `colourAt(x, y)` gives.
+template <typename ColourAt>
+MemoryHandle MakeImage(int width, int height, ColourAt colourAt) {
     MemoryHandle image = CreateImageBitmap(width, height, nullptr, 24);
     MemoryLock lock(image);
     for (int y = 0; y < height; ++y) {
         uint8_t* row = ImageRow(lock.As<BitmapHeader>(), y);
         for (int x = 0; x < width; ++x, row += 3) {
-            row[0] = static_cast<uint8_t>(x * 200 / width + static_cast<int>(random() % 16));
-            row[1] = static_cast<uint8_t>(y * 200 / height + static_cast<int>(random() % 16));
-            row[2] = static_cast<uint8_t>((x + y) * 100 / (width + height) + static_cast<int>(random() % 16));
-        }
-    }
-    return image;
-}
-
-// Noise of the colours of the palette itself.
-MemoryHandle Drawing(int width, int height, const Palette& palette) {
-    Random random(3);
-    MemoryHandle image = CreateImageBitmap(width, height, nullptr, 24);
-    MemoryLock lock(image);
-    for (int y = 0; y < height; ++y) {
-        uint8_t* row = ImageRow(lock.As<BitmapHeader>(), y);
-        for (int x = 0; x < width; ++x, row += 3) {
-            RgbTriple colour = palette[random() % kPaletteEntries];
+            RgbTriple colour = colourAt(x, y);
             row[0] = colour.blue;
             row[1] = colour.green;
             row[2] = colour.red;
         }
     }
     return image;
+}
+
+// Smooth shades with some noise: tens of thousands of colours, as in a photo.
+MemoryHandle Photo(int width, int height) {
+    Random random(2);
+    auto noisy = [&](int shade) { return static_cast<uint8_t>(shade + static_cast<int>(random() % 16)); };
+    return MakeImage(width, height, [&](int x, int y) {
+        uint8_t blue = noisy(x * 200 / width), green = noisy(y * 200 / height);
+        return RgbTriple{noisy((x + y) * 100 / (width + height)), green, blue};
+    });
+}
+
+// Noise of the colours of the palette itself.
+MemoryHandle Drawing(int width, int height, const Palette& palette) {
+    Random random(3);
+    return MakeImage(width, height, [&](int, int) { return palette[random() % kPaletteEntries]; });
 }
 
 void CountPixels(benchmark::State& state, double pixels) {

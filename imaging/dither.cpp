@@ -7,7 +7,7 @@ MemoryHandle DitherImage(MemoryHandle source, const RgbTriple* palette, int dept
     abortStatus = 0;
     MemoryLock lock(source);
     if (!lock || depth < 1 || depth > 8) return nullptr;
-    auto* from = lock.As<const BitmapHeader>();
+    const auto* from = lock.As<const BitmapHeader>();
     if (from->bitCount == 1) return nullptr;
     return depth == 1 ? DitherToTwoColours(from, palette, flags) : DitherToColours(from, palette, depth, flags);
 }

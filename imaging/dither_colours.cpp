@@ -53,8 +53,8 @@ MemoryHandle DitherToColours(ConstLockedBitmap source, const RgbTriple* palette,
     for (int i = 0; i < kPaletteEntries; ++i)
         diffusion.colours[i] = {{palette[i].blue, palette[i].green, palette[i].red}};
 
-    auto width = static_cast<uint32_t>(source->width);
-    uint32_t errorBytes = (width + 1) * 3 * sizeof(int16_t);
+    auto width = static_cast<size_t>(source->width);
+    size_t errorBytes = (width + 1) * 3 * sizeof(int16_t);
     OwnedMemory result(CreateImageBitmap(source->width, source->height, palette, depth));
     OwnedMemory errors(AllocateMemory(2 * errorBytes));
     OwnedMemory pixels(AllocateMemory(width * 4));
@@ -64,7 +64,7 @@ MemoryHandle DitherToColours(ConstLockedBitmap source, const RgbTriple* palette,
     auto* current = errorLock.As<int16_t>();
     int16_t* next = current + errorBytes / sizeof(int16_t);
     uint8_t* bgr = pixelLock.Bytes();
-    uint8_t* indexes = bgr + size_t{3} * width;
+    uint8_t* indexes = bgr + 3 * width;
 
     const TrueColours colours = GetTrueColours(source);
     for (int y = source->height - 1; y >= 0; --y) {  // the stored rows in their order: upwards

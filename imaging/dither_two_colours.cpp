@@ -41,8 +41,9 @@ void FillGrey(ConstLockedBitmap source, uint8_t* bgr, GreyImage* grey) {
     uint8_t* row = grey->pixels;
     for (int y = grey->height - 1; y >= 0; --y, row += grey->rowBytes) {
         ExpandRow(ImageRow(source, y), grey->width, source->bitCount, colours, bgr);
-        for (int x = 0; x < grey->width; ++x) {
-            int luminance = Luminance(bgr[3 * x + 2], bgr[3 * x + 1], bgr[3 * x]);
+        const uint8_t* pixel = bgr;
+        for (int x = 0; x < grey->width; ++x, pixel += 3) {
+            int luminance = Luminance(pixel[2], pixel[1], pixel[0]);
             row[x] = static_cast<uint8_t>(luminance);
             grey->darkest = std::min(grey->darkest, luminance);
             grey->lightest = std::max(grey->lightest, luminance);
@@ -84,7 +85,7 @@ MemoryHandle DitherToTwoColours(ConstLockedBitmap source, const RgbTriple* palet
     GreyImage grey = {nullptr, source->width, source->height, RowBytes(width, 8)};
     OwnedMemory result(CreateImageBitmap(source->width, source->height, palette, 1));
     OwnedMemory greyMemory(AllocateMemory(uint64_t{grey.rowBytes} * static_cast<uint32_t>(grey.height)));
-    OwnedMemory pixels(AllocateMemory(width * 3));
+    OwnedMemory pixels(AllocateMemory(size_t{3} * width));
     MemoryLock resultLock(result.Get()), greyLock(greyMemory.Get()), pixelLock(pixels.Get());
     if (!resultLock || !greyLock || !pixelLock) return nullptr;
     auto* to = resultLock.As<BitmapHeader>();

@@ -47,7 +47,7 @@ MemoryHandle CreateImageBitmap(int width, int height, const RgbTriple* colours, 
 bool GetImageInfo(MemoryHandle image, int* width, int* height, int* bitCount, RgbTriple* palette) {
     MemoryLock lock(image);
     if (!lock) return false;
-    auto* bitmap = lock.As<const BitmapHeader>();
+    const auto* bitmap = lock.As<const BitmapHeader>();
     if (width) *width = bitmap->width;
     if (height) *height = bitmap->height;
     if (bitCount) *bitCount = bitmap->bitCount;
@@ -76,7 +76,7 @@ uint32_t GetImagePixel(ConstLockedBitmap bitmap, int x, int y) {
         case 1:
         case 4:
         case 8: return IndexAt(row, x, bitmap->bitCount);
-        case 24: row += 3 * x; return static_cast<uint32_t>(row[0] << 16 | row[1] << 8 | row[2]);
+        case 24: row += ptrdiff_t{3} * x; return static_cast<uint32_t>(row[0] << 16 | row[1] << 8 | row[2]);
     }
     return kNoPixel;
 }
@@ -97,9 +97,10 @@ void SetImagePixel(LockedBitmap bitmap, int x, int y, uint32_t value) {
         }
         case 8: row[x] = static_cast<uint8_t>(value); break;
         case 24:
-            row[3 * x] = static_cast<uint8_t>(value >> 16);
-            row[3 * x + 1] = static_cast<uint8_t>(value >> 8);
-            row[3 * x + 2] = static_cast<uint8_t>(value);
+            row += ptrdiff_t{3} * x;
+            row[0] = static_cast<uint8_t>(value >> 16);
+            row[1] = static_cast<uint8_t>(value >> 8);
+            row[2] = static_cast<uint8_t>(value);
             break;
     }
 }

@@ -60,7 +60,7 @@ void FillLeaf(Point corner, const Candidates& candidates, uint8_t* cells) {
     constexpr int kPlane = kLeafSize * kLeafSize;
     constexpr int kScale = 256, kStepScale = 2 * kCellStep * kScale;
     int32_t best[kLeafSize][kPlane];
-    std::fill(&best[0][0], &best[0][0] + kLeafSize * kPlane, INT32_MAX);
+    std::fill_n(&best[0][0], kLeafSize * kPlane, INT32_MAX);
     for (int i = 0; i < candidates.count; ++i) {
         Candidate colour = candidates.entries[i];
         int red = colour.red * kStepScale, green = colour.green * kStepScale, blue = colour.blue * kStepScale;
@@ -83,7 +83,7 @@ void FillCube(Point corner, int size, const Candidates& candidates, uint8_t* tab
     Candidates kept;
     Prune(centre, reach, candidates, &kept);
     if (size == kLeafSize) {
-        FillLeaf(corner, kept, table + corner.red + corner.green * 32 + corner.blue * 1024);
+        FillLeaf(corner, kept, &table[corner.red + corner.green * 32 + corner.blue * 1024]);
         return;
     }
     int half = size / 2;

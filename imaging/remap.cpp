@@ -116,7 +116,7 @@ MemoryHandle RemapImage(MemoryHandle source, const RgbTriple* palette, int depth
     abortStatus = 0;
     MemoryLock lock(source);
     if (!lock || depth < 1 || depth > 8) return nullptr;
-    auto* from = lock.As<const BitmapHeader>();
+    const auto* from = lock.As<const BitmapHeader>();
     Target target;
     target.palette = palette;
     target.depth = depth;
@@ -129,7 +129,7 @@ MemoryHandle RemapImage(MemoryHandle source, const RgbTriple* palette, int depth
 MemoryHandle RemapTrueColours(MemoryHandle source, const RgbTriple* palette, int depth) {
     MemoryLock lock(source);
     if (!lock || depth < 1 || depth > 8) return nullptr;
-    auto* from = lock.As<const BitmapHeader>();
+    const auto* from = lock.As<const BitmapHeader>();
     if (from->bitCount > 8) return RemapImage(source, palette, depth, 0);
     abortStatus = 0;
     return MakeResult(from, palette, depth, 0, MapTrueColours(from, palette, depth));

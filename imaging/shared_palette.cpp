@@ -47,7 +47,7 @@ public:
     bool AddImage(MemoryHandle image) {
         MemoryLock lock(image);
         if (!lock) return false;
-        auto* bitmap = lock.As<const BitmapHeader>();
+        const auto* bitmap = lock.As<const BitmapHeader>();
         pixels_ += int64_t{bitmap->width} * bitmap->height;
         if (bitmap->bitCount <= 8) return AddIndexes(bitmap);
         for (int y = bitmap->height - 1; y >= 0; --y) AddTrueColours(ImageRow(bitmap, y), bitmap->width);

@@ -5,7 +5,7 @@
 MemoryHandle ExpandToTrueColour(MemoryHandle source) {
     MemoryLock lock(source);
     if (!lock) return nullptr;
-    auto* from = lock.As<const BitmapHeader>();
+    const auto* from = lock.As<const BitmapHeader>();
     OwnedMemory result(CreateImageBitmap(from->width, from->height, nullptr, 24));
     MemoryLock resultLock(result.Get());
     if (!resultLock) return nullptr;

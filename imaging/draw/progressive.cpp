@@ -19,7 +19,7 @@ void DrawRow(HDC dc, ConstLockedBitmap bitmap, int row, int xSource, int ySource
 bool DrawRowOf(HDC dc, MemoryHandle image, const BitmapHeader& expected, int row, int xSource, int ySource) {
     MemoryLock lock(image);
     if (!lock) return false;
-    auto* bitmap = lock.As<const BitmapHeader>();
+    const auto* bitmap = lock.As<const BitmapHeader>();
     bool same =
         bitmap->width == expected.width && bitmap->height == expected.height && bitmap->bitCount == expected.bitCount;
     if (same) DrawRow(dc, bitmap, row, xSource, ySource);

@@ -72,7 +72,7 @@ bool MakeDeviceBitmaps(HDC dc, MemoryHandle image, uint32_t transparentIndex, Si
                        HBITMAP* mask) {
     MemoryLock lock(image);
     if (!lock) return false;
-    auto* bitmap = lock.As<const BitmapHeader>();
+    const auto* bitmap = lock.As<const BitmapHeader>();
     *size = {bitmap->width, bitmap->height};
     if (size->width <= 0 || size->height <= 0) return true;
     *pixels = MakeDeviceBitmap(dc, bitmap);

@@ -1,6 +1,5 @@
 #include "tests/gui/animation.h"
 
-#include <cmath>
 #include <cstring>
 
 #include <gtest/gtest.h>
@@ -13,12 +12,6 @@ void FillColours(RgbTriple* palette, int seed) {
                       static_cast<uint8_t>(200 - i * 7 + seed)};
 }
 
-// Where an image begins in the client area, along one axis.
-int PlaceOf(int client, int image, int screen, int offset) {
-    double centred = image < client ? std::floor((client - image) / 2.0) : 0;
-    return static_cast<int>(centred + offset - std::floor((screen - image) / 2.0));
-}
-
 }  // namespace
 
 Animation::Animation(uint16_t screenWidth, uint16_t screenHeight, bool hasPalette) {
@@ -28,13 +21,13 @@ Animation::Animation(uint16_t screenWidth, uint16_t screenHeight, bool hasPalett
     memcpy(header.palette, palette_, sizeof palette_);
     auto packed = static_cast<uint8_t>(hasPalette ? kHasPalette | kSizeCode : 0);
     PutHeaderFields(&header, {screenWidth, screenHeight, packed, kBackgroundIndex, 0});
-    Append(&header, kHeaderBlock);
+    Append(header, kHeaderBlock);
 }
 
-Animation& Animation::Append(Block* block, uint16_t kind) {
-    block->kind = kind;
-    block->position = static_cast<uint16_t>(list_.count);
-    EXPECT_TRUE(AppendBlock(&list_, block));
+Animation& Animation::Append(Block block, uint16_t kind) {
+    block.kind = kind;
+    block.position = static_cast<uint16_t>(list_.count);
+    EXPECT_TRUE(AppendBlock(&list_, &block));
     return *this;
 }
 
@@ -44,7 +37,7 @@ Animation& Animation::Control(uint32_t disposal, uint16_t delay, int transparent
     if (transparentIndex >= 0) packed |= kControlTransparent;
     if (userInput) packed |= kControlUserInput;
     PutControlFields(&block, {static_cast<uint8_t>(packed), delay, static_cast<uint8_t>(transparentIndex)});
-    return Append(&block, kControlBlock);
+    return Append(block, kControlBlock);
 }
 
 Animation& Animation::Image(const ImageRequest& request) {
@@ -60,60 +53,24 @@ Animation& Animation::Image(const ImageRequest& request) {
                                auto mixed = static_cast<uint32_t>((x / 2 * 3 + y / 3 * 5) * request.seed + x * y);
                                return mixed % (1u << BitCountForDepth(request.depth)) % 16;
                            });
-    return Append(&block, kImageBlock);
+    return Append(block, kImageBlock);
 }
 
 Animation& Animation::Loop(uint16_t iterations) {
     Block block = {};
     PutLoopIterations(&block, iterations);
-    return Append(&block, kLoopBlock);
-}
-
-Animation& Animation::Comment() {
-    Block block = {};
-    return Append(&block, kCommentBlock);
+    return Append(block, kLoopBlock);
 }
 
 Animation& Animation::PlainText(const char* text, const PlainTextFields& fields) {
     Block block = {};
     PutPlainTextFields(&block, fields);
     EXPECT_TRUE(SetBlockText(&block, text, static_cast<uint32_t>(strlen(text))));
-    return Append(&block, kPlainTextBlock);
+    return Append(block, kPlainTextBlock);
 }
 
 Block Animation::At(uint32_t index) const {
     Block block = {};
     EXPECT_TRUE(GetBlock(list_, &block, index));
     return block;
-}
-
-ViewerModel::ViewerModel(const Animation& animation, int clientWidth, int clientHeight)
-    : shown_(clientWidth, clientHeight), under_(0, 0), screen_(GetHeaderFields(animation.At(0))) {
-    memcpy(palette_, animation.At(0).palette, sizeof palette_);
-    background_ = screen_.packed & kHasPalette ? ColourRef(palette_[kBackgroundIndex]) : RGB(0, 0, 0);
-    shown_ = Picture(clientWidth, clientHeight, background_);
-}
-
-void ViewerModel::Play(const Block& block) {
-    if (block.kind == kControlBlock) {
-        const ControlFields fields = GetControlFields(block);
-        transparentIndex_ = fields.packed & 1 ? fields.transparentIndex : kNoPixel;
-        disposal_ = fields.packed >> 2 & 7u;
-    }
-    if (block.kind != kImageBlock) return;
-    const ImageFields fields = GetImageFields(block);
-    const RgbTriple* palette = fields.packed & kHasPalette ? block.palette : palette_;
-    int left = PlaceOf(shown_.width, fields.width, screen_.screenWidth, fields.left);
-    int top = PlaceOf(shown_.height, fields.height, screen_.screenHeight, fields.top);
-    image_ = {left, top, left + fields.width, top + fields.height};
-    under_ = shown_;
-    shown_.Put(block.data, left, top, palette, transparentIndex_, fields.packed & kImageInterlaced);
-}
-
-void ViewerModel::Dispose() {
-    for (int y = image_.top; y < image_.bottom; ++y)
-        for (int x = image_.left; x < image_.right; ++x) {
-            if (shown_.Has(x, y) && disposal_ == 2) shown_.At(x, y) = background_;
-            if (shown_.Has(x, y) && disposal_ == 3) shown_.At(x, y) = under_.At(x, y);
-        }
 }

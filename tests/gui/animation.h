@@ -1,4 +1,4 @@
-// Documents made for playing, and a model of what the viewer has to show of them.
+// Documents made for playing.
 #pragma once
 
 #include "gif/block_list.h"
@@ -25,7 +25,7 @@ public:
     Animation& Control(uint32_t disposal, uint16_t delay, int transparentIndex = -1, bool userInput = false);
     Animation& Image(const ImageRequest& request);
     Animation& Loop(uint16_t iterations);
-    Animation& Comment();
+    Animation& Comment() { return Append({}, kCommentBlock); }
     Animation& PlainText(const char* text, const PlainTextFields& fields);
 
     BlockList* List() { return &list_; }
@@ -33,28 +33,10 @@ public:
     RgbTriple Colour(int index) const { return palette_[index]; }
 
 private:
-    Animation& Append(Block* block, uint16_t kind);
+    Animation& Append(Block block, uint16_t kind);
 
     BlockList list_ = {};
     RgbTriples palette_ = {};
 };
 
 constexpr uint8_t kBackgroundIndex = 5;
-
-// What the client area has to show, block by block, by the rules for single pixels.
-class ViewerModel {
-public:
-    ViewerModel(const Animation& animation, int clientWidth, int clientHeight);
-    void Play(const Block& block);  // controls and images; others change nothing
-    void Dispose();
-    const Picture& Shown() const { return shown_; }
-
-private:
-    Picture shown_, under_;
-    HeaderFields screen_;
-    RgbTriples palette_;
-    COLORREF background_;
-    uint32_t disposal_ = 0;
-    uint32_t transparentIndex_ = kNoPixel;
-    RECT image_ = {};
-};

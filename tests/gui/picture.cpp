@@ -5,12 +5,6 @@
 
 namespace {
 
-BITMAPINFO TopDownInfo(int width, int height) {
-    BITMAPINFO info = {};
-    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-    return info;
-}
-
 // What the passes of a reveal reach: each begins with its first row, whether the image has it or not.
 bool IsRowRevealed(int row, int height) {
     return height > 4 || row != (height == 4 ? 3 : 1);
@@ -60,9 +54,9 @@ Picture Look(HDC dc, int width, int height) {
 
 Canvas::Canvas(int width, int height, COLORREF fill)
     : width_(width), height_(height), dc_(CreateCompatibleDC(nullptr)) {
-    BITMAPINFO info = TopDownInfo(width, height);
-    void* bits = nullptr;
-    bitmap_ = CreateDIBSection(dc_, &info, DIB_RGB_COLORS, &bits, nullptr, 0);
+    BITMAPINFO info = {};
+    info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};  // rows from the top
+    bitmap_ = CreateDIBSection(dc_, &info, DIB_RGB_COLORS, nullptr, nullptr, 0);
     previous_ = SelectObject(dc_, bitmap_);
     HBRUSH brush = CreateSolidBrush(fill);
     RECT all = {0, 0, width, height};

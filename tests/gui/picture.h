@@ -12,12 +12,10 @@
 
 struct Picture {
     Picture(int width_, int height_, COLORREF fill = 0)
-        : width(width_), height(height_), pixels(static_cast<size_t>(width_) * static_cast<size_t>(height_), fill) {}
+        : width(width_), height(height_), pixels(static_cast<size_t>(width_ * height_), fill) {}
     bool Has(int x, int y) const { return x >= 0 && y >= 0 && x < width && y < height; }
-    COLORREF& At(int x, int y) {
-        return pixels[static_cast<size_t>(y) * static_cast<size_t>(width) + static_cast<size_t>(x)];
-    }
-    COLORREF At(int x, int y) const { return const_cast<Picture*>(this)->At(x, y); }
+    COLORREF& At(int x, int y) { return pixels[static_cast<size_t>(y * width + x)]; }
+    COLORREF At(int x, int y) const { return pixels[static_cast<size_t>(y * width + x)]; }
     // Draws the image at (left, top) pixel by pixel, in the colours of `palette`, but for the pixels that equal
     // `transparent`. Of a low interlaced image a row is missing.
     void Put(MemoryHandle image, int left, int top, const RgbTriple* palette, uint32_t transparent, bool interlaced);

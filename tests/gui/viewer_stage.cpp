@@ -1,15 +1,11 @@
 #include "tests/gui/viewer_stage.h"
 
-#include <map>
-
-#include "app/services/shell_objects.h"
+#include <utility>
 
 namespace {
 
 constexpr wchar_t kStageClass[] = L"Viewer stage";
 constexpr DWORD kSettleMilliseconds = 60;
-
-std::map<UINT_PTR, Meanwhile*> running;
 
 void RunAllBut(UINT first, UINT last) {
     MSG message;
@@ -76,26 +72,4 @@ Picture ViewerStage::Look() const {
 
 bool ViewerStage::TimerRuns() const {
     return KillTimer(window_, kDelayTimer) != FALSE;
-}
-
-Meanwhile::Meanwhile(std::function<bool()> act) : act_(std::move(act)), timer_(SetTimer(nullptr, 0, 10, OnTimer)) {
-    running[timer_] = this;
-}
-
-Meanwhile::~Meanwhile() {
-    KillTimer(nullptr, timer_);
-    running.erase(timer_);
-}
-
-void CALLBACK Meanwhile::OnTimer(HWND, UINT, UINT_PTR timer, DWORD) {
-    auto found = running.find(timer);
-    if (found == running.end() || found->second->done_ || found->second->busy_) return;
-    Meanwhile* self = found->second;
-    self->busy_ = true;
-    self->done_ = self->act_();
-    self->busy_ = false;
-}
-
-HWND FindViewer() {
-    return FindWindowW(kViewerClass, nullptr);
 }

@@ -1,9 +1,6 @@
 // A viewer's window on a stage: the test decides when its messages run.
 #pragma once
 
-#include <functional>
-#include <string>
-
 #include "imaging/draw/viewer_state.h"
 #include "tests/gui/picture.h"
 
@@ -40,21 +37,3 @@ private:
     HWND window_ = nullptr;
     int clientWidth_, clientHeight_;
 };
-
-// Calls `act` over and over from a timer while something else runs the messages, until it returns true.
-class Meanwhile {
-public:
-    explicit Meanwhile(std::function<bool()> act);
-    ~Meanwhile();
-    Meanwhile(const Meanwhile&) = delete;
-    Meanwhile& operator=(const Meanwhile&) = delete;
-    bool Done() const { return done_; }
-
-private:
-    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR timer, DWORD);
-    std::function<bool()> act_;
-    bool done_ = false, busy_ = false;
-    UINT_PTR timer_;
-};
-
-HWND FindViewer();  // the program's own, or null
