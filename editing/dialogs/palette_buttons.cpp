@@ -1,5 +1,8 @@
 #include "editing/dialogs/palette_buttons.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "editing/dialogs/draw_buttons.h"
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/fields.h"
@@ -44,16 +47,11 @@ void EnableEyedroppers(HWND dialog, const PaletteButtons& buttons, bool enable) 
 }
 
 bool OnPaletteButton(HWND dialog, const PaletteButtons& buttons, int id) {
-    for (const ColourButton& button : buttons.buttons) {
-        if (id == button.id)
-            OnColour(dialog, buttons, button);
-        else if (id == button.eyedropper)
-            OnEyedropper(dialog, buttons, button);
-        else
-            continue;
-        return true;
-    }
-    return false;
+    return std::any_of(std::begin(buttons.buttons), std::end(buttons.buttons), [&](const ColourButton& button) {
+        if (id == button.id) OnColour(dialog, buttons, button);
+        if (id == button.eyedropper) OnEyedropper(dialog, buttons, button);
+        return id == button.id || id == button.eyedropper;
+    });
 }
 
 BOOL DrawPaletteButton(HWND dialog, const PaletteButtons& buttons, const DRAWITEMSTRUCT& item) {

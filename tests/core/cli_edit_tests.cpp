@@ -190,6 +190,7 @@ TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
             EXPECT_EQ(GetImageFields(BlockAt(list, 3)).width, 40) << "the files in their order";
         }
     }
+    std::remove(Path("in.gif").c_str());
     std::rename(Path("out.gif").c_str(), Path("in.gif").c_str());
     for (const Words& words : {Words{"--kind", "loop", "--at", "1"}, Words{"--kind", "loop"}}) {
         std::remove(Path("out.gif").c_str());

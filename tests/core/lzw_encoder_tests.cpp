@@ -9,14 +9,14 @@
 
 namespace {
 
-// Runs of one value, `length` pixels long on the average.
+// Runs of one value, `length` pixels long on the average; every second one goes on with the next value.
 void FillWithRuns(Random& random, Block* image, unsigned length, uint32_t mask) {
     MemoryLock lock(image->data);
     auto* bitmap = lock.As<BitmapHeader>();
     uint32_t value = 0;
     for (int y = 0; y < bitmap->height; ++y)
         for (int x = 0; x < bitmap->width; ++x) {
-            if (random() % length == 0) value = static_cast<uint32_t>(random()) & mask;
+            if (random() % length == 0) value = (random() % 2 ? value + 1 : static_cast<uint32_t>(random())) & mask;
             SetImagePixel(bitmap, x, y, value);
         }
 }
