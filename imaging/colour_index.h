@@ -12,6 +12,7 @@ class ColourIndex {
 public:
     static constexpr int kMissing = -1;
 
+    // cppcheck-suppress uninitMemberVar ; a number counts only beside its colour
     ColourIndex() { memset(colours_, 0xFF, sizeof colours_); }
 
     // The number given to the colour, or kMissing.

@@ -126,7 +126,8 @@ uint32_t ImageRowBytes(ConstLockedBitmap bitmap) {
 }
 
 const uint8_t* ImageRow(ConstLockedBitmap bitmap, int y) {
-    return ImagePixels(bitmap) + size_t{ImageRowBytes(bitmap)} * static_cast<size_t>(bitmap->height - y - 1);
+    size_t offset = size_t{ImageRowBytes(bitmap)} * static_cast<size_t>(bitmap->height - y - 1);
+    return &ImagePixels(bitmap)[offset];
 }
 
 uint8_t* ImageRow(LockedBitmap bitmap, int y) {

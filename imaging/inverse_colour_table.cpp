@@ -38,6 +38,7 @@ int Spread(Candidate a, Candidate b) {
 // Of a cube of cells, keeps the candidates that beat the one nearest to its centre somewhere in the cube.
 // How much further one colour is than another changes linearly with the place, so that over the cube, `reach` from the
 // centre in each channel, it falls below the value at the centre by at most 2 * reach * their spread.
+// cppcheck-suppress passedByValue ; three numbers, read in the innermost loop
 void Prune(Point centre, int reach, const Candidates& candidates, Candidates* kept) {
     int distances[kPaletteEntries];
     int rival = 0;

@@ -13,6 +13,7 @@ namespace {
 // The distinct colours in order of first appearance, until there are more than wanted.
 class ExactColours {
 public:
+    // cppcheck-suppress uninitMemberVar ; the first count_ colours are there
     explicit ExactColours(int wanted) : wanted_(wanted) {}
 
     bool Overflowed() const { return count_ < 0; }

@@ -56,7 +56,7 @@ void DrawImageBitmap(HDC dc, int x, int y, MemoryHandle image, DWORD rasterOpera
 }
 
 void DrawResourceBitmap(HDC dc, int x, int y, HGLOBAL resource, DWORD rasterOperation) {
-    auto* bitmap = static_cast<const BitmapHeader*>(resource ? LockResource(resource) : nullptr);
+    const auto* bitmap = static_cast<const BitmapHeader*>(resource ? LockResource(resource) : nullptr);
     if (bitmap) DrawLocked(dc, x, y, bitmap, rasterOperation);
 }
 

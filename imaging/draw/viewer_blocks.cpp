@@ -30,7 +30,7 @@ void ShowImage(HWND window, ViewerState& state) {
 // Stays in force until the next control block. An animation that repeats never runs without any delay.
 void ApplyControl(ViewerState& state) {
     const ControlFields fields = GetControlFields(state.current);
-    state.transparentIndex = fields.packed & kControlTransparent ? fields.transparentIndex : kNoTransparentIndex;
+    state.transparentIndex = (fields.packed & kControlTransparent) ? fields.transparentIndex : kNoTransparentIndex;
     state.waitForInput = fields.packed & kControlUserInput;
     state.disposal = (fields.packed & kControlDisposal) >> kControlDisposalShift;
     state.delay = fields.delay;

@@ -35,7 +35,7 @@ bool BeginViewing(ViewerState* state, BlockList* list) {
     const RgbTriple background = header.palette[fields.backgroundIndex];
     state->screenWidth = fields.screenWidth;
     state->screenHeight = fields.screenHeight;
-    state->hasGlobalPalette = fields.packed & kHasPalette ? 1 : 0;
+    state->hasGlobalPalette = (fields.packed & kHasPalette) ? 1 : 0;
     memcpy(state->globalPalette, header.palette, sizeof state->globalPalette);
     state->nextIndex = header.position + 1u;
     state->backgroundColour = RGB(background.red, background.green, background.blue);
