@@ -6,7 +6,7 @@ be installed. Every file of tests/data/corpus goes through this:
 
   load   our blocks (list --json) are those that giflib reads
   saved  the file that we save is read without a word of complaint by giflib, giftext, gifsicle and convert, and holds
-         the blocks that we loaded and the pixels that giflib reads in the original
+         the blocks that we loaded and the pixels that giflib, and convert in colours, read in the original
   again  saving the saved file gives the same bytes
 
 Each difference is one line of text: what we have, "not" what the judge has. exceptions.json lists, for every file that
@@ -122,6 +122,11 @@ def block_differences(ours, theirs):
     return found
 
 
+def colour_sums(path):
+    """For each image a sum of its pixels' colours as ImageMagick reads them, as far as it can."""
+    return run("identify", "-quiet", "-format", "%#\n", path).stdout.split()
+
+
 class Case:
     """One file on its way through all judges; `found` collects the differences."""
 
@@ -155,6 +160,8 @@ class Case:
         self.check_saved_blocks(ours, judged)
         for number, (mine, other) in enumerate(zip(judged.images, theirs.images)):
             self.note("saved", [f"image {number}: {text}" for text in row_differences(mine, other)])
+        for number, (mine, other) in enumerate(zip(colour_sums(saved), colour_sums(self.path))):
+            self.note("saved", [f"image {number}: other colours for ImageMagick"] if mine != other else [])
         self.check_complaints(saved, bool(judged.images))
         run(self.zephyr, "save", saved, again)
         with open(saved, "rb") as first, open(again, "rb") as second:
