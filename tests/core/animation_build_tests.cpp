@@ -12,7 +12,6 @@
 #include "imaging/standard_palette.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
-#include "tests/support/fault_loop.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_input.h"
@@ -206,25 +205,4 @@ TEST_F(BuildAnimationTest, OnlyPhotorealisticConversionsAreStoppedByAClick) {
             EXPECT_EQ(input.polls, stops ? 40001 : 0);
         }
     }
-}
-
-// What a failed build has taken and not given back, the sanitizers would find.
-TEST_F(BuildAnimationTest, ExhaustedMemoryLeavesNothing) {
-    auto failEverywhere = [&](uint32_t blocks) {
-        ForEachFault(&Faults::allocationsUntilFailure, [&](FaultRound& round) {
-            OwnedList document;
-            BuildOutcome outcome = Build(&document);
-            round.End();
-            EXPECT_EQ(outcome == BuildOutcome::kDone, round.IsUndisturbed()) << round.Number();
-            EXPECT_EQ(document.count, round.IsUndisturbed() ? blocks : 0u);
-        });
-    };
-    AddFile(2, 2, 8);
-    AddFile(2, 2, 4);
-    for (PaletteMatching matching : kAllMatchings) {
-        settings_.matching = matching;
-        failEverywhere(6);
-    }
-    for (int i = 0; i < 32; ++i) AddFile(2, 2, 8);  // so many that the list grows on the way
-    failEverywhere(70);
 }

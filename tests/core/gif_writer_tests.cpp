@@ -5,7 +5,6 @@
 #include "gif/default_blocks.h"
 #include "gif/descriptor.h"
 #include "platform/identity.h"
-#include "tests/support/fault_loop.h"
 #include "tests/support/gif_bytes.h"
 #include "tests/support/test_blocks.h"
 
@@ -106,25 +105,4 @@ TEST_F(GifWriter, DocumentWithoutHeaderLeavesTheTargetAlone) {
     EXPECT_FALSE(WriteGifFile(empty, path_.c_str()));
     EXPECT_FALSE(WriteGifFile(headless, path_.c_str()));
     EXPECT_EQ(ReadAll(path_), Bytes({1, 2, 3}));
-}
-
-TEST_F(GifWriter, AnyFailureRemovesTheFile) {
-    LoadedGif document(EveryKind("GIF89a"));
-    EXPECT_FALSE(WriteGifFile(document, folder_.Path("").c_str())) << "a folder";
-    Block big = MakeImage(300, 700, 8);  // more than a buffer full
-    {
-        MemoryLock lock(big.data);
-        auto* pixels = ImagePixels(lock.As<BitmapHeader>());
-        for (uint32_t i = 0; i < 210000; ++i) pixels[i] = static_cast<uint8_t>(i * i >> 5);
-    }
-    Append(&document, big);
-    auto attempt = [&](FaultRound& round) {
-        WriteAll(path_, {1, 2, 3});
-        bool saved = WriteGifFile(document, path_.c_str());
-        round.End();
-        EXPECT_EQ(saved, round.IsUndisturbed()) << round.Number();
-        // What fails before the file is opened leaves the old one.
-        EXPECT_TRUE(saved || !FileExists(path_) || ReadAll(path_) == Bytes({1, 2, 3})) << round.Number();
-    };
-    EXPECT_GE(ForEachFault(attempt), 21);
 }

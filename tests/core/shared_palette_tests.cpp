@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "imaging/palette_order.h"
-#include "tests/support/fault_loop.h"
 #include "tests/support/literal_colours.h"
 #include "tests/support/random_images.h"
 #include "tests/support/test_blocks.h"
@@ -92,23 +91,6 @@ TEST(BuildSharedPalette, EqualsThePlainForm) {
         ASSERT_EQ(BuildSharedPalette(&count, palette.data(), document), kSharedPaletteDone);
         ASSERT_TRUE(count == expectedCount && palette == expected) << i;
     }
-}
-
-TEST(BuildSharedPalette, ExhaustedMemoryLeavesThePaletteBlack) {
-    Document document;
-    document.AddColumn({1, 2, 3});
-    document.Add(CreateImageBitmap(3, 2, nullptr, 8));  // whose rows are unpacked into memory of their own
-    auto attempt = [&](FaultRound& round) {
-        Palette palette;
-        palette.fill({9, 9, 9});
-        int wanted = 256;
-        int result = BuildSharedPalette(&wanted, palette.data(), document);
-        round.End();
-        if (round.IsUndisturbed()) return;
-        EXPECT_EQ(result, kSharedPaletteNoMemory);
-        EXPECT_TRUE(wanted == 256 && palette == Palette{});
-    };
-    EXPECT_EQ(ForEachFault(&Faults::allocationsUntilFailure, attempt), 2);
 }
 
 TEST(SortPaletteByBrightness, EqualsTheBubbleSort) {
