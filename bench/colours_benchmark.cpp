@@ -58,77 +58,45 @@ void CountPixels(benchmark::State& state, double pixels) {
 }
 
 // Palettes: 6 web colours, 9 greys, 14 with 8 colours used, 17 with 256 random colours, 18 crowded.
-void InverseTable(benchmark::State& state) {
+void RunInverseTable(benchmark::State& state, bool plain) {
     Palette palette = PaletteNumber(state.range(0));
     InverseColourTable table;
-    for (auto _ : state) {
-        table.Fill(palette.data());
-        benchmark::DoNotOptimize(table);
-    }
+    for (auto _ : state)
+        if (plain)
+            benchmark::DoNotOptimize(LiteralInverseTable(palette.data()));
+        else
+            table.Fill(palette.data());
     CountPixels(state, kColourCells);
 }
-BENCHMARK(InverseTable)->Arg(6)->Arg(9)->Arg(14)->Arg(17)->Arg(18)->Unit(benchmark::kMicrosecond);
 
-void InverseTablePlain(benchmark::State& state) {
-    Palette palette = PaletteNumber(state.range(0));
-    for (auto _ : state) benchmark::DoNotOptimize(LiteralInverseTable(palette.data()));
-    CountPixels(state, kColourCells);
-}
-BENCHMARK(InverseTablePlain)->Arg(6)->Arg(9)->Arg(14)->Arg(17)->Arg(18)->Unit(benchmark::kMicrosecond);
-
-template <typename Convert>
-void RunConversion(benchmark::State& state, MemoryHandle made, const Convert& convert) {
+// The fast form, or the plain one where there is one, on an image of its own; the argument is the result's depth.
+template <typename Fast, typename Plain>
+void RunConversion(benchmark::State& state, MemoryHandle made, bool plain, Fast convert, Plain convertPlainly) {
     OwnedMemory image(made);
-    for (auto _ : state) OwnedMemory result(convert(image.Get()));
+    Palette palette = PaletteNumber(kRandomPalette);
+    auto depth = static_cast<int>(state.range(0));
+    for (auto _ : state)
+        OwnedMemory result(plain
+                               ? convertPlainly(image.Get(), palette.data(), depth, LiteralInverseTable(palette.data()))
+                               : convert(image.Get(), palette.data(), depth, 0));
     CountPixels(state, kWidth * kHeight);
 }
 
-// Argument: depth of the result.
-void RemapPhoto(benchmark::State& state) {
-    Palette palette = PaletteNumber(kRandomPalette);
-    RunConversion(state, Photo(kWidth, kHeight), [&](MemoryHandle image) {
-        return RemapImage(image, palette.data(), static_cast<int>(state.range(0)), 0);
-    });
+void RunRemap(benchmark::State& state, bool drawn, bool plain) {
+    MemoryHandle image = drawn ? Drawing(kWidth, kHeight, PaletteNumber(kRandomPalette)) : Photo(kWidth, kHeight);
+    RunConversion(state, image, plain, RemapImage, LiteralRemap);
 }
-BENCHMARK(RemapPhoto)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
 
-void RemapDrawing(benchmark::State& state) {
-    Palette palette = PaletteNumber(kRandomPalette);
-    RunConversion(state, Drawing(kWidth, kHeight, palette),
-                  [&](MemoryHandle image) { return RemapImage(image, palette.data(), 8, 0); });
+void RunDither(benchmark::State& state, bool plain) {
+    RunConversion(state, Photo(kWidth, kHeight), plain, DitherImage, LiteralDither);
 }
-BENCHMARK(RemapDrawing)->Unit(benchmark::kMillisecond);
-
-void RemapDrawingPlain(benchmark::State& state) {
-    Palette palette = PaletteNumber(kRandomPalette);
-    RunConversion(state, Drawing(kWidth, kHeight, palette), [&](MemoryHandle image) {
-        return LiteralRemap(image, palette.data(), 8, LiteralInverseTable(palette.data()));
-    });
-}
-BENCHMARK(RemapDrawingPlain)->Unit(benchmark::kMillisecond);
-
-void DitherPhoto(benchmark::State& state) {
-    Palette palette = PaletteNumber(kRandomPalette);
-    RunConversion(state, Photo(kWidth, kHeight), [&](MemoryHandle image) {
-        return DitherImage(image, palette.data(), static_cast<int>(state.range(0)), 0);
-    });
-}
-BENCHMARK(DitherPhoto)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
-
-void DitherPhotoPlain(benchmark::State& state) {
-    Palette palette = PaletteNumber(kRandomPalette);
-    RunConversion(state, Photo(kWidth, kHeight), [&](MemoryHandle image) {
-        return LiteralDither(image, palette.data(), static_cast<int>(state.range(0)),
-                             LiteralInverseTable(palette.data()));
-    });
-}
-BENCHMARK(DitherPhotoPlain)->Arg(1)->Arg(8)->Unit(benchmark::kMillisecond);
 
 // A document of `frames` images of 640 x 480. Drawings hold exactly 256 colours, so that the list of exact colours is
 // asked for every pixel; photos overflow it at once.
 void RunSharedPalette(benchmark::State& state, bool drawn, bool plain) {
     constexpr int kFrameWidth = 640, kFrameHeight = 480;
     auto frames = state.range(0);
+    state.SetLabel("frames");
     Palette palette = PaletteNumber(kRandomPalette);
     BlockList list = {};
     std::vector<MemoryHandle> images;
@@ -152,6 +120,18 @@ void RunSharedPalette(benchmark::State& state, bool drawn, bool plain) {
     CountPixels(state, static_cast<double>(frames) * kFrameWidth * kFrameHeight);
     DestroyBlockList(&list);
 }
+void Tables(benchmark::internal::Benchmark* benchmark) {
+    for (int palette : {6, 9, 14, 17, 18}) benchmark->Arg(palette);
+    benchmark->Unit(benchmark::kMicrosecond);
+}
+
+BENCHMARK_CAPTURE(RunInverseTable, Table, false)->Apply(Tables);
+BENCHMARK_CAPTURE(RunInverseTable, TablePlain, true)->Apply(Tables);
+BENCHMARK_CAPTURE(RunRemap, Photo, false, false)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RunRemap, Drawing, true, false)->Arg(8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RunRemap, DrawingPlain, true, true)->Arg(8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RunDither, Photo, false)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(RunDither, PhotoPlain, true)->Arg(1)->Arg(8)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RunSharedPalette, Drawings, true, false)->Arg(100)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RunSharedPalette, DrawingsPlain, true, true)->Arg(1)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RunSharedPalette, Photos, false, false)->Arg(100)->Unit(benchmark::kMillisecond);

@@ -8,7 +8,7 @@ RIVALS = ('Giflib', 'Plain')
 runs = {}
 for run in json.load(open(sys.argv[1]))['benchmarks']:
     if run.get('aggregate_name') == 'median' and 'Mpixel/s' in run:
-        name, _, argument = run['run_name'].partition('/')
+        name, _, argument = run['run_name'].rpartition('/')
         runs[name, run.get('label') or argument] = run['Mpixel/s']
 
 for (name, label), speed in runs.items():

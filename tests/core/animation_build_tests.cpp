@@ -44,10 +44,6 @@ protected:
         files_.push_back(folder_.Path(std::to_string(files_.size()) + ".gif"));
         WritePicture(files_.back(), image, depth);
     }
-    void AddBrokenFile() {
-        AddFile(1, 1, 1);
-        WriteAll(files_.back(), {'G', 'I', 'F', '8'});
-    }
 
     // The picture of the file, by the conversion that the settings stand for.
     MemoryHandle Fitted(const std::string& file, const RgbTriple* palette, int depth) const {
@@ -132,9 +128,7 @@ TEST_F(BuildAnimationTest, SuperPaletteKeepsFewColours) {
         const char* pixels;
     } cases[] = {
         {{black, white}, {black, white}, 1, "01"},
-        {{white, black}, {black, white}, 1, "10"},
         {{red, blue}, {blue, red}, 2, "10"},
-        {{white, white}, {white, black}, 2, "00"},
         {{grey, grey}, {grey, black}, 1, "00"},
         {{red, {0, 0, 90}, white, {1, 2, 3}, {0, 90, 0}},
          {{1, 2, 3}, {0, 0, 90}, {0, 90, 0}, red, white, black},
@@ -160,33 +154,6 @@ TEST_F(BuildAnimationTest, SuperPaletteKeepsFewColours) {
         EXPECT_EQ(PixelsOf(frame), c.pixels);
         EXPECT_EQ(frame.palette[0], black) << "colours of its own";
     }
-    EXPECT_EQ(paletteChoiceForInsert, kPaletteKeep);
-}
-
-TEST_F(BuildAnimationTest, FilesWithoutAnImage) {
-    AddFile(3, 3, 8);
-    AddBrokenFile();
-    AddFile(2, 6, 8);
-    AddBrokenFile();
-    for (PaletteMatching matching : kAllMatchings) {
-        settings_.matching = matching;
-        prompts = {};
-        prompts.yesNoAnswers = {kAnswerYes, kAnswerYes, kAnswerYes, kAnswerNo};
-        OwnedList document, refused;
-        EXPECT_EQ(Build(&document), BuildOutcome::kDone);
-        EXPECT_EQ(KindsOf(document), "17323323");
-        EXPECT_EQ(result_.skipped, (std::vector<size_t>{1, 3}));
-        EXPECT_EQ(Build(&refused), BuildOutcome::kCorruptedFileRefused);
-        EXPECT_EQ(result_.file, 3u);
-        EXPECT_EQ(refused.blocks, nullptr);
-        EXPECT_EQ(prompts.messages, std::vector<std::string>(4, LoadStr(IDS_CORRUPTED_FILE)));
-    }
-    settings_.matching = PaletteMatching::kFirstPalette;
-    files_.erase(files_.begin());
-    OwnedList document;
-    EXPECT_EQ(Build(&document), BuildOutcome::kFirstFileUnreadable);
-    EXPECT_EQ(document.blocks, nullptr);
-    EXPECT_EQ(prompts.messages.size(), 4u) << "nothing is asked about the first file's palette";
 }
 
 // Of 8 bits and of 4: dithered and remapped.

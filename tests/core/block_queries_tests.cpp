@@ -69,15 +69,6 @@ TEST(BlockQueries, CopyTheGlobalPaletteToImagesWithoutOne) {
     }
 }
 
-TEST(BlockQueries, ColoursCountAsFarAsTheSizeCode) {
-    Block header = {};
-    PutHeaderFields(&header, {640, 480, 3, 0, 0});
-    header.palette[16] = {1, 1, 1};
-    EXPECT_FALSE(HasColours(header));
-    header.palette[15] = {0, 0, 1};
-    EXPECT_TRUE(HasColours(header));
-}
-
 TEST(BlockQueries, BorrowFromTheNextImageOrElseTheHeader) {
     // The kinds, the place of the borrower, what its palette is full of then, and its bits; 0: nothing to borrow.
     const std::tuple<const char*, uint32_t, int, int> rows[] = {

@@ -86,6 +86,7 @@ TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
         {{"--skip-corrupted"}, {"a.gif", "broken.gif", "b.gif"}, "1323326", "broken.gif: note: no readable"},
         {{"--skip-corrupted"}, {"broken.gif", "missing.gif"}, "", "out.gif: not written, as none of the files"},
         {{"--skip-corrupted", "--match", "first"}, {"broken.gif", "a.gif"}, "", unread + ", so there is no palette"},
+        {{"--skip-corrupted", "--match", "photo"}, {"a.gif", "broken.gif", "b.gif"}, "1323326", "broken.gif: note: no"},
     };
     for (const auto& c : cases) {
         CliRun run = Build(c.options, c.files);

@@ -131,14 +131,12 @@ TEST(ColourConversions, AskOncePerCellAndRowAndStopAtAPress) {
         int depth;
         long pressAtPoll, polls;
     } cases[] = {
-        {kRemap, 1, 8, 0, 0},
         {kRemap, kMayBeAborted, 8, kNever, kCells + 3},
         {kRemap, kMayBeAborted, 8, kCells - 1, kCells},
         {kRemap, kMayBeAborted, 8, kCells + 2, kCells + 3},
         {kDither, kMayBeAborted, 8, kNever, kCells + 3},
         {kDither, kMayBeAborted, 8, kCells + 1, kCells + 2},
         {kDither, kMayBeAborted, 1, kNever, 3},  // no table, but rows
-        {kDither, kMayBeAborted, 1, 2, 3},
     };
     OwnedMemory source(CreateImageBitmap(5, 3, nullptr, 24));
     for (const auto& c : cases) {

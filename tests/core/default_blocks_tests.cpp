@@ -61,7 +61,17 @@ TEST_F(DefaultBlocks, DescriptorsAndTexts) {
         EXPECT_EQ(TextOf(block), c.text);
         EXPECT_EQ(DescriptorOf(block), c.descriptor);
     }
-    ASSERT_EQ(KindsOf(list_), "1") << "a new document";
+    Block header = BlockAt(list_, 0);
+    for (auto [packed, brightest] : {std::pair{0x82, 7}, {0x80, 1}, {0x02, 0}}) {
+        PutHeaderFields(&header, {1, 1, static_cast<uint8_t>(packed), 0, 0});
+        PutBlock(&list_, header, 0);
+        OwnedBlock block;
+        ASSERT_TRUE(Make(&block, kPlainTextBlock));
+        EXPECT_EQ(GetPlainTextFields(block).foregroundIndex, brightest);
+    }
+    DestroyBlockList(&list_);
+    ASSERT_TRUE(NewDocument(&list_));
+    ASSERT_EQ(KindsOf(list_), "1");
     EXPECT_EQ(DescriptorOf(BlockAt(list_, 0)), cases[0].descriptor);
     RgbTriples web;
     StandardPalette(web, nullptr, kPaletteWeb);
@@ -75,17 +85,6 @@ TEST_F(DefaultBlocks, KindsThatCannotBeMade) {
         // The bitmap that came along goes too, or the leak checker tells.
         EXPECT_FALSE(Make(&block, kind, "x", CreateImageBitmap(2, 2, nullptr, 8)));
         EXPECT_TRUE(IsZeroed(block)) << kind;
-    }
-}
-
-TEST_F(DefaultBlocks, PlainTextTakesTheBrightestIndexOfThePalette) {
-    Block header = BlockAt(list_, 0);
-    for (auto [packed, index] : {std::pair{0x82, 7}, {0x80, 1}, {0x02, 0}}) {
-        PutHeaderFields(&header, {1, 1, static_cast<uint8_t>(packed), 0, 0});
-        PutBlock(&list_, header, 0);
-        OwnedBlock block;
-        ASSERT_TRUE(Make(&block, kPlainTextBlock));
-        EXPECT_EQ(GetPlainTextFields(block).foregroundIndex, index);
     }
 }
 
@@ -105,19 +104,14 @@ TEST_F(DefaultBlocks, ImageOfAFile) {
 }
 
 TEST_F(DefaultBlocks, ImageOfABitmap) {
-    struct Case {
-        int depth;
-        const char *path, *name;
-        int packed;
-    } const cases[] = {
-        {1, nullptr, "", 0}, {2, "C:\\a\\b.gif", "b.gif", 3}, {8, "/x/y.z", "y.z", 7}, {24, "c:d", "d", 7}};
-    for (const Case& c : cases) {
+    for (auto [depth, path, name, packed] :
+         {std::tuple{1, "x", "x", 0}, {2, "C:\\a\\b.gif", "b.gif", 3}, {8, "/x/y.z", "y.z", 7}, {24, "c:d", "d", 7}}) {
         OwnedBlock image;
-        MemoryHandle bitmap = CreateImageBitmap(3, 5, nullptr, c.depth);
-        ASSERT_TRUE(Make(&image, kImageBlock, c.path, bitmap));
+        MemoryHandle bitmap = CreateImageBitmap(3, 5, nullptr, depth);
+        ASSERT_TRUE(Make(&image, kImageBlock, path, bitmap));
         EXPECT_EQ(image.data, bitmap);
-        EXPECT_EQ(GetImageFields(image).packed, c.packed);
+        EXPECT_EQ(GetImageFields(image).packed, packed);
         EXPECT_EQ(GetImageFields(image).height, 5);
-        EXPECT_EQ(NameOf(image), c.name);
+        EXPECT_EQ(NameOf(image), name);
     }
 }

@@ -44,7 +44,6 @@ TEST(GifReader, HowLoadsEnd) {
         const char* kinds;
         bool reachedTrailer;
     } const cases[] = {
-        {"empty file", {}, kReadNotGif, "", false},
         {"signature cut", G().Text("GIF89a").Repeat(0, 6), kReadNotGif, "", false},
         {"other signature", G().Text("PNG89a").Repeat(0, 200), kReadNotGif, "", false},
         {"any version", G().Header("GIFxyz", 1, 1, 0).Add({0x3B}), kReadDone, "1", true},
@@ -57,11 +56,9 @@ TEST(GifReader, HowLoadsEnd) {
         {"corrupt image", Start().SmallImage().ImageHead(1, 1, 0).Add({2, 1, 7, 0, 0x3B}), kReadFailed, "12", false},
         {"bad code size is a blank image", Start().ImageHead(1, 1, 0).Add({9, 1, 7, 0, 0x3B}), kReadDone, "12", true},
         {"no image data", Start().ImageHead(1, 1, 0).Add({2}), kReadDone, "12", false},
-        {"no code size", Start().ImageHead(1, 1, 0), kReadFailed, "1", false},
         {"image without pixels", Start().ImageHead(0, 7, 0).Add({2, 1, 0x2C, 0, 0x3B}), kReadDone, "12", true},
         {"four thousand million pixels", Start().ImageHead(65535, 65535, 0x87).Add({2, 0}), kReadFailed, "1", false},
         {"bytes after the trailer", Start().Add({0x3B}).SmallImage(), kReadDone, "1", true},
-        {"a byte that starts no block", Start().Add({0}).Comment("x").Add({0x3B}), kReadDone, "1", false},
         {"foreign application block", Start().Comment("x").Extension(0xFF, "\x0BXMP DataXMP", "data").SmallImage(),
          kReadDone, "165", false},
         {"the same of size 12", Start().Extension(0xFF, "\x0CXMP DataXMP", "data").SmallImage(), kReadDone, "15",
@@ -153,12 +150,9 @@ TEST(GifReader, BlockNames) {
         {"two names", 2, NameEntry(2, 6, 2, "c\0"s).Add(NameEntry(5, 2, 1, "logo\0"s)), "logo", "c"},
         {"first entry for a block counts", 2, NameEntry(2, 2, 1, "a\0"s).Add(NameEntry(2, 2, 1, "b\0"s)), "a", ""},
         {"no name for another kind", 1, NameEntry(2, 3, 1, "a\0"s), "", ""},
-        {"no name behind the end", 1, NameEntry(2, 2, 900, "a\0"s), "", ""},
         {"count larger than the table", 65535, NameEntry(1, 2, 1, "a"), "a", ""},
-        {"count smaller than the table", 0, NameEntry(1, 2, 1, "a"), "", ""},
         {"name longer than the table", 2, NameEntry(1, 2, 1, "a").Add(NameEntry(5, 6, 2, "b")), "a", ""},
         {"name without its NUL", 2, NameEntry(2, 2, 1, "ab").Add(NameEntry(1, 6, 2, "c")), "ab", "c"},
-        {"name of no bytes", 1, NameEntry(0, 2, 1, ""), "", ""},
         {"head cut", 1, GifBytes().Word(0).Word(2), "", ""},
     };
     GifBytes second = NamesBlock(GifBytes().Word(1).Add(NameEntry(1, 2, 1, "z")));  // never counts
@@ -170,5 +164,4 @@ TEST(GifReader, BlockNames) {
         EXPECT_EQ(NameOf(BlockAt(loaded, 2)), c.comment);
     }
     EXPECT_EQ(LoadedGif(WithNames({1})).result, kReadDone) << "half a count";
-    EXPECT_EQ(LoadedGif(WithNames({})).result, kReadDone);
 }

@@ -109,11 +109,3 @@ TEST(SortPaletteByBrightness, EqualsTheBubbleSort) {
             EXPECT_EQ(palette, expected);
         }
 }
-
-TEST(DepthForColourCount, IsTheLeastThatHoldsThem) {
-    for (int count : {-1, 0, 1}) EXPECT_EQ(DepthForColourCount(count), 1);
-    for (int depth = 1; depth <= 8; ++depth) {
-        EXPECT_EQ(DepthForColourCount(1 << depth), depth);
-        EXPECT_EQ(DepthForColourCount((1 << depth) + 1), std::min(depth + 1, 8));
-    }
-}
