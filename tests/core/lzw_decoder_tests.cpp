@@ -125,20 +125,15 @@ TEST(LzwDecoder, HugeImages) {
 }
 
 TEST(LzwDecoder, WhenNothingIsDecoded) {
-    struct Case {
-        unsigned codeSize;
-        DecodeResult result;
-        long failing = Faults::kNever;  // allocation
-    } const cases[] = {{1, kDecodeBadCodeSize}, {9, kDecodeBadCodeSize}, {2, kDecodeNoMemory, 0}};
-    for (const Case& c : cases) {
-        Codes codes(c.codeSize);
-        codes.Put(1);
+    const uint8_t chain[] = {1, 1, 0};
+    for (auto [codeSize, failing, result] : {std::tuple{1, Faults::kNever, kDecodeBadCodeSize},
+                                             {9, Faults::kNever, kDecodeBadCodeSize},
+                                             {2, 0L, kDecodeNoMemory}}) {
         OwnedBlock image(MakeImage(1, 1, 2));
-        Bytes chain = codes.Chain();
         File file;
-        file.OpenMemory(chain.data(), chain.size());
-        faults.allocationsUntilFailure = c.failing;
-        EXPECT_EQ(DecodeImageData(file, static_cast<int>(c.codeSize), image), c.result);
+        file.OpenMemory(chain, sizeof chain);
+        faults.allocationsUntilFailure = failing;
+        EXPECT_EQ(DecodeImageData(file, codeSize, image), result);
         faults = {};
         EXPECT_EQ(PixelsOf(image), "0");
     }
