@@ -28,28 +28,21 @@ void Report(benchmark::State& state, double pixels) {
         benchmark::Counter(pixels * static_cast<double>(state.iterations()) / 1e6, benchmark::Counter::kIsRate);
 }
 
-// The document of one file.
-struct Opened {
-    explicit Opened(const std::string& path) {
-        ok = CreateBlockList(&list) && ReadGifFile(&list, path.c_str()) == kReadDone;
-    }
-    ~Opened() { DestroyBlockList(&list); }
-    Opened(const Opened&) = delete;
-    Opened& operator=(const Opened&) = delete;
+bool Load(BlockList* list, const std::string& path) {
+    return CreateBlockList(list) && ReadGifFile(list, path.c_str()) == kReadDone;
+}
 
-    double Pixels() const {
-        double pixels = 0;
+double PixelsOf(const std::string& path) {
+    OwnedBlockList list;
+    double pixels = 0;
+    if (Load(&list, path))
         ForEachBlock(list, [&](const Block& block, uint32_t) {
             ImageFields image = GetImageFields(block);
             if (block.kind == kImageBlock) pixels += 1.0 * image.width * image.height;
             return true;
         });
-        return pixels;
-    }
-
-    BlockList list = {};
-    bool ok;
-};
+    return pixels;
+}
 
 GifFileType* OpenWithGiflib(const std::string& path) {
     GifFileType* gif = DGifOpenFileName(path.c_str(), nullptr);
@@ -58,9 +51,11 @@ GifFileType* OpenWithGiflib(const std::string& path) {
 
 void BM_Decode(benchmark::State& state) {
     const std::string path = PathOf(state);
-    for (auto _ : state)
-        if (!Opened(path).ok) return state.SkipWithError("the file can't be read");
-    Report(state, Opened(path).Pixels());
+    for (auto _ : state) {
+        OwnedBlockList list;
+        if (!Load(&list, path)) return state.SkipWithError("the file can't be read");
+    }
+    Report(state, PixelsOf(path));
 }
 
 void BM_DecodeGiflib(benchmark::State& state) {
@@ -70,19 +65,21 @@ void BM_DecodeGiflib(benchmark::State& state) {
         if (!gif) return state.SkipWithError("giflib can't read the file");
         DGifCloseFile(gif, nullptr);
     }
-    Report(state, Opened(path).Pixels());
+    Report(state, PixelsOf(path));
 }
 
 void BM_Encode(benchmark::State& state) {
-    Opened opened(PathOf(state));
+    const std::string path = PathOf(state);
+    OwnedBlockList list;
+    if (!Load(&list, path)) return state.SkipWithError("the file can't be read");
     for (auto _ : state) {
         File file;
-        bool written = file.Create("/dev/null") && ForEachBlock(opened.list, [&](const Block& block, uint32_t) {
+        bool written = file.Create("/dev/null") && ForEachBlock(list, [&](const Block& block, uint32_t) {
                            return block.kind != kImageBlock || EncodeImageData(file, block);
                        });
         if (!written || !file.Close()) return state.SkipWithError("writing failed");
     }
-    Report(state, opened.Pixels());
+    Report(state, PixelsOf(path));
 }
 
 // giflib gets the frames as it wants them: one byte a pixel, line by line.
@@ -102,7 +99,7 @@ void BM_EncodeGiflib(benchmark::State& state) {
         EGifCloseFile(gif, nullptr);
     }
     DGifCloseFile(in, nullptr);
-    Report(state, Opened(path).Pixels());
+    Report(state, PixelsOf(path));
 }
 
 BENCHMARK(BM_Decode)->DenseRange(0, 4)->Unit(benchmark::kMillisecond);

@@ -98,7 +98,7 @@ void RunSharedPalette(benchmark::State& state, bool drawn, bool plain) {
     auto frames = state.range(0);
     state.SetLabel("frames");
     Palette palette = PaletteNumber(kRandomPalette);
-    BlockList list = {};
+    OwnedBlockList list;
     std::vector<MemoryHandle> images;
     bool made = CreateBlockList(&list);
     for (int64_t i = 0; made && i < frames; ++i) {
@@ -118,7 +118,6 @@ void RunSharedPalette(benchmark::State& state, bool drawn, bool plain) {
             benchmark::DoNotOptimize(BuildSharedPalette(&wanted, built.data(), list));
     }
     CountPixels(state, static_cast<double>(frames) * kFrameWidth * kFrameHeight);
-    DestroyBlockList(&list);
 }
 void Tables(benchmark::internal::Benchmark* benchmark) {
     for (int palette : {6, 9, 14, 17, 18}) benchmark->Arg(palette);

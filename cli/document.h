@@ -6,18 +6,12 @@
 #include "gif/gif_reader.h"
 
 // The blocks of one file, released at the end of the scope.
-class Document {
-public:
-    Document() = default;
-    ~Document() { DestroyBlockList(&list); }
-    Document(const Document&) = delete;
-    Document& operator=(const Document&) = delete;
-
+struct Document {
     // Reads the file; what was read before a failure stays in `list`. A failure is reported on standard error, as is a
     // file that goes on behind the point where the reader stopped.
     ReadResult Open(const std::string& path);
 
-    BlockList list = {};
+    OwnedBlockList list;
 };
 
 // Fetches the block that `text` (a decimal number) stands for, which borrows its handles from `list`, and its index.

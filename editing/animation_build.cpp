@@ -8,27 +8,17 @@
 
 namespace {
 
-// A document that is being built, released unless it was handed over.
-class Draft {
-public:
-    Draft() = default;
-    ~Draft() { DestroyBlockList(&list); }
-    Draft(const Draft&) = delete;
-    Draft& operator=(const Draft&) = delete;
-
-    bool HandOverTo(BlockList* document) {
-        auto adopt = [&](Block& block, uint32_t) {
-            block.owner = document;
-            return true;
-        };
-        if (!RenumberBlocks(&list) || !ForEachBlock(list, adopt)) return false;
-        *document = list;
-        list = {};
+// Moves what was built into `document`.
+bool HandOver(BlockList* draft, BlockList* document) {
+    auto adopt = [&](Block& block, uint32_t) {
+        block.owner = document;
         return true;
-    }
-
-    BlockList list = {};
-};
+    };
+    if (!RenumberBlocks(draft) || !ForEachBlock(*draft, adopt)) return false;
+    *document = *draft;
+    *draft = {};
+    return true;
+}
 
 BuildOutcome Start(WindowHandle owner, const AnimationSettings& settings, const std::string& firstFile,
                    BlockList* document, AnimationPalette* palette) {
@@ -55,12 +45,12 @@ BuildOutcome AppendFrames(WindowHandle owner, const AnimationSettings& settings,
     return BuildOutcome::kDone;
 }
 
-BuildOutcome Finish(PaletteMatching matching, Draft* draft, BlockList* document) {
+BuildOutcome Finish(PaletteMatching matching, BlockList* draft, BlockList* document) {
     if (matching == PaletteMatching::kSuperPalette) {
-        BuildOutcome outcome = ShareOnePalette(&draft->list);
+        BuildOutcome outcome = ShareOnePalette(draft);
         if (outcome != BuildOutcome::kDone) return outcome;
     }
-    bool done = FitLogicalScreen(&draft->list) && draft->HandOverTo(document);
+    bool done = FitLogicalScreen(draft) && HandOver(draft, document);
     return done ? BuildOutcome::kDone : BuildOutcome::kListFailed;
 }
 
@@ -69,12 +59,12 @@ BuildOutcome Finish(PaletteMatching matching, Draft* draft, BlockList* document)
 BuildResult BuildAnimation(WindowHandle owner, const AnimationSettings& settings, const std::vector<std::string>& files,
                            BlockList* document, const BuildProgress& progress) {
     BuildResult result;
-    Draft draft;
+    OwnedBlockList draft;
     AnimationPalette palette;
     const std::string firstFile = files.empty() ? std::string() : files[0];
-    result.outcome = Start(owner, settings, firstFile, &draft.list, &palette);
+    result.outcome = Start(owner, settings, firstFile, &draft, &palette);
     if (result.outcome == BuildOutcome::kDone)
-        result.outcome = AppendFrames(owner, settings, files, palette, progress, &draft.list, &result);
+        result.outcome = AppendFrames(owner, settings, files, palette, progress, &draft, &result);
     if (result.outcome == BuildOutcome::kDone) result.outcome = Finish(settings.matching, &draft, document);
     return result;
 }

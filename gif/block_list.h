@@ -21,6 +21,14 @@ struct BlockList {
 // Releases every block and the list's own memory and zeroes the list. A zeroed list is allowed.
 void DestroyBlockList(BlockList* list);
 
+// A list that is destroyed at the end of its scope; zeroed at first.
+struct OwnedBlockList : BlockList {
+    OwnedBlockList() : BlockList{} {}
+    ~OwnedBlockList() { DestroyBlockList(this); }
+    OwnedBlockList(const OwnedBlockList&) = delete;
+    OwnedBlockList& operator=(const OwnedBlockList&) = delete;
+};
+
 // Copies the record `index` out; the copy only borrows the block's handles. False when there is no such record.
 bool GetBlock(const BlockList& list, Block* block, uint32_t index);
 

@@ -84,7 +84,7 @@ TEST_F(BuildAnimationTest, EveryMatchingGivesItsPaletteAndPixels) {
         for (bool forWeb : {false, true}) {
             SCOPED_TRACE(static_cast<int>(matching) * 10 + forWeb);
             settings_ = {forWeb, forWeb, matching, forWeb ? 4711 : kDelayOfNewBlocks};
-            OwnedList document;
+            OwnedBlockList document;
             ASSERT_EQ(Build(&document), BuildOutcome::kDone);
             EXPECT_EQ(told_, "1/5 2/5 3/5 4/5 5/5 ");
             EXPECT_EQ(KindsOf(document), forWeb ? "173232323232" : "13232323232");
@@ -146,7 +146,7 @@ TEST_F(BuildAnimationTest, SuperPaletteKeepsFewColours) {
         }
         files_.clear();
         for (int i = 0; i < 2; ++i) AddPicture(image.Get(), 4);
-        OwnedList document;
+        OwnedBlockList document;
         ASSERT_EQ(Build(&document), BuildOutcome::kDone);
         const Block header = BlockAt(document, 0), frame = BlockAt(document, 5);
         EXPECT_EQ(memcmp(header.palette, c.darkestFirst.data(), c.darkestFirst.size() * sizeof(RgbTriple)), 0);
@@ -166,7 +166,7 @@ TEST_F(BuildAnimationTest, OnlyPhotorealisticConversionsAreStoppedByAClick) {
             const bool stops = matching == PaletteMatching::kPhotorealistic;
             input = {};
             input.pressAtPoll = 40000;  // in the second frame
-            OwnedList document;
+            OwnedBlockList document;
             EXPECT_EQ(Build(&document), stops ? BuildOutcome::kStoppedByUser : BuildOutcome::kDone);
             EXPECT_EQ(document.count, stops ? 0u : 6u);
             EXPECT_EQ(input.polls, stops ? 40001 : 0);

@@ -36,7 +36,7 @@ protected:
         return letters;
     }
 
-    OwnedList list_;
+    OwnedBlockList list_;
 };
 
 }  // namespace

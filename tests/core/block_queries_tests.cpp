@@ -13,7 +13,7 @@ namespace {
 
 // One letter for each block of a document: H and I with a palette of its own, h and i without, c a control.
 // The size code of the block at index n is n, its palette full of n + 1.
-struct Document : OwnedList {
+struct Document : OwnedBlockList {
     explicit Document(const char* kinds) {
         for (uint8_t index = 0; kinds[index]; ++index) {
             const char kind = kinds[index];

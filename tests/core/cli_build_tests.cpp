@@ -42,7 +42,7 @@ protected:
 
     Random random_{8};
     TempFolder folder_;
-    OwnedList out_;
+    OwnedBlockList out_;
 };
 
 TEST_F(CliBuild, OptionsReachTheDocument) {

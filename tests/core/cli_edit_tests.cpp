@@ -94,7 +94,7 @@ TEST_F(CliEdit, SetChangesTheFieldsThatItNames) {
         {{"4", "text=" + longest}, {}, longest},
         {{"5", "iterations=513"}, {11, 'N', 'E', 'T', 'S', 'C', 'A', 'P', 'E', '2', '.', '0', 3, 1, 1, 2, 0}},
     };
-    OwnedList list;
+    OwnedBlockList list;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.words[0] + " " + c.words[1].substr(0, 20));
         Edit("set", c.words, &list);
@@ -160,7 +160,7 @@ TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
         {"insert", {"--kind=image", "--at=2", "--remap", Path("large.gif"), Path("tiny.gif")}, "123224676"},
         {"delete", {"1", "2", "3", "4", "5"}, "16"},
     };
-    OwnedList list;
+    OwnedBlockList list;
     for (const auto& c : cases) {
         Words words = c.words;
         words.insert(words.end(), {"--owner", "Zo\xC3\xAB", "--organisation=Kites"});
@@ -178,7 +178,7 @@ TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
 }
 
 TEST_F(CliEdit, InsertFitsColoursAsItIsTold) {
-    OwnedList document, large, list;
+    OwnedBlockList document, large, list;
     Load("in.gif", &document);
     Load("large.gif", &large);
     const Block header = BlockAt(document, 0);
@@ -198,7 +198,7 @@ TEST_F(CliEdit, RemapWritesTheImageInTheStandardPalette) {
     for (const char* file : {"large.gif", "tiny.gif"})
         for (int kind : {kPaletteBlackWhite, kPaletteSixteen, kPaletteWeb})
             for (const char* dither : {"--", "--dither"}) {
-                OwnedList list;
+                OwnedBlockList list;
                 Load(file, &list);
                 RgbTriples palette;
                 int depth;

@@ -31,7 +31,7 @@ protected:
         return MakeDefaultBlock(nullptr, &list_, block, kind, bitmap, path);
     }
 
-    OwnedList list_;
+    OwnedBlockList list_;
     TempFolder folder_;
     std::string path_ = folder_.Path("p\xC3\xA9.gif");
 };

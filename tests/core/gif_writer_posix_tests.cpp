@@ -6,7 +6,7 @@
 #include "tests/support/test_blocks.h"
 
 TEST(GifWriterPosix, FullDiskIsReportedAndTheDeviceStays) {
-    OwnedList list;
+    OwnedBlockList list;
     ASSERT_TRUE(NewDocument(&list));
     EXPECT_FALSE(WriteGifFile(list, "/dev/full"));
     EXPECT_TRUE(FileExists("/dev/full"));

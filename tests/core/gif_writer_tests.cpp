@@ -90,7 +90,7 @@ TEST_F(GifWriter, IdentityCommentStandsOnce) {
     once.pop_back();
     EXPECT_EQ(Saved(again), GifBytes().Add(once).Comment(text).Add({0x3B}));
 
-    OwnedList others;
+    OwnedBlockList others;
     for (const char* other : {"texT", "tex", "text "}) Append(&others, MakeText(kCommentBlock, other));
     Append(&others, MakeText(kPlainTextBlock, "text"));
     EXPECT_FALSE(HasIdenticalComment(others, "text"));
@@ -100,7 +100,7 @@ TEST_F(GifWriter, IdentityCommentStandsOnce) {
 
 TEST_F(GifWriter, DocumentWithoutHeaderLeavesTheTargetAlone) {
     WriteAll(path_, {1, 2, 3});
-    OwnedList empty, headless;
+    OwnedBlockList empty, headless;
     Append(&headless, MakeText(kCommentBlock, "x"));
     EXPECT_FALSE(WriteGifFile(empty, path_.c_str()));
     EXPECT_FALSE(WriteGifFile(headless, path_.c_str()));

@@ -19,7 +19,7 @@ TEST(LogicalScreen, ReachesAsFarAsTheImages) {
         {{{65535, 0, 2, 65535, 0}}, 65535, 65535},
     };
     for (const Case& c : cases) {
-        OwnedList list;
+        OwnedBlockList list;
         ASSERT_TRUE(NewDocument(&list));
         for (const ImageFields& image : c.images) {
             Block block = {};

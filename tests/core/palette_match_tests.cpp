@@ -56,7 +56,7 @@ protected:
     }
 
     Random random_{9};
-    OwnedList document_;
+    OwnedBlockList document_;
     OwnedBlock image_;
     Palette global_ = {}, own_ = {};
 };
@@ -103,6 +103,6 @@ TEST_F(PaletteMatch, FailuresKeepTheImage) {
     EXPECT_EQ(prompts.messages, std::vector<std::string>{LoadStr(IDS_OUT_OF_MEMORY)});
     EXPECT_EQ(image_.data, before);
     EXPECT_TRUE(HasPalette(own_));
-    OwnedList headless;
+    OwnedBlockList headless;
     EXPECT_FALSE(MatchImportedPalette(nullptr, &headless, &image_));
 }

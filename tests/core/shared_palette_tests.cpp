@@ -14,7 +14,7 @@ namespace {
 using Colours = std::vector<uint32_t>;  // 0xBBGGRR
 
 // A document of images among blocks that count for nothing.
-struct Document : OwnedList {
+struct Document : OwnedBlockList {
     Document() {
         for (uint16_t kind : {kHeaderBlock, kImageBlock}) AppendData(kind, nullptr);  // an image that was never read
         AppendData(kCommentBlock, AllocateMemory(100));

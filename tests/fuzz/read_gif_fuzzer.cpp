@@ -5,10 +5,9 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     File file;
     file.OpenMemory(data, size);
-    BlockList list;
+    OwnedBlockList list;
     if (!CreateBlockList(&list)) return 0;
     ReadGif(&list, file);
     CheckDocument(list);
-    DestroyBlockList(&list);
     return 0;
 }

@@ -72,7 +72,7 @@ const char* TargetPath() {
 void RoundTrip(const BlockList& before) {
     if (!IsComparable(before)) return;
     REQUIRE(WriteGifFile(before, TargetPath()));
-    BlockList after;
+    OwnedBlockList after;
     REQUIRE(CreateBlockList(&after));
     REQUIRE(ReadGifFile(&after, TargetPath()) == kReadDone);
     std::vector<Block> expected = Survivors(before), found = Survivors(after);
@@ -80,7 +80,6 @@ void RoundTrip(const BlockList& before) {
     bool isSigned = HasIdenticalComment(before, "FILE IDENTITY\r\nCreated or modified by\r\n\r\n");
     REQUIRE(found.size() == expected.size() + (isSigned ? 0 : 1));
     for (size_t i = 0; i < expected.size(); ++i) RequireSame(expected[i], found[i]);
-    DestroyBlockList(&after);
 }
 
 }  // namespace
@@ -88,9 +87,8 @@ void RoundTrip(const BlockList& before) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     File file;
     file.OpenMemory(data, size);
-    BlockList list;
+    OwnedBlockList list;
     if (!CreateBlockList(&list)) return 0;
     if (ReadGif(&list, file) == kReadDone) RoundTrip(list);
-    DestroyBlockList(&list);
     return 0;
 }

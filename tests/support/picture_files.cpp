@@ -8,7 +8,7 @@
 #include "tests/support/test_blocks.h"
 
 void WritePicture(const std::string& path, MemoryHandle image, int depth) {
-    OwnedList document;
+    OwnedBlockList document;
     ASSERT_TRUE(NewDocument(&document));
     Block header = BlockAt(document, 0);
     MemoryLock lock(image);

@@ -15,15 +15,8 @@ struct OwnedBlock : Block {
     OwnedBlock& operator=(const OwnedBlock&) = delete;
 };
 
-struct OwnedList : BlockList {
-    OwnedList() : BlockList{} {}
-    ~OwnedList() { DestroyBlockList(this); }
-    OwnedList(const OwnedList&) = delete;
-    OwnedList& operator=(const OwnedList&) = delete;
-};
-
 // What is read from the bytes of a GIF file.
-struct LoadedGif : OwnedList {
+struct LoadedGif : OwnedBlockList {
     explicit LoadedGif(const Bytes& bytes);
     ReadResult result;
     ReadReport report;
