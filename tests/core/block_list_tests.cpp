@@ -69,13 +69,7 @@ TEST_F(BlockListTest, WhereBlocksAreInserted) {
 
 TEST_F(BlockListTest, Deletion) {
     Fill("abc");
-    struct Case {
-        int selection;
-        bool deletes;
-        const char* letters;
-        int selected;
-        unsigned message;
-    } const cases[] = {
+    const std::tuple<int, bool, const char*, int, unsigned> cases[] = {
         {0, false, ".abc", 0, IDS_HEADER_FIXED},
         {-1, false, ".abc", -1, IDS_BLOCK_ACCESS},
         {4, false, ".abc", 4, IDS_BLOCK_ACCESS},
@@ -83,14 +77,14 @@ TEST_F(BlockListTest, Deletion) {
         {2, true, ".a", 1, 0},
         {1, true, ".", 0, 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& [from, deletes, letters, selected, message] : cases) {
         prompts = {};
-        int selection = c.selection;
-        EXPECT_EQ(DeleteBlock(nullptr, &list_, &selection), c.deletes);
-        EXPECT_EQ(Letters(), c.letters);
-        EXPECT_EQ(selection, c.selected);
+        int selection = from;
+        EXPECT_EQ(DeleteBlock(nullptr, &list_, &selection), deletes);
+        EXPECT_EQ(Letters(), letters);
+        EXPECT_EQ(selection, selected);
         std::vector<std::string> said;
-        if (c.message) said.emplace_back(LoadStr(c.message));
+        if (message) said.emplace_back(LoadStr(message));
         EXPECT_EQ(prompts.messages, said);
     }
 }
@@ -150,11 +144,7 @@ TEST(BlockName, Lengths) {
 }
 
 TEST(BlockTextLine, FirstReadableLine) {
-    struct Case {
-        std::string text;
-        int maximum;
-        std::string line;
-    } const cases[] = {
+    const std::tuple<std::string, int, std::string> cases[] = {
         {"\r\n\r\nHello\r\nWorld", 32, "Hello"},
         {std::string("\0 \x1F\x7F\0\n\x1F\xFE", 8), 32, "\x7F   \xFE"},
         {std::string(40, 'x'), 32, std::string(32, 'x')},
@@ -162,9 +152,9 @@ TEST(BlockTextLine, FirstReadableLine) {
         {"Hello", -1, ""},
         {" \r\n ", 32, ""},
     };
-    for (const Case& c : cases) {
-        OwnedBlock block(MakeText(kCommentBlock, c.text));
-        EXPECT_EQ(GetBlockTextLine(block, c.maximum), c.line) << c.text;
+    for (const auto& [text, maximum, line] : cases) {
+        OwnedBlock block(MakeText(kCommentBlock, text));
+        EXPECT_EQ(GetBlockTextLine(block, maximum), line) << text;
     }
     EXPECT_STREQ(GetBlockTextLine(Block{}, 32), "");
 }

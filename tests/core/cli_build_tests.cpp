@@ -76,11 +76,7 @@ TEST_F(CliBuild, OptionsReachTheDocument) {
 
 TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
     const std::string unread = "broken.gif: no readable GIF picture";
-    const struct {
-        Words options, files;
-        const char* kinds;
-        std::string complaint;
-    } cases[] = {
+    const std::tuple<Words, Words, const char*, std::string> cases[] = {
         {{}, {"a.gif", "broken.gif", "b.gif"}, "", unread + " (--skip-corrupted leaves such files out)"},
         {{}, {"a.gif", "missing.gif"}, "", "missing.gif: can't be opened: there is no such file (--skip-corrupted"},
         {{"--skip-corrupted"}, {"a.gif", "broken.gif", "b.gif"}, "1323326", "broken.gif: note: no readable"},
@@ -88,10 +84,10 @@ TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
         {{"--skip-corrupted", "--match", "first"}, {"broken.gif", "a.gif"}, "", unread + ", so there is no palette"},
         {{"--skip-corrupted", "--match", "photo"}, {"a.gif", "broken.gif", "b.gif"}, "1323326", "broken.gif: note: no"},
     };
-    for (const auto& c : cases) {
-        CliRun run = Build(c.options, c.files);
-        EXPECT_EQ(KindsOf(out_), c.kinds);
-        EXPECT_NE(run.err.find(c.complaint), std::string::npos) << run.err;
+    for (const auto& [options, files, kinds, complaint] : cases) {
+        CliRun run = Build(options, files);
+        EXPECT_EQ(KindsOf(out_), kinds);
+        EXPECT_NE(run.err.find(complaint), std::string::npos) << run.err;
         EXPECT_FALSE(answers.yesNo.has_value()) << "an answer outlived its command";
     }
 }

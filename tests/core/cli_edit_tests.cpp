@@ -148,11 +148,7 @@ TEST_F(CliEdit, WhatIsRefused) {
 }
 
 TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
-    const struct {
-        const char* command;
-        Words words;
-        const char* kinds;
-    } cases[] = {
+    const std::tuple<const char*, Words, const char*> cases[] = {
         {"delete", {"5", "1", "3", "3"}, "1366"},
         {"insert", {"--kind", "control", "--at", "0"}, "13234676"},
         {"insert", {"--kind", "comment", "--at", "4"}, "12346676"},
@@ -161,11 +157,11 @@ TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
         {"delete", {"1", "2", "3", "4", "5"}, "16"},
     };
     OwnedBlockList list;
-    for (const auto& c : cases) {
-        Words words = c.words;
+    for (const auto& [command, given, kinds] : cases) {
+        Words words = given;
         words.insert(words.end(), {"--owner", "Zo\xC3\xAB", "--organisation=Kites"});
-        Edit(c.command, words, &list);
-        EXPECT_EQ(KindsOf(list), c.kinds);
+        Edit(command, words, &list);
+        EXPECT_EQ(KindsOf(list), kinds);
         EXPECT_EQ(TextOf(BlockAt(list, list.count - 1)), "FILE IDENTITY\r\nCreated or modified by\r\nZo\xEB\r\nKites");
         if (list.count == 9) {
             EXPECT_EQ(GetImageFields(BlockAt(list, 3)).width, 40) << "the files in their order";

@@ -57,11 +57,7 @@ TEST_F(Cli, ListPrintsLinesOrJson) {
 }
 
 TEST_F(Cli, ListTellsHowLoadsEnd) {
-    struct Case {
-        std::string file;
-        int status;
-        const char *json, *lines, *error;
-    } const cases[] = {
+    const std::tuple<std::string, int, const char*, const char*, const char*> cases[] = {
         {cut_, 1, "{\"result\": 0, \"blocks\": [{\"position\": 0, ", "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
          "corrupt GIF data, or not enough memory"},
         {text_, 1, "{\"result\": 2, \"blocks\": []}\n", "", "not a GIF file"},
@@ -70,15 +66,15 @@ TEST_F(Cli, ListTellsHowLoadsEnd) {
         {open_, 0, "{\"result\": 1, \"blocks\": [{", "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
          "note: loading ended before the trailer; blocks behind that point are not in the document"},
     };
-    for (const Case& c : cases) {
-        CliRun lines = RunCli({"list", c.file}), json = RunCli({"list", c.file, "--json"});
-        EXPECT_EQ(lines.status, c.status);
-        EXPECT_EQ(json.status, c.status);
-        EXPECT_EQ(lines.out, c.lines);
-        EXPECT_EQ(json.out.substr(0, strlen(c.json)), c.json);
-        EXPECT_EQ(json.out.find("\"position\": 1") != std::string::npos, *c.lines != 0) << "blocks without numbers";
-        EXPECT_EQ(lines.err, "zephyr: " + c.file + ": " + c.error + "\n");
-        EXPECT_EQ(json.err, lines.err);
+    for (const auto& [file, status, json, lines, error] : cases) {
+        CliRun asLines = RunCli({"list", file}), asJson = RunCli({"list", file, "--json"});
+        EXPECT_EQ(asLines.status, status);
+        EXPECT_EQ(asJson.status, status);
+        EXPECT_EQ(asLines.out, lines);
+        EXPECT_EQ(asJson.out.substr(0, strlen(json)), json);
+        EXPECT_EQ(asJson.out.find("\"position\": 1") != std::string::npos, *lines != 0) << "blocks without numbers";
+        EXPECT_EQ(asLines.err, "zephyr: " + file + ": " + error + "\n");
+        EXPECT_EQ(asJson.err, asLines.err);
     }
 }
 

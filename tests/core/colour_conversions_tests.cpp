@@ -80,37 +80,36 @@ TEST(ColourConversions, EqualThePlainFormsAndKeepTheirSource) {
 
 TEST(ColourConversions, WorkedOutByHand) {
     const Palette ignored = {{{200, 0, 0}, {0, 0, 0}}}, dark = {{{0, 0, 0}, {120, 200, 200}}};
-    const Palette blackIs1 = {{{9, 9, 9}, {0, 0, 0}, {255, 255, 255}, {1, 1, 1}}};
+    const Palette whiteFirst = {{{255, 255, 255}, {248, 248, 248}, {0, 0, 0}, {1, 1, 1}}};
     const Palette blackAndWhite = {{{0, 0, 0}, {255, 255, 255}}};
     Palette light = {};  // black from entry 16 on
     for (uint8_t i = 0; i < 16; ++i) light[i] = {static_cast<uint8_t>(100 + i), 200, 200};
     light[21] = {50, 0, 0};
-    const struct {
-        const char* what;
-        Conversion conversion;
-        int bitCount;
-        Palette own;
-        std::vector<uint32_t> pixels;
-        Palette palette;
-        int depth;
-        std::vector<uint32_t> expected;
-    } cases[] = {
-        {"two colours are black and white", kRemap, 1, ignored, {0, 1, 1}, blackIs1, 2, {1, 2, 2}},
-        {"unused entries lose high bits", kRemap, 24, {}, {0, 0x33, 0x070707, 0xC8C86F}, light, 4, {0, 5, 0, 11}},
-        {"own colours never meet unused ones", kRemap, 8, dark, {0, 1}, light, 4, {0, 15}},
-        {"a luminance of 129 is white", kRemap, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},
-        // 100 -> 0, + 43 = 143 -> 1, - 49 = 51 -> 0, + 22 = 122 -> 0 (its cell is 120)
-        {"errors go right", kDither, 24, {}, {0x646464, 0x646464, 0x646464, 0x646464}, blackAndWhite, 2, {0, 1, 0, 0}},
-    };
-    for (const auto& c : cases) {
-        auto width = static_cast<int>(c.pixels.size());
-        OwnedMemory source(CreateImageBitmap(width, 1, c.own.data(), c.bitCount));
+    const std::tuple<const char*, Conversion, int, Palette, std::vector<uint32_t>, Palette, int, std::vector<uint32_t>>
+        cases[] = {
+            {"two colours are black and white", kRemap, 1, ignored, {0, 1, 1}, whiteFirst, 2, {2, 0, 0}},
+            {"unused entries lose high bits", kRemap, 24, {}, {0, 0x33, 0x070707, 0xC8C86F}, light, 4, {0, 5, 0, 11}},
+            {"own colours never meet unused ones", kRemap, 8, dark, {0, 1}, light, 4, {0, 15}},
+            {"a luminance of 129 is white", kRemap, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},
+            // 100 -> 0, + 43 = 143 -> 1, - 49 = 51 -> 0, + 22 = 122 -> 0 (its cell is 120)
+            {"errors go right",
+             kDither,
+             24,
+             {},
+             {0x646464, 0x646464, 0x646464, 0x646464},
+             blackAndWhite,
+             2,
+             {0, 1, 0, 0}},
+        };
+    for (const auto& [what, conversion, bitCount, own, pixels, palette, depth, expected] : cases) {
+        auto width = static_cast<int>(pixels.size());
+        OwnedMemory source(CreateImageBitmap(width, 1, own.data(), bitCount));
         MemoryLock from(source.Get());
-        for (int x = 0; x < width; ++x) SetImagePixel(from.As<BitmapHeader>(), x, 0, c.pixels[static_cast<size_t>(x)]);
-        OwnedMemory result(c.conversion.convert(source.Get(), c.palette.data(), c.depth, 0));
+        for (int x = 0; x < width; ++x) SetImagePixel(from.As<BitmapHeader>(), x, 0, pixels[static_cast<size_t>(x)]);
+        OwnedMemory result(conversion.convert(source.Get(), palette.data(), depth, 0));
         MemoryLock to(result.Get());
         for (int x = 0; x < width; ++x)
-            EXPECT_EQ(GetImagePixel(to.As<BitmapHeader>(), x, 0), c.expected[static_cast<size_t>(x)]) << c.what;
+            EXPECT_EQ(GetImagePixel(to.As<BitmapHeader>(), x, 0), expected[static_cast<size_t>(x)]) << what;
     }
 }
 
@@ -131,6 +130,7 @@ TEST(ColourConversions, AskOncePerCellAndRowAndStopAtAPress) {
         int depth;
         long pressAtPoll, polls;
     } cases[] = {
+        {kRemap, 1, 8, 0, 0},
         {kRemap, kMayBeAborted, 8, kNever, kCells + 3},
         {kRemap, kMayBeAborted, 8, kCells - 1, kCells},
         {kRemap, kMayBeAborted, 8, kCells + 2, kCells + 3},

@@ -43,23 +43,20 @@ bool IsZeroed(const Block& block) {
 }  // namespace
 
 TEST_F(DefaultBlocks, DescriptorsAndTexts) {
-    struct Case {
-        uint16_t kind;
-        std::string descriptor, text;
-    } const cases[] = {
+    const std::tuple<uint16_t, std::string, std::string> cases[] = {
         {kHeaderBlock, "GIF89a\x80\x02\xE0\x01\x87"s, "(none)"},
         {kControlBlock, "\x04\0\x01"s, "(none)"},
         {kPlainTextBlock, "\x0C\0\0\0\0\x50\0\x19\0\x08\x10\xFF"s, "This space for rent..."},
         {kCommentBlock, "\x16", "This space for rent..."},
         {kLoopBlock, "\x0BNETSCAPE2.0\x03\x01", "(none)"},
     };
-    for (const Case& c : cases) {
+    for (const auto& [kind, descriptor, text] : cases) {
         OwnedBlock block;
-        ASSERT_TRUE(Make(&block, c.kind));
-        EXPECT_EQ(block.kind, c.kind);
+        ASSERT_TRUE(Make(&block, kind));
+        EXPECT_EQ(block.kind, kind);
         EXPECT_EQ(block.owner, &list_);
-        EXPECT_EQ(TextOf(block), c.text);
-        EXPECT_EQ(DescriptorOf(block), c.descriptor);
+        EXPECT_EQ(TextOf(block), text);
+        EXPECT_EQ(DescriptorOf(block), descriptor);
     }
     Block header = BlockAt(list_, 0);
     for (auto [packed, brightest] : {std::pair{0x82, 7}, {0x80, 1}, {0x02, 0}}) {
@@ -72,7 +69,7 @@ TEST_F(DefaultBlocks, DescriptorsAndTexts) {
     DestroyBlockList(&list_);
     ASSERT_TRUE(NewDocument(&list_));
     ASSERT_EQ(KindsOf(list_), "1");
-    EXPECT_EQ(DescriptorOf(BlockAt(list_, 0)), cases[0].descriptor);
+    EXPECT_EQ(DescriptorOf(BlockAt(list_, 0)), std::get<1>(cases[0]));
     RgbTriples web;
     StandardPalette(web, nullptr, kPaletteWeb);
     EXPECT_EQ(memcmp(BlockAt(list_, 0).palette, web, kPaletteBytes), 0);

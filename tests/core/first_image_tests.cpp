@@ -15,12 +15,7 @@ GifBytes Start(int packed = 0x81) {
 }  // namespace
 
 TEST(FirstImage, WhereItIsFound) {
-    struct Case {
-        const char* what;
-        Bytes file;
-        const char* pixels;
-        int depth;
-    } const cases[] = {
+    const std::tuple<const char*, Bytes, const char*, int> cases[] = {
         {"first of two", Start().SmallImage(0x40).SmallImage(), "12 00", 2},
         {"own palette", Start().SmallImage(0x84), "12 30", 5},
         {"no palette", Start(0).SmallImage(), "(none)", 0},
@@ -32,14 +27,14 @@ TEST(FirstImage, WhereItIsFound) {
         {"no GIF", GifBytes().Repeat(0x2C, 300), "(none)", 0},
         {"corrupt", Start().ImageHead(1, 1, 0).Add({2, 1, 7, 0}), "(none)", 0},
     };
-    for (const Case& c : cases) {
+    for (const auto& [what, bytes, pixels, itsDepth] : cases) {
         File file;
-        file.OpenMemory(c.file.data(), c.file.size());
+        file.OpenMemory(bytes.data(), bytes.size());
         OwnedBlock image;
         int depth = 0;
         image.data = ReadFirstImage(file, &depth);
-        EXPECT_EQ(PixelsOf(image), c.pixels) << c.what;
-        EXPECT_EQ(depth, c.depth) << c.what;
+        EXPECT_EQ(PixelsOf(image), pixels) << what;
+        EXPECT_EQ(depth, itsDepth) << what;
     }
 }
 

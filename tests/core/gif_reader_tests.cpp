@@ -37,13 +37,7 @@ GifBytes WithNames(const Bytes& table) {
 
 TEST(GifReader, HowLoadsEnd) {
     using G = GifBytes;
-    struct Case {
-        const char* what;
-        Bytes file;
-        ReadResult result;
-        const char* kinds;
-        bool reachedTrailer;
-    } const cases[] = {
+    const std::tuple<const char*, Bytes, ReadResult, const char*, bool> cases[] = {
         {"signature cut", G().Text("GIF89a").Repeat(0, 6), kReadNotGif, "", false},
         {"other signature", G().Text("PNG89a").Repeat(0, 200), kReadNotGif, "", false},
         {"any version", G().Header("GIFxyz", 1, 1, 0).Add({0x3B}), kReadDone, "1", true},
@@ -66,12 +60,12 @@ TEST(GifReader, HowLoadsEnd) {
         {"the same of size 13", Start().Extension(0xFF, "\x0DXMP DataXMP", "data").SmallImage(), kReadDone, "152",
          false},
     };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        LoadedGif loaded(c.file);
-        EXPECT_EQ(loaded.result, c.result);
-        EXPECT_EQ(KindsOf(loaded), c.kinds);
-        EXPECT_EQ(loaded.report.reachedTrailer, c.reachedTrailer);
+    for (const auto& [what, file, result, kinds, reachedTrailer] : cases) {
+        SCOPED_TRACE(what);
+        LoadedGif loaded(file);
+        EXPECT_EQ(loaded.result, result);
+        EXPECT_EQ(KindsOf(loaded), kinds);
+        EXPECT_EQ(loaded.report.reachedTrailer, reachedTrailer);
         EXPECT_FALSE(loaded.report.couldNotOpen);
     }
 }
@@ -141,12 +135,7 @@ TEST(GifReader, EmptyCommentTakesASecondTerminator) {
 }
 
 TEST(GifReader, BlockNames) {
-    struct Case {
-        const char* what;
-        int count;
-        GifBytes entries;
-        std::string image, comment;
-    } const cases[] = {
+    const std::tuple<const char*, int, GifBytes, std::string, std::string> cases[] = {
         {"two names", 2, NameEntry(2, 6, 2, "c\0"s).Add(NameEntry(5, 2, 1, "logo\0"s)), "logo", "c"},
         {"first entry for a block counts", 2, NameEntry(2, 2, 1, "a\0"s).Add(NameEntry(2, 2, 1, "b\0"s)), "a", ""},
         {"no name for another kind", 1, NameEntry(2, 3, 1, "a\0"s), "", ""},
@@ -156,12 +145,12 @@ TEST(GifReader, BlockNames) {
         {"head cut", 1, GifBytes().Word(0).Word(2), "", ""},
     };
     GifBytes second = NamesBlock(GifBytes().Word(1).Add(NameEntry(1, 2, 1, "z")));  // never counts
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.what);
-        LoadedGif loaded(WithNames(GifBytes().Word(c.count).Add(c.entries)).Add(second));
+    for (const auto& [what, count, entries, image, comment] : cases) {
+        SCOPED_TRACE(what);
+        LoadedGif loaded(WithNames(GifBytes().Word(count).Add(entries)).Add(second));
         EXPECT_EQ(KindsOf(loaded), "12688");
-        EXPECT_EQ(NameOf(BlockAt(loaded, 1)), c.image);
-        EXPECT_EQ(NameOf(BlockAt(loaded, 2)), c.comment);
+        EXPECT_EQ(NameOf(BlockAt(loaded, 1)), image);
+        EXPECT_EQ(NameOf(BlockAt(loaded, 2)), comment);
     }
     EXPECT_EQ(LoadedGif(WithNames({1})).result, kReadDone) << "half a count";
 }

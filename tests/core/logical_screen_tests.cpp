@@ -7,10 +7,7 @@
 #include "tests/support/test_blocks.h"
 
 TEST(LogicalScreen, ReachesAsFarAsTheImages) {
-    struct Case {
-        std::vector<ImageFields> images;
-        int width, height;
-    } const cases[] = {
+    const std::tuple<std::vector<ImageFields>, int, int> cases[] = {
         {{}, 640, 480},
         {{{0, 0, 10, 20, 0}}, 10, 20},
         {{{5, 7, 1000, 900, 0}, {1030, 0, 1, 1, 0}}, 1031, 907},
@@ -18,10 +15,10 @@ TEST(LogicalScreen, ReachesAsFarAsTheImages) {
         {{{0, 0, 20, 0, 0}}, 20, 480},
         {{{65535, 0, 2, 65535, 0}}, 65535, 65535},
     };
-    for (const Case& c : cases) {
+    for (const auto& [images, width, height] : cases) {
         OwnedBlockList list;
         ASSERT_TRUE(NewDocument(&list));
-        for (const ImageFields& image : c.images) {
+        for (const ImageFields& image : images) {
             Block block = {};
             block.kind = kImageBlock;
             PutImageFields(&block, image);
@@ -30,8 +27,8 @@ TEST(LogicalScreen, ReachesAsFarAsTheImages) {
         Append(&list, MakeText(kPlainTextBlock, "its position does not count"));
         EXPECT_TRUE(FitLogicalScreen(&list));
         HeaderFields after = GetHeaderFields(BlockAt(list, 0));
-        EXPECT_EQ(after.screenWidth, c.width);
-        EXPECT_EQ(after.screenHeight, c.height);
+        EXPECT_EQ(after.screenWidth, width);
+        EXPECT_EQ(after.screenHeight, height);
         EXPECT_EQ(after.packed, 0x87);
     }
     BlockList empty = {};

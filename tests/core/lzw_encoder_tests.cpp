@@ -49,18 +49,15 @@ TEST(LzwEncoder, WritesWhatTheLiteralEncoderWrites) {
 }
 
 TEST(LzwEncoder, SmallestImages) {
-    struct Case {
-        int width, height, depth;
-        Bytes data;
-    } const cases[] = {
+    const std::tuple<int, int, int, Bytes> cases[] = {
         {1, 1, 1, {2, 2, 0x44, 0x01, 0}},              // clear 4, pixel 0, end 5, of three bits each
         {1, 1, 8, {8, 4, 0x00, 0x01, 0x04, 0x04, 0}},  // clear 256, pixel 0, end 257, of nine bits each
         {0, 5, 1, {2, 1, 0x2C, 0}},                    // clear, end
         {5, 0, 3, {3, 1, 0x98, 0}},
     };
-    for (const Case& c : cases) {
-        OwnedBlock image(MakeImage(c.width, c.height, c.depth));
-        EXPECT_EQ(Encoded(image), c.data) << c.width << "x" << c.height << " depth " << c.depth;
+    for (const auto& [width, height, depth, data] : cases) {
+        OwnedBlock image(MakeImage(width, height, depth));
+        EXPECT_EQ(Encoded(image), data) << width << "x" << height << " depth " << depth;
     }
 }
 

@@ -8,26 +8,23 @@
 #include "tests/support/gif_bytes.h"
 
 TEST(StandardPalette, SizesAndColours) {
-    const struct {
-        int kind, count, depth, index;
-        RgbTriple colour;
-    } cases[] = {
-        {0, 2, 1, 1, {255, 255, 255}},   {2, 16, 4, 3, {128, 128, 0}},    {2, 16, 4, 8, {192, 192, 192}},
-        {3, 32, 5, 17, {170, 0, 255}},   {4, 64, 6, 27, {85, 170, 255}},  {5, 128, 7, 54, {85, 180, 170}},
-        {6, 216, 8, 51, {102, 51, 153}}, {8, 256, 8, 112, {1, 1, 1}},     {8, 256, 8, 143, {254, 254, 254}},
-        {9, 256, 8, 77, {77, 77, 77}},   {1, 256, 8, 45, {36, 108, 85}},  {7, 256, 8, 254, {255, 255, 170}},
-        {10, 256, 8, 45, {36, 108, 85}}, {-5, 256, 8, 45, {36, 108, 85}},
+    const std::tuple<int, int, int, int, RgbTriple> cases[] = {
+        {0, 2, 1, 1, {255, 255, 255}},   {2, 16, 4, 3, {128, 128, 0}},     {2, 16, 4, 8, {192, 192, 192}},
+        {3, 32, 5, 17, {170, 0, 255}},   {4, 64, 6, 27, {85, 170, 255}},   {5, 128, 7, 54, {85, 180, 170}},
+        {6, 216, 8, 51, {102, 51, 153}}, {8, 256, 8, 112, {1, 1, 1}},      {8, 256, 8, 143, {254, 254, 254}},
+        {9, 256, 8, 77, {77, 77, 77}},   {1, 256, 8, 45, {36, 108, 85}},   {7, 256, 8, 254, {255, 255, 170}},
+        {10, 256, 8, 45, {36, 108, 85}}, {-5, 256, 8, 144, {144, 144, 0}},
     };
-    for (const auto& c : cases) {
-        SCOPED_TRACE("kind " + std::to_string(c.kind) + ", colour " + std::to_string(c.index));
+    for (const auto& [kind, count, itsDepth, index, colour] : cases) {
+        SCOPED_TRACE("kind " + std::to_string(kind) + ", colour " + std::to_string(index));
         RgbTriples palette;
         memset(palette, 0xEE, sizeof palette);
         int depth = 0;
-        EXPECT_EQ(StandardPalette(palette, nullptr, c.kind), c.count);
-        EXPECT_EQ(palette[c.index], c.colour);
-        for (int i = c.count; i < kPaletteEntries; ++i) EXPECT_EQ(palette[i], RgbTriple{});
-        EXPECT_EQ(StandardPalette(nullptr, &depth, c.kind), c.count);
-        EXPECT_EQ(depth, c.depth);
+        EXPECT_EQ(StandardPalette(palette, nullptr, kind), count);
+        EXPECT_EQ(palette[index], colour);
+        for (int i = count; i < kPaletteEntries; ++i) EXPECT_EQ(palette[i], RgbTriple{});
+        EXPECT_EQ(StandardPalette(nullptr, &depth, kind), count);
+        EXPECT_EQ(depth, itsDepth);
     }
 }
 

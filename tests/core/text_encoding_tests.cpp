@@ -3,18 +3,16 @@
 #include <gtest/gtest.h>
 
 TEST(TextEncoding, Windows1252BothWays) {
-    struct Case {
-        const char *narrow, *utf8;
-    } const cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"", ""},
         {"plain ~", "plain ~"},
         {"\xE9\xFF\xA0", "\xC3\xA9\xC3\xBF\xC2\xA0"},
         {"\x80\x85\x99\x9F", "\xE2\x82\xAC\xE2\x80\xA6\xE2\x84\xA2\xC5\xB8"},
         {"\x81\x8D\x8F\x90\x9D", "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D"},
     };
-    for (const Case& c : cases) {
-        EXPECT_EQ(Utf8FromWindows1252(c.narrow), c.utf8);
-        EXPECT_EQ(Windows1252FromUtf8(c.utf8), c.narrow);
+    for (const auto& [narrow, utf8] : cases) {
+        EXPECT_EQ(Utf8FromWindows1252(narrow), utf8);
+        EXPECT_EQ(Windows1252FromUtf8(utf8), narrow);
     }
     std::string all;
     for (int byte = 0; byte < 256; ++byte) all += static_cast<char>(byte);
@@ -22,9 +20,7 @@ TEST(TextEncoding, Windows1252BothWays) {
 }
 
 TEST(TextEncoding, WhatHasNoPlaceBecomesAQuestionMark) {
-    struct Case {
-        const char *utf8, *narrow;
-    } const cases[] = {
+    const std::tuple<const char*, const char*> cases[] = {
         {"a\xD0\x96z", "a?z"},         // a letter of another alphabet
         {"\xF0\x9F\x98\x80!", "?!"},   // beyond 16 bits
         {"\xE9t\xE9", "?t?"},          // Windows-1252 where UTF-8 should be
@@ -36,5 +32,5 @@ TEST(TextEncoding, WhatHasNoPlaceBecomesAQuestionMark) {
         {"\x80z", "?z"},                    // no lead byte
         {"\xC2\x80", "?"},                  // the control character, whose byte stands for another character
     };
-    for (const Case& c : cases) EXPECT_EQ(Windows1252FromUtf8(c.utf8), c.narrow) << c.utf8;
+    for (const auto& [utf8, narrow] : cases) EXPECT_EQ(Windows1252FromUtf8(utf8), narrow) << utf8;
 }

@@ -23,11 +23,7 @@ std::string PiecesOf(const std::string& text, uint16_t gridWidth, uint16_t gridH
 }  // namespace
 
 TEST(TextPieces, EndAtTheGridAndAtControlBytes) {
-    struct {
-        const char* text;
-        uint16_t width, height;
-        const char* pieces;
-    } const kCases[] = {
+    const std::tuple<const char*, uint16_t, uint16_t, const char*> kCases[] = {
         {"", 10, 5, ""},
         {"hello world", 5, 1, "0:hello|0: worl|0:d"},  // over its own beginning
         {"one\r\ntwo", 10, 5, "0:one|1:two"},
@@ -40,6 +36,5 @@ TEST(TextPieces, EndAtTheGridAndAtControlBytes) {
         {"abc", 2, 0, "0:ab"},                     // a grid without lines still gets one piece
         {"abc", 0, 5, ""},                         // a grid without columns leads nowhere
     };
-    for (const auto& given : kCases)
-        EXPECT_EQ(PiecesOf(given.text, given.width, given.height), given.pieces) << given.text;
+    for (const auto& [text, width, height, pieces] : kCases) EXPECT_EQ(PiecesOf(text, width, height), pieces) << text;
 }
