@@ -36,10 +36,6 @@ protected:
     std::string path_ = folder_.Path("p\xC3\xA9.gif");
 };
 
-bool IsZeroed(const Block& block) {
-    return DescriptorOf(block).empty() && !block.kind && !block.data && !block.name && !block.aux && !block.dataLength;
-}
-
 }  // namespace
 
 TEST_F(DefaultBlocks, DescriptorsAndTexts) {
@@ -75,13 +71,18 @@ TEST_F(DefaultBlocks, DescriptorsAndTexts) {
     EXPECT_EQ(memcmp(BlockAt(list_, 0).palette, web, kPaletteBytes), 0);
 }
 
-TEST_F(DefaultBlocks, KindsThatCannotBeMade) {
-    for (uint16_t kind : std::initializer_list<uint16_t>{0, 5, 8, 9, 10, 65535}) {
+TEST_F(DefaultBlocks, WhatCannotBeMadeIsZeroed) {
+    const std::string missing = folder_.Path("none.gif");
+    const std::pair<uint16_t, const char*> cases[] = {
+        {0, "x"}, {5, "x"}, {8, "x"}, {10, "x"}, {65535, "x"}, {kImageBlock, missing.c_str()}, {kImageBlock, nullptr}};
+    for (const auto& [kind, path] : cases) {
         Block block;
         memset(&block, 0xAA, sizeof block);
         // The bitmap that came along goes too, or the leak checker tells.
-        EXPECT_FALSE(Make(&block, kind, "x", CreateImageBitmap(2, 2, nullptr, 8)));
-        EXPECT_TRUE(IsZeroed(block)) << kind;
+        EXPECT_FALSE(Make(&block, kind, path, kind == kImageBlock ? nullptr : CreateImageBitmap(2, 2, nullptr, 8)));
+        const Block zeroed = {};
+        EXPECT_EQ(memcmp(block.descriptor, zeroed.descriptor, kDescriptorBytes), 0) << kind;
+        EXPECT_TRUE(!block.kind && !block.data && !block.name && !block.aux && !block.dataLength) << kind;
     }
 }
 
@@ -93,11 +94,6 @@ TEST_F(DefaultBlocks, ImageOfAFile) {
     EXPECT_EQ(GetImageFields(image).packed & ~kSizeCode, 0) << "no palette of its own in the file to be";
     EXPECT_EQ(NameOf(image), "p\xE9.gif");
     EXPECT_EQ(image.palette[2], (RgbTriple{2, 4, 6}));
-
-    Block none;
-    EXPECT_FALSE(Make(&none, kImageBlock, folder_.Path("none.gif").c_str()));
-    EXPECT_TRUE(IsZeroed(none));
-    EXPECT_FALSE(Make(&none, kImageBlock)) << "the question for a file was cancelled";
 }
 
 TEST_F(DefaultBlocks, ImageOfABitmap) {

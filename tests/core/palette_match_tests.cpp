@@ -39,22 +39,6 @@ protected:
     bool Match() { return MatchImportedPalette(nullptr, &document_, &image_); }
     bool HasPalette(const Palette& palette) const { return memcmp(image_.palette, palette.data(), kPaletteBytes) == 0; }
 
-    void CheckChoice(int bitCount, int depth, int choice) {
-        const bool dithered = choice == kPaletteDither && bitCount > 1;
-        const bool converts = choice == kPaletteRemap || choice == kPaletteDither;
-        OwnedMemory converted((dithered ? DitherImage : RemapImage)(image_.data, global_.data(), depth, 0));
-        const MemoryHandle before = image_.data;
-        EXPECT_EQ(Match(), choice != kPaletteCancel);
-        EXPECT_TRUE(converts ? SameBitmap(image_.data, converted.Get()) : image_.data == before);
-        EXPECT_TRUE(HasPalette(converts ? global_ : own_));
-        EXPECT_TRUE(prompts.paletteChoices.empty() && prompts.messages.empty());
-        if (choice == kPaletteCancel) return;
-        if (converts) GetImageInfo(converted.Get(), nullptr, nullptr, &bitCount, nullptr);
-        const ImageFields fields = GetImageFields(image_);
-        EXPECT_TRUE(fields.width == 13 && fields.height == 6 && fields.left == 1);
-        EXPECT_EQ(fields.packed, kImageInterlaced | ((bitCount - 1) & kSizeCode));
-    }
-
     Random random_{9};
     OwnedBlockList document_;
     OwnedBlock image_;
@@ -75,7 +59,20 @@ TEST_F(PaletteMatch, EveryChoiceOnEveryBitCountAskedAndRemembered) {
                     TakeImage(bitCount);
                     if (asked) prompts.paletteChoices = {choice};
                     paletteChoiceForInsert = asked ? kAskForPalette : choice;
-                    CheckChoice(bitCount, depth, choice);
+                    const bool converts = choice == kPaletteRemap || choice == kPaletteDither;
+                    auto convert = choice == kPaletteDither && bitCount > 1 ? DitherImage : RemapImage;
+                    OwnedMemory converted(convert(image_.data, global_.data(), depth, 0));
+                    const MemoryHandle before = image_.data;
+                    EXPECT_EQ(Match(), choice != kPaletteCancel);
+                    EXPECT_TRUE(converts ? SameBitmap(image_.data, converted.Get()) : image_.data == before);
+                    EXPECT_TRUE(HasPalette(converts ? global_ : own_));
+                    EXPECT_TRUE(prompts.paletteChoices.empty() && prompts.messages.empty());
+                    if (choice == kPaletteCancel) continue;
+                    int bits = bitCount;
+                    if (converts) GetImageInfo(converted.Get(), nullptr, nullptr, &bits, nullptr);
+                    const ImageFields fields = GetImageFields(image_);
+                    EXPECT_TRUE(fields.width == 13 && fields.height == 6 && fields.left == 1);
+                    EXPECT_EQ(fields.packed, kImageInterlaced | ((bits - 1) & kSizeCode));
                 }
     }
 }

@@ -105,6 +105,15 @@ MemoryHandle MakeFrom(MemoryHandle source, const RgbTriple* palette, int depth, 
     return result;
 }
 
+// The same from `pixel(from, x, y)`.
+template <typename Pixel>
+MemoryHandle MakePixels(MemoryHandle source, const RgbTriple* palette, int depth, Pixel pixel) {
+    return MakeFrom(source, palette, depth, [&](ConstLockedBitmap from, LockedBitmap to) {
+        for (int y = 0; y < from->height; ++y)
+            for (int x = 0; x < from->width; ++x) SetImagePixel(to, x, y, pixel(from, x, y));
+    });
+}
+
 }  // namespace
 
 int LiteralNearest(int red, int green, int blue, const RgbTriple* palette, int count) {
@@ -127,10 +136,8 @@ std::vector<uint8_t> LiteralInverseTable(const RgbTriple* palette) {
 }
 
 MemoryHandle LiteralRemap(MemoryHandle source, const RgbTriple* palette, int depth, const Table& table) {
-    return MakeFrom(source, palette, depth, [&](ConstLockedBitmap from, LockedBitmap to) {
-        for (int y = 0; y < from->height; ++y)
-            for (int x = 0; x < from->width; ++x)
-                SetImagePixel(to, x, y, static_cast<uint32_t>(RemapPixel(from, x, y, palette, depth, table)));
+    return MakePixels(source, palette, depth, [&](ConstLockedBitmap from, int x, int y) {
+        return static_cast<uint32_t>(RemapPixel(from, x, y, palette, depth, table));
     });
 }
 
@@ -143,19 +150,15 @@ MemoryHandle LiteralDither(MemoryHandle source, const RgbTriple* palette, int de
 }
 
 MemoryHandle LiteralExpand(MemoryHandle source) {
-    return MakeFrom(source, nullptr, 24, [](ConstLockedBitmap from, LockedBitmap to) {
-        for (int y = 0; y < from->height; ++y)
-            for (int x = 0; x < from->width; ++x) {
-                Colour c = ColourAt(from, x, y);
-                SetImagePixel(to, x, y, static_cast<uint32_t>(c[0] | c[1] << 8 | c[2] << 16));
-            }
+    return MakePixels(source, nullptr, 24, [](ConstLockedBitmap from, int x, int y) {
+        Colour c = ColourAt(from, x, y);
+        return static_cast<uint32_t>(c[0] | c[1] << 8 | c[2] << 16);
     });
 }
 
 MemoryHandle LiteralMask(MemoryHandle source, uint32_t transparent) {
     const RgbTriple blackAndWhite[] = {{0, 0, 0}, {255, 255, 255}};
-    return MakeFrom(source, blackAndWhite, 1, [=](ConstLockedBitmap from, LockedBitmap to) {
-        for (int y = 0; y < from->height; ++y)
-            for (int x = 0; x < from->width; ++x) SetImagePixel(to, x, y, GetImagePixel(from, x, y) != transparent);
+    return MakePixels(source, blackAndWhite, 1, [=](ConstLockedBitmap from, int x, int y) {
+        return uint32_t{GetImagePixel(from, x, y) != transparent};
     });
 }
