@@ -19,37 +19,22 @@ Palette PaletteNumber(int64_t number) {
     return TestPalettes(random)[static_cast<size_t>(number)];
 }
 
-// An image of 24 bits with the colours that `colourAt(x, y)` gives.
-template <typename ColourAt>
-MemoryHandle MakeImage(int width, int height, ColourAt colourAt) {
+// Of 24 bits: smooth shades of tens of thousands of colours, as in a photo, or noise of a palette's 256 colours.
+MemoryHandle MakeImage(int width, int height, bool drawn) {
+    const Palette palette = PaletteNumber(kRandomPalette);
+    Random random(2);
     MemoryHandle image = CreateImageBitmap(width, height, nullptr, 24);
     MemoryLock lock(image);
-    for (int y = 0; y < height; ++y) {
-        uint8_t* row = ImageRow(lock.As<BitmapHeader>(), y);
-        for (int x = 0; x < width; ++x, row += 3) {
-            RgbTriple colour = colourAt(x, y);
-            row[0] = colour.blue;
-            row[1] = colour.green;
-            row[2] = colour.red;
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            auto noise = static_cast<uint32_t>(random());
+            RgbTriple colour = palette[noise % kPaletteEntries];
+            uint32_t drawing = colour.red | uint32_t{colour.green} << 8 | uint32_t{colour.blue} << 16;
+            auto shade =
+                static_cast<uint32_t>(x * 200 / width << 16 | y * 200 / height << 8 | (x + y) * 100 / (width + height));
+            SetImagePixel(lock.As<BitmapHeader>(), x, y, drawn ? drawing : shade + (noise & 0x0F0F0F));
         }
-    }
     return image;
-}
-
-// Smooth shades with some noise: tens of thousands of colours, as in a photo.
-MemoryHandle Photo(int width, int height) {
-    Random random(2);
-    auto noisy = [&](int shade) { return static_cast<uint8_t>(shade + static_cast<int>(random() % 16)); };
-    return MakeImage(width, height, [&](int x, int y) {
-        uint8_t blue = noisy(x * 200 / width), green = noisy(y * 200 / height);
-        return RgbTriple{noisy((x + y) * 100 / (width + height)), green, blue};
-    });
-}
-
-// Noise of the colours of the palette itself.
-MemoryHandle Drawing(int width, int height, const Palette& palette) {
-    Random random(3);
-    return MakeImage(width, height, [&](int, int) { return palette[random() % kPaletteEntries]; });
 }
 
 void CountPixels(benchmark::State& state, double pixels) {
@@ -71,8 +56,8 @@ void RunInverseTable(benchmark::State& state, bool plain) {
 
 // The fast form, or the plain one where there is one, on an image of its own; the argument is the result's depth.
 template <typename Fast, typename Plain>
-void RunConversion(benchmark::State& state, MemoryHandle made, bool plain, Fast convert, Plain convertPlainly) {
-    OwnedMemory image(made);
+void RunConversion(benchmark::State& state, bool drawn, bool plain, Fast convert, Plain convertPlainly) {
+    OwnedMemory image(MakeImage(kWidth, kHeight, drawn));
     Palette palette = PaletteNumber(kRandomPalette);
     auto depth = static_cast<int>(state.range(0));
     for (auto _ : state)
@@ -83,12 +68,11 @@ void RunConversion(benchmark::State& state, MemoryHandle made, bool plain, Fast 
 }
 
 void RunRemap(benchmark::State& state, bool drawn, bool plain) {
-    MemoryHandle image = drawn ? Drawing(kWidth, kHeight, PaletteNumber(kRandomPalette)) : Photo(kWidth, kHeight);
-    RunConversion(state, image, plain, RemapImage, LiteralRemap);
+    RunConversion(state, drawn, plain, RemapImage, LiteralRemap);
 }
 
 void RunDither(benchmark::State& state, bool plain) {
-    RunConversion(state, Photo(kWidth, kHeight), plain, DitherImage, LiteralDither);
+    RunConversion(state, false, plain, DitherImage, LiteralDither);
 }
 
 // A document of `frames` images of 640 x 480. Drawings hold exactly 256 colours, so that the list of exact colours is
@@ -97,28 +81,25 @@ void RunSharedPalette(benchmark::State& state, bool drawn, bool plain) {
     constexpr int kFrameWidth = 640, kFrameHeight = 480;
     auto frames = state.range(0);
     state.SetLabel("frames");
-    Palette palette = PaletteNumber(kRandomPalette);
     OwnedBlockList list;
     std::vector<MemoryHandle> images;
-    bool made = CreateBlockList(&list);
-    for (int64_t i = 0; made && i < frames; ++i) {
+    if (!CreateBlockList(&list)) return state.SkipWithError("out of memory");
+    for (int64_t i = 0; i < frames; ++i) {
         Block block = {};
         block.kind = kImageBlock;
-        block.data = drawn ? Drawing(kFrameWidth, kFrameHeight, palette) : Photo(kFrameWidth, kFrameHeight);
+        block.data = MakeImage(kFrameWidth, kFrameHeight, drawn);
         images.push_back(block.data);
-        made = AppendBlock(&list, &block);
+        if (!AppendBlock(&list, &block)) return state.SkipWithError("out of memory");
     }
-    if (!made) state.SkipWithError("out of memory");
     for (auto _ : state) {
         int wanted = kPaletteEntries;
         Palette built;
-        if (plain)
-            benchmark::DoNotOptimize(LiteralSharedPalette(wanted, built.data(), images));
-        else
-            benchmark::DoNotOptimize(BuildSharedPalette(&wanted, built.data(), list));
+        benchmark::DoNotOptimize(plain ? LiteralSharedPalette(wanted, built.data(), images)
+                                       : BuildSharedPalette(&wanted, built.data(), list));
     }
     CountPixels(state, static_cast<double>(frames) * kFrameWidth * kFrameHeight);
 }
+
 void Tables(benchmark::internal::Benchmark* benchmark) {
     for (int palette : {6, 9, 14, 17, 18}) benchmark->Arg(palette);
     benchmark->Unit(benchmark::kMicrosecond);

@@ -136,6 +136,7 @@ TEST_F(BuildAnimationTest, SuperPaletteKeepsFewColours) {
         EXPECT_EQ(GetHeaderFields(header).packed & kSizeCode, depth - 1);
         EXPECT_EQ(PixelsOf(frame), pixels);
         EXPECT_EQ(frame.palette[0], black) << "colours of its own";
+        EXPECT_EQ(paletteChoiceForInsert, kPaletteKeep);
     }
 }
 

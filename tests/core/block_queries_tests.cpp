@@ -54,7 +54,11 @@ TEST(BlockQueries, TellWhoUsesTheGlobalPalette) {
 
 TEST(BlockQueries, CopyTheGlobalPaletteToImagesWithoutOne) {
     Document document("HIici");
-    const Block header = BlockAt(document, 0);
+    Block header = BlockAt(document, 0);
+    memset(header.palette, 0, 2 * sizeof(RgbTriple));
+    EXPECT_FALSE(HasColours(header)) << "only its two colours count";
+    memset(header.palette, 1, kPaletteBytes);
+    EXPECT_TRUE(HasColours(header));
     faults.locksUntilFailure = 0;
     EXPECT_FALSE(CopyGlobalPaletteToImages(&document, header.palette));
     faults = {};

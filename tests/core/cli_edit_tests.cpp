@@ -123,6 +123,7 @@ TEST_F(CliEdit, WhatIsRefused) {
         {"set", {"0", "colour:256=#000000"}, "colour:256 wants a whole number of 0 to 255 behind its colon\n"},
         {"set", {"0", "colour=#000000"}, "HEADER blocks have no field colour, but width, height, background, sorted, "},
         {"set", {"0", "colour:1=#-12345"}, "a colour like #ff8000\n"},
+        {"set", {"0", "colour:1=#12345"}, "a colour like #ff8000\n"},
         {"set", {"0", "colour:1=1234567"}, "a colour like #ff8000\n"},
         {"set", {"1", "delay=1"}, "block 1: IMAGE blocks have no field delay, but left, top, interlaced\n"},
         {"set", {"2", "delay=1 "}, "block 2: delay wants a whole number of 0 to 65535\n"},

@@ -46,9 +46,9 @@ bool IsComparable(const BlockList& list) {
 // The blocks of a document that survive saving.
 std::vector<Block> Survivors(const BlockList& list) {
     std::vector<Block> kept;
-    ForEachBlock(list, [&](const Block& block, uint32_t) {
+    ForEachBlock(list, [&](const Block& block, uint32_t index) {
         bool isLost = block.kind == kBlockNamesBlock || (block.kind == kApplicationBlock && !block.data);
-        if (!isLost && block.kind != kHeaderBlock) kept.push_back(block);
+        if (!isLost && index > 0) kept.push_back(block);
         return true;
     });
     return kept;

@@ -20,17 +20,9 @@ namespace {
 // Larger pictures are not worth the memory: only damaged files claim them, and their rows do not come.
 constexpr uint64_t kMostPixels = 100u << 20;
 
-void PrintHex(const uint8_t* bytes, size_t count) {
-    for (size_t i = 0; i < count; ++i) printf("%02x", bytes[i]);
-}
-
 void PrintPalette(const ColorMapObject* palette) {
-    if (!palette) {
-        printf(" -\n");
-        return;
-    }
-    printf(" ");
-    for (int i = 0; i < palette->ColorCount; ++i) {
+    printf(palette ? " " : " -");
+    for (int i = 0; palette && i < palette->ColorCount; ++i) {
         const GifColorType& colour = palette->Colors[i];
         printf("%02x%02x%02x", colour.Red, colour.Green, colour.Blue);
     }
@@ -79,7 +71,7 @@ bool DumpExtension(GifFileType* gif) {
     printf("extension %d %s", label, data ? "" : "-");
     bool isWell = true;
     while (isWell && data) {
-        PrintHex(data + 1, data[0]);
+        for (int i = 1; i <= data[0]; ++i) printf("%02x", data[i]);
         isWell = DGifGetExtensionNext(gif, &data) == GIF_OK;
     }
     printf("\n");
