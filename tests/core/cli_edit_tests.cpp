@@ -66,13 +66,6 @@ protected:
     TempFolder folder_;
 };
 
-// The bitmap's bytes from `skipped` on.
-Bytes BitmapBytes(MemoryHandle image, size_t skipped = 0) {
-    MemoryLock lock(image);
-    auto* bitmap = lock.As<const BitmapHeader>();
-    return Bytes(lock.As<const uint8_t>() + skipped, ImagePixels(bitmap) + bitmap->imageBytes);
-}
-
 TEST_F(CliEdit, SetChangesTheFieldsThatItNames) {
     const std::string longest(kMaxTextBytes, 'x');
     const struct {
@@ -174,41 +167,34 @@ TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
     EXPECT_EQ(KindsOf(list), "1766") << "right behind the header";
 }
 
-TEST_F(CliEdit, InsertFitsColoursAsItIsTold) {
-    OwnedBlockList document, large, list;
+TEST_F(CliEdit, ColoursAreFittedAsTheOptionsSay) {
+    constexpr size_t kBmpHeaderBytes = 14;
+    OwnedBlockList document, large, tiny, list;
     Load("in.gif", &document);
     Load("large.gif", &large);
-    const Block header = BlockAt(document, 0);
-    MemoryHandle own = BlockAt(large, 1).data;
-    OwnedMemory remapped(RemapImage(own, header.palette, 8, 0)), dithered(DitherImage(own, header.palette, 8, 0));
-    constexpr size_t kPixels = sizeof(BitmapHeader) + 256 * sizeof(RgbQuad);
-    for (const auto& [option, expected] : {std::pair{"--remap", remapped.Get()},
-                                           {"--dither", dithered.Get()},
-                                           {"--keep", own}}) {  // --keep: its pixels, in the document's colours
+    Load("tiny.gif", &tiny);
+    const MemoryHandle own = BlockAt(large, 1).data, ofTwoColours = BlockAt(tiny, 1).data;
+    RgbTriples palette;
+    int depth = FindGlobalPalette(document, palette);
+    for (auto [option, convert] : {std::pair{"--remap", &RemapImage}, {"--dither", &DitherImage}}) {
+        OwnedMemory fitted(convert(own, palette, depth, 0));
         Edit("insert", {"--kind", "image", "--at", "0", option, Path("large.gif")}, &list);
-        EXPECT_EQ(BitmapBytes(BlockAt(list, 1).data, kPixels), BitmapBytes(expected, kPixels)) << option;
+        EXPECT_TRUE(SameBitmap(BlockAt(list, 1).data, fitted.Get())) << option;
     }
-}
+    Edit("insert", {"--kind", "image", "--at", "0", "--keep", Path("large.gif")}, &list);
+    EXPECT_EQ(PixelsOf(BlockAt(list, 1)), PixelsOf(BlockAt(large, 1)));
 
-TEST_F(CliEdit, RemapWritesTheImageInTheStandardPalette) {
-    constexpr size_t kBmpHeaderBytes = 14;
-    for (const char* file : {"large.gif", "tiny.gif"})
-        for (int kind : {kPaletteBlackWhite, kPaletteSixteen, kPaletteWeb})
-            for (const char* dither : {"--", "--dither"}) {
-                OwnedBlockList list;
-                Load(file, &list);
-                RgbTriples palette;
-                int depth;
-                StandardPalette(palette, &depth, kind);
-                // A picture of two colours is never dithered.
-                const bool dithers = dither[2] && strcmp(file, "large.gif") == 0;
-                OwnedMemory fitted((dithers ? DitherImage : RemapImage)(BlockAt(list, 1).data, palette, depth, 0));
-                Words words = {"remap", Path(file), "1", "--palette", std::to_string(kind), dither, Path("out.bmp")};
-                EXPECT_EQ(RunCli(words).status, kExitDone);
-                Bytes bmp = ReadAll(Path("out.bmp"));
-                ASSERT_GT(bmp.size(), kBmpHeaderBytes);
-                EXPECT_EQ(Bytes(bmp.begin() + kBmpHeaderBytes, bmp.end()), BitmapBytes(fitted.Get())) << kind;
-            }
+    StandardPalette(palette, &depth, kPaletteWeb);
+    for (auto [file, image, option, convert] : {std::tuple{"large.gif", own, "--", &RemapImage},
+                                                {"large.gif", own, "--dither", &DitherImage},
+                                                {"tiny.gif", ofTwoColours, "--dither", &RemapImage}}) {
+        EXPECT_EQ(RunCli({"remap", Path(file), "1", "--palette=6", option, Path("out.bmp")}).status, kExitDone);
+        OwnedMemory fitted(convert(image, palette, depth, 0));
+        MemoryLock lock(fitted.Get());
+        Bytes bmp = ReadAll(Path("out.bmp"));
+        ASSERT_GT(bmp.size(), kBmpHeaderBytes + kPaletteBytes);
+        EXPECT_EQ(memcmp(&bmp[kBmpHeaderBytes], lock.Bytes(), bmp.size() - kBmpHeaderBytes), 0) << file << option;
+    }
 }
 
 }  // namespace
