@@ -1,101 +1,96 @@
 // Editing, deleting and inserting blocks through the main window.
-#include "app/shell_state.h"
+#include <tuple>
+
+#include "editing/dialogs/insert_box.h"
 #include "editing/palette_match.h"
 #include "platform/faults.h"
 #include "resources/command_ids.h"
 #include "resources/insert_ids.h"
-#include "tests/gui/window_driver.h"
+#include "tests/gui/editor_test.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
-
-class CommandsTest : public ShellTest {
+class CommandsTest : public EditorTest {
 protected:
-    void OpenGif() { Open(MakeGif("a.gif")); }  // HEADER COMMENT IMAGE COMMENT
+    void OpenGif() { Open(MakeGif("a.gif")); }
 
-    // The lines' kind names.
-    std::string Kinds() const {
-        std::string kinds;
-        for (const std::string& line : Lines()) kinds += (kinds.empty() ? "" : " ") + line.substr(0, line.find('\xFE'));
-        return kinds;
+    void InsertImages(const std::string& names, std::vector<Steps> questions) {
+        questions.insert(questions.begin(), {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles(Folder(), names)});
+        Run(IDM_INSERT, questions);
     }
 
-    // What the command leaves behind: the lines, the selected one, and whether the document is changed by it.
-    void Expect(const std::string& kinds, int selection, bool changed) const {
-        EXPECT_EQ(Kinds(), kinds);
-        EXPECT_EQ(Selection(), selection);
-        EXPECT_EQ(documentChanged, changed);
+    // The lines' kind names, the selected one in brackets, and "changed" when the document is.
+    std::string State() const {
+        std::string state;
+        int index = 0;
+        for (const std::string& line : Lines()) {
+            std::string kind = line.substr(0, line.find('\xFE'));
+            state += index++ == Selection() ? "[" + kind + "] " : kind + " ";
+        }
+        return state + (documentChanged ? "changed" : "");
     }
 };
 
 TEST_F(CommandsTest, CommandsOnABlockWantASelection) {
-    for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT}) {
-        DialogAnswers answers;
-        answers.Press(IDOK);
-        Command(command);
-        EXPECT_EQ(answers.Texts(), Texts{"No block is currently selected"}) << command;
-        EXPECT_FALSE(documentChanged);
-    }
+    for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT}) Run(command, {Read("No block is currently selected", IDOK)});
+    EXPECT_FALSE(documentChanged);
 }
 
 TEST_F(CommandsTest, DeleteSelectsTheSameIndexOrTheNewLastBlock) {
     OpenGif();
-    DialogAnswers answers;
-    answers.Press(IDOK);
-    Command(IDM_DELETE);
-    EXPECT_EQ(answers.Texts(), Texts{"The header block can't be copied or deleted."});
-    Expect("HEADER COMMENT IMAGE COMMENT", 0, false);
+    Run(IDM_DELETE, {Read("The header block can't be copied or deleted.", IDOK)});
+    EXPECT_EQ(State(), "[HEADER] COMMENT IMAGE COMMENT ");
     Select(1);
     Command(IDM_DELETE);
-    Expect("HEADER IMAGE COMMENT", 1, true);
+    EXPECT_EQ(State(), "HEADER [IMAGE] COMMENT changed");
     Select(2);
     Command(IDM_DELETE);
-    Expect("HEADER IMAGE", 1, true);
+    EXPECT_EQ(State(), "HEADER [IMAGE] changed");
 }
 
-TEST_F(CommandsTest, ADoubleClickEditsTheLine) {
+TEST_F(CommandsTest, SelectionChangesAreRememberedADoubleClickEditsAndOtherCommandsAreIgnored) {
     OpenGif();
-    Select(1);
-    for (int button : {IDCANCEL, IDOK}) {
-        DialogAnswers answers;
-        answers.Press(button);
-        DoubleClick();
-        Expect("HEADER COMMENT IMAGE COMMENT", 1, button == IDOK);
-    }
-}
-
-TEST_F(CommandsTest, SelectionChangesAreRememberedAndOtherCommandsIgnored) {
-    OpenGif();
-    EXPECT_EQ(selectedLine, 65535u);
+    EXPECT_EQ(selectedLine, kNoSelectedLine);
     for (int line : {2, -1}) {
         Select(line);
         EXPECT_EQ(selectedLine, 2u);
     }
-    DialogAnswers none;
-    for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Command(id);
-    Expect("HEADER COMMENT IMAGE COMMENT", -1, false);
+    for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Run(id, {});
+    EXPECT_EQ(State(), "HEADER COMMENT IMAGE COMMENT ");
+    Select(1);
+    for (int button : {IDCANCEL, IDOK}) {
+        DialogAnswers answers({Press(button)});
+        DoubleClick();
+        EXPECT_EQ(State(), std::string("HEADER [COMMENT] IMAGE COMMENT ") + (button == IDOK ? "changed" : ""));
+    }
 }
 
 TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader) {
     OpenGif();
     Select(1);
-    DialogAnswers answers;
-    answers.Press(IDC_INSERT_CONTROL);
-    Command(IDM_INSERT);
-    Expect("HEADER COMMENT CONTROL IMAGE COMMENT", 1, true);
-    EXPECT_EQ(selectedLine, 65535u);
-    answers.Press(IDC_INSERT_LOOP);
-    Command(IDM_INSERT);
-    Expect("HEADER LOOP COMMENT CONTROL IMAGE COMMENT", 0, true);
+    Run(IDM_INSERT, {Press(IDC_INSERT_CONTROL)});
+    EXPECT_EQ(State(), "HEADER [COMMENT] CONTROL IMAGE COMMENT changed");
+    EXPECT_EQ(selectedLine, kNoSelectedLine);
     Select(3);
+    Run(IDM_INSERT, {Press(IDC_INSERT_LOOP)});
+    EXPECT_EQ(State(), "[HEADER] LOOP COMMENT CONTROL IMAGE COMMENT changed");
+    Run(IDM_INSERT, {Press(IDC_INSERT_COMMENT)});
+    Run(IDM_INSERT, {Press(IDC_INSERT_PLAIN_TEXT)});
+    const char state[] = "[HEADER] PLAIN TEXT COMMENT LOOP COMMENT CONTROL IMAGE COMMENT ";
+    EXPECT_EQ(State(), std::string(state) + "changed");
+
     documentChanged = false;
-    answers.Press(IDC_INSERT_LOOP);
-    answers.Press(IDOK);
-    Command(IDM_INSERT);
-    EXPECT_EQ(answers.Texts().back(),
-              "A LOOP block already exists in this image. Delete it before inserting a new one.");
-    Expect("HEADER LOOP COMMENT CONTROL IMAGE COMMENT", 3, false);
+    const char second[] = "A LOOP block already exists in this image. Delete it before inserting a new one.";
+    Run(IDM_INSERT, {Press(IDC_INSERT_LOOP), Read(second, IDOK)});
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), Press(IDCANCEL)});
+    auto pressWithoutMemory = [](HWND dialog) {
+        faults.allocationsUntilFailure = 0;
+        PressButton(dialog, IDC_INSERT_IMAGE);
+    };
+    Run(IDM_INSERT, {pressWithoutMemory, Read("There has been an error allocating memory.", IDOK)});
+    ChangeHeader(0x07, 1);
+    Run(IDM_INSERT, {See({IDC_INSERT_PLAIN_TEXT}, "[off]", IDCANCEL)});
+    EXPECT_EQ(State(), state);
 }
 
 TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesUpToAFailure) {
@@ -103,33 +98,58 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesUpToAFailure) {
     for (const char* name : {"c.gif", "A1.gif", "b.gif", "e.gif"}) MakeGif(name, 2, 1);
     WriteWholeFile(File("d.gif"), "no picture");
     Select(1);
-    DialogAnswers answers;
-    answers.Press(IDC_INSERT_IMAGE);
-    answers.ChooseFiles(Folder(), {"c.gif", "A1.gif", "e.gif", "d.gif", "b.gif"});
-    Command(IDM_INSERT);
-    Expect("HEADER COMMENT IMAGE IMAGE IMAGE IMAGE COMMENT", 1, true);
-    const char* names[] = {"A1.gif", "b.gif", "c.gif"};
-    for (size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(Lines()[2 + i], std::string("IMAGE\xFE ") + names[i] + " 2 x 1, 256 colours");
+    InsertImages(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")", {});
+    EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE IMAGE IMAGE IMAGE COMMENT changed");
+    for (const auto& [index, name] : {std::pair(2, "A1"), {3, "b"}, {4, "c"}})
+        EXPECT_EQ(LineOf(index), std::string("IMAGE\xFE ") + name + ".gif 2 x 1, 256 colours");
 }
 
-TEST_F(CommandsTest, AnInsertThatIsCancelledOrLacksMemoryChangesNothing) {
+TEST_F(CommandsTest, OneAnswerServesAllImagesOfOneCommand) {
+    for (const char* name : {"a.gif", "b.gif", "c.gif"}) MakeGif(name);
     OpenGif();
-    paletteChoiceForInsert = kPaletteDither;
-    DialogAnswers answers;
-    answers.Press(IDC_INSERT_IMAGE);
-    answers.Press(IDCANCEL);  // the file dialog
-    Command(IDM_INSERT);
-    EXPECT_EQ(paletteChoiceForInsert, kAskForPalette) << "each command asks afresh";
-    answers.Do([](HWND dialog) {
-        faults.allocationsUntilFailure = 0;
-        PressButton(dialog, IDC_INSERT_IMAGE);
-    });
-    answers.Press(IDOK);
-    Command(IDM_INSERT);
-    faults.allocationsUntilFailure = Faults::kNever;
-    EXPECT_EQ(answers.Texts().back(), "There has been an error allocating memory.");
-    Expect("HEADER COMMENT IMAGE COMMENT", 0, false);
+    ChangeHeader(0x87, 1);
+    auto answer = [](int choice, bool remember) {
+        return [=](HWND dialog) {
+            EXPECT_TRUE(FindWindowExW(dialog, nullptr, nullptr,
+                                      L"The palette of the image you have imported does not match the global palette "
+                                      L"for this file. You can:"));
+            ClickBox(dialog, choice);
+            if (!remember) ClickBox(dialog, IDC_PALETTE_SUBSEQUENT);
+            PressButton(dialog, IDOK);
+        };
+    };
+    const Steps remembered = answer(IDC_PALETTE_REMAP, true), once = answer(IDC_PALETTE_DITHER, false);
+    const std::pair<std::vector<Steps>, size_t> commands[] = {{{remembered}, 3},
+                                                              {{once, once, once}, 3},
+                                                              {{once, remembered}, 3},
+                                                              {{once, Press(IDCANCEL)}, 1}};  // which stops the series
+    size_t lines = Lines().size();
+    for (const auto& [questions, inserted] : commands) {
+        InsertImages(R"("a.gif" "b.gif" "c.gif")", questions);
+        EXPECT_EQ(Lines().size(), lines += inserted);
+    }
+}
+
+TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
+    // Bits of the image, whether the document is all black, what the choices and the box show, and what OK answers.
+    const std::tuple<int, bool, const char*, int> rows[] = {{8, false, "off|on|on", IDC_PALETTE_DITHER},
+                                                            {4, true, "[off]|[on]|on", IDC_PALETTE_DITHER},
+                                                            {1, false, "on|[off]|on", IDC_PALETTE_REMAP},
+                                                            {1, true, "[on]|[off]|on", IDC_PALETTE_REMAP}};
+    for (const auto& [bitCount, black, shown, choice] : rows)
+        for (int button : {IDOK, IDCANCEL}) {
+            SCOPED_TRACE(testing::Message() << bitCount << (black ? " black" : ""));
+            ChangeHeader(0x87, black ? 0 : 1);
+            OwnedMemory pixels(CreateImageBitmap(2, 2, nullptr, bitCount));
+            Block image = {};
+            image.owner = &document;
+            image.data = pixels.Get();
+            paletteChoiceForInsert = 77;
+            DialogAnswers answers(
+                {See({IDC_PALETTE_REMAP, IDC_PALETTE_DITHER, IDC_PALETTE_SUBSEQUENT}, shown, button)});
+            EXPECT_EQ(RunPaletteDialog(hMainWindow, image), button == IDOK ? choice : kPaletteCancel);
+            EXPECT_EQ(paletteChoiceForInsert, button == IDOK ? choice : 77);
+        }
 }
 
 }  // namespace

@@ -1,17 +1,10 @@
-// What the tests of the editing dialogs share: a document, the process-wide objects, and short names for what a user
-// does to a dialog.
+// What the tests of the editing dialogs share: a document, and short names for what a user does to a dialog.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
-
 #include "app/services/shell_objects.h"
-#include "gif/block_list.h"
-#include "tests/gui/dialog_answers.h"
-
-using Steps = DialogAnswers::Steps;
+#include "app/shell_state.h"
+#include "platform/wide_text.h"
+#include "tests/gui/window_driver.h"
 
 // The blocks of the document: one of every kind.
 enum SampleBlock {
@@ -29,39 +22,41 @@ enum SampleBlock {
     kSampleLastControl,  // behind all images
 };
 
-class EditorTest : public testing::Test {
+class EditorTest : public ShellTest {
 protected:
+    using Steps = DialogAnswers::Steps;
+
     void SetUp() override;
-    void TearDown() override;
+    static void MakeSample();
 
-    Block At(int index) const;
-    void Put(const Block& block) { EXPECT_TRUE(PutBlock(&sample_, block, block.position)); }
-    std::string LineOf(int index) const;
-    std::string TextOf(int index) const;
+    static Block At(int index);
+    static void Put(const Block& block) { EXPECT_TRUE(PutBlock(&document, block, block.position)); }
+    static std::string LineOf(int index);
+    static std::string TextOf(int index);
+    static void ChangeHeader(uint8_t packed, int colour);  // all colours become (colour, colour, colour)
 
-    // Edits block `index` while `dialogs` are worked in the order in which they appear; returns what EditBlock did.
-    int Edit(int index, const std::vector<Steps>& dialogs);
+    // Gives the command, or edits block `index`, while `dialogs` are worked in the order in which they appear.
+    void Run(int command, std::vector<Steps> dialogs);
+    static int Edit(int index, std::vector<Steps> dialogs);
 
-private:
-    void Append(uint16_t kind, MemoryHandle bitmap = nullptr, const char* name = nullptr);
+    // Steps that end a dialog with the button, after `first`, or after setting `text` (Windows-1252) into the control.
+    static Steps Press(int button) {
+        return Then([](HWND) {}, button);
+    }
+    static Steps Then(const Steps& first, int button);
+    static Steps Type(int control, const std::string& text, int button);
 
-    BlockList sample_ = {};
+    // Steps for a dialog whose controls must look so (see Shown), or for a message box with that text. From there on
+    // nothing fails any more.
+    static Steps See(const std::vector<int>& controls, const std::string& shown, int button);
+    static Steps Read(const std::string& text, int button) { return See({101}, text, button); }
+
+    // Steps for the colour grid (the last pixel of a cell) and the eyedropper (a pixel, which must have the colour).
+    static Steps ChooseCell(int column, int row);
+    static Steps ClickPixel(int x, int y, COLORREF colour = CLR_INVALID);
+
+    static void SetText(HWND dialog, int control, const std::string& text);
+
+    // What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
+    static std::string Shown(HWND dialog, const std::vector<int>& controls);
 };
-
-// Steps that end a dialog with the button, after `first`, or after setting `text` (Windows-1252) into the control.
-Steps Press(int button);
-Steps Then(const Steps& first, int button);
-Steps Type(int control, const char* text, int button);
-
-// Steps for a dialog whose controls must look so (see Shown), or for a message box with that text.
-Steps See(const std::vector<int>& controls, const std::string& shown, int button);
-Steps Read(const std::string& text, int button);
-
-// Steps for the colour grid (the cell of an entry) and the eyedropper (a pixel).
-Steps ChooseCell(int index);
-Steps ClickPixel(int x, int y);
-
-void SetText(HWND dialog, int control, const std::string& text);
-
-// What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
-std::string Shown(HWND dialog, const std::vector<int>& controls);
