@@ -3,9 +3,7 @@
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/pick_colour.h"
 #include "editing/dialogs/select_colour.h"
-#include "resources/editor_ids.h"
 #include "tests/gui/editor_test.h"
-#include "tests/gui/picture.h"
 
 namespace {
 
@@ -17,31 +15,26 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
     for (int i = 0; i < kPaletteEntries; ++i) palette[i] = {static_cast<uint8_t>(i), 200, 100};
     // The number of colours, a cell, and what a click on it chooses.
     const std::tuple<uint32_t, int, int, uint32_t> rows[] = {
-        {256, 15, 15, 255},
-        {40, 7, 2, 39},
-        {40, 8, 2, kUnchanged},
-        {256, 16, 4, 80},
-        {256, 16, 15, kUnchanged}};  // the strip right of the last column
+        {256, 0, 0, 0},         {256, 15, 15, 255}, {40, 7, 2, 39},
+        {40, 8, 2, kUnchanged}, {256, 16, 4, 80},   {256, 16, 15, kUnchanged}};  // the strip right of the last column
     for (const auto& [count, column, row, chosen] : rows) {
         uint32_t current = kUnchanged;
-        DialogAnswers answers;
-        answers.Do([&, column = column, row = row, chosen = chosen](HWND dialog) {
-            UpdateWindow(dialog);
+        DialogAnswers answers({[&, column = column, row = row, chosen = chosen](HWND dialog) {
             RECT client;
             GetClientRect(dialog, &client);
+            UpdateWindow(dialog);
             HDC dc = GetDC(dialog);
-            const Picture shown = Look(dc, client.right, client.bottom);
-            ReleaseDC(dialog, dc);
-            const int cell = client.right / 16;
-            for (int i = 0; i < kPaletteEntries; ++i) {
+            for (int i = 0, cell = client.right / 16; i < kPaletteEntries; ++i) {
                 int x = i % 16 * cell, y = i / 16 * cell;
-                EXPECT_EQ(shown.At(x, y), RGB(0, 0, 0)) << i;
-                EXPECT_EQ(shown.At(x + cell / 2, y + cell / 2), ColourRef(palette[i])) << i;
+                EXPECT_EQ(GetPixel(dc, x, y), RGB(0, 0, 0)) << i;
+                EXPECT_EQ(GetPixel(dc, x + cell / 2, y + cell / 2), ColourRef(palette[i])) << i;
+                EXPECT_EQ(ChildWindowFromPoint(dialog, {x + cell - 1, y + cell - 1}), dialog) << i;
             }
+            ReleaseDC(dialog, dc);
             ChooseCell(column, row)(dialog);
             EXPECT_EQ(Edited<ColourRequest>()->current, chosen);
             if (chosen == kUnchanged) PressButton(dialog, IDCANCEL);
-        });
+        }});
         EXPECT_EQ(SelectColour(hMainWindow, palette, count, &current), chosen != kUnchanged);
         EXPECT_EQ(current, chosen);
     }
@@ -49,33 +42,35 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
 
 TEST_F(ColourPickers, TheEyedropperPicksPixelsOfTheImageAlone) {
     const int right = GetSystemMetrics(SM_CXSCREEN) - 1, bottom = GetSystemMetrics(SM_CYSCREEN) - 1;
-    auto send = [](UINT message, WPARAM wParam = 0) {
-        return [=](HWND window) { SendMessageW(window, message, wParam, 0); };
+    auto send = [](UINT message, WPARAM wParam, LPARAM lParam) {
+        return [=](HWND window) { SendMessageW(window, message, wParam, lParam); };
     };
+    auto click = [=](int x, int y) { return send(WM_LBUTTONUP, 0, MAKELPARAM(x, y)); };
     // The image's size, steps that go on, steps that end the picking, and what they pick.
     const std::tuple<int, int, Steps, Steps, uint32_t> rows[] = {
-        {30, 20, ClickPixel(30, 5), ClickPixel(0, 0), 1},
-        {30, 20, ClickPixel(5, 20), ClickPixel(29, 19), 2},
-        {right + 100, bottom + 100, send(WM_CHAR, 'x'), ClickPixel(right, bottom), 7},
-        {right + 1, bottom + 1, send(WM_LBUTTONDOWN), ClickPixel(right, bottom), 2},
-        {30, 20, ClickPixel(30, 5), send(WM_RBUTTONUP), kNoPixel},
-        {30, 20, ClickPixel(30, 5), send(WM_CHAR, 13), kNoPixel},
-        {30, 20, ClickPixel(30, 5), send(WM_CHAR, 27), kNoPixel},
-        {30, 20, ClickPixel(30, 5), send(WM_CLOSE), kNoPixel}};
+        {30, 20, click(30, 5), click(0, 0), 1},
+        {30, 20, click(5, 20), click(29, 19), 2},
+        {right + 100, bottom + 100, send(WM_CHAR, 'x', 0), click(right, bottom), 7},
+        {right + 1, bottom + 1, click(right + 1, 0), click(right, bottom), 2},
+        {30, 20, click(30, 5), send(WM_RBUTTONUP, 0, 0), kNoPixel},
+        {30, 20, click(30, 5), send(WM_CHAR, 13, 0), kNoPixel},
+        {30, 20, click(30, 5), send(WM_CHAR, 27, 0), kNoPixel},
+        {30, 20, click(30, 5), send(WM_CLOSE, 0, 0), kNoPixel}};
     for (const auto& [width, height, goOn, end, picked] : rows) {
         Block image = {};
         image.data = MakeImage(width, height, 8, nullptr, [lastX = width - 1, lastY = height - 1](int x, int y) {
             return x == 0 && y == 0 ? 1u : x == lastX && y == lastY ? 2u : 7u;
         });
         uint32_t index = 5;
-        DialogAnswers answers;
-        answers.Do([goOn = goOn, end = end](HWND window) {
+        DialogAnswers answers({[goOn = goOn, end = end](HWND window) {
             goOn(window);
             end(window);
-        });
+        }});
         EXPECT_EQ(PickColourFromImage(hMainWindow, image, &index), picked != kNoPixel);
         EXPECT_EQ(index, picked) << width << " " << picked;
         FreeBlock(&image);
+        WNDCLASSW about;
+        EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
     }
 }
 
@@ -83,13 +78,10 @@ constexpr int kWidth = 40, kHeight = 24;
 constexpr COLORREF kWhite = RGB(255, 255, 255), kBlack = RGB(0, 0, 0);
 
 // A button of that state with the text "88", drawn by `draw`.
-template <typename Draw>
-Picture Drawn(UINT state, Draw draw) {
+Picture Drawn(UINT state, const std::function<void(const DRAWITEMSTRUCT& item)>& draw) {
     Canvas canvas(kWidth, kHeight, 0);
-    HWND button =
-        CreateWindowW(L"BUTTON", L"88", WS_POPUP, 0, 0, kWidth, kHeight, nullptr, nullptr, hInstance, nullptr);
-    draw(DRAWITEMSTRUCT{ODT_BUTTON, 0, 0, ODA_DRAWENTIRE, state, button, canvas.Dc(), {0, 0, kWidth, kHeight}, 0});
-    DestroyWindow(button);
+    SetWindowTextW(hMainWindow, L"88");
+    draw({ODT_BUTTON, 0, 0, ODA_DRAWENTIRE, state, hMainWindow, canvas.Dc(), {0, 0, kWidth, kHeight}, 0});
     return canvas.Look();
 }
 

@@ -4,7 +4,6 @@
 #include "editing/dialogs/insert_box.h"
 #include "editing/palette_match.h"
 #include "platform/faults.h"
-#include "resources/command_ids.h"
 #include "resources/insert_ids.h"
 #include "tests/gui/editor_test.h"
 
@@ -12,22 +11,9 @@ namespace {
 
 class CommandsTest : public EditorTest {
 protected:
-    void OpenGif() { Open(MakeGif("a.gif")); }
-
     void InsertImages(const std::string& names, std::vector<Steps> questions) {
-        questions.insert(questions.begin(), {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles(Folder(), names)});
+        questions.insert(questions.begin(), {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles({Folder(), names})});
         Run(IDM_INSERT, questions);
-    }
-
-    // The lines' kind names, the selected one in brackets, and "changed" when the document is.
-    std::string State() const {
-        std::string state;
-        int index = 0;
-        for (const std::string& line : Lines()) {
-            std::string kind = line.substr(0, line.find('\xFE'));
-            state += index++ == Selection() ? "[" + kind + "] " : kind + " ";
-        }
-        return state + (documentChanged ? "changed" : "");
     }
 };
 
@@ -37,7 +23,7 @@ TEST_F(CommandsTest, CommandsOnABlockWantASelection) {
 }
 
 TEST_F(CommandsTest, DeleteSelectsTheSameIndexOrTheNewLastBlock) {
-    OpenGif();
+    Open(MakeGif("a.gif"));
     Run(IDM_DELETE, {Read("The header block can't be copied or deleted.", IDOK)});
     EXPECT_EQ(State(), "[HEADER] COMMENT IMAGE COMMENT ");
     Select(1);
@@ -49,7 +35,7 @@ TEST_F(CommandsTest, DeleteSelectsTheSameIndexOrTheNewLastBlock) {
 }
 
 TEST_F(CommandsTest, SelectionChangesAreRememberedADoubleClickEditsAndOtherCommandsAreIgnored) {
-    OpenGif();
+    Open(MakeGif("a.gif"));
     EXPECT_EQ(selectedLine, kNoSelectedLine);
     for (int line : {2, -1}) {
         Select(line);
@@ -66,7 +52,7 @@ TEST_F(CommandsTest, SelectionChangesAreRememberedADoubleClickEditsAndOtherComma
 }
 
 TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader) {
-    OpenGif();
+    Open(MakeGif("a.gif"));
     Select(1);
     Run(IDM_INSERT, {Press(IDC_INSERT_CONTROL)});
     EXPECT_EQ(State(), "HEADER [COMMENT] CONTROL IMAGE COMMENT changed");
@@ -93,8 +79,8 @@ TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader
     EXPECT_EQ(State(), state);
 }
 
-TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesUpToAFailure) {
-    OpenGif();
+TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
+    Open(MakeGif("a.gif"));
     for (const char* name : {"c.gif", "A1.gif", "b.gif", "e.gif"}) MakeGif(name, 2, 1);
     WriteWholeFile(File("d.gif"), "no picture");
     Select(1);
@@ -102,31 +88,24 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesUpToAFailure) {
     EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE IMAGE IMAGE IMAGE COMMENT changed");
     for (const auto& [index, name] : {std::pair(2, "A1"), {3, "b"}, {4, "c"}})
         EXPECT_EQ(LineOf(index), std::string("IMAGE\xFE ") + name + ".gif 2 x 1, 256 colours");
-}
 
-TEST_F(CommandsTest, OneAnswerServesAllImagesOfOneCommand) {
-    for (const char* name : {"a.gif", "b.gif", "c.gif"}) MakeGif(name);
-    OpenGif();
     ChangeHeader(0x87, 1);
-    auto answer = [](int choice, bool remember) {
+    auto answer = [](int choice, const std::vector<Change>& changes) {
         return [=](HWND dialog) {
             EXPECT_TRUE(FindWindowExW(dialog, nullptr, nullptr,
                                       L"The palette of the image you have imported does not match the global palette "
                                       L"for this file. You can:"));
             ClickBox(dialog, choice);
-            if (!remember) ClickBox(dialog, IDC_PALETTE_SUBSEQUENT);
-            PressButton(dialog, IDOK);
+            Press(IDOK, changes)(dialog);
         };
     };
-    const Steps remembered = answer(IDC_PALETTE_REMAP, true), once = answer(IDC_PALETTE_DITHER, false);
-    const std::pair<std::vector<Steps>, size_t> commands[] = {{{remembered}, 3},
-                                                              {{once, once, once}, 3},
-                                                              {{once, remembered}, 3},
-                                                              {{once, Press(IDCANCEL)}, 1}};  // which stops the series
-    size_t lines = Lines().size();
+    const Steps all = answer(IDC_PALETTE_REMAP, {}), one = answer(IDC_PALETTE_DITHER, {{IDC_PALETTE_SUBSEQUENT}});
+    const std::pair<std::vector<Steps>, unsigned> commands[] = {
+        {{all}, 3}, {{one, one, one}, 3}, {{one, all}, 3}, {{one, Press(IDCANCEL)}, 1}};  // which stops the series
     for (const auto& [questions, inserted] : commands) {
-        InsertImages(R"("a.gif" "b.gif" "c.gif")", questions);
-        EXPECT_EQ(Lines().size(), lines += inserted);
+        const uint32_t count = document.count;
+        InsertImages(R"("A1.gif" "b.gif" "c.gif")", questions);
+        EXPECT_EQ(document.count, count + inserted);
     }
 }
 

@@ -32,7 +32,7 @@ void GiveUp(HWND dialog, const char* why) {
 }  // namespace
 
 DialogAnswers::DialogAnswers(std::vector<Steps> answers)
-    : timer_(SetTimer(nullptr, 0, kPollMilliseconds, OnTimer)), answers_(std::move(answers)) {
+    : timer_(SetTimer(nullptr, 0, kPollMilliseconds, AnswerOneDialog)), answers_(std::move(answers)) {
     current = this;
 }
 
@@ -42,37 +42,28 @@ DialogAnswers::~DialogAnswers() {
     EXPECT_EQ(given_, answers_.size()) << "not all dialogs appeared";
 }
 
-void CALLBACK DialogAnswers::OnTimer(HWND, UINT, UINT_PTR, DWORD) {
-    if (current) current->AnswerOneDialog();
-}
-
-void DialogAnswers::AnswerOneDialog() {
+void CALLBACK DialogAnswers::AnswerOneDialog(HWND, UINT, UINT_PTR, DWORD) {
     HWND dialog = nullptr;
     EnumThreadWindows(GetCurrentThreadId(), TakeOpenDialog, reinterpret_cast<LPARAM>(&dialog));
-    if (!dialog) return;
+    if (!current || !dialog) return;
     if (GetPropW(dialog, kAnsweredMark)) {
-        if (++idlePolls_ % kPatience == 0) GiveUp(dialog, "stuck");
+        if (++current->idlePolls_ % kPatience == 0) GiveUp(dialog, "stuck");
         return;
     }
-    idlePolls_ = 0;
+    current->idlePolls_ = 0;
     SetPropW(dialog, kAnsweredMark, dialog);
-    texts_.push_back(ControlText(dialog, 101));
-    if (given_ == answers_.size()) return GiveUp(dialog, "unexpected");
-    Steps steps = answers_[given_++];
+    current->texts_.push_back(ControlText(dialog, 101));
+    if (current->given_ == current->answers_.size()) return GiveUp(dialog, "unexpected");
+    Steps steps = current->answers_[current->given_++];
     steps(dialog);
 }
 
-DialogAnswers::Steps DialogAnswers::ChooseFiles(const std::string& folder, const std::string& names) {
+DialogAnswers::Steps DialogAnswers::ChooseFiles(const std::vector<std::string>& texts) {
     return [=](HWND dialog) {
-        auto type = [&](const std::string& text) {
+        for (const std::string& text : texts) {
             SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(text).c_str());
-        };
-        if (!folder.empty()) {
-            type(folder);
             SendMessageW(dialog, WM_COMMAND, IDOK, 0);
         }
-        type(names);
-        PostMessageW(dialog, WM_COMMAND, IDOK, 0);  // posted: a question about an existing file may come up
     };
 }
 

@@ -33,16 +33,15 @@ public:
         Do([=](HWND dialog) { PressButton(dialog, button); });
     }
     // Types `path` (UTF-8) into a system file dialog and confirms it.
-    void ChooseFile(const std::string& path) { Do(ChooseFiles("", path)); }
-    // Steps that do so in another folder, with several names in quotation marks.
-    static Steps ChooseFiles(const std::string& folder, const std::string& names);
+    void ChooseFile(const std::string& path) { Do(ChooseFiles({path})); }
+    // Steps that do so with several texts: a folder to go to, and then names there, in quotation marks.
+    static Steps ChooseFiles(const std::vector<std::string>& texts);
 
     // What the dialogs showed in control 101, in the order in which they appeared (Windows-1252; empty without one).
     const std::vector<std::string>& Texts() const { return texts_; }
 
 private:
-    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD);
-    void AnswerOneDialog();
+    static void CALLBACK AnswerOneDialog(HWND, UINT, UINT_PTR, DWORD);
 
     UINT_PTR timer_;
     std::vector<Steps> answers_;

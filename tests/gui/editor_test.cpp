@@ -7,7 +7,7 @@
 #include "gif/default_blocks.h"
 #include "gif/descriptor.h"
 #include "platform/faults.h"
-#include "tests/gui/picture.h"
+#include "platform/wide_text.h"
 
 void EditorTest::SetUp() {
     ShellTest::SetUp();
@@ -61,6 +61,16 @@ void EditorTest::ChangeHeader(uint8_t packed, int colour) {
     Put(header);
 }
 
+std::string EditorTest::State() const {
+    std::string state;
+    int index = 0;
+    for (const std::string& line : Lines()) {
+        std::string kind = line.substr(0, line.find(kBlockLineSeparator));
+        state += index++ == Selection() ? "[" + kind + "] " : kind + " ";
+    }
+    return state + (documentChanged ? "changed" : "");
+}
+
 void EditorTest::Run(int command, std::vector<Steps> dialogs) {
     DialogAnswers answers(std::move(dialogs));
     Command(command);
@@ -71,21 +81,18 @@ int EditorTest::Edit(int index, std::vector<Steps> dialogs) {
     return EditBlock(hMainWindow, &document, index);
 }
 
-EditorTest::Steps EditorTest::Then(const Steps& first, int button) {
-    return [=](HWND dialog) {
-        first(dialog);
-        PressButton(dialog, button);
-    };
-}
-
-EditorTest::Steps EditorTest::Type(int control, const std::string& text, int button) {
-    return Then([=](HWND dialog) { SetText(dialog, control, text); }, button);
-}
-
-EditorTest::Steps EditorTest::See(const std::vector<int>& controls, const std::string& shown, int button) {
+EditorTest::Steps EditorTest::Work(const std::vector<int>& controls, const std::string& before,
+                                   const std::vector<Change>& changes, const std::string& after, int button) {
     return [=](HWND dialog) {
         faults = {};
-        EXPECT_EQ(Shown(dialog, controls), shown);
+        EXPECT_EQ(Shown(dialog, controls), before);
+        for (const auto& [control, text] : changes) {
+            const std::wstring wide = WideFrom1252(text ? text : "");
+            if (!text) ClickBox(dialog, control);
+            if (text) SetDlgItemTextW(dialog, control, wide.c_str());
+            if (text) SendDlgItemMessageW(dialog, control, CB_SELECTSTRING, 0, reinterpret_cast<LPARAM>(wide.c_str()));
+        }
+        EXPECT_EQ(Shown(dialog, controls), after);
         PressButton(dialog, button);
     };
 }
@@ -103,14 +110,10 @@ EditorTest::Steps EditorTest::ClickPixel(int x, int y, COLORREF colour) {
     return [=](HWND window) {
         UpdateWindow(window);
         HDC dc = GetDC(window);
-        EXPECT_EQ(GetPixel(dc, x, y), colour == CLR_INVALID ? GetPixel(dc, x, y) : colour);
+        EXPECT_EQ(GetPixel(dc, x, y), colour);
         ReleaseDC(window, dc);
         SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
     };
-}
-
-void EditorTest::SetText(HWND dialog, int control, const std::string& text) {
-    SetDlgItemTextW(dialog, control, WideFrom1252(text).c_str());
 }
 
 std::string EditorTest::Shown(HWND dialog, const std::vector<int>& controls) {

@@ -3,7 +3,9 @@
 
 #include "app/services/shell_objects.h"
 #include "app/shell_state.h"
-#include "platform/wide_text.h"
+#include "resources/command_ids.h"
+#include "resources/editor_ids.h"
+#include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
 
 // The blocks of the document: one of every kind.
@@ -25,6 +27,10 @@ enum SampleBlock {
 class EditorTest : public ShellTest {
 protected:
     using Steps = DialogAnswers::Steps;
+    struct Change {
+        int control;
+        const char* text = nullptr;  // Windows-1252, to type or to choose; without one the control is clicked
+    };
 
     void SetUp() override;
     static void MakeSample();
@@ -35,27 +41,28 @@ protected:
     static std::string TextOf(int index);
     static void ChangeHeader(uint8_t packed, int colour);  // all colours become (colour, colour, colour)
 
+    // The main window's lines: their kinds, the selected one in brackets, and "changed" when the document is.
+    std::string State() const;
+
     // Gives the command, or edits block `index`, while `dialogs` are worked in the order in which they appear.
     void Run(int command, std::vector<Steps> dialogs);
     static int Edit(int index, std::vector<Steps> dialogs);
 
-    // Steps that end a dialog with the button, after `first`, or after setting `text` (Windows-1252) into the control.
-    static Steps Press(int button) {
-        return Then([](HWND) {}, button);
+    // Steps that make the changes in a dialog and end it with the button. The controls must look like `before` and then
+    // like `after` (see Shown). What was made to fail fails no longer.
+    static Steps Work(const std::vector<int>& controls, const std::string& before, const std::vector<Change>& changes,
+                      const std::string& after, int button);
+    static Steps Press(int button, const std::vector<Change>& changes = {}) {
+        return Work({}, "", changes, "", button);
     }
-    static Steps Then(const Steps& first, int button);
-    static Steps Type(int control, const std::string& text, int button);
-
-    // Steps for a dialog whose controls must look so (see Shown), or for a message box with that text. From there on
-    // nothing fails any more.
-    static Steps See(const std::vector<int>& controls, const std::string& shown, int button);
-    static Steps Read(const std::string& text, int button) { return See({101}, text, button); }
+    static Steps See(const std::vector<int>& controls, const std::string& shown, int button) {
+        return Work(controls, shown, {}, shown, button);
+    }
+    static Steps Read(const std::string& text, int button) { return See({101}, text, button); }  // in a message box
 
     // Steps for the colour grid (the last pixel of a cell) and the eyedropper (a pixel, which must have the colour).
     static Steps ChooseCell(int column, int row);
-    static Steps ClickPixel(int x, int y, COLORREF colour = CLR_INVALID);
-
-    static void SetText(HWND dialog, int control, const std::string& text);
+    static Steps ClickPixel(int x, int y, COLORREF colour);
 
     // What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
     static std::string Shown(HWND dialog, const std::vector<int>& controls);

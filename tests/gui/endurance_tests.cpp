@@ -1,7 +1,5 @@
 // What the program takes from the system, it gives back.
 #include "imaging/draw/viewer_state.h"
-#include "resources/command_ids.h"
-#include "resources/editor_ids.h"
 #include "resources/wizard_ids.h"
 #include "tests/gui/editor_test.h"
 
@@ -31,8 +29,7 @@ TEST_F(EnduranceTest, NothingIsLeftBehind) {
     constexpr int kRounds = 30;
     const std::string path = MakeGif("big.gif", 400, 300);
     // Long enough to be missed, in short lines: Wine keeps something of every line that it wraps.
-    const std::string text = "A text of some length,\r\nsince what has been lost\r\nmust show among the rest.";
-    auto click = [](int button) { return Then([=](HWND dialog) { ClickBox(dialog, button); }, IDOK); };
+    const char text[] = "A text of some length,\r\nsince what has been lost\r\nmust show among the rest.";
     auto watch = [](HWND viewer) {
         MSG message;
         while (currentViewer->nextIndex <= kSampleSecondImage && GetMessageW(&message, nullptr, 0, 0) > 0)
@@ -42,12 +39,12 @@ TEST_F(EnduranceTest, NothingIsLeftBehind) {
     std::vector<size_t> before;
     for (int round = -3; round < kRounds; ++round) {
         if (round == 0) before = Measure();
-        Edit(kSampleHeader, {click(IDC_COLOUR), ChooseCell(9, 0)});
+        Edit(kSampleHeader, {Press(IDOK, {{IDC_COLOUR}}), ChooseCell(9, 0)});
         Edit(kSampleImage, {Press(IDOK)});
-        Edit(kSampleControl, {click(IDC_CONTROL_TRANSPARENT)});
-        Edit(kSamplePlainText, {click(IDC_SECOND_EYEDROPPER), ClickPixel(2, 2)});
-        Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, text, IDOK)});
-        Edit(kSampleComment, {Type(IDC_COMMENT_TEXT, "a text", IDCANCEL)});
+        Edit(kSampleControl, {Press(IDOK, {{IDC_CONTROL_TRANSPARENT}})});
+        Edit(kSamplePlainText, {Press(IDOK, {{IDC_SECOND_EYEDROPPER}}), ClickPixel(2, 2, RGB(2, 4, 6))});
+        Edit(kSampleComment, {Press(IDOK, {{IDC_COMMENT_TEXT, text}})});
+        Edit(kSampleComment, {Press(IDCANCEL, {{IDC_COMMENT_TEXT, "a text"}})});
         Edit(kSampleLoop, {Press(IDOK)});
         Run(IDM_VIEW, {watch});
         Open(path);

@@ -10,7 +10,6 @@ namespace {
 
 constexpr int kWidth = 260, kHeight = 120;
 constexpr COLORREF kGround = RGB(10, 20, 30);
-constexpr RECT kFrame = {0, 0, kWidth, kHeight};
 constexpr uint8_t kTransparentIndex = 9;
 
 // A document of 100 x 60 in a frame of 260 x 120: everything moves by (80, 30).
@@ -39,8 +38,9 @@ TEST(PlainText, IsDrawnInCourierInAFrameAndInTheSystemsFontInTheViewer) {
         animation.PlainText("abcdefgh\r\x80\xE4\xF6\rcut off", {5, 6, 5, 2, 8, 16, 3, background});
         const COLORREF text = ColourRef(animation.Colour(3));
         const COLORREF behind = background == kTransparentIndex ? CLR_INVALID : ColourRef(animation.Colour(background));
+        const RECT frame = {0, 0, kWidth, kHeight};
         Canvas canvas(kWidth, kHeight, kGround);
-        DrawPlainText(canvas.Dc(), nullptr, animation.At(2), &kFrame, kTransparentIndex);
+        DrawPlainText(canvas.Dc(), nullptr, animation.At(2), &frame, kTransparentIndex);
         EXPECT_EQ(Difference(Expected(kGround, text, behind, courier, -1), canvas.Look()), "");
 
         ViewerStage stage(animation.List(), kWidth, kHeight);
@@ -49,15 +49,4 @@ TEST(PlainText, IsDrawnInCourierInAFrameAndInTheSystemsFontInTheViewer) {
         EXPECT_EQ(Difference(Expected(stage.State().backgroundColour, text, behind, fixed, 0), stage.Look()), "");
     }
     DeleteObject(courier);
-
-    Animation animation(100, 60);
-    animation.PlainText("Hello", {5, 6, 20, 2, 8, 16, 3, 4});
-    BlockList headless = {};
-    Block otherKind = animation.At(1), noHeader = otherKind;
-    otherKind.kind = kCommentBlock;
-    noHeader.owner = &headless;
-    Canvas canvas(kWidth, kHeight, kGround);
-    for (const Block& block : {otherKind, noHeader})
-        DrawPlainText(canvas.Dc(), nullptr, block, &kFrame, kNoTransparentIndex);
-    EXPECT_EQ(Difference(Picture(kWidth, kHeight, kGround), canvas.Look()), "");
 }

@@ -2,7 +2,6 @@
 
 #include "platform/prompts.h"
 #include "platform/wide_text.h"
-#include "resources/command_ids.h"
 #include "resources/string_ids.h"
 #include "resources/wizard_ids.h"
 #include "tests/gui/editor_test.h"
@@ -41,7 +40,7 @@ protected:
 
     // The hundreds of the controls that are shown, as digits; Back, Next and Delete; the names on the list, the
     // selected one in brackets.
-    static std::string State(HWND dialog) {
+    static std::string Page(HWND dialog) {
         std::string state;
         for (int id = IDC_WIZARD_FIRST; id <= IDC_WIZARD_LAST; ++id) {
             char digit = static_cast<char>('0' + id / 100);
@@ -62,8 +61,7 @@ protected:
 
 TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
     for (const char* name : {"m.gif", "B.gif", "a.gif", "C.gif"}) MakeGif(name);
-    DialogAnswers answers;
-    answers.Do([&](HWND dialog) {
+    auto walk = [&](HWND dialog) {
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_WIZARD_NEXT));
         EXPECT_EQ(Shown(dialog, {IDC_WIZARD_WEB, IDC_WIZARD_LOOP, IDC_WIZARD_SUPER_PALETTE}), "on|on|on");
         EXPECT_EQ(ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCURSEL), 6);
@@ -76,19 +74,19 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
         EXPECT_NE(GetPixel(dc, 8 + 48, 8 + 100), GetSysColor(COLOR_BTNFACE));
         ReleaseDC(dialog, dc);
 
-        EXPECT_EQ(State(dialog), "1 [Back]|Next|[Delete]");
+        EXPECT_EQ(Page(dialog), "1 [Back]|Next|[Delete]");
         for (const char* page : {"2", "3", "4", "5", "6"}) {
             PressButton(dialog, IDC_WIZARD_NEXT);
-            EXPECT_EQ(State(dialog), std::string(page) + " Back|" + (*page < '6' ? "Next" : "[Next]") + "|[Delete]");
+            EXPECT_EQ(Page(dialog), std::string(page) + " Back|" + (*page < '6' ? "Next" : "[Next]") + "|[Delete]");
         }
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_WIZARD_SELECT));
         PressButton(dialog, IDC_WIZARD_SELECT);
-        EXPECT_EQ(State(dialog), "6 Back|[Next]|Delete [m.gif]");
+        EXPECT_EQ(Page(dialog), "6 Back|[Next]|Delete [m.gif]");
         PressButton(dialog, IDC_WIZARD_SELECT);
-        EXPECT_EQ(State(dialog), "6 Back|Next|Delete m.gif B.gif C.gif [a.gif]") << "sorted behind the earlier ones";
+        EXPECT_EQ(Page(dialog), "6 Back|Next|Delete m.gif B.gif C.gif [a.gif]") << "sorted behind the earlier ones";
         EXPECT_EQ(ListLine(dialog, IDC_WIZARD_FILES, 1), File("B.gif"));
         PressButton(dialog, IDC_WIZARD_NEXT);
-        EXPECT_EQ(State(dialog), "7 Back|Done|Delete m.gif B.gif C.gif [a.gif]");
+        EXPECT_EQ(Page(dialog), "7 Back|Done|Delete m.gif B.gif C.gif [a.gif]");
         PressButton(dialog, IDC_WIZARD_BACK);
 
         SetFocus(GetDlgItem(dialog, IDC_WIZARD_DELETE));
@@ -100,19 +98,17 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
         for (const auto& [selected, state] : steps) {
             ToList(dialog, IDC_WIZARD_FILES, LB_SETCURSEL, selected);
             PressButton(dialog, IDC_WIZARD_DELETE);
-            EXPECT_EQ(State(dialog), state);
+            EXPECT_EQ(Page(dialog), state);
         }
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_WIZARD_SELECT));
         for (int page = 6; page > 1; --page) PressButton(dialog, IDC_WIZARD_BACK);
-        EXPECT_EQ(State(dialog), "1 [Back]|Next|[Delete]");
+        EXPECT_EQ(Page(dialog), "1 [Back]|Next|[Delete]");
         PressButton(dialog, IDCANCEL);
-    });
-    answers.ChooseFile(File("m.gif"));
-    answers.Press(IDCANCEL);
+    };
     // The dialog hands several names over in an order of its own.
-    answers.Do(DialogAnswers::ChooseFiles(Folder(), R"("a.gif" "C.gif" "B.gif")"));
-    answers.Press(IDCANCEL);
-    Command(IDM_WIZARD);
+    const Steps one = DialogAnswers::ChooseFiles({File("m.gif")}),
+                three = DialogAnswers::ChooseFiles({Folder(), R"("a.gif" "C.gif" "B.gif")"});
+    Run(IDM_WIZARD, {walk, one, Press(IDCANCEL), three, Press(IDCANCEL)});
     EXPECT_EQ(document.count, 0u);
 }
 
@@ -125,18 +121,14 @@ TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
                                                       {IDC_WIZARD_SIXTEEN, IDC_WIZARD_LOOP, "16 colours"}};
     for (const auto& [matching, loop, colours] : rows) {
         RunWizard({matching, loop}, {first, second}, {});
-        const std::string control = "CONTROL\xFE (delay 5000 1/100ths of a second)";
-        std::vector<std::string> lines = {"HEADER\xFE GIF89a Screen (20 x 30)",
-                                          "LOOP\xFE (0 iterations)",
-                                          control,
-                                          "IMAGE\xFE " + first + " 20 x 10, " + colours,
-                                          control,
-                                          "IMAGE\xFE " + second + " 8 x 30, " + colours};
-        if (loop == IDC_WIZARD_ONCE) lines.erase(lines.begin() + 1);
-        EXPECT_EQ(Lines(), lines);
+        EXPECT_EQ(State(),
+                  std::string("[HEADER] ") + (loop == IDC_WIZARD_LOOP ? "LOOP " : "") + "CONTROL IMAGE CONTROL IMAGE ");
+        const int last = static_cast<int>(document.count) - 1;
+        EXPECT_EQ(LineOf(last - 1), "CONTROL\xFE (delay 5000 1/100ths of a second)");
+        EXPECT_EQ(LineOf(last), "IMAGE\xFE " + second + " 8 x 30, " + colours);
     }
+    EXPECT_EQ(LineOf(0), "HEADER\xFE GIF89a Screen (20 x 30)");
     EXPECT_NE(Title().find("untitled.gif"), std::string::npos);
-    EXPECT_EQ(Selection(), 0);
     EXPECT_TRUE(IsEnabled(IDM_SAVE));
     EXPECT_EQ(At(4).owner, &document);
 
