@@ -13,24 +13,21 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
     constexpr uint32_t kUnchanged = 99;
     RgbTriples palette;
     for (int i = 0; i < kPaletteEntries; ++i) palette[i] = {static_cast<uint8_t>(i), 200, 100};
-    // The number of colours, a cell, and what a click on it chooses.
-    const std::tuple<uint32_t, int, int, uint32_t> rows[] = {
-        {256, 0, 0, 0},         {256, 15, 15, 255}, {40, 7, 2, 39},
-        {40, 8, 2, kUnchanged}, {256, 16, 4, 80},   {256, 16, 15, kUnchanged}};  // the strip right of the last column
+    // The number of colours, a cell (also in the strip right of the last column), and what a click on it chooses.
+    const std::tuple<uint32_t, int, int, uint32_t> rows[] = {{256, 0, 0, 0},   {256, 15, 15, 255},
+                                                             {40, 7, 2, 39},   {40, 8, 2, kUnchanged},
+                                                             {256, 16, 4, 80}, {256, 16, 15, kUnchanged}};
     for (const auto& [count, column, row, chosen] : rows) {
         uint32_t current = kUnchanged;
         DialogAnswers answers({[&, column = column, row = row, chosen = chosen](HWND dialog) {
             RECT client;
             GetClientRect(dialog, &client);
-            UpdateWindow(dialog);
-            HDC dc = GetDC(dialog);
             for (int i = 0, cell = client.right / 16; i < kPaletteEntries; ++i) {
                 int x = i % 16 * cell, y = i / 16 * cell;
-                EXPECT_EQ(GetPixel(dc, x, y), RGB(0, 0, 0)) << i;
-                EXPECT_EQ(GetPixel(dc, x + cell / 2, y + cell / 2), ColourRef(palette[i])) << i;
+                EXPECT_EQ(PixelAt(dialog, x, y), RGB(0, 0, 0)) << i;
+                EXPECT_EQ(PixelAt(dialog, x + cell / 2, y + cell / 2), ColourRef(palette[i])) << i;
                 EXPECT_EQ(ChildWindowFromPoint(dialog, {x + cell - 1, y + cell - 1}), dialog) << i;
             }
-            ReleaseDC(dialog, dc);
             ChooseCell(column, row)(dialog);
             EXPECT_EQ(Edited<ColourRequest>()->current, chosen);
             if (chosen == kUnchanged) PressButton(dialog, IDCANCEL);
@@ -40,38 +37,20 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
     }
 }
 
-TEST_F(ColourPickers, TheEyedropperPicksPixelsOfTheImageAlone) {
-    const int right = GetSystemMetrics(SM_CXSCREEN) - 1, bottom = GetSystemMetrics(SM_CYSCREEN) - 1;
-    auto send = [](UINT message, WPARAM wParam, LPARAM lParam) {
-        return [=](HWND window) { SendMessageW(window, message, wParam, lParam); };
-    };
-    auto click = [=](int x, int y) { return send(WM_LBUTTONUP, 0, MAKELPARAM(x, y)); };
-    // The image's size, steps that go on, steps that end the picking, and what they pick.
-    const std::tuple<int, int, Steps, Steps, uint32_t> rows[] = {
-        {30, 20, click(30, 5), click(0, 0), 1},
-        {30, 20, click(5, 20), click(29, 19), 2},
-        {right + 100, bottom + 100, send(WM_CHAR, 'x', 0), click(right, bottom), 7},
-        {right + 1, bottom + 1, click(right + 1, 0), click(right, bottom), 2},
-        {30, 20, click(30, 5), send(WM_RBUTTONUP, 0, 0), kNoPixel},
-        {30, 20, click(30, 5), send(WM_CHAR, 13, 0), kNoPixel},
-        {30, 20, click(30, 5), send(WM_CHAR, 27, 0), kNoPixel},
-        {30, 20, click(30, 5), send(WM_CLOSE, 0, 0), kNoPixel}};
-    for (const auto& [width, height, goOn, end, picked] : rows) {
-        Block image = {};
-        image.data = MakeImage(width, height, 8, nullptr, [lastX = width - 1, lastY = height - 1](int x, int y) {
-            return x == 0 && y == 0 ? 1u : x == lastX && y == lastY ? 2u : 7u;
-        });
+TEST_F(ColourPickers, TheEyedropperEndsWithoutAPixelButNotBesideTheImage) {
+    for (const auto& [message, key] : {std::pair(WM_CHAR, 13), {WM_CHAR, 27}, {WM_RBUTTONUP, 0}, {WM_CLOSE, 0}}) {
+        auto leave = [message = message, key = key](HWND window) {
+            for (LPARAM beside : {MAKELPARAM(20, 5), MAKELPARAM(5, 10)}) SendMessageW(window, WM_LBUTTONUP, 0, beside);
+            EXPECT_TRUE(IsWindow(window));
+            SendMessageW(window, static_cast<UINT>(message), static_cast<WPARAM>(key), 0);
+        };
         uint32_t index = 5;
-        DialogAnswers answers({[goOn = goOn, end = end](HWND window) {
-            goOn(window);
-            end(window);
-        }});
-        EXPECT_EQ(PickColourFromImage(hMainWindow, image, &index), picked != kNoPixel);
-        EXPECT_EQ(index, picked) << width << " " << picked;
-        FreeBlock(&image);
-        WNDCLASSW about;
-        EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
+        DialogAnswers answers({leave});
+        EXPECT_FALSE(PickColourFromImage(hMainWindow, At(kSampleSecondImage), &index));
+        EXPECT_EQ(index, kNoPixel);
     }
+    WNDCLASSW about;
+    EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
 }
 
 constexpr int kWidth = 40, kHeight = 24;
@@ -93,13 +72,12 @@ int Count(const Picture& picture, COLORREF colour) {
     return count;
 }
 
-TEST_F(ColourPickers, ColourButtonsCarryAReadableIndex) {
-    const std::tuple<UINT, RgbTriple, COLORREF> rows[] = {{0, {129, 129, 129}, kWhite},  // luminance 128
-                                                          {0, {130, 130, 130}, kBlack},
-                                                          {0, {255, 89, 8}, kWhite},  // 128, each term cut
-                                                          {0, {255, 90, 8}, kBlack},
-                                                          {ODS_SELECTED, {0, 0, 128}, kWhite},
-                                                          {ODS_DISABLED, {128, 128, 128}, CLR_INVALID}};
+TEST_F(ColourPickers, ButtonsShowTheirColourAndState) {
+    // Of luminance 128, 129, 128, as each term is cut, and 129.
+    const std::tuple<UINT, RgbTriple, COLORREF> rows[] = {
+        {0, {129, 129, 129}, kWhite},        {0, {130, 130, 130}, kBlack},
+        {0, {255, 89, 8}, kWhite},           {0, {255, 90, 8}, kBlack},
+        {ODS_SELECTED, {0, 0, 128}, kWhite}, {ODS_DISABLED, {128, 128, 128}, CLR_INVALID}};
     for (const auto& [state, face, text] : rows) {
         SCOPED_TRACE(ColourRef(face));
         RgbTriples palette = {};
@@ -110,9 +88,7 @@ TEST_F(ColourPickers, ColourButtonsCarryAReadableIndex) {
         EXPECT_EQ(Count(button, kWhite) > 5, text == kWhite);
         EXPECT_EQ(Count(button, kBlack) > 5, text == kBlack);
     }
-}
 
-TEST_F(ColourPickers, EyedropperButtonsShowTheirState) {
     const COLORREF navy = RGB(0, 0, 128), face = GetSysColor(COLOR_BTNFACE);
     auto draw = [](const DRAWITEMSTRUCT& item) { DrawBitmapButton(nullptr, item, IDB_EYEDROPPER, 0); };
     const Picture raised = Drawn(0, draw), pressed = Drawn(ODS_SELECTED, draw), disabled = Drawn(ODS_DISABLED, draw);

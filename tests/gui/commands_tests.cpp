@@ -3,7 +3,6 @@
 
 #include "editing/dialogs/insert_box.h"
 #include "editing/palette_match.h"
-#include "platform/faults.h"
 #include "resources/insert_ids.h"
 #include "tests/gui/editor_test.h"
 
@@ -17,38 +16,30 @@ protected:
     }
 };
 
-TEST_F(CommandsTest, CommandsOnABlockWantASelection) {
+TEST_F(CommandsTest, SelectEditAndDelete) {
     for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT}) Run(command, {Read("No block is currently selected", IDOK)});
-    EXPECT_FALSE(documentChanged);
-}
-
-TEST_F(CommandsTest, DeleteSelectsTheSameIndexOrTheNewLastBlock) {
-    Open(MakeGif("a.gif"));
-    Run(IDM_DELETE, {Read("The header block can't be copied or deleted.", IDOK)});
-    EXPECT_EQ(State(), "[HEADER] COMMENT IMAGE COMMENT ");
-    Select(1);
-    Command(IDM_DELETE);
-    EXPECT_EQ(State(), "HEADER [IMAGE] COMMENT changed");
-    Select(2);
-    Command(IDM_DELETE);
-    EXPECT_EQ(State(), "HEADER [IMAGE] changed");
-}
-
-TEST_F(CommandsTest, SelectionChangesAreRememberedADoubleClickEditsAndOtherCommandsAreIgnored) {
     Open(MakeGif("a.gif"));
     EXPECT_EQ(selectedLine, kNoSelectedLine);
+    for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Run(id, {});
+    Run(IDM_DELETE, {Read("The header block can't be copied or deleted.", IDOK)});
+    EXPECT_EQ(State(), "[HEADER] COMMENT IMAGE COMMENT ");
     for (int line : {2, -1}) {
         Select(line);
         EXPECT_EQ(selectedLine, 2u);
     }
-    for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Run(id, {});
-    EXPECT_EQ(State(), "HEADER COMMENT IMAGE COMMENT ");
     Select(1);
-    for (int button : {IDCANCEL, IDOK}) {
+    for (const auto& [button, state] :
+         {std::pair(IDCANCEL, "HEADER [COMMENT] IMAGE COMMENT "), {IDOK, "HEADER [COMMENT] IMAGE COMMENT changed"}}) {
         DialogAnswers answers({Press(button)});
         DoubleClick();
-        EXPECT_EQ(State(), std::string("HEADER [COMMENT] IMAGE COMMENT ") + (button == IDOK ? "changed" : ""));
+        EXPECT_EQ(State(), state);
     }
+    documentChanged = false;
+    Command(IDM_DELETE);
+    EXPECT_EQ(State(), "HEADER [IMAGE] COMMENT changed") << "the same index";
+    Select(2);
+    Command(IDM_DELETE);
+    EXPECT_EQ(State(), "HEADER [IMAGE] changed") << "the new last block";
 }
 
 TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader) {
@@ -69,11 +60,8 @@ TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader
     const char second[] = "A LOOP block already exists in this image. Delete it before inserting a new one.";
     Run(IDM_INSERT, {Press(IDC_INSERT_LOOP), Read(second, IDOK)});
     Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), Press(IDCANCEL)});
-    auto pressWithoutMemory = [](HWND dialog) {
-        faults.allocationsUntilFailure = 0;
-        PressButton(dialog, IDC_INSERT_IMAGE);
-    };
-    Run(IDM_INSERT, {pressWithoutMemory, Read("There has been an error allocating memory.", IDOK)});
+    faultsAtButton.allocationsUntilFailure = 0;
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), Read("There has been an error allocating memory.", IDOK)});
     ChangeHeader(0x07, 1);
     Run(IDM_INSERT, {See({IDC_INSERT_PLAIN_TEXT}, "[off]", IDCANCEL)});
     EXPECT_EQ(State(), state);
@@ -90,16 +78,8 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
         EXPECT_EQ(LineOf(index), std::string("IMAGE\xFE ") + name + ".gif 2 x 1, 256 colours");
 
     ChangeHeader(0x87, 1);
-    auto answer = [](int choice, const std::vector<Change>& changes) {
-        return [=](HWND dialog) {
-            EXPECT_TRUE(FindWindowExW(dialog, nullptr, nullptr,
-                                      L"The palette of the image you have imported does not match the global palette "
-                                      L"for this file. You can:"));
-            ClickBox(dialog, choice);
-            Press(IDOK, changes)(dialog);
-        };
-    };
-    const Steps all = answer(IDC_PALETTE_REMAP, {}), one = answer(IDC_PALETTE_DITHER, {{IDC_PALETTE_SUBSEQUENT}});
+    const Steps all = Press(IDOK, {{IDC_PALETTE_REMAP}});
+    const Steps one = Press(IDOK, {{IDC_PALETTE_DITHER}, {IDC_PALETTE_SUBSEQUENT}});
     const std::pair<std::vector<Steps>, unsigned> commands[] = {
         {{all}, 3}, {{one, one, one}, 3}, {{one, all}, 3}, {{one, Press(IDCANCEL)}, 1}};  // which stops the series
     for (const auto& [questions, inserted] : commands) {
@@ -117,16 +97,14 @@ TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
                                                             {1, true, "[on]|[off]|on", IDC_PALETTE_REMAP}};
     for (const auto& [bitCount, black, shown, choice] : rows)
         for (int button : {IDOK, IDCANCEL}) {
-            SCOPED_TRACE(testing::Message() << bitCount << (black ? " black" : ""));
             ChangeHeader(0x87, black ? 0 : 1);
             OwnedMemory pixels(CreateImageBitmap(2, 2, nullptr, bitCount));
-            Block image = {};
-            image.owner = &document;
+            Block image = At(kSampleImage);
             image.data = pixels.Get();
             paletteChoiceForInsert = 77;
             DialogAnswers answers(
                 {See({IDC_PALETTE_REMAP, IDC_PALETTE_DITHER, IDC_PALETTE_SUBSEQUENT}, shown, button)});
-            EXPECT_EQ(RunPaletteDialog(hMainWindow, image), button == IDOK ? choice : kPaletteCancel);
+            EXPECT_EQ(RunPaletteDialog(hMainWindow, image), button == IDOK ? choice : kPaletteCancel) << shown;
             EXPECT_EQ(paletteChoiceForInsert, button == IDOK ? choice : 77);
         }
 }

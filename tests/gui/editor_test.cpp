@@ -1,12 +1,12 @@
 #include "tests/gui/editor_test.h"
 
 #include <cstring>
+#include <utility>
 
 #include "editing/dialogs/edit_block.h"
 #include "gif/block_line.h"
 #include "gif/default_blocks.h"
 #include "gif/descriptor.h"
-#include "platform/faults.h"
 #include "platform/wide_text.h"
 
 void EditorTest::SetUp() {
@@ -93,6 +93,7 @@ EditorTest::Steps EditorTest::Work(const std::vector<int>& controls, const std::
             if (text) SendDlgItemMessageW(dialog, control, CB_SELECTSTRING, 0, reinterpret_cast<LPARAM>(wide.c_str()));
         }
         EXPECT_EQ(Shown(dialog, controls), after);
+        faults = std::exchange(faultsAtButton, {});
         PressButton(dialog, button);
     };
 }
@@ -108,12 +109,17 @@ EditorTest::Steps EditorTest::ChooseCell(int column, int row) {
 
 EditorTest::Steps EditorTest::ClickPixel(int x, int y, COLORREF colour) {
     return [=](HWND window) {
-        UpdateWindow(window);
-        HDC dc = GetDC(window);
-        EXPECT_EQ(GetPixel(dc, x, y), colour);
-        ReleaseDC(window, dc);
+        EXPECT_EQ(PixelAt(window, x, y), colour);
         SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
     };
+}
+
+COLORREF EditorTest::PixelAt(HWND window, int x, int y) {
+    UpdateWindow(window);
+    HDC dc = GetDC(window);
+    COLORREF colour = GetPixel(dc, x, y);
+    ReleaseDC(window, dc);
+    return colour;
 }
 
 std::string EditorTest::Shown(HWND dialog, const std::vector<int>& controls) {

@@ -3,6 +3,7 @@
 
 #include "app/services/shell_objects.h"
 #include "app/shell_state.h"
+#include "platform/faults.h"
 #include "resources/command_ids.h"
 #include "resources/editor_ids.h"
 #include "tests/gui/picture.h"
@@ -49,9 +50,10 @@ protected:
     static int Edit(int index, std::vector<Steps> dialogs);
 
     // Steps that make the changes in a dialog and end it with the button. The controls must look like `before` and then
-    // like `after` (see Shown). What was made to fail fails no longer.
+    // like `after` (see Shown). Nothing fails any more in it until the button, where `faultsAtButton` come to be once.
     static Steps Work(const std::vector<int>& controls, const std::string& before, const std::vector<Change>& changes,
                       const std::string& after, int button);
+    inline static Faults faultsAtButton;
     static Steps Press(int button, const std::vector<Change>& changes = {}) {
         return Work({}, "", changes, "", button);
     }
@@ -63,6 +65,7 @@ protected:
     // Steps for the colour grid (the last pixel of a cell) and the eyedropper (a pixel, which must have the colour).
     static Steps ChooseCell(int column, int row);
     static Steps ClickPixel(int x, int y, COLORREF colour);
+    static COLORREF PixelAt(HWND window, int x, int y);
 
     // What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
     static std::string Shown(HWND dialog, const std::vector<int>& controls);

@@ -4,7 +4,6 @@
 #include "editing/dialogs/edit_block.h"
 #include "gif/default_blocks.h"
 #include "gif/descriptor.h"
-#include "platform/faults.h"
 #include "tests/gui/editor_test.h"
 
 using namespace std::string_literals;
@@ -53,15 +52,13 @@ TEST_F(Editors, OkKeepsTheChangesAndCancelDoesNot) {
     EXPECT_EQ(defaultPlainTextGrid.width + defaultPlainTextGrid.cellWidth, 0);
 }
 
-TEST_F(Editors, CancelKeepsTheColoursOfAPlainText) {
-    Steps cancel = Press(IDCANCEL, {{IDC_PLAIN_TEXT, "lost"}, {IDC_SECOND_COLOUR}});
+TEST_F(Editors, PlainTextsKeepColoursEvenByCancelAndDoWithout) {
+    const Steps cancel = Press(IDCANCEL, {{IDC_PLAIN_TEXT, "lost"}, {IDC_SECOND_COLOUR}});
     EXPECT_EQ(Edit(kSamplePlainText, {cancel, ChooseCell(1, 2)}), kBlockEdited);
     EXPECT_EQ(GetPlainTextFields(At(kSamplePlainText)).backgroundIndex, 33);
     EXPECT_EQ(LineOf(kSamplePlainText), "PLAIN TEXT\xFE This space for rent...");
     EXPECT_EQ(defaultPlainTextGrid.width, 80);
-}
 
-TEST_F(Editors, WithoutColoursToChoose) {
     const uint8_t disposal5 = 5 << kControlDisposalShift | 0xE1;
     Block last = At(kSampleLastControl), image = At(kSampleImage);
     PutControlFields(&last, {disposal5, 0, 0});
@@ -76,8 +73,7 @@ TEST_F(Editors, WithoutColoursToChoose) {
     EXPECT_EQ(Edit(kSampleSecondImage, {See({IDC_IMAGE_LOCAL_PALETTE}, "[off]", IDOK)}), kBlockEdited);
     image.kind = kUnknownBlock;
     Put(image);
-    Steps see = See({IDC_EYEDROPPER, IDC_SECOND_EYEDROPPER, IDC_COLOUR}, "[]|[]|255", IDCANCEL);
-    EXPECT_EQ(Edit(kSamplePlainText, {see}), kBlockEdited);
+    Edit(kSamplePlainText, {See({IDC_EYEDROPPER, IDC_SECOND_EYEDROPPER, IDC_COLOUR}, "[]|[]|255", IDCANCEL)});
 }
 
 TEST_F(Editors, GlobalPaletteIsDroppedWhenNoImageNeedsIt) {
@@ -92,12 +88,9 @@ TEST_F(Editors, GlobalPaletteIsDroppedWhenNoImageNeedsIt) {
         return Work(box, before, {{IDC_HEADER_GLOBAL_PALETTE}}, after, button);
     };
     Edit(kSampleHeader, {click("on", "on", IDOK), Read(inUse, IDNO)});
-    auto unreadable = [](HWND question) {
-        faults.locksUntilFailure = 0;
-        PressButton(question, IDYES);
-    };
+    faultsAtButton.locksUntilFailure = 0;  // that of the question
     Steps told = Read("There has been an error accessing this block.", IDOK);
-    Edit(kSampleHeader, {click("on", "on", IDCANCEL), unreadable, told});
+    Edit(kSampleHeader, {click("on", "on", IDCANCEL), Press(IDYES), told});
     EXPECT_EQ(packed(), 0x8707);
     Edit(kSampleHeader, {click("on", "off", IDCANCEL), Read(inUse, IDYES)});
     EXPECT_EQ(packed(), 0x8787) << "the image has its copy even after Cancel";
@@ -140,21 +133,15 @@ TEST_F(Editors, CommentLosesNothing) {
 
 TEST_F(Editors, CancelAndFailuresKeepTheOldComment) {
     const std::string line = LineOf(kSampleComment);
-    auto failAtOk = [](long Faults::*fault, long after) {
-        return [=](HWND dialog) {
-            SetDlgItemTextW(dialog, IDC_COMMENT_TEXT, L"new");
-            faults.*fault = after;
-            PressButton(dialog, IDOK);
-        };
-    };
-    Steps outOfMemory = Read("There has been an error allocating memory.", IDOK);
-    EXPECT_EQ(Edit(kSampleComment, {Press(IDCANCEL, {{IDC_COMMENT_TEXT, "lost"}})}), kBlockUnchanged);
-    EXPECT_EQ(Edit(kSampleComment, {failAtOk(&Faults::allocationsUntilFailure, 0), outOfMemory}), kBlockEdited);
+    const Steps change = Press(IDOK, {{IDC_COMMENT_TEXT, "new"}});
+    const Steps outOfMemory = Read("There has been an error allocating memory.", IDOK);
+    EXPECT_EQ(Edit(kSampleComment, {Press(IDCANCEL, {{IDC_COMMENT_TEXT, "new"}})}), kBlockUnchanged);
+    faultsAtButton.allocationsUntilFailure = 0;
+    EXPECT_EQ(Edit(kSampleComment, {change, outOfMemory}), kBlockEdited);
     EXPECT_EQ(LineOf(kSampleComment), line);
-    // The new text is stored, but the list can't be reached.
-    EXPECT_EQ(Edit(kSampleComment, {failAtOk(&Faults::locksUntilFailure, 1)}), kBlockInaccessible);
-    // The list is read, the text is not: shown empty, it would be lost with OK.
-    faults.locksUntilFailure = 1;
+    faultsAtButton.locksUntilFailure = 1;  // the new text is stored, but the list can't be reached
+    EXPECT_EQ(Edit(kSampleComment, {change}), kBlockInaccessible);
+    faults.locksUntilFailure = 1;  // the list is read, the text is not: shown empty, it would be lost with OK
     EXPECT_EQ(Edit(kSampleComment, {outOfMemory}), kBlockUnchanged);
     EXPECT_EQ(LineOf(kSampleComment), line);
 }

@@ -64,15 +64,12 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
     auto walk = [&](HWND dialog) {
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_WIZARD_NEXT));
         EXPECT_EQ(Shown(dialog, {IDC_WIZARD_WEB, IDC_WIZARD_LOOP, IDC_WIZARD_SUPER_PALETTE}), "on|on|on");
-        EXPECT_EQ(ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCURSEL), 6);
-        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_DELAYS, 6), "100 hundredths");
+        const LRESULT delay = ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCURSEL);
+        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_DELAYS, delay), "100 hundredths");
 
         // The picture covers the dialog's colour, except around its rounded corners.
-        UpdateWindow(dialog);
-        HDC dc = GetDC(dialog);
-        EXPECT_EQ(GetPixel(dc, 8, 8), GetSysColor(COLOR_BTNFACE));
-        EXPECT_NE(GetPixel(dc, 8 + 48, 8 + 100), GetSysColor(COLOR_BTNFACE));
-        ReleaseDC(dialog, dc);
+        EXPECT_EQ(PixelAt(dialog, 8, 8), GetSysColor(COLOR_BTNFACE));
+        EXPECT_NE(PixelAt(dialog, 8 + 48, 8 + 100), GetSysColor(COLOR_BTNFACE));
 
         EXPECT_EQ(Page(dialog), "1 [Back]|Next|[Delete]");
         for (const char* page : {"2", "3", "4", "5", "6"}) {
