@@ -1,5 +1,4 @@
 // Editing, deleting and inserting blocks through the main window.
-#include <tuple>
 
 #include "editing/dialogs/insert_box.h"
 #include "editing/palette_match.h"
@@ -8,13 +7,7 @@
 
 namespace {
 
-class CommandsTest : public EditorTest {
-protected:
-    void InsertImages(const std::string& names, std::vector<Steps> questions) {
-        questions.insert(questions.begin(), {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles({Folder(), names})});
-        Run(IDM_INSERT, questions);
-    }
-};
+using CommandsTest = EditorTest;
 
 TEST_F(CommandsTest, SelectEditAndDelete) {
     for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT}) Run(command, {Read("No block is currently selected", IDOK)});
@@ -72,7 +65,11 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
     for (const char* name : {"c.gif", "A1.gif", "b.gif", "e.gif"}) MakeGif(name, 2, 1);
     WriteWholeFile(File("d.gif"), "no picture");
     Select(1);
-    InsertImages(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")", {});
+    auto insertImages = [this](const std::string& names, std::vector<Steps> questions) {
+        questions.insert(questions.begin(), {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles({Folder(), names})});
+        Run(IDM_INSERT, questions);
+    };
+    insertImages(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")", {});
     EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE IMAGE IMAGE IMAGE COMMENT changed");
     for (const auto& [index, name] : {std::pair(2, "A1"), {3, "b"}, {4, "c"}})
         EXPECT_EQ(LineOf(index), std::string("IMAGE\xFE ") + name + ".gif 2 x 1, 256 colours");
@@ -84,7 +81,7 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
         {{all}, 3}, {{one, one, one}, 3}, {{one, all}, 3}, {{one, Press(IDCANCEL)}, 1}};  // which stops the series
     for (const auto& [questions, inserted] : commands) {
         const uint32_t count = document.count;
-        InsertImages(R"("A1.gif" "b.gif" "c.gif")", questions);
+        insertImages(R"("A1.gif" "b.gif" "c.gif")", questions);
         EXPECT_EQ(document.count, count + inserted);
     }
 }

@@ -7,8 +7,7 @@
 
 namespace {
 
-constexpr UINT kPollMilliseconds = 10;
-constexpr int kPatience = 1000;  // polls until an answered dialog that stays open counts as stuck
+constexpr int kPatience = 1000;  // polls, one in 10 ms, until an answered dialog that stays open counts as stuck
 constexpr wchar_t kAnsweredMark[] = L"ZephyrTestAnswered";
 
 DialogAnswers* current;
@@ -32,7 +31,7 @@ void GiveUp(HWND dialog, const char* why) {
 }  // namespace
 
 DialogAnswers::DialogAnswers(std::vector<Steps> answers)
-    : timer_(SetTimer(nullptr, 0, kPollMilliseconds, AnswerOneDialog)), answers_(std::move(answers)) {
+    : timer_(SetTimer(nullptr, 0, 10, AnswerOneDialog)), answers_(std::move(answers)) {
     current = this;
 }
 

