@@ -39,13 +39,12 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
 
 TEST_F(ColourPickers, TheEyedropperEndsWithoutAPixelButNotBesideTheImage) {
     for (const auto& [message, key] : {std::pair(WM_CHAR, 13), {WM_CHAR, 27}, {WM_RBUTTONUP, 0}, {WM_CLOSE, 0}}) {
-        auto leave = [message = message, key = key](HWND window) {
+        DialogAnswers answers({[message = message, key = key](HWND window) {
             for (LPARAM beside : {MAKELPARAM(20, 5), MAKELPARAM(5, 10)}) SendMessageW(window, WM_LBUTTONUP, 0, beside);
             EXPECT_TRUE(IsWindow(window));
             SendMessageW(window, static_cast<UINT>(message), static_cast<WPARAM>(key), 0);
-        };
+        }});
         uint32_t index = 5;
-        DialogAnswers answers({leave});
         EXPECT_FALSE(PickColourFromImage(hMainWindow, At(kSampleSecondImage), &index));
         EXPECT_EQ(index, kNoPixel);
     }
@@ -79,13 +78,12 @@ TEST_F(ColourPickers, ButtonsShowTheirColourAndState) {
         {0, {255, 89, 8}, kWhite},           {0, {255, 90, 8}, kBlack},
         {ODS_SELECTED, {0, 0, 128}, kWhite}, {ODS_DISABLED, {128, 128, 128}, CLR_INVALID}};
     for (const auto& [state, face, text] : rows) {
-        SCOPED_TRACE(ColourRef(face));
         RgbTriples palette = {};
         if (state != ODS_DISABLED) palette[88] = face;
         const Picture button =
             Drawn(state, [&](const DRAWITEMSTRUCT& item) { DrawColourButton(nullptr, item, palette, 88); });
         EXPECT_GT(Count(button, ColourRef(face)), (kWidth - 6) * (kHeight - 6) / 2);
-        EXPECT_EQ(Count(button, kWhite) > 5, text == kWhite);
+        EXPECT_EQ(Count(button, kWhite) > 5, text == kWhite) << ColourRef(face);
         EXPECT_EQ(Count(button, kBlack) > 5, text == kBlack);
     }
 

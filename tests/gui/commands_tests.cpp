@@ -21,13 +21,11 @@ TEST_F(CommandsTest, SelectEditAndDelete) {
         EXPECT_EQ(selectedLine, 2u);
     }
     Select(1);
-    for (const auto& [button, state] :
-         {std::pair(IDCANCEL, "HEADER [COMMENT] IMAGE COMMENT "), {IDOK, "HEADER [COMMENT] IMAGE COMMENT changed"}}) {
-        DialogAnswers answers({Press(button)});
-        DoubleClick();
-        EXPECT_EQ(State(), state);
-    }
-    documentChanged = false;
+    Run(IDM_EDIT, {Press(IDCANCEL)});
+    EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE COMMENT ");
+    DialogAnswers answers({Press(IDOK)});
+    DoubleClick();
+    EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE COMMENT changed");
     Command(IDM_DELETE);
     EXPECT_EQ(State(), "HEADER [IMAGE] COMMENT changed") << "the same index";
     Select(2);
@@ -41,7 +39,6 @@ TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader
     Run(IDM_INSERT, {Press(IDC_INSERT_CONTROL)});
     EXPECT_EQ(State(), "HEADER [COMMENT] CONTROL IMAGE COMMENT changed");
     EXPECT_EQ(selectedLine, kNoSelectedLine);
-    Select(3);
     Run(IDM_INSERT, {Press(IDC_INSERT_LOOP)});
     EXPECT_EQ(State(), "[HEADER] LOOP COMMENT CONTROL IMAGE COMMENT changed");
     Run(IDM_INSERT, {Press(IDC_INSERT_COMMENT)});
@@ -65,11 +62,8 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
     for (const char* name : {"c.gif", "A1.gif", "b.gif", "e.gif"}) MakeGif(name, 2, 1);
     WriteWholeFile(File("d.gif"), "no picture");
     Select(1);
-    auto insertImages = [this](const std::string& names, std::vector<Steps> questions) {
-        questions.insert(questions.begin(), {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles({Folder(), names})});
-        Run(IDM_INSERT, questions);
-    };
-    insertImages(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")", {});
+    auto choose = [this](const char* names) { return DialogAnswers::ChooseFiles({Folder(), names}); };
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), choose(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")")});
     EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE IMAGE IMAGE IMAGE COMMENT changed");
     for (const auto& [index, name] : {std::pair(2, "A1"), {3, "b"}, {4, "c"}})
         EXPECT_EQ(LineOf(index), std::string("IMAGE\xFE ") + name + ".gif 2 x 1, 256 colours");
@@ -81,24 +75,23 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
         {{all}, 3}, {{one, one, one}, 3}, {{one, all}, 3}, {{one, Press(IDCANCEL)}, 1}};  // which stops the series
     for (const auto& [questions, inserted] : commands) {
         const uint32_t count = document.count;
-        insertImages(R"("A1.gif" "b.gif" "c.gif")", questions);
+        Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), choose(R"("A1.gif" "b.gif" "c.gif")")}, questions);
         EXPECT_EQ(document.count, count + inserted);
     }
 }
 
 TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
-    // Bits of the image, whether the document is all black, what the choices and the box show, and what OK answers.
-    const std::tuple<int, bool, const char*, int> rows[] = {{8, false, "off|on|on", IDC_PALETTE_DITHER},
-                                                            {4, true, "[off]|[on]|on", IDC_PALETTE_DITHER},
-                                                            {1, false, "on|[off]|on", IDC_PALETTE_REMAP},
-                                                            {1, true, "[on]|[off]|on", IDC_PALETTE_REMAP}};
-    for (const auto& [bitCount, black, shown, choice] : rows)
+    // Bits of the image, whether the document is all black, and what the choices and the box show.
+    const std::tuple<int, bool, const char*> rows[] = {
+        {8, false, "off|on|on"}, {4, true, "[off]|[on]|on"}, {1, false, "on|[off]|on"}, {1, true, "[on]|[off]|on"}};
+    for (const auto& [bitCount, black, shown] : rows)
         for (int button : {IDOK, IDCANCEL}) {
             ChangeHeader(0x87, black ? 0 : 1);
             OwnedMemory pixels(CreateImageBitmap(2, 2, nullptr, bitCount));
             Block image = At(kSampleImage);
             image.data = pixels.Get();
             paletteChoiceForInsert = 77;
+            const int choice = bitCount == 1 ? IDC_PALETTE_REMAP : IDC_PALETTE_DITHER;
             DialogAnswers answers(
                 {See({IDC_PALETTE_REMAP, IDC_PALETTE_DITHER, IDC_PALETTE_SUBSEQUENT}, shown, button)});
             EXPECT_EQ(RunPaletteDialog(hMainWindow, image), button == IDOK ? choice : kPaletteCancel) << shown;

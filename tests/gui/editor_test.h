@@ -31,6 +31,8 @@ protected:
         int control;
         const char* text = nullptr;  // Windows-1252, to type or to choose; without one the control is clicked
     };
+    using Changes = std::vector<Change>;
+    using Ids = std::vector<int>;
 
     void SetUp() override {
         ShellTest::SetUp();
@@ -68,9 +70,8 @@ protected:
         return line;
     }
     static std::string TextOf(int index) {
-        Block block = At(index);
-        MemoryLock lock(block.data);
-        return lock ? std::string(lock.As<char>(), block.dataLength) : std::string();
+        MemoryLock lock(At(index).data);
+        return lock ? std::string(lock.As<char>(), At(index).dataLength) : "";
     }
     // All colours become (colour, colour, colour).
     static void ChangeHeader(uint8_t packed, int colour) {
@@ -91,20 +92,22 @@ protected:
         return state + (documentChanged ? "changed" : "");
     }
 
-    // Gives the command, or edits block `index`, while `dialogs` are worked in the order in which they appear.
-    void Run(int command, std::vector<Steps> dialogs) {
+    // Gives the command, or edits block `index`, while `dialogs` and then `others` are worked as they appear.
+    void Run(int command, std::vector<Steps> dialogs, const std::vector<Steps>& others = {}) {
+        dialogs.insert(dialogs.end(), others.begin(), others.end());
         DialogAnswers answers(std::move(dialogs));
         Command(command);
     }
-    static int Edit(int index, std::vector<Steps> dialogs) {
+    static int Edit(int index, std::vector<Steps> dialogs, const std::vector<Steps>& others = {}) {
+        dialogs.insert(dialogs.end(), others.begin(), others.end());
         DialogAnswers answers(std::move(dialogs));
         return EditBlock(hMainWindow, &document, index);
     }
 
     // Steps that make the changes in a dialog and end it with the button. The controls must look like `before` and then
     // like `after` (see Shown). Nothing fails any more in it until the button, where `faultsAtButton` come to be once.
-    static Steps Work(const std::vector<int>& controls, const std::string& before, const std::vector<Change>& changes,
-                      const std::string& after, int button) {
+    static Steps Work(const Ids& controls, const std::string& before, const Changes& changes, const std::string& after,
+                      int button) {
         return [=](HWND dialog) {
             faults = {};
             EXPECT_EQ(Shown(dialog, controls), before);
@@ -120,12 +123,8 @@ protected:
         };
     }
     inline static Faults faultsAtButton;
-    static Steps Press(int button, const std::vector<Change>& changes = {}) {
-        return Work({}, "", changes, "", button);
-    }
-    static Steps See(const std::vector<int>& controls, const std::string& shown, int button) {
-        return Work(controls, shown, {}, shown, button);
-    }
+    static Steps Press(int button, const Changes& changes = {}) { return Work({}, "", changes, "", button); }
+    static Steps See(const Ids& ids, const std::string& look, int button) { return Work(ids, look, {}, look, button); }
     static Steps Read(const std::string& text, int button) { return See({101}, text, button); }  // in a message box
 
     // Steps for the colour grid (the last pixel of a cell) and the eyedropper (a pixel, which must have the colour).
@@ -152,7 +151,7 @@ protected:
     }
 
     // What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
-    static std::string Shown(HWND dialog, const std::vector<int>& controls) {
+    static std::string Shown(HWND dialog, const Ids& controls) {
         std::string all;
         for (int id : controls) {
             std::string shown = ControlText(dialog, id);

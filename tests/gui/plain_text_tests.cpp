@@ -9,7 +9,6 @@
 TEST(PlainText, IsDrawnInCourierInAFrameAndInTheSystemsFontInTheViewer) {
     constexpr int kWidth = 260, kHeight = 120;
     constexpr RECT kFrame = {0, 0, kWidth, kHeight};
-    constexpr COLORREF kGround = RGB(10, 20, 30);
     constexpr uint8_t kTransparentIndex = 9;
     HFONT courier = CreateFontW(14, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Courier New");
     for (uint8_t background : {uint8_t{4}, kTransparentIndex}) {
@@ -31,14 +30,14 @@ TEST(PlainText, IsDrawnInCourierInAFrameAndInTheSystemsFontInTheViewer) {
             SelectObject(canvas.Dc(), previous);
             return canvas.Look();
         };
-        Canvas canvas(kWidth, kHeight, kGround);
+        Canvas canvas(kWidth, kHeight, RGB(10, 20, 30));
         DrawPlainText(canvas.Dc(), nullptr, animation.At(2), &kFrame, kTransparentIndex);
-        EXPECT_EQ(Difference(expected(kGround, courier, -1), canvas.Look()), "");
+        EXPECT_EQ(Difference(expected(RGB(10, 20, 30), courier, -1), canvas.Look()), "");
 
         ViewerStage stage(animation.List(), kWidth, kHeight);
         EXPECT_EQ(stage.PlayToEnd(), 0);
-        HGDIOBJ fixed = GetStockObject(ANSI_FIXED_FONT);
-        EXPECT_EQ(Difference(expected(stage.State().backgroundColour, fixed, 0), stage.Look()), "");
+        const Picture inViewer = expected(stage.State().backgroundColour, GetStockObject(ANSI_FIXED_FONT), 0);
+        EXPECT_EQ(Difference(inViewer, stage.Look()), "");
     }
     DeleteObject(courier);
 }

@@ -20,8 +20,8 @@ class WizardTest : public EditorTest {
 protected:
     // Runs the wizard: clicks the radio buttons, takes the longest delay, puts the files straight onto the list, as
     // Select does, and goes on until Done, while `boxes` are answered.
-    void RunWizard(const std::vector<int>& radios, const std::vector<std::string>& files, std::vector<Steps> boxes) {
-        boxes.insert(boxes.begin(), [&](HWND dialog) {
+    void RunWizard(const Ids& radios, const std::vector<std::string>& files, const std::vector<Steps>& boxes) {
+        auto walk = [&](HWND dialog) {
             ToList(dialog, IDC_WIZARD_DELAYS, LB_SETCURSEL, 15);
             for (const std::string& file : files)
                 ToList(dialog, IDC_WIZARD_FILES, LB_ADDSTRING, 0, WideFromUtf8(file).c_str());
@@ -30,8 +30,8 @@ protected:
                     if (IsWindowVisible(GetDlgItem(dialog, radio))) ClickBox(dialog, radio);
                 PressButton(dialog, IDC_WIZARD_NEXT);
             }
-        });
-        Run(IDM_WIZARD, boxes);
+        };
+        Run(IDM_WIZARD, {walk}, boxes);
     }
 
     // The hundreds of the controls that are shown, as digits; Back, Next and Delete; the names on the list, the
@@ -60,8 +60,8 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
     auto walk = [&](HWND dialog) {
         EXPECT_EQ(GetFocus(), GetDlgItem(dialog, IDC_WIZARD_NEXT));
         EXPECT_EQ(Shown(dialog, {IDC_WIZARD_WEB, IDC_WIZARD_LOOP, IDC_WIZARD_SUPER_PALETTE}), "on|on|on");
-        const LRESULT delay = ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCURSEL);
-        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_DELAYS, delay), "100 hundredths");
+        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_DELAYS, ToList(dialog, IDC_WIZARD_DELAYS, LB_GETCURSEL)),
+                  "100 hundredths");
 
         // The picture covers the dialog's colour, except around its rounded corners.
         EXPECT_EQ(PixelAt(dialog, 8, 8), GetSysColor(COLOR_BTNFACE));
@@ -83,42 +83,39 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
         PressButton(dialog, IDC_WIZARD_BACK);
 
         SetFocus(GetDlgItem(dialog, IDC_WIZARD_DELETE));
-        const std::pair<int, const char*> steps[] = {{-1, "6 Back|Next|Delete m.gif B.gif C.gif a.gif"},
-                                                     {0, "6 Back|Next|Delete [B.gif] C.gif a.gif"},
-                                                     {1, "6 Back|Next|Delete B.gif [a.gif]"},
-                                                     {1, "6 Back|[Next]|Delete [B.gif]"},
-                                                     {0, "6 Back|[Next]|[Delete]"}};
-        for (const auto& [selected, state] : steps) {
+        for (const auto& [selected, state] : {std::pair(-1, "Next|Delete m.gif B.gif C.gif a.gif"),
+                                              {0, "Next|Delete [B.gif] C.gif a.gif"},
+                                              {1, "Next|Delete B.gif [a.gif]"},
+                                              {1, "[Next]|Delete [B.gif]"},
+                                              {0, "[Next]|[Delete]"}}) {
             ToList(dialog, IDC_WIZARD_FILES, LB_SETCURSEL, selected);
             PressButton(dialog, IDC_WIZARD_DELETE);
-            EXPECT_EQ(Page(dialog), state);
+            EXPECT_EQ(Page(dialog), std::string("6 Back|") + state);
         }
         for (int page = 6; page > 1; --page) PressButton(dialog, IDC_WIZARD_BACK);
         EXPECT_EQ(Page(dialog), "1 [Back]|Next|[Delete]");
         PressButton(dialog, IDCANCEL);
     };
     // The dialog hands several names over in an order of its own.
-    const Steps one = DialogAnswers::ChooseFiles({File("m.gif")}),
-                three = DialogAnswers::ChooseFiles({Folder(), R"("a.gif" "C.gif" "B.gif")"});
-    Run(IDM_WIZARD, {walk, one, Press(IDCANCEL), three, Press(IDCANCEL)});
+    const Steps three = DialogAnswers::ChooseFiles({Folder(), R"("a.gif" "C.gif" "B.gif")"});
+    Run(IDM_WIZARD, {walk, DialogAnswers::ChooseFiles({File("m.gif")}), Press(IDCANCEL), three, Press(IDCANCEL)});
     EXPECT_EQ(document.count, 0u);
 }
 
 TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
     const std::string first = MakeGif("a.gif", 20, 10), second = MakeGif("b.gif", 8, 30);
-    const std::tuple<int, int, const char*> rows[] = {{IDC_WIZARD_SUPER_PALETTE, IDC_WIZARD_LOOP, "2 colours"},
-                                                      {IDC_WIZARD_FIRST_PALETTE, IDC_WIZARD_ONCE, "256 colours"},
-                                                      {IDC_WIZARD_PHOTOREALISTIC, IDC_WIZARD_LOOP, "256 colours"},
-                                                      {IDC_WIZARD_DRAWN, IDC_WIZARD_ONCE, "256 colours"},
-                                                      {IDC_WIZARD_SIXTEEN, IDC_WIZARD_LOOP, "16 colours"}};
-    for (const auto& [matching, loop, colours] : rows) {
-        RunWizard({matching, loop}, {first, second}, {});
-        EXPECT_EQ(State(), std::string("[HEADER] ") + (loop == IDC_WIZARD_LOOP ? "LOOP " : "") +
-                               "CONTROL IMAGE CONTROL IMAGE changed");
+    for (const auto& [matching, colours] : {std::pair(IDC_WIZARD_SUPER_PALETTE, "2"),
+                                            {IDC_WIZARD_FIRST_PALETTE, "256"},
+                                            {IDC_WIZARD_PHOTOREALISTIC, "256"},
+                                            {IDC_WIZARD_DRAWN, "256"},
+                                            {IDC_WIZARD_SIXTEEN, "16"}}) {
+        const bool loops = matching != IDC_WIZARD_DRAWN;
+        RunWizard({matching, loops ? IDC_WIZARD_LOOP : IDC_WIZARD_ONCE}, {first, second}, {});
+        EXPECT_EQ(State(), std::string(loops ? "[HEADER] LOOP " : "[HEADER] ") + "CONTROL IMAGE CONTROL IMAGE changed");
         documentChanged = false;  // or the next run would ask
         const int last = static_cast<int>(document.count) - 1;
         EXPECT_EQ(LineOf(last - 1), "CONTROL\xFE (delay 5000 1/100ths of a second)");
-        EXPECT_EQ(LineOf(last), "IMAGE\xFE " + second + " 8 x 30, " + colours);
+        EXPECT_EQ(LineOf(last), "IMAGE\xFE " + second + " 8 x 30, " + colours + " colours");
     }
     EXPECT_EQ(LineOf(0), "HEADER\xFE GIF89a Screen (20 x 30)");
     EXPECT_NE(Title().find("untitled.gif"), std::string::npos);
