@@ -1,5 +1,4 @@
 // Editing, deleting and inserting blocks through the main window.
-
 #include "editing/dialogs/insert_box.h"
 #include "editing/palette_match.h"
 #include "resources/insert_ids.h"

@@ -1,5 +1,4 @@
 // The block editors, worked through their controls, with what the document holds afterwards.
-
 #include "tests/gui/editor_test.h"
 
 using namespace std::string_literals;
