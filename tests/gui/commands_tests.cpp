@@ -1,135 +1,101 @@
 // Editing, deleting and inserting blocks through the main window.
-#include "app/shell_state.h"
+#include "editing/dialogs/insert_box.h"
 #include "editing/palette_match.h"
-#include "platform/faults.h"
-#include "resources/command_ids.h"
 #include "resources/insert_ids.h"
-#include "tests/gui/window_driver.h"
+#include "tests/gui/editor_test.h"
 
 namespace {
 
-using Texts = std::vector<std::string>;
+using CommandsTest = EditorTest;
 
-class CommandsTest : public ShellTest {
-protected:
-    void OpenGif() { Open(MakeGif("a.gif")); }  // HEADER COMMENT IMAGE COMMENT
-
-    // The lines' kind names.
-    std::string Kinds() const {
-        std::string kinds;
-        for (const std::string& line : Lines()) kinds += (kinds.empty() ? "" : " ") + line.substr(0, line.find('\xFE'));
-        return kinds;
-    }
-
-    // What the command leaves behind: the lines, the selected one, and whether the document is changed by it.
-    void Expect(const std::string& kinds, int selection, bool changed) const {
-        EXPECT_EQ(Kinds(), kinds);
-        EXPECT_EQ(Selection(), selection);
-        EXPECT_EQ(documentChanged, changed);
-    }
-};
-
-TEST_F(CommandsTest, CommandsOnABlockWantASelection) {
-    for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT}) {
-        DialogAnswers answers;
-        answers.Press(IDOK);
-        Command(command);
-        EXPECT_EQ(answers.Texts(), Texts{"No block is currently selected"}) << command;
-        EXPECT_FALSE(documentChanged);
-    }
-}
-
-TEST_F(CommandsTest, DeleteSelectsTheSameIndexOrTheNewLastBlock) {
-    OpenGif();
-    DialogAnswers answers;
-    answers.Press(IDOK);
-    Command(IDM_DELETE);
-    EXPECT_EQ(answers.Texts(), Texts{"The header block can't be copied or deleted."});
-    Expect("HEADER COMMENT IMAGE COMMENT", 0, false);
-    Select(1);
-    Command(IDM_DELETE);
-    Expect("HEADER IMAGE COMMENT", 1, true);
-    Select(2);
-    Command(IDM_DELETE);
-    Expect("HEADER IMAGE", 1, true);
-}
-
-TEST_F(CommandsTest, ADoubleClickEditsTheLine) {
-    OpenGif();
-    Select(1);
-    for (int button : {IDCANCEL, IDOK}) {
-        DialogAnswers answers;
-        answers.Press(button);
-        DoubleClick();
-        Expect("HEADER COMMENT IMAGE COMMENT", 1, button == IDOK);
-    }
-}
-
-TEST_F(CommandsTest, SelectionChangesAreRememberedAndOtherCommandsIgnored) {
-    OpenGif();
-    EXPECT_EQ(selectedLine, 65535u);
+TEST_F(CommandsTest, SelectEditAndDelete) {
+    for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT}) Run(command, {Read("No block is currently selected", IDOK)});
+    Open(MakeGif("a.gif"));
+    EXPECT_EQ(selectedLine, kNoSelectedLine);
+    for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Run(id, {});
+    Run(IDM_DELETE, {Read("The header block can't be copied or deleted.", IDOK)});
+    EXPECT_EQ(State(), "[HEADER] COMMENT IMAGE COMMENT ");
     for (int line : {2, -1}) {
         Select(line);
         EXPECT_EQ(selectedLine, 2u);
     }
-    DialogAnswers none;
-    for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Command(id);
-    Expect("HEADER COMMENT IMAGE COMMENT", -1, false);
+    Select(1);
+    Run(IDM_EDIT, {Press(IDCANCEL)});
+    EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE COMMENT ");
+    DialogAnswers answers({Press(IDOK)});
+    DoubleClick();
+    EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE COMMENT changed");
+    Command(IDM_DELETE);
+    EXPECT_EQ(State(), "HEADER [IMAGE] COMMENT changed") << "the same index";
+    Select(2);
+    Command(IDM_DELETE);
+    EXPECT_EQ(State(), "HEADER [IMAGE] changed") << "the new last block";
 }
 
 TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader) {
-    OpenGif();
+    Open(MakeGif("a.gif"));
     Select(1);
-    DialogAnswers answers;
-    answers.Press(IDC_INSERT_CONTROL);
-    Command(IDM_INSERT);
-    Expect("HEADER COMMENT CONTROL IMAGE COMMENT", 1, true);
-    EXPECT_EQ(selectedLine, 65535u);
-    answers.Press(IDC_INSERT_LOOP);
-    Command(IDM_INSERT);
-    Expect("HEADER LOOP COMMENT CONTROL IMAGE COMMENT", 0, true);
-    Select(3);
+    Run(IDM_INSERT, {Press(IDC_INSERT_CONTROL)});
+    EXPECT_EQ(State(), "HEADER [COMMENT] CONTROL IMAGE COMMENT changed");
+    EXPECT_EQ(selectedLine, kNoSelectedLine);
+    Run(IDM_INSERT, {Press(IDC_INSERT_LOOP)});
+    EXPECT_EQ(State(), "[HEADER] LOOP COMMENT CONTROL IMAGE COMMENT changed");
+    Run(IDM_INSERT, {Press(IDC_INSERT_COMMENT)});
+    Run(IDM_INSERT, {Press(IDC_INSERT_PLAIN_TEXT)});
+    const char state[] = "[HEADER] PLAIN TEXT COMMENT LOOP COMMENT CONTROL IMAGE COMMENT ";
+    EXPECT_EQ(State(), std::string(state) + "changed");
+
     documentChanged = false;
-    answers.Press(IDC_INSERT_LOOP);
-    answers.Press(IDOK);
-    Command(IDM_INSERT);
-    EXPECT_EQ(answers.Texts().back(),
-              "A LOOP block already exists in this image. Delete it before inserting a new one.");
-    Expect("HEADER LOOP COMMENT CONTROL IMAGE COMMENT", 3, false);
+    const char second[] = "A LOOP block already exists in this image. Delete it before inserting a new one.";
+    Run(IDM_INSERT, {Press(IDC_INSERT_LOOP), Read(second, IDOK)});
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), Press(IDCANCEL)});
+    faultsAtButton.allocationsUntilFailure = 0;
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), Read("There has been an error allocating memory.", IDOK)});
+    ChangeHeader(0x07, 1);
+    Run(IDM_INSERT, {See({IDC_INSERT_PLAIN_TEXT}, "[off]", IDCANCEL)});
+    EXPECT_EQ(State(), state);
 }
 
-TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesUpToAFailure) {
-    OpenGif();
+TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
+    Open(MakeGif("a.gif"));
     for (const char* name : {"c.gif", "A1.gif", "b.gif", "e.gif"}) MakeGif(name, 2, 1);
     WriteWholeFile(File("d.gif"), "no picture");
     Select(1);
-    DialogAnswers answers;
-    answers.Press(IDC_INSERT_IMAGE);
-    answers.ChooseFiles(Folder(), {"c.gif", "A1.gif", "e.gif", "d.gif", "b.gif"});
-    Command(IDM_INSERT);
-    Expect("HEADER COMMENT IMAGE IMAGE IMAGE IMAGE COMMENT", 1, true);
-    const char* names[] = {"A1.gif", "b.gif", "c.gif"};
-    for (size_t i = 0; i < 3; ++i)
-        EXPECT_EQ(Lines()[2 + i], std::string("IMAGE\xFE ") + names[i] + " 2 x 1, 256 colours");
+    auto choose = [this](const char* names) { return DialogAnswers::ChooseFiles({Folder(), names}); };
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), choose(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")")});
+    EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE IMAGE IMAGE IMAGE COMMENT changed");
+    for (const auto& [index, name] : {std::pair(2, "A1"), {3, "b"}, {4, "c"}})
+        EXPECT_EQ(LineOf(index), std::string("IMAGE\xFE ") + name + ".gif 2 x 1, 256 colours");
+
+    ChangeHeader(0x87, 1);
+    const Steps all = Press(IDOK, {{IDC_PALETTE_REMAP}});
+    const Steps one = Press(IDOK, {{IDC_PALETTE_DITHER}, {IDC_PALETTE_SUBSEQUENT}});
+    const std::pair<std::vector<Steps>, unsigned> commands[] = {
+        {{all}, 3}, {{one, one, one}, 3}, {{one, all}, 3}, {{one, Press(IDCANCEL)}, 1}};  // which stops the series
+    for (const auto& [questions, inserted] : commands) {
+        const uint32_t count = document.count;
+        Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), choose(R"("A1.gif" "b.gif" "c.gif")")}, questions);
+        EXPECT_EQ(document.count, count + inserted);
+    }
 }
 
-TEST_F(CommandsTest, AnInsertThatIsCancelledOrLacksMemoryChangesNothing) {
-    OpenGif();
-    paletteChoiceForInsert = kPaletteDither;
-    DialogAnswers answers;
-    answers.Press(IDC_INSERT_IMAGE);
-    answers.Press(IDCANCEL);  // the file dialog
-    Command(IDM_INSERT);
-    EXPECT_EQ(paletteChoiceForInsert, kAskForPalette) << "each command asks afresh";
-    answers.Do([](HWND dialog) {
-        faults.allocationsUntilFailure = 0;
-        PressButton(dialog, IDC_INSERT_IMAGE);
-    });
-    answers.Press(IDOK);
-    Command(IDM_INSERT);
-    faults.allocationsUntilFailure = Faults::kNever;
-    EXPECT_EQ(answers.Texts().back(), "There has been an error allocating memory.");
-    Expect("HEADER COMMENT IMAGE COMMENT", 0, false);
+TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
+    // Bits of the image, whether the document is all black, and what the choices and the box show.
+    const std::tuple<int, bool, const char*> rows[] = {
+        {8, false, "off|on|on"}, {4, true, "[off]|[on]|on"}, {1, false, "on|[off]|on"}, {1, true, "[on]|[off]|on"}};
+    for (const auto& [bitCount, black, shown] : rows)
+        for (int button : {IDOK, IDCANCEL}) {
+            ChangeHeader(0x87, black ? 0 : 1);
+            OwnedMemory pixels(CreateImageBitmap(2, 2, nullptr, bitCount));
+            Block image = At(kSampleImage);
+            image.data = pixels.Get();
+            paletteChoiceForInsert = 77;
+            const int choice = bitCount == 1 ? IDC_PALETTE_REMAP : IDC_PALETTE_DITHER;
+            DialogAnswers answers(
+                {See({IDC_PALETTE_REMAP, IDC_PALETTE_DITHER, IDC_PALETTE_SUBSEQUENT}, shown, button)});
+            EXPECT_EQ(RunPaletteDialog(hMainWindow, image), button == IDOK ? choice : kPaletteCancel) << shown;
+            EXPECT_EQ(paletteChoiceForInsert, button == IDOK ? choice : 77);
+        }
 }
 
 }  // namespace

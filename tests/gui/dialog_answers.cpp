@@ -2,102 +2,73 @@
 
 #include <gtest/gtest.h>
 
+#include "imaging/draw/viewer_state.h"
 #include "platform/wide_text.h"
 
 namespace {
 
-constexpr UINT kPollMilliseconds = 10;
-constexpr int kFileNameField = 0x480;  // edt1 of the system's file dialogs
-constexpr int kFileNameBox = 0x47C;    // cmb13, which newer ones have in its place
-constexpr int kPatience = 1000;        // polls until an answered dialog that stays open counts as stuck
+constexpr int kPatience = 1000;  // polls, one in 10 ms, until an answered dialog that stays open counts as stuck
 constexpr wchar_t kAnsweredMark[] = L"ZephyrTestAnswered";
 
 DialogAnswers* current;
 
-// The eyedropper's window waits for an answer like a dialog, though it has a class of its own.
-bool IsOpenDialog(HWND window) {
-    wchar_t className[20] = L"";
-    GetClassNameW(window, className, 20);
-    bool dialog = wcscmp(className, L"#32770") == 0 || wcscmp(className, L"KLM ZephyrSelect") == 0;
-    return dialog && IsWindowVisible(window) && IsWindowEnabled(window);
-}
-
 // Prefers one that has had no answer.
 BOOL CALLBACK TakeOpenDialog(HWND window, LPARAM found) {
-    if (!IsOpenDialog(window)) return TRUE;
+    wchar_t name[20] = L"";
+    GetClassNameW(window, name, 20);
+    bool dialog = !wcscmp(name, L"#32770") || !wcscmp(name, L"KLM ZephyrSelect") || !wcscmp(name, kViewerClass);
+    if (!dialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
     return GetPropW(window, kAnsweredMark) ? TRUE : FALSE;
 }
 
-HWND OpenDialog() {
-    HWND dialog = nullptr;
-    EnumThreadWindows(GetCurrentThreadId(), TakeOpenDialog, reinterpret_cast<LPARAM>(&dialog));
-    return dialog;
-}
-
-}  // namespace
-
-DialogAnswers::DialogAnswers() : timer_(SetTimer(nullptr, 0, kPollMilliseconds, OnTimer)), outer_(current) {
-    current = this;
-}
-
-DialogAnswers::~DialogAnswers() {
-    KillTimer(nullptr, timer_);
-    current = outer_;
-    EXPECT_TRUE(answers_.empty()) << answers_.size() << " dialogs never appeared";
-}
-
-void CALLBACK DialogAnswers::OnTimer(HWND, UINT, UINT_PTR, DWORD) {
-    if (current) current->AnswerOneDialog();
-}
-
-void DialogAnswers::AnswerOneDialog() {
-    HWND dialog = OpenDialog();
-    if (!dialog) return;
-    if (GetPropW(dialog, kAnsweredMark)) {
-        if (++idlePolls_ == kPatience) GiveUp(dialog, "stuck");
-        return;
-    }
-    idlePolls_ = 0;
-    SetPropW(dialog, kAnsweredMark, dialog);
-    texts_.push_back(ControlText(dialog, 101));
-    if (answers_.empty()) return GiveUp(dialog, "unexpected");
-    Steps steps = std::move(answers_.front());
-    answers_.pop_front();
-    steps(dialog);
-}
-
-void DialogAnswers::GiveUp(HWND dialog, const char* why) {
-    idlePolls_ = 0;
+void GiveUp(HWND dialog, const char* why) {
     ADD_FAILURE() << why << " dialog: " << ControlText(dialog, 101);
     PostMessageW(dialog, WM_COMMAND, GetDlgItem(dialog, IDOK) && !GetDlgItem(dialog, IDCANCEL) ? IDOK : IDCANCEL, 0);
     PostMessageW(dialog, WM_CLOSE, 0, 0);  // for a window that is no dialog
 }
 
-void DialogAnswers::Press(int button) {
-    Do([button](HWND dialog) { PressButton(dialog, button); });
+}  // namespace
+
+DialogAnswers::DialogAnswers(std::vector<Steps> answers)
+    : timer_(SetTimer(nullptr, 0, 10, AnswerOneDialog)), answers_(std::move(answers)) {
+    current = this;
 }
 
-void DialogAnswers::ChooseFile(std::string path) {
-    Do([path](HWND dialog) {
-        SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(path).c_str());
-        PostMessageW(dialog, WM_COMMAND, IDOK, 0);  // posted: a question about an existing file may come up
-    });
+DialogAnswers::~DialogAnswers() {
+    KillTimer(nullptr, timer_);
+    current = nullptr;
+    EXPECT_EQ(given_, answers_.size()) << "not all dialogs appeared";
 }
 
-void DialogAnswers::ChooseFiles(std::string folder, std::vector<std::string> names) {
-    Do([folder, names](HWND dialog) {
-        SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(folder).c_str());
-        SendMessageW(dialog, WM_COMMAND, IDOK, 0);
-        std::string quoted;
-        for (const std::string& name : names) quoted += "\"" + name + "\" ";
-        SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(quoted).c_str());
-        PostMessageW(dialog, WM_COMMAND, IDOK, 0);
-    });
+void CALLBACK DialogAnswers::AnswerOneDialog(HWND, UINT, UINT_PTR, DWORD) {
+    HWND dialog = nullptr;
+    EnumThreadWindows(GetCurrentThreadId(), TakeOpenDialog, reinterpret_cast<LPARAM>(&dialog));
+    if (!current || !dialog) return;
+    if (GetPropW(dialog, kAnsweredMark)) {
+        if (++current->idlePolls_ % kPatience == 0) GiveUp(dialog, "stuck");
+        return;
+    }
+    current->idlePolls_ = 0;
+    SetPropW(dialog, kAnsweredMark, dialog);
+    current->texts_.push_back(ControlText(dialog, 101));
+    if (current->given_ == current->answers_.size()) return GiveUp(dialog, "unexpected");
+    Steps steps = current->answers_[current->given_++];
+    steps(dialog);
+}
+
+DialogAnswers::Steps DialogAnswers::ChooseFiles(const std::vector<std::string>& texts) {
+    return [=](HWND dialog) {
+        for (const std::string& text : texts) {
+            SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(text).c_str());
+            SendMessageW(dialog, WM_COMMAND, IDOK, 0);
+        }
+    };
 }
 
 int FileNameField(HWND dialog) {
-    return GetDlgItem(dialog, kFileNameField) ? kFileNameField : kFileNameBox;
+    constexpr int kField = 0x480, kBox = 0x47C;  // edt1, and cmb13, which newer dialogs have in its place
+    return GetDlgItem(dialog, kField) ? kField : kBox;
 }
 
 void PressButton(HWND dialog, int button) {

@@ -1,67 +1,164 @@
-// What the tests of the editing dialogs share: a document, the process-wide objects, and short names for what a user
-// does to a dialog.
+// What the tests of the editing dialogs share: a document, and short names for what a user does to a dialog.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include <cstring>
+#include <utility>
 
 #include "app/services/shell_objects.h"
-#include "gif/block_list.h"
-#include "tests/gui/dialog_answers.h"
+#include "app/shell_state.h"
+#include "editing/dialogs/edit_block.h"
+#include "gif/block_line.h"
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
+#include "platform/faults.h"
+#include "platform/wide_text.h"
+#include "resources/command_ids.h"
+#include "resources/editor_ids.h"
+#include "tests/gui/picture.h"
+#include "tests/gui/window_driver.h"
 
-using Steps = DialogAnswers::Steps;
+// The blocks of the document: one of every kind. The header has the 256 colours of the web palette. The first image is
+// 40 x 30, called "first.gif", and has 16 colours of its own: entry i is (i, 2 i, 3 i), the pixel x, y is x % 16. The
+// second one is 20 x 10 and has neither name nor palette; its pixel x, y is 100 + x.
+constexpr int kSampleHeader = 0, kSampleImage = 1, kSampleControl = 2, kSamplePlainText = 3, kSampleComment = 4,
+              kSampleLoop = 5, kSampleSecondImage = 6, kSampleApplication = 7, kSampleUnknown = 8, kSampleEmpty = 9,
+              kSampleBlockNames = 10, kSampleLastControl = 11;
 
-// The blocks of the document: one of every kind.
-enum SampleBlock {
-    kSampleHeader,     // 256 colours, the web palette
-    kSampleImage,      // 40 x 30, "first.gif", 16 colours of its own: entry i is (i, 2 i, 3 i); pixel x, y is x % 16
-    kSampleControl,    // before the second image
-    kSamplePlainText,  // between the images
-    kSampleComment,
-    kSampleLoop,
-    kSampleSecondImage,  // 20 x 10, no name, global palette; pixel x, y is 100 + x
-    kSampleApplication,
-    kSampleUnknown,
-    kSampleEmpty,
-    kSampleBlockNames,
-    kSampleLastControl,  // behind all images
-};
-
-class EditorTest : public testing::Test {
+class EditorTest : public ShellTest {
 protected:
-    void SetUp() override;
-    void TearDown() override;
+    using Steps = DialogAnswers::Steps;
+    struct Change {
+        int control;
+        const char* text = nullptr;  // Windows-1252, to type or to choose; without one the control is clicked
+    };
+    using Changes = std::vector<Change>;
+    using Ids = std::vector<int>;
 
-    Block At(int index) const;
-    void Put(const Block& block) { EXPECT_TRUE(PutBlock(&sample_, block, block.position)); }
-    std::string LineOf(int index) const;
-    std::string TextOf(int index) const;
+    void SetUp() override {
+        ShellTest::SetUp();
+        auto append = [](uint16_t kind, MemoryHandle bitmap = nullptr, const char* name = nullptr) {
+            Block block;
+            if (!MakeDefaultBlock(nullptr, &document, &block, kind, bitmap, name)) {
+                block.kind = kind;
+                memcpy(block.descriptor + kIdentifierOffset, "KELMOR\0\0001.0",
+                       kIdentifierBytes + kAuthenticationBytes);
+            }
+            if (name) PutImageFields(&block, {0, 0, 40, 30, kHasPalette | 3});
+            EXPECT_TRUE(AppendBlock(&document, &block));
+        };
+        defaultPlainTextGrid = {80, 25, 8, 16};
+        EXPECT_TRUE(NewDocument(&document));
+        RgbTriples colours = {};
+        for (uint8_t i = 0; i < 16; ++i) colours[i] = {i, static_cast<uint8_t>(2 * i), static_cast<uint8_t>(3 * i)};
+        append(kImageBlock, MakeImage(40, 30, 4, colours, [](int x, int) { return x % 16; }), "first.gif");
+        for (uint16_t kind : {kControlBlock, kPlainTextBlock, kCommentBlock, kLoopBlock}) append(kind);
+        append(kImageBlock, MakeImage(20, 10, 8, nullptr, [](int x, int) { return 100 + x; }));
+        for (uint16_t kind : {kApplicationBlock, kUnknownBlock, kEmptyBlock, kBlockNamesBlock, kControlBlock})
+            append(kind);
+        RenumberBlocks(&document);
+    }
 
-    // Edits block `index` while `dialogs` are worked in the order in which they appear; returns what EditBlock did.
-    int Edit(int index, const std::vector<Steps>& dialogs);
+    static Block At(int index) {
+        Block block = {};
+        EXPECT_TRUE(GetBlock(document, &block, static_cast<uint32_t>(index)));
+        return block;
+    }
+    static void Put(const Block& block) { EXPECT_TRUE(PutBlock(&document, block, block.position)); }
+    static std::string LineOf(int index) {
+        char line[kBlockLineBytes];
+        FormatBlockLine(line, At(index));
+        return line;
+    }
+    static std::string TextOf(int index) {
+        MemoryLock lock(At(index).data);
+        return lock ? std::string(lock.As<char>(), At(index).dataLength) : "";
+    }
+    // All colours become (colour, colour, colour).
+    static void ChangeHeader(uint8_t packed, int colour) {
+        Block header = At(kSampleHeader);
+        PutHeaderFields(&header, {640, 480, packed, 0, 0});
+        memset(header.palette, colour, kPaletteBytes);
+        Put(header);
+    }
 
-private:
-    void Append(uint16_t kind, MemoryHandle bitmap = nullptr, const char* name = nullptr);
+    // The main window's lines: their kinds, the selected one in brackets, and "changed" when the document is.
+    std::string State() const {
+        std::string state;
+        int index = 0;
+        for (const std::string& line : Lines()) {
+            std::string kind = line.substr(0, line.find(kBlockLineSeparator));
+            state += index++ == Selection() ? "[" + kind + "] " : kind + " ";
+        }
+        return state + (documentChanged ? "changed" : "");
+    }
 
-    BlockList sample_ = {};
+    // Gives the command, or edits block `index`, while `dialogs` and then `others` are worked as they appear.
+    void Run(int command, std::vector<Steps> dialogs, const std::vector<Steps>& others = {}) {
+        dialogs.insert(dialogs.end(), others.begin(), others.end());
+        DialogAnswers answers(std::move(dialogs));
+        Command(command);
+    }
+    static int Edit(int index, std::vector<Steps> dialogs, const std::vector<Steps>& others = {}) {
+        dialogs.insert(dialogs.end(), others.begin(), others.end());
+        DialogAnswers answers(std::move(dialogs));
+        return EditBlock(hMainWindow, &document, index);
+    }
+
+    // Steps that make the changes in a dialog and end it with the button. The controls must look like `before` and then
+    // like `after` (see Shown). Nothing fails any more in it until the button, where `faultsAtButton` come to be once.
+    static Steps Work(const Ids& controls, const std::string& before, const Changes& changes, const std::string& after,
+                      int button) {
+        return [=](HWND dialog) {
+            faults = {};
+            EXPECT_EQ(Shown(dialog, controls), before);
+            for (const auto& [control, text] : changes) {
+                const std::wstring wide = WideFrom1252(text ? text : "");
+                if (!text) ClickBox(dialog, control);
+                for (UINT message : {UINT{WM_SETTEXT}, UINT{CB_SELECTSTRING}})
+                    if (text) SendDlgItemMessageW(dialog, control, message, 0, reinterpret_cast<LPARAM>(wide.c_str()));
+            }
+            EXPECT_EQ(Shown(dialog, controls), after);
+            faults = std::exchange(faultsAtButton, {});
+            PressButton(dialog, button);
+        };
+    }
+    inline static Faults faultsAtButton;
+    static Steps Press(int button, const Changes& changes = {}) { return Work({}, "", changes, "", button); }
+    static Steps See(const Ids& ids, const std::string& look, int button) { return Work(ids, look, {}, look, button); }
+    static Steps Read(const std::string& text, int button) { return See({101}, text, button); }  // in a message box
+
+    // Steps for the colour grid (the last pixel of a cell) and the eyedropper (a pixel, which must have the colour).
+    static Steps ChooseCell(int column, int row) {
+        return [=](HWND dialog) {
+            RECT client;
+            GetClientRect(dialog, &client);
+            int cell = client.right / 16;
+            SendMessageW(dialog, WM_LBUTTONDOWN, 0, MAKELPARAM((column + 1) * cell - 1, (row + 1) * cell - 1));
+        };
+    }
+    static Steps ClickPixel(int x, int y, COLORREF colour) {
+        return [=](HWND window) {
+            EXPECT_EQ(PixelAt(window, x, y), colour);
+            SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(x, y));
+        };
+    }
+    static COLORREF PixelAt(HWND window, int x, int y) {
+        UpdateWindow(window);
+        HDC dc = GetDC(window);
+        COLORREF colour = GetPixel(dc, x, y);
+        ReleaseDC(window, dc);
+        return colour;
+    }
+
+    // What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
+    static std::string Shown(HWND dialog, const Ids& controls) {
+        std::string all;
+        for (int id : controls) {
+            std::string shown = ControlText(dialog, id);
+            if (shown.find('&') != std::string::npos)  // the caption of a box
+                shown = IsDlgButtonChecked(dialog, id) == BST_CHECKED ? "on" : "off";
+            all += IsWindowEnabled(GetDlgItem(dialog, id)) ? shown + "|" : "[" + shown + "]|";
+        }
+        return all.substr(0, all.size() - 1);
+    }
 };
-
-// Steps that end a dialog with the button, after `first`, or after setting `text` (Windows-1252) into the control.
-Steps Press(int button);
-Steps Then(const Steps& first, int button);
-Steps Type(int control, const char* text, int button);
-
-// Steps for a dialog whose controls must look so (see Shown), or for a message box with that text.
-Steps See(const std::vector<int>& controls, const std::string& shown, int button);
-Steps Read(const std::string& text, int button);
-
-// Steps for the colour grid (the cell of an entry) and the eyedropper (a pixel).
-Steps ChooseCell(int index);
-Steps ClickPixel(int x, int y);
-
-void SetText(HWND dialog, int control, const std::string& text);
-
-// What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
-std::string Shown(HWND dialog, const std::vector<int>& controls);
