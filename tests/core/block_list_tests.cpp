@@ -108,41 +108,6 @@ TEST_F(BlockListTest, FailuresChangeNothing) {
     EXPECT_EQ(Letters(), "." + std::string(62, 'a'));
 }
 
-TEST_F(BlockListTest, Questions) {
-    RgbTriples palette;
-    Append(&list_, MakeText(kCommentBlock, "x"));
-    EXPECT_EQ(FindHeader(list_), -1);
-    EXPECT_FALSE(HasLoopBlock(list_));
-    for (int packed : {6, kHasPalette | 4, kHasPalette | 7}) {
-        EXPECT_EQ(FindGlobalPalette(list_, palette), packed == (kHasPalette | 7) ? 5 : 0);
-        Block header = {};
-        header.kind = kHeaderBlock;
-        PutHeaderFields(&header, {1, 1, static_cast<uint8_t>(packed), 0, 0});
-        header.palette[7] = {1, 2, static_cast<uint8_t>(packed)};
-        Append(&list_, header);
-    }
-    EXPECT_EQ(FindHeader(list_), 1);
-    EXPECT_EQ(palette[7], (RgbTriple{1, 2, kHasPalette | 4}));
-    Block loop = {};
-    loop.kind = kLoopBlock;
-    Append(&list_, loop);
-    EXPECT_TRUE(HasLoopBlock(list_));
-}
-
-TEST(BlockName, Lengths) {
-    OwnedBlock block;
-    EXPECT_EQ(NameOf(block), "");
-    for (size_t length : {0u, 260u, 261u, 5000u}) {
-        std::string name(length, 'n');
-        ASSERT_TRUE(SetBlockName(name, &block));
-        EXPECT_EQ(NameOf(block), length < 261 ? name : "");
-    }
-    faults.allocationsUntilFailure = 0;
-    EXPECT_FALSE(SetBlockName("x", &block));
-    faults = {};
-    EXPECT_GE(MemorySize(block.name), 5016u) << "the old name stays";
-}
-
 TEST(BlockTextLine, FirstReadableLine) {
     const std::tuple<std::string, int, std::string> cases[] = {
         {"\r\n\r\nHello\r\nWorld", 32, "Hello"},

@@ -95,16 +95,3 @@ TEST_F(DefaultBlocks, ImageOfAFile) {
     EXPECT_EQ(NameOf(image), "p\xE9.gif");
     EXPECT_EQ(image.palette[2], (RgbTriple{2, 4, 6}));
 }
-
-TEST_F(DefaultBlocks, ImageOfABitmap) {
-    for (auto [depth, path, name, packed] :
-         {std::tuple{1, "x", "x", 0}, {2, "C:\\a\\b.gif", "b.gif", 3}, {8, "/x/y.z", "y.z", 7}, {24, "c:d", "d", 7}}) {
-        OwnedBlock image;
-        MemoryHandle bitmap = CreateImageBitmap(3, 5, nullptr, depth);
-        ASSERT_TRUE(Make(&image, kImageBlock, path, bitmap));
-        EXPECT_EQ(image.data, bitmap);
-        EXPECT_EQ(GetImageFields(image).packed, packed);
-        EXPECT_EQ(GetImageFields(image).height, 5);
-        EXPECT_EQ(NameOf(image), name);
-    }
-}

@@ -47,22 +47,6 @@ TEST_F(FileTest, WrittenAndReadInAnyPieces) {
         }
 }
 
-TEST_F(FileTest, SeekingInFilesAndInMemory) {
-    Bytes content = Pattern(2 * kBuffer + 100);
-    WriteAll(path_, content);
-    File onDisk, inMemory;
-    ASSERT_TRUE(onDisk.OpenForReading(path_.c_str()));
-    inMemory.OpenMemory(content.data(), content.size());
-    for (File* file : {&onDisk, &inMemory})
-        for (uint64_t place : {size_t{5}, size_t{0}, kBuffer - 1, 2 * kBuffer + 99, size_t{0x7FFFFFFF}, size_t{7}}) {
-            file->Seek(place);
-            for (uint64_t at : {place, place + 1}) {
-                EXPECT_EQ(file->Position(), std::min(at, std::max<uint64_t>(place, content.size())));
-                EXPECT_EQ(ReadByte(*file), at < content.size() ? content[static_cast<size_t>(at)] : -1);
-            }
-        }
-}
-
 TEST_F(FileTest, WhatCannotBeOpened) {
     File file;
     for (const std::string& path : {path_, folder_.Path(""), std::string()})

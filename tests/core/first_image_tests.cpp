@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/gif_bytes.h"
-#include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
@@ -36,18 +35,4 @@ TEST(FirstImage, WhereItIsFound) {
         EXPECT_EQ(PixelsOf(image), pixels) << what;
         EXPECT_EQ(depth, itsDepth) << what;
     }
-}
-
-TEST(FirstImage, OfAFileThatTheUserIsAskedFor) {
-    TempFolder folder;
-    int depth = 0;
-    prompts = {};
-    EXPECT_EQ(ReadFirstImage(nullptr, nullptr, &depth), nullptr) << "cancelled";
-    prompts.gifFile = folder.Path("a.gif");
-    EXPECT_EQ(ReadFirstImage(nullptr, nullptr, &depth), nullptr) << "not there";
-    WriteAll(prompts.gifFile, Start().Comment("x").SmallImage());
-    OwnedBlock image;
-    image.data = ReadFirstImage(nullptr, nullptr, &depth);
-    EXPECT_EQ(PixelsOf(image), "12 30");
-    prompts = {};
 }
