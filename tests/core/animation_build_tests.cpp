@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <numeric>
 
 #include "editing/palette_match.h"
 #include "gif/descriptor.h"
@@ -124,9 +125,9 @@ TEST_F(BuildAnimationTest, SuperPaletteKeepsFewColours) {
     for (const auto& [colours, darkestFirst, depth, pixels] : cases) {
         Palette palette = {};
         std::copy(colours.begin(), colours.end(), palette.begin());
-        OwnedMemory image(CreateImageBitmap(static_cast<int>(colours.size()), 1, palette.data(), 4));
-        MemoryLock lock(image.Get());
-        for (uint32_t i = 0; i < colours.size(); ++i) SetImagePixel(lock.As<BitmapHeader>(), static_cast<int>(i), 0, i);
+        std::vector<uint32_t> ofEach(colours.size());
+        std::iota(ofEach.begin(), ofEach.end(), 0u);
+        OwnedMemory image(MakeRow(4, ofEach, palette.data()));
         files_.clear();
         for (int i = 0; i < 2; ++i) AddPicture(image.Get(), 4);
         OwnedBlockList document;

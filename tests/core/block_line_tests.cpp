@@ -18,8 +18,7 @@ void ExpectLine(const Block& block, const std::string& line) {
 }
 
 void ExpectLine(uint16_t kind, std::string_view descriptor, const std::string& line) {
-    Block block = {};
-    block.kind = kind;
+    Block block = OfKind(kind);
     memcpy(block.descriptor, descriptor.data(), descriptor.size());
     ExpectLine(block, line);
 }

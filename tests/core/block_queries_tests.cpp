@@ -18,8 +18,7 @@ struct Document : OwnedBlockList {
         for (uint8_t index = 0; kinds[index]; ++index) {
             const char kind = kinds[index];
             const auto packed = static_cast<uint8_t>((kind < 'a' ? kHasPalette : 0) | index);
-            Block block = {};
-            block.kind = strchr("Hh", kind) ? kHeaderBlock : strchr("Ii", kind) ? kImageBlock : kControlBlock;
+            Block block = OfKind(strchr("Hh", kind) ? kHeaderBlock : strchr("Ii", kind) ? kImageBlock : kControlBlock);
             if (block.kind == kHeaderBlock) PutHeaderFields(&block, {640, 480, packed, 0, 0});
             if (block.kind == kImageBlock) PutImageFields(&block, {0, 0, 8, 8, packed});
             memset(block.palette, index + 1, kPaletteBytes);

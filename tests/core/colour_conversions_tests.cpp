@@ -5,12 +5,11 @@
 #include "imaging/inverse_colour_table.h"
 #include "imaging/nearest_colour.h"
 #include "imaging/remap.h"
-#include "imaging/transparency_mask.h"
 #include "imaging/true_colour.h"
 #include "tests/support/literal_colours.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_input.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/test_blocks.h"
 
 namespace {
 
@@ -20,11 +19,6 @@ struct Conversion {
     MemoryHandle (*convert)(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags);
     MemoryHandle (*plain)(MemoryHandle source, const RgbTriple* palette, int depth, const Table& table);
 };
-
-// A pixel of the image itself, or one that may not be there.
-uint32_t TransparentPixel(ConstLockedBitmap bitmap, int depth) {
-    return depth % 2 ? GetImagePixel(bitmap, bitmap->width / 2, bitmap->height / 2) : static_cast<uint32_t>(depth);
-}
 
 constexpr Conversion kRemap = {RemapImage, LiteralRemap};
 constexpr Conversion kDither = {DitherImage, LiteralDither};
@@ -38,16 +32,7 @@ constexpr Conversion kRemapTrueColours = {
     }};
 constexpr Conversion kExpand = {[](MemoryHandle source, auto...) { return ExpandToTrueColour(source); },
                                 [](MemoryHandle source, auto...) { return LiteralExpand(source); }};
-constexpr Conversion kMask = {[](MemoryHandle source, auto, int depth, auto) {
-                                  MemoryLock lock(source);
-                                  auto* bitmap = lock.As<const BitmapHeader>();
-                                  return MakeTransparencyMask(bitmap, TransparentPixel(bitmap, depth));
-                              },
-                              [](MemoryHandle source, auto, int depth, const Table&) {
-                                  MemoryLock lock(source);
-                                  return LiteralMask(source, TransparentPixel(lock.As<const BitmapHeader>(), depth));
-                              }};
-constexpr Conversion kConversions[] = {kRemap, kDither, kRemapTrueColours, kExpand, kMask};
+constexpr Conversion kConversions[] = {kRemap, kDither, kRemapTrueColours, kExpand};
 
 Bytes BytesOf(MemoryHandle image) {
     MemoryLock lock(image);
@@ -85,6 +70,7 @@ TEST(ColourConversions, WorkedOutByHand) {
     Palette light = {};  // black from entry 16 on
     for (uint8_t i = 0; i < 16; ++i) light[i] = {static_cast<uint8_t>(100 + i), 200, 200};
     light[21] = {50, 0, 0};
+    constexpr uint32_t k100 = 0x646464;
     const std::tuple<const char*, Conversion, int, Palette, std::vector<uint32_t>, Palette, int, std::vector<uint32_t>>
         cases[] = {
             {"two colours are black and white", kRemap, 1, ignored, {0, 1, 1}, whiteFirst, 2, {2, 0, 0}},
@@ -92,24 +78,13 @@ TEST(ColourConversions, WorkedOutByHand) {
             {"own colours never meet unused ones", kRemap, 8, dark, {0, 1}, light, 4, {0, 15}},
             {"a luminance of 129 is white", kRemap, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},
             // 100 -> 0, + 43 = 143 -> 1, - 49 = 51 -> 0, + 22 = 122 -> 0 (its cell is 120)
-            {"errors go right",
-             kDither,
-             24,
-             {},
-             {0x646464, 0x646464, 0x646464, 0x646464},
-             blackAndWhite,
-             2,
-             {0, 1, 0, 0}},
+            {"errors go right", kDither, 24, {}, {k100, k100, k100, k100}, blackAndWhite, 2, {0, 1, 0, 0}},
         };
     for (const auto& [what, conversion, bitCount, own, pixels, palette, depth, expected] : cases) {
-        auto width = static_cast<int>(pixels.size());
-        OwnedMemory source(CreateImageBitmap(width, 1, own.data(), bitCount));
-        MemoryLock from(source.Get());
-        for (int x = 0; x < width; ++x) SetImagePixel(from.As<BitmapHeader>(), x, 0, pixels[static_cast<size_t>(x)]);
+        OwnedMemory source(MakeRow(bitCount, pixels, own.data()));
         OwnedMemory result(conversion.convert(source.Get(), palette.data(), depth, 0));
-        MemoryLock to(result.Get());
-        for (int x = 0; x < width; ++x)
-            EXPECT_EQ(GetImagePixel(to.As<BitmapHeader>(), x, 0), expected[static_cast<size_t>(x)]) << what;
+        OwnedMemory worked(MakeRow(depth, expected, palette.data()));
+        EXPECT_TRUE(SameBitmap(result.Get(), worked.Get())) << what;
     }
 }
 

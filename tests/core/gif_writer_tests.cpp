@@ -58,11 +58,8 @@ TEST_F(GifWriter, DocumentIsSavedAsItWasLoaded) {
 
 TEST_F(GifWriter, WhatIsNotSaved) {
     LoadedGif document(Start().Extension(0xFF, "\x0BKELMORnb1.0", "xx"));
-    for (uint16_t kind : {kEmptyBlock, kPlainTextBlock, kApplicationBlock, kCommentBlock, kUnknownBlock}) {
-        Block without = {};
-        without.kind = kind;
-        Append(&document, without);
-    }
+    for (uint16_t kind : {kEmptyBlock, kPlainTextBlock, kApplicationBlock, kCommentBlock, kUnknownBlock})
+        Append(&document, OfKind(kind));
     EXPECT_EQ(KindsOf(document), "1804569");
     EXPECT_EQ(Saved(document), WithEnd(Start()));
 }

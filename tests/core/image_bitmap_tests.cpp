@@ -46,31 +46,6 @@ TEST(ImageBitmap, RefusesSizesAndWhatIsNone) {
     EXPECT_FALSE(GetImageInfo(nullptr, nullptr, nullptr, nullptr, nullptr));
 }
 
-TEST(ImageBitmap, PixelsInBytes) {
-    // of pixels 0, 1, 2 ... of the second row of two
-    const std::tuple<int, std::vector<uint32_t>, Bytes, Bytes> cases[] = {
-        {1, {1, 0, 3, 2, 0, 0, 0, 1, 1}, {0xA1, 0x80, 0, 0}, {0x21, 0x80, 0, 0}},
-        {4, {1, 0xF, 0x23}, {0x1F, 0x30, 0, 0}, {0x0F, 0x30, 0, 0}},
-        {8, {1, 0x1FE}, {1, 0xFE, 0, 0}, {0, 0xFE, 0, 0}},
-        {24, {0xBBAA99}, {0xBB, 0xAA, 0x99, 0}, {0, 0, 0, 0}},
-    };
-    for (const auto& [depth, values, row, withoutFirst] : cases) {
-        auto width = static_cast<int>(values.size());
-        OwnedMemory image(CreateImageBitmap(width, 2, nullptr, depth));
-        MemoryLock lock(image.Get());
-        auto* bitmap = lock.As<BitmapHeader>();
-        auto mask = static_cast<uint32_t>((uint64_t{1} << depth) - 1);
-        for (int x = 0; x < width; ++x) SetImagePixel(bitmap, x, 1, values[static_cast<size_t>(x)]);
-        EXPECT_EQ(Bytes(ImagePixels(bitmap), ImagePixels(bitmap) + 4), row);
-        for (int x = 0; x < width; ++x) {
-            EXPECT_EQ(GetImagePixel(bitmap, x, 1), values[static_cast<size_t>(x)] & mask);
-            EXPECT_EQ(GetImagePixel(bitmap, x, 0), 0u);
-        }
-        SetImagePixel(bitmap, 0, 1, 0);
-        EXPECT_EQ(Bytes(ImagePixels(bitmap), ImagePixels(bitmap) + 4), withoutFirst);
-    }
-}
-
 TEST(ImageBitmap, PlacesOutside) {
     for (int depth : {1, 4, 8, 24}) {
         OwnedMemory image(CreateImageBitmap(3, 2, nullptr, depth));

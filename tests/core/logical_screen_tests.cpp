@@ -19,8 +19,7 @@ TEST(LogicalScreen, ReachesAsFarAsTheImages) {
         OwnedBlockList list;
         ASSERT_TRUE(NewDocument(&list));
         for (const ImageFields& image : images) {
-            Block block = {};
-            block.kind = kImageBlock;
+            Block block = OfKind(kImageBlock);
             PutImageFields(&block, image);
             Append(&list, block);
         }

@@ -20,21 +20,13 @@ struct Document : OwnedBlockList {
         AppendData(kCommentBlock, AllocateMemory(100));
     }
     void AppendData(uint16_t kind, MemoryHandle data) {
-        Block block = {};
-        block.kind = kind;
+        Block block = OfKind(kind);
         block.data = data;
         Append(this, block);
     }
     void Add(MemoryHandle image) {
         AppendData(kImageBlock, image);
         images.push_back(image);
-    }
-    // An image of one column, from the bottom up.
-    void AddColumn(const Colours& colours) {
-        auto height = static_cast<int>(colours.size());
-        Add(CreateImageBitmap(1, height, nullptr, 24));
-        MemoryLock lock(images.back());
-        for (uint32_t colour : colours) SetImagePixel(lock.As<BitmapHeader>(), 0, --height, colour);
     }
     std::vector<MemoryHandle> images;
 };
@@ -53,11 +45,7 @@ Colours Built(const Document& document, int wanted) {
 }  // namespace
 
 TEST(BuildSharedPalette, WorkedOutByHand) {
-    const struct {
-        std::vector<Colours> columns;
-        int wanted;
-        Colours expected;
-    } cases[] = {
+    const std::tuple<std::vector<Colours>, int, Colours> cases[] = {
         {{{5, 3, 5, 0xFFFFFF}, {0, 3, 0x010000}}, 5, {5, 3, 0xFFFFFF, 0, 0x010000}},  // as they first appear
         {{{1, 2, 3, 0x800000}}, 3, {0, 0x800000, 0xFFFFFF}},  // four colours in two cells: white is added
         {{{1, 2, 3, 4}}, 3, {0, 0xFFFFFF}},                   // and no black in the place that is left
@@ -65,10 +53,10 @@ TEST(BuildSharedPalette, WorkedOutByHand) {
         {{{0x00F800, 0x000008, 0x000000, 0x00F808}}, 2, {0x007C00, 0x007C08}},
         {{{1, 2}}, -5, {}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [images, wanted, expected] : cases) {
         Document document;
-        for (const Colours& column : c.columns) document.AddColumn(column);
-        EXPECT_EQ(Built(document, c.wanted), c.expected) << &c - cases;
+        for (const Colours& row : images) document.Add(MakeRow(24, row));
+        EXPECT_EQ(Built(document, wanted), expected) << wanted;
     }
 }
 

@@ -155,10 +155,3 @@ MemoryHandle LiteralExpand(MemoryHandle source) {
         return static_cast<uint32_t>(c[0] | c[1] << 8 | c[2] << 16);
     });
 }
-
-MemoryHandle LiteralMask(MemoryHandle source, uint32_t transparent) {
-    const RgbTriple blackAndWhite[] = {{0, 0, 0}, {255, 255, 255}};
-    return MakePixels(source, blackAndWhite, 1, [=](ConstLockedBitmap from, int x, int y) {
-        return uint32_t{GetImagePixel(from, x, y) != transparent};
-    });
-}

@@ -12,7 +12,6 @@ std::vector<uint8_t> LiteralInverseTable(const RgbTriple* palette);
 MemoryHandle LiteralRemap(MemoryHandle source, const RgbTriple* palette, int depth, const std::vector<uint8_t>& table);
 MemoryHandle LiteralDither(MemoryHandle source, const RgbTriple* palette, int depth, const std::vector<uint8_t>& table);
 MemoryHandle LiteralExpand(MemoryHandle source);
-MemoryHandle LiteralMask(MemoryHandle source, uint32_t transparent);
 
 // The images have 24 bits. Returns the number of colours made; `palette` has 256 entries.
 int LiteralSharedPalette(int wanted, RgbTriple* palette, const std::vector<MemoryHandle>& images);

@@ -9,9 +9,22 @@ LoadedGif::LoadedGif(const Bytes& bytes) {
     result = ReadGif(this, file, &report);
 }
 
-Block MakeImage(int width, int height, int depth, int flags) {
+Block OfKind(uint16_t kind) {
     Block block = {};
-    block.kind = kImageBlock;
+    block.kind = kind;
+    return block;
+}
+
+MemoryHandle MakeRow(int bitCount, const std::vector<uint32_t>& pixels, const RgbTriple* colours) {
+    MemoryHandle image = CreateImageBitmap(static_cast<int>(pixels.size()), 1, colours, bitCount);
+    MemoryLock lock(image);
+    int x = 0;
+    for (uint32_t pixel : pixels) SetImagePixel(lock.As<BitmapHeader>(), x++, 0, pixel);
+    return image;
+}
+
+Block MakeImage(int width, int height, int depth, int flags) {
+    Block block = OfKind(kImageBlock);
     block.data = CreateImageBitmap(width, height, nullptr, depth);
     PutImageFields(&block, {0, 0, static_cast<uint16_t>(width), static_cast<uint16_t>(height),
                             static_cast<uint8_t>(flags | (depth - 1))});
@@ -19,8 +32,7 @@ Block MakeImage(int width, int height, int depth, int flags) {
 }
 
 Block MakeText(uint16_t kind, std::string_view text) {
-    Block block = {};
-    block.kind = kind;
+    Block block = OfKind(kind);
     (void)SetBlockText(&block, text.data(), static_cast<uint32_t>(text.size()));
     return block;
 }

@@ -22,6 +22,12 @@ struct LoadedGif : OwnedBlockList {
     ReadReport report;
 };
 
+// A block of that kind with nothing in it.
+Block OfKind(uint16_t kind);
+
+// A bitmap of one row with these pixels.
+MemoryHandle MakeRow(int bitCount, const std::vector<uint32_t>& pixels, const RgbTriple* colours = nullptr);
+
 // An IMAGE block with a bitmap of index 0; `flags` are bits of its packed byte above the size code.
 Block MakeImage(int width, int height, int depth, int flags = 0);
 
