@@ -2,13 +2,11 @@
 #pragma once
 
 #include <functional>
-#include <ostream>
 #include <string>
 #include <vector>
 
-#include "app/services/settings.h"
+#include "imaging/draw/gdi_guards.h"
 #include "imaging/image_bitmap.h"
-#include "platform/windows_api.h"
 
 struct Picture {
     Picture(int width_, int height_, COLORREF fill = 0)
@@ -24,7 +22,7 @@ struct Picture {
     std::vector<COLORREF> pixels;
 };
 
-// Empty when both are equal, otherwise how many pixels differ and the first of them.
+// Empty when both are equal, otherwise the first pixel that differs.
 std::string Difference(const Picture& expected, const Picture& shown);
 
 // What `dc` shows from (0, 0) on.
@@ -34,35 +32,24 @@ Picture Look(HDC dc, int width, int height);
 class Canvas {
 public:
     Canvas(int width, int height, COLORREF fill);
-    ~Canvas();
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-    HDC Dc() const { return dc_; }
-    Picture Look() const { return ::Look(dc_, width_, height_); }
+    HDC Dc() const { return dc_.Get(); }
+    Picture Look() const;
 
 private:
     int width_, height_;
-    HDC dc_;
-    HBITMAP bitmap_;
-    HGDIOBJ previous_;
-};
-
-// While it exists, the rows of interlaced images need no time to appear.
-class InstantReveal {
-public:
-    InstantReveal() : before_(settings.interlaceDelay) { settings.interlaceDelay = 0; }
-    ~InstantReveal() { settings.interlaceDelay = before_; }
-    InstantReveal(const InstantReveal&) = delete;
-    InstantReveal& operator=(const InstantReveal&) = delete;
-
-private:
-    uint32_t before_;
+    void* pixels_ = nullptr;
+    MemoryDc dc_{nullptr};
+    OwnedGdiObject bitmap_;
+    SelectedObject selected_;
 };
 
 using PixelAt = std::function<uint32_t(int x, int y)>;
 
 // A bitmap with the pixels that `pixelAt` gives. Its colour table is `colours`, or black.
 MemoryHandle MakeImage(int width, int height, int depth, const RgbTriple* colours, const PixelAt& pixelAt);
+
+// Fills all 256 entries with colours that all differ.
+void FillColours(RgbTriple* palette, int seed);
 
 inline COLORREF ColourRef(RgbTriple colour) {
     return RGB(colour.red, colour.green, colour.blue);

@@ -2,30 +2,24 @@
 
 #include <utility>
 
+#include "app/services/settings.h"
+
 namespace {
 
 constexpr wchar_t kStageClass[] = L"Viewer stage";
-constexpr DWORD kSettleMilliseconds = 60;
-
-void RunAllBut(UINT first, UINT last) {
-    MSG message;
-    for (auto [from, to] : {std::pair{0u, first - 1}, {last + 1, 0xFFFFFFFFu}})
-        while (PeekMessageW(&message, nullptr, from, to, PM_REMOVE)) DispatchMessageW(&message);
-}
 
 // A new window is exposed a little later; what is painted until then would be erased again.
 void Settle() {
-    DWORD start = GetTickCount();
-    while (GetTickCount() - start < kSettleMilliseconds) {
-        RunAllBut(WM_VIEWER_NEXT, WM_VIEWER_DISPOSE);
-        Sleep(5);
-    }
+    for (DWORD start = GetTickCount(); GetTickCount() - start < 60; Sleep(5))
+        for (auto [from, to] : {std::pair{0u, WM_VIEWER_NEXT - 1}, {WM_VIEWER_DISPOSE + 1, 0xFFFFFFFFu}})
+            for (MSG message; PeekMessageW(&message, nullptr, from, to, PM_REMOVE);) DispatchMessageW(&message);
 }
 
 }  // namespace
 
 ViewerStage::ViewerStage(BlockList* list, int clientWidth, int clientHeight)
     : clientWidth_(clientWidth), clientHeight_(clientHeight) {
+    settings.interlaceDelay = 0;
     WNDCLASSW stage = {};
     stage.lpfnWndProc = ViewerProc;
     stage.hInstance = GetModuleHandleW(nullptr);
@@ -53,23 +47,11 @@ UINT ViewerStage::Step() {
 }
 
 int ViewerStage::PlayToEnd() {
-    int images = 0;
-    for (;;) {
+    for (int images = 0;;) {
         UINT message = Step();
         if (message == WM_VIEWER_DELAY) ++images;
         if (message) continue;
         if (pendingWait == 0) return images;
         Tick();
     }
-}
-
-Picture ViewerStage::Look() const {
-    HDC dc = GetDC(window_);
-    Picture picture = ::Look(dc, clientWidth_, clientHeight_);
-    ReleaseDC(window_, dc);
-    return picture;
-}
-
-bool ViewerStage::TimerRuns() const {
-    return KillTimer(window_, kDelayTimer) != FALSE;
 }

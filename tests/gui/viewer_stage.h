@@ -1,4 +1,4 @@
-// A viewer's window on a stage: the test decides when its messages run.
+// A viewer's window on a stage: the test decides when its messages run, and interlaced rows need no time to appear.
 #pragma once
 
 #include "imaging/draw/viewer_state.h"
@@ -13,26 +13,18 @@ public:
 
     // Runs the next message that the viewer has posted to itself and returns it; 0 when there is none.
     UINT Step();
-    void Steps(int count) {
-        while (count-- > 0) Step();
-    }
     // Ends a running delay as the timer does.
-    void Tick() { SendMessageW(Window(), WM_TIMER, kDelayTimer, 0); }
+    void Tick() { SendMessageW(window_, WM_TIMER, kDelayTimer, 0); }
     // Runs everything, delays included, until nothing is posted any more. Returns the number of images shown.
     int PlayToEnd();
 
     HWND Window() const { return window_; }
     const ViewerState& State() const { return state_; }
-    Picture Look() const;
+    Picture Look() const { return ::Look(WindowDc(window_).Get(), clientWidth_, clientHeight_); }
     // Has everything painted again, as when another window went away.
-    void Expose() const {
-        InvalidateRect(window_, nullptr, FALSE);
-        UpdateWindow(window_);
-    }
-    bool TimerRuns() const;  // and stops it
+    void Expose() const { RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }
 
 private:
-    InstantReveal instantReveal_;
     ViewerState state_ = {};
     HWND window_ = nullptr;
     int clientWidth_, clientHeight_;

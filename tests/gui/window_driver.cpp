@@ -6,7 +6,6 @@
 
 #include "app/block_list_view.h"
 #include "app/main_window.h"
-#include "app/recent_files.h"
 #include "app/services/settings.h"
 #include "app/services/shell_objects.h"
 #include "app/settings_file.h"
@@ -17,18 +16,15 @@
 #include "platform/wide_text.h"
 #include "resources/command_ids.h"
 
+namespace fs = std::filesystem;
+
 namespace {
 
-HWND ListBox() {
-    return GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
-}
-
-std::string NewFolder() {
-    static int made;
-    std::filesystem::path folder = std::filesystem::temp_directory_path() / "zephyr_gui_tests" /
-                                   (std::to_string(GetCurrentProcessId()) + "_" + std::to_string(++made));
-    std::filesystem::create_directories(folder);
-    return Utf8FromWide(folder.wstring()) + "\\";
+// Tells the main window what its list box tells it.
+void Notify(UINT notification) {
+    HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
+    SendMessageW(hMainWindow, WM_COMMAND, MAKEWPARAM(IDC_BLOCK_LIST, notification), reinterpret_cast<LPARAM>(list));
+    PumpMessages();
 }
 
 }  // namespace
@@ -43,7 +39,9 @@ void ShellTest::SetUp() {
 }
 
 void ShellTest::StartAfresh() {
-    folder_ = NewFolder();
+    fs::path folder = fs::temp_directory_path() / ("zephyr_gui_tests_" + std::to_string(GetCurrentProcessId()));
+    fs::create_directories(folder);
+    folder_ = Utf8FromWide(folder.wstring()) + "\\";
     settings = Settings();
     strcpy(settingsFolder, folder_.c_str());
     document = {};
@@ -58,7 +56,7 @@ void ShellTest::TearDown() {
     DestroyBlockList(&document);
     DeleteShellObjects();
     UnregisterClassW(kMainWindowClass, hInstance);
-    std::filesystem::remove_all(WideFromUtf8(folder_));
+    fs::remove_all(WideFromUtf8(folder_));
 }
 
 void ShellTest::Command(int id) {
@@ -67,30 +65,28 @@ void ShellTest::Command(int id) {
 }
 
 void ShellTest::Open(const std::string& path) {
-    SendMessageW(hMainWindow, WM_COMMAND, IDM_CLOSE, 0);
+    Command(IDM_CLOSE);
     SendMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(path.c_str()));
     PumpMessages();
 }
 
 void ShellTest::Select(int line) {
     SelectLine(hMainWindow, line);
-    SendMessageW(hMainWindow, WM_COMMAND, MAKEWPARAM(IDC_BLOCK_LIST, LBN_SELCHANGE),
-                 reinterpret_cast<LPARAM>(ListBox()));
+    Notify(LBN_SELCHANGE);
 }
 
 void ShellTest::DoubleClick() {
-    SendMessageW(hMainWindow, WM_COMMAND, MAKEWPARAM(IDC_BLOCK_LIST, LBN_DBLCLK), reinterpret_cast<LPARAM>(ListBox()));
-    PumpMessages();
+    Notify(LBN_DBLCLK);
 }
 
 std::vector<std::string> ShellTest::Lines() const {
     std::vector<std::string> lines;
-    LRESULT count = SendMessageW(ListBox(), LB_GETCOUNT, 0, 0);
-    for (LRESULT i = 0; i < count; ++i) {
-        wchar_t text[1024] = L"";
-        SendMessageW(ListBox(), LB_GETTEXT, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(text));
-        lines.push_back(Ansi1252FromWide(text));
-    }
+    wchar_t text[1024];
+    auto read = [&] {
+        return SendDlgItemMessageW(hMainWindow, IDC_BLOCK_LIST, LB_GETTEXT, lines.size(),
+                                   reinterpret_cast<LPARAM>(text)) != LB_ERR;
+    };
+    while (read()) lines.push_back(Ansi1252FromWide(text));
     return lines;
 }
 
@@ -105,15 +101,13 @@ std::string ShellTest::Title() const {
 }
 
 bool ShellTest::IsEnabled(int command) const {
-    return (GetMenuState(GetMenu(hMainWindow), static_cast<UINT>(command), MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED)) ==
-           0;
+    return !(GetMenuState(GetMenu(hMainWindow), static_cast<UINT>(command), MF_BYCOMMAND) & (MF_GRAYED | MF_DISABLED));
 }
 
 std::vector<std::string> ShellTest::RecentFiles() const {
     std::vector<std::string> names;
-    HMENU menu = GetSubMenu(GetMenu(hMainWindow), 0);
     wchar_t text[1024];
-    for (UINT id = IDM_RECENT_FIRST; GetMenuStringW(menu, id, text, 1024, MF_BYCOMMAND) > 0; ++id)
+    for (UINT id = IDM_RECENT_FIRST; GetMenuStringW(GetMenu(hMainWindow), id, text, 1024, MF_BYCOMMAND) > 0; ++id)
         names.push_back(Utf8FromWide(text));
     return names;
 }
@@ -126,26 +120,24 @@ std::string ShellTest::MakeGif(const std::string& name, int width, int height) c
         MemoryHandle bitmap = kind == kImageBlock ? CreateImageBitmap(width, height, nullptr, 8) : nullptr;
         EXPECT_TRUE(MakeDefaultBlock(nullptr, &list, &block, kind, bitmap, nullptr) && AppendBlock(&list, &block));
     }
-    std::string path = File(name);
-    EXPECT_TRUE(WriteGifFile(list, path.c_str()));
+    EXPECT_TRUE(WriteGifFile(list, File(name).c_str()));
     DestroyBlockList(&list);
-    return path;
+    return File(name);
 }
 
 void PumpMessages() {
-    MSG message;
-    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
+    for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
 }
 
 std::string ReadWholeFile(const std::string& path) {
-    std::ifstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
+    std::ifstream file(fs::path(WideFromUtf8(path)), std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
 void WriteWholeFile(const std::string& path, const std::string& content) {
-    std::ofstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
+    std::ofstream file(fs::path(WideFromUtf8(path)), std::ios::binary);
     EXPECT_TRUE(file << content << std::flush);
 }
