@@ -37,10 +37,9 @@ public:
 
     Animation& Control(uint32_t disposal, uint16_t delay, int transparentIndex = -1, bool userInput = false) {
         Block block = {};
-        uint32_t packed = disposal << kControlDisposalShift;
-        if (transparentIndex >= 0) packed |= kControlTransparent;
-        if (userInput) packed |= kControlUserInput;
-        PutControlFields(&block, {static_cast<uint8_t>(packed), delay, static_cast<uint8_t>(transparentIndex)});
+        const uint32_t flags = (transparentIndex < 0 ? 0u : kControlTransparent) | (userInput ? kControlUserInput : 0u);
+        PutControlFields(&block, {static_cast<uint8_t>(disposal << kControlDisposalShift | flags), delay,
+                                  static_cast<uint8_t>(transparentIndex)});
         return Append(block, kControlBlock);
     }
     Animation& Image(const ImageRequest& image) {

@@ -37,44 +37,50 @@ LRESULT CALLBACK ReleaseImage(int, WPARAM, LPARAM) {
     return 0;
 }
 
-enum Way { kStraight, kProgressive, kTransparent, kTransparentProgressive };
+enum Way { kStraight, kProgressive, kTransparent, kTransparentProgressive, kInverted, kInvertedResource };
 
 // Draws so that the pixel (x, y) of the image comes to (0, 0); pixels of index 0 may be transparent.
 bool Draw(int way, HDC dc, MemoryHandle image, const RgbTriple* palette, int x, int y) {
-    if (way >= kTransparent)  // whose vertical offset has the other sense
+    MemoryLock lock(image);  // a loaded resource is the address of its bytes
+    if (way >= kInverted)
+        way == kInverted ? DrawImageBitmap(dc, -x, -y, image, SRCINVERT)
+                         : DrawResourceBitmap(dc, -x, -y, lock.As<void>(), SRCINVERT);
+    else if (way >= kTransparent)  // whose vertical offset has the other sense
         return DrawImageTransparent(dc, nullptr, image, palette, x, -y, 0, way == kTransparentProgressive);
-    (way == kStraight ? DrawImageStraight : DrawImageProgressive)(dc, image, palette, x, y);
+    else
+        (way == kStraight ? DrawImageStraight : DrawImageProgressive)(dc, image, palette, x, y);
     return image != nullptr;
 }
 
 }  // namespace
 
 TEST(DrawImage, EqualsTheSamePixelsOneByOne) {
-    constexpr struct {
-        int width, height, x, y;
-    } kCases[] = {{11, 1, 0, 0}, {7, 2, 0, 0},   {9, 3, 0, 0},   {33, 4, 0, 0}, {1, 5, 0, 0},
-                  {19, 9, 0, 0}, {20, 12, 3, 0}, {20, 12, 2, 5}, {0, 9, 0, 0},  {9, 0, 0, 0}};
+    constexpr RECT kCases[] = {{0, 0, 11, 1}, {0, 0, 7, 2},   {0, 0, 9, 3},   {0, 0, 33, 4}, {0, 0, 1, 5},
+                               {0, 0, 19, 9}, {3, 0, 20, 12}, {2, 5, 20, 12}, {0, 0, 0, 9},  {0, 0, 9, 0}};
     settings.interlaceDelay = 0;
-    for (int i = 0; i < 10 * 4 * 4 * 2; ++i) {
-        const auto& c = kCases[i / 32];
-        const int depth = kDepths[i / 8 % 4], way = i / 2 % 4;
-        const bool transparent = way >= kTransparent, progressive = way % 2;
-        const RgbTriple* palette = i % 2 ? kOthers.entries : nullptr;
-        const RgbTriple* colours = palette && !transparent ? palette : kOwn.entries;
-        OwnedMemory image(Sample(c.width, c.height, depth));
-        Picture expected(kWidth, kHeight, kGround);
-        expected.Put(image.Get(), -c.x, -c.y, colours, transparent ? 0 : kNoPixel, progressive);
-        Canvas canvas(kWidth, kHeight, kGround);
-        SetTextColor(canvas.Dc(), RGB(1, 2, 3));
-        EXPECT_TRUE(Draw(way, canvas.Dc(), image.Get(), palette, c.x, c.y));
-        EXPECT_FALSE(Draw(way, canvas.Dc(), nullptr, palette, c.x, c.y));
-        EXPECT_EQ(Difference(expected, canvas.Look()), "")
-            << c.width << " x " << c.height << ", " << depth << " bits, way " << way;
-        EXPECT_EQ(GetTextColor(canvas.Dc()), RGB(1, 2, 3));
-        RgbTriples left = {};
-        GetImageInfo(image.Get(), nullptr, nullptr, nullptr, left);
-        EXPECT_EQ(left[1], depth < 24 ? colours[1] : RgbTriple{}) << "the palette that later drawings see";
-    }
+    for (const auto& [x, y, width, height] : kCases)
+        for (int depth : kDepths)
+            for (int i = 0; i < 6 * 2; ++i) {
+                const int way = i / 2;
+                SCOPED_TRACE(testing::Message() << width << " x " << height << ", " << depth << " bits, way " << way);
+                const bool transparent = way == kTransparent || way == kTransparentProgressive;
+                const bool progressive = way == kProgressive || way == kTransparentProgressive;
+                const RgbTriple* palette = i % 2 ? kOthers.entries : nullptr;
+                const RgbTriple* colours = palette && way < kTransparent ? palette : kOwn.entries;
+                OwnedMemory image(Sample(width, height, depth));
+                Picture expected(kWidth, kHeight, way < kInverted ? kGround : 0);
+                expected.Put(image.Get(), -x, -y, colours, transparent ? 0 : kNoPixel, progressive);
+                for (COLORREF& colour : expected.pixels) colour ^= way < kInverted ? 0 : kGround;
+                Canvas canvas(kWidth, kHeight, kGround);
+                SetTextColor(canvas.Dc(), RGB(1, 2, 3));
+                EXPECT_TRUE(Draw(way, canvas.Dc(), image.Get(), palette, x, y));
+                EXPECT_FALSE(Draw(way, canvas.Dc(), nullptr, palette, x, y));
+                EXPECT_EQ(Difference(expected, canvas.Look()), "");
+                EXPECT_EQ(GetTextColor(canvas.Dc()), RGB(1, 2, 3));
+                RgbTriples left = {};
+                GetImageInfo(image.Get(), nullptr, nullptr, nullptr, left);
+                EXPECT_EQ(left[1], depth < 24 ? colours[1] : RgbTriple{}) << "the palette that later drawings see";
+            }
 }
 
 TEST(DrawImage, ProgressiveLeavesInputToItsOwnerAndEndsWhenTheImageIsReleased) {
@@ -89,20 +95,6 @@ TEST(DrawImage, ProgressiveLeavesInputToItsOwnerAndEndsWhenTheImageIsReleased) {
     EXPECT_TRUE(!image && canvas.Look().At(0, 0) != kGround && canvas.Look().At(0, 8) == kGround);
     MSG message;
     EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE));
-}
-
-TEST(DrawImageBitmap, CombinesByTheRasterOperationAlsoFromResources) {
-    for (int depth : kDepths) {
-        OwnedMemory image(Sample(9, 6, depth));
-        MemoryLock lock(image.Get());  // a loaded resource is the address of its bytes
-        Picture expected(kWidth, kHeight, 0);
-        for (int place : {4, 20}) expected.Put(image.Get(), place, place, kOwn.entries, kNoPixel, false);
-        Canvas canvas(kWidth, kHeight, kGround);
-        for (MemoryHandle drawn : {image.Get(), MemoryHandle{}}) DrawImageBitmap(canvas.Dc(), 4, 4, drawn, SRCINVERT);
-        for (void* drawn : {lock.As<void>(), MemoryHandle{}}) DrawResourceBitmap(canvas.Dc(), 20, 20, drawn, SRCINVERT);
-        for (COLORREF& colour : expected.pixels) colour ^= kGround;
-        EXPECT_EQ(Difference(expected, canvas.Look()), "") << depth;
-    }
 }
 
 TEST(DeviceBitmaps, AreGrabbedCutToTheDevice) {
@@ -124,10 +116,9 @@ TEST(DeviceBitmaps, AreGrabbedCutToTheDevice) {
         EXPECT_TRUE(width == cut.right - cut.left && height == cut.bottom - cut.top) << width << " x " << height;
         Picture expected(std::min(width, kWidth), std::min(height, kHeight), kGround);
         expected.Put(image.Get(), -cut.left, -cut.top, kOwn.entries, kNoPixel, false);
-        Canvas canvases[] = {{expected.width, expected.height, 0}, {expected.width, expected.height, 0}};
-        EXPECT_TRUE(DrawDeviceBitmap(canvases[0].Dc(), 0, 0, grabbed));
-        DrawImageStraight(canvases[1].Dc(), made.Get(), nullptr, 0, 0);
-        for (const Canvas& drawn : canvases) EXPECT_EQ(Difference(expected, drawn.Look()), "") << area.left;
+        Canvas drawn(expected.width, expected.height, 0);
+        DrawImageStraight(drawn.Dc(), made.Get(), nullptr, 0, 0);
+        EXPECT_EQ(Difference(expected, drawn.Look()), "") << area.left;
         DeleteObject(grabbed);
     }
 }

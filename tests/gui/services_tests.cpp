@@ -1,4 +1,4 @@
-// The services that every window uses, and the program's resources.
+// The services that every window uses.
 #include <cstring>
 #include <filesystem>
 
@@ -6,31 +6,15 @@
 #include "app/services/file_dialogs.h"
 #include "app/services/help.h"
 #include "app/services/messages.h"
-#include "app/services/shell_objects.h"
 #include "app/start_up.h"
-#include "imaging/palette_resources.h"
 #include "platform/prompts.h"
 #include "platform/wide_text.h"
-#include "resources/command_ids.h"
 #include "resources/editor_ids.h"
-#include "resources/panel_ids.h"
-#include "resources/string_ids.h"
 #include "tests/gui/window_driver.h"
 
 namespace {
 
 class ServicesTest : public ShellTest {};
-
-TEST_F(ServicesTest, StringsComeFromTheResources) {
-    const std::pair<unsigned, const char*> table[] = {
-#define STRING(id, text) {id, text},
-#include "resources/string_table.inc"
-#undef STRING
-        {198, "String table error - this application may be damaged"},
-    };
-    for (const auto& [id, text] : table) EXPECT_STREQ(LoadStr(id), text) << id;
-    EXPECT_EQ(FindPaletteResource("PALETTE1"), nullptr);
-}
 
 TEST_F(ServicesTest, DialogsShowTheirTextsInTheMiddleOfTheScreen) {
     DialogAnswers answers;
@@ -38,31 +22,12 @@ TEST_F(ServicesTest, DialogsShowTheirTextsInTheMiddleOfTheScreen) {
     EXPECT_EQ(YesnoBox(hMainWindow, "caf\xE9 & \x80"), IDNO);
     EXPECT_EQ(answers.Texts(), std::vector<std::string>{"caf\xE9 & \x80"});
     EXPECT_EQ(RunDialog(hMainWindow, L"NoSuchBox", nullptr, nullptr), 0);
-    answers.Do([](HWND dialog) {
-        EXPECT_EQ(ControlText(dialog, IDC_VERSION_LINE).rfind("Version ", 0), 0u);
-        EXPECT_EQ(ControlText(dialog, IDC_BUILD_LINE).rfind("Build ", 0), 0u);
-        PressButton(dialog, IDOK);
-    });
-    Command(IDM_ABOUT);
     SetWindowPos(hMainWindow, nullptr, 0, 0, 501, 447, SWP_NOZORDER);
     CentreWindow(hMainWindow);
     RECT place = {};
     GetWindowRect(hMainWindow, &place);
     EXPECT_EQ(place.left, (GetSystemMetrics(SM_CXSCREEN) - 501) / 2);
     EXPECT_EQ(place.top, (GetSystemMetrics(SM_CYSCREEN) - 447) / 2);
-}
-
-TEST_F(ServicesTest, ControlsHaveTheFaceColour) {
-    HDC dc = GetDC(hMainWindow);
-    constexpr UINT kMessages[] = {WM_CTLCOLORMSGBOX, WM_CTLCOLORBTN, WM_CTLCOLORDLG, WM_CTLCOLORSTATIC};
-    for (UINT message : kMessages) {
-        SetTextColor(dc, RGB(1, 2, 3));
-        LRESULT brush =
-            SendMessageW(hMainWindow, message, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(hMainWindow));
-        EXPECT_EQ(reinterpret_cast<HBRUSH>(brush), hFaceBrush);
-        EXPECT_TRUE(GetBkColor(dc) == GetSysColor(COLOR_BTNFACE) && GetTextColor(dc) == GetSysColor(COLOR_WINDOWTEXT));
-    }
-    ReleaseDC(hMainWindow, dc);
 }
 
 TEST_F(ServicesTest, TheCommandLineIsWhatFollowsTheProgram) {

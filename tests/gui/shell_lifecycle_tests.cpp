@@ -3,11 +3,8 @@
 
 #include "app/main_window.h"
 #include "app/services/settings.h"
-#include "app/services/shell_objects.h"
-#include "app/shell_state.h"
 #include "app/start_up.h"
 #include "platform/faults.h"
-#include "resources/command_ids.h"
 #include "resources/panel_ids.h"
 #include "tests/gui/window_driver.h"
 
@@ -22,54 +19,42 @@ using Texts = std::vector<std::string>;
 class StartUpTest : public ShellTest {
 protected:
     void SetUp() override { StartAfresh(); }
-
-    // Runs the editor; once its window waits for the user, `look` is called and the program told to exit.
-    void Run(const std::string& commandLine, std::function<void()> look) {
-        look_ = look;
-        UINT_PTR timer = SetTimer(nullptr, 0, 20, OnTimer);
-        RunEditor(GetModuleHandleW(nullptr), nullptr, commandLine.c_str(), SW_SHOW);
-        KillTimer(nullptr, timer);
-        EXPECT_FALSE(look_) << "the window never waited for the user";
-    }
-    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
-        if (!look_ || !IsWindowEnabled(hMainWindow)) return;
-        std::exchange(look_, nullptr)();
-        PostMessageW(hMainWindow, WM_COMMAND, IDM_EXIT, 0);
-    }
-    inline static std::function<void()> look_;
 };
 
-TEST_F(StartUpTest, RemembersThePanelsBoxAndReadsTheDitheringSettingsOfTheWindowsDirectory) {
-    DialogAnswers answers;
-    answers.Do([](HWND dialog) {
-        EXPECT_TRUE(IsDlgButtonChecked(dialog, IDC_SHOW_AGAIN));
-        ClickBox(dialog, IDC_SHOW_AGAIN);
-        PressButton(dialog, IDOK);
-    });
-    for (const wchar_t* given : {L"35", static_cast<const wchar_t*>(nullptr)}) {  // no panel the second time
-        WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", given, L"TELVAR.INI");
-        Run("", [this] { EXPECT_TRUE(Title() == "Kelmor Zephyr [ NO FILE ] " && !IsEnabled(IDM_SAVE)); });
-        EXPECT_EQ(ditherSettings.brightness, given ? 35u : 20u);
-        EXPECT_EQ(ditherSettings.contrast, 20u);
-    }
-    EXPECT_NE(ReadWholeFile(File("KLMZEP.INI")).find("ShowStartupBanner = 0\r\n"), std::string::npos);
-}
-
-TEST_F(StartUpTest, OpensTheFileOfTheCommandLineAndGivesEverythingBackAtTheEnd) {
+TEST_F(StartUpTest, OpensTheFileOfTheCommandLineAndRemembersItsSettings) {
     std::string path = MakeGif("a b.gif");
-    WriteWholeFile(File("KLMZEP.INI"),
-                   "Show = 0\r\nFileMenuRange = 2\r\nFileMenuItem = C:\\1.gif\r\nFileMenuItem = C:\\2.gif\r\n");
+    WriteWholeFile(File("KLMZEP.INI"), "FileMenuRange = 2\r\nFileMenuItem = C:\\1.gif\r\nFileMenuItem = C:\\2.gif\r\n");
+    WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", L"35", L"TELVAR.INI");
     DialogAnswers answers;
-    answers.Press(IDCANCEL);
-    Run(path, [&] {
+    answers.Do([](HWND panel) {
+        EXPECT_TRUE(IsDlgButtonChecked(panel, IDC_SHOW_AGAIN));
+        ClickBox(panel, IDC_SHOW_AGAIN);
+        PressButton(panel, IDOK);
+        PostMessageW(hMainWindow, WM_COMMAND, IDM_ABOUT, 0);
+    });
+    answers.Do([&](HWND about) {
+        EXPECT_EQ(ControlText(about, IDC_VERSION_LINE).rfind("Version ", 0), 0u);
+        EXPECT_EQ(ControlText(about, IDC_BUILD_LINE).rfind("Build ", 0), 0u);
         EXPECT_EQ(Title(), "Kelmor Zephyr [ " + path + " ] ");
         EXPECT_EQ(RecentFiles(), (Texts{path, "C:\\2.gif"}));
         documentChanged = true;
-        SendMessageW(hMainWindow, WM_SYSCOMMAND, SC_CLOSE, 0);  // ends the program though the question is cancelled
+        PressButton(about, IDOK);
+        PostMessageW(hMainWindow, WM_SYSCOMMAND, SC_CLOSE, 0);
     });
-    WNDCLASSW description;
+    answers.Press(IDCANCEL);  // the question, which doesn't keep the close box from ending the program
+    RunEditor(GetModuleHandleW(nullptr), nullptr, path.c_str(), SW_SHOW);
     EXPECT_TRUE(!document.blocks && !hListFont && !hFaceBrush);
-    EXPECT_FALSE(GetClassInfoW(hInstance, kMainWindowClass, &description));
+    EXPECT_TRUE(ditherSettings.brightness == 35 && ditherSettings.contrast == 20);
+    WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", nullptr, L"TELVAR.INI");
+    documentChanged = false;
+    answers.Do([this](HWND message) {
+        EXPECT_TRUE(Title() == "Kelmor Zephyr [ NO FILE ] " && !IsEnabled(IDM_SAVE));
+        PressButton(message, IDOK);
+        PostMessageW(hMainWindow, WM_COMMAND, IDM_EXIT, 0);
+    });
+    RunEditor(GetModuleHandleW(nullptr), nullptr, "missing.gif", SW_SHOW);
+    EXPECT_EQ(answers.Texts().back(), kOpenFailed) << "no panel the second time";
+    EXPECT_EQ(ditherSettings.brightness, 20u);
 }
 
 class LifecycleTest : public ShellTest {
@@ -116,8 +101,6 @@ TEST_F(LifecycleTest, ANewDocumentAsksForANameTheFirstTimeItIsSaved) {
         Open(File("new.gif"));
         EXPECT_EQ(Lines().size(), 2u) << "the header and the file-identity comment";
     }
-    Command(IDM_EXIT);
-    EXPECT_FALSE(IsWindow(hMainWindow));
 }
 
 TEST_F(LifecycleTest, OpensAFileNamedByTheMessageAndSavesItWithAFittingScreen) {

@@ -3,60 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <random>
-
 #include "app/services/settings.h"
 #include "app/services/shell_objects.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/viewer_stage.h"
 
 namespace {
-
-constexpr int kClientWidth = 61, kClientHeight = 50;
-
-// Where an image begins in the client area, along one axis.
-int PlaceOf(int client, int image, int screen, int offset) {
-    double centred = image < client ? std::floor((client - image) / 2.0) : 0;
-    return static_cast<int>(centred + offset - std::floor((screen - image) / 2.0));
-}
-
-// Plays the document once and compares what is shown with the rules for single pixels. Every second image is exposed
-// while it is shown, and every third once more when it has been disposed of.
-void CheckPlaying(Animation* animation) {
-    ViewerStage stage(animation->List(), kClientWidth, kClientHeight);
-    const Block header = animation->At(0);
-    const HeaderFields screen = GetHeaderFields(header);
-    const COLORREF background = screen.packed & kHasPalette ? ColourRef(header.palette[kBackgroundIndex]) : 0;
-    Picture shown(kClientWidth, kClientHeight, background);
-    ControlFields control = {};
-    for (uint32_t index = 1; stage.Step() == WM_VIEWER_NEXT && index < animation->List()->count; ++index) {
-        const Block block = animation->At(index);
-        if (block.kind == kControlBlock) control = GetControlFields(block);
-        if (block.kind != kImageBlock) continue;
-        const ImageFields image = GetImageFields(block);
-        const int left = PlaceOf(kClientWidth, image.width, screen.screenWidth, image.left);
-        const int top = PlaceOf(kClientHeight, image.height, screen.screenHeight, image.top);
-        const Picture under = shown;
-        auto putImage = [&] {
-            shown.Put(block.data, left, top, image.packed & kHasPalette ? block.palette : header.palette,
-                      control.packed & kControlTransparent ? control.transparentIndex : kNoPixel,
-                      image.packed & kImageInterlaced);
-        };
-        putImage();
-        if (index % 2) stage.Expose();
-        ASSERT_EQ(Difference(shown, stage.Look()), "") << "block " << index << " shown";
-        ASSERT_EQ(stage.Step(), WM_VIEWER_DELAY);
-        if (control.delay > 0) stage.Tick();
-        ASSERT_EQ(stage.Step(), WM_VIEWER_DISPOSE);
-        const int disposal = control.packed >> 2 & 7;
-        for (int y = top; y < top + image.height && (disposal == 2 || disposal == 3); ++y)
-            for (int x = left; x < left + image.width; ++x)
-                if (shown.Has(x, y)) shown.At(x, y) = disposal == 2 ? background : under.At(x, y);
-        ASSERT_EQ(Difference(shown, stage.Look()), "") << "block " << index << " disposed of";
-        if (index % 3 == 0) stage.Expose(), putImage();
-    }
-}
 
 HWND FindViewer() {
     return FindWindowW(kViewerClass, nullptr);
@@ -112,24 +64,52 @@ size_t CountFreeGdiObjects() {
     return taken.size();
 }
 
+int32_t loopsLeft;
+
+// Sees every message that is taken from the queue.
+LRESULT CALLBACK NoteLoops(int, WPARAM, LPARAM) {
+    if (currentViewer) loopsLeft = currentViewer->loopsLeft;
+    return 0;
+}
+
 }  // namespace
 
-TEST(Viewer, ComposesPixelByPixel) {
-    for (unsigned seed = 1; seed <= 40; ++seed) {
-        SCOPED_TRACE(testing::Message() << "seed " << seed);
-        std::mt19937 random(seed);
-        auto below = [&](unsigned limit) { return static_cast<uint16_t>(random() % limit); };
-        auto screenWidth = below(80), screenHeight = below(60);
-        Animation animation(screenWidth, screenHeight, below(8) != 0);
-        for (int block = 0; block < 8; ++block) {
-            if (below(2)) animation.Control(below(4) ? below(4) : below(8), below(3), below(2) ? below(16) : -1);
-            const int depths[] = {1, 2, 4, 6, 8};
-            animation.Image({below(50), below(40), below(70), below(below(3) ? 20 : 70), depths[below(5)],
-                             below(2) != 0, below(2) != 0, 1 + below(50)});
-            if (below(4) == 0) animation.Comment();
-        }
-        CheckPlaying(&animation);
-    }
+TEST(Viewer, PlacesPaintsAndDisposesOfImages) {
+    const struct {
+        uint16_t screenWidth, screenHeight;
+        ImageRequest image;
+        int left, top;  // where it begins in a client area of 61 x 50
+    } cases[] = {{41, 31, {5, 7, 10, 12}, 15, 17},
+                 {100, 90, {10, 5, 70, 60, 4, true, true, 9}, -5, -10},
+                 {10, 10, {0, 0, 100, 90, 6}, 45, 40},
+                 {10, 10, {0, 0, 20, 3, 1, true, true, 7}, 25, 20},
+                 {0, 0, {0, 0, 7, 6, 8, true}, 31, 25}};
+    for (const auto& c : cases)
+        for (uint32_t disposal : {1u, 2u, 3u})
+            for (int transparent : {-1, 1}) {
+                SCOPED_TRACE(testing::Message() << &c - cases << ", disposal " << disposal << ", " << transparent);
+                Animation animation(c.screenWidth, c.screenHeight, disposal > 1);
+                ImageRequest other = {c.image.left, c.image.top, c.image.width, c.image.height, 8, false, true, 3};
+                animation.Control(1, 0).Image(other).Control(disposal, 1, transparent).Image(c.image).Image(other);
+                ViewerStage stage(animation.List(), 61, 50);
+                const COLORREF ground = disposal > 1 ? ColourRef(animation.Colour(kBackgroundIndex)) : RGB(0, 0, 0);
+                const Picture nothing(61, 50, ground);
+                Picture under = nothing;
+                under.Put(animation.At(2).data, c.left, c.top, animation.At(2).palette, kNoPixel, false);
+                Picture shown = under;
+                shown.Put(animation.At(4).data, c.left, c.top, animation.At(c.image.hasOwnPalette ? 4 : 0).palette,
+                          static_cast<uint32_t>(transparent), c.image.interlaced);
+                for (int step = 0; step < 6; ++step) stage.Step();
+                EXPECT_EQ(Difference(shown, stage.Look()), "");
+                stage.Expose();
+                EXPECT_EQ(Difference(shown, stage.Look()), "") << "exposed";
+                stage.Step(), stage.Tick(), stage.Step();
+                EXPECT_EQ(Difference(disposal == 1 ? shown : disposal == 2 ? nothing : under, stage.Look()), "");
+                if (disposal < 3) continue;
+                stage.Expose();  // paints it once more, which is not to be taken for the next image
+                stage.Step(), stage.Step(), stage.Tick(), stage.Step();
+                EXPECT_EQ(Difference(shown, stage.Look()), "") << "under the next image";
+            }
 }
 
 TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
@@ -173,12 +153,12 @@ TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
 TEST(Viewer, AnImageThatLeftTheDocumentIsNotPaintedAgain) {
     Animation animation(40, 30);
     animation.Control(0, 5).Image({0, 0, 40, 30});
-    ViewerStage stage(animation.List(), kClientWidth, kClientHeight);
+    ViewerStage stage(animation.List(), 61, 50);
     while (stage.Step()) {
     }  // until the delay
     DestroyBlockList(animation.List());
     RedrawWindow(stage.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
-    EXPECT_EQ(stage.Look().At(kClientWidth / 2, kClientHeight / 2), stage.State().backgroundColour);
+    EXPECT_EQ(stage.Look().At(30, 25), stage.State().backgroundColour);
     EXPECT_EQ(pendingWait, 5);
     SendMessageW(stage.Window(), WM_COMMAND, IDCANCEL, 0);
     EXPECT_TRUE(!IsWindow(stage.Window()) && pendingWait == 0);
@@ -202,34 +182,27 @@ TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItsOwnerIsClosed) {
     EXPECT_TRUE(TakeQuitMessage()) << "the owner's own loop ends too";
 }
 
-TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAlone) {
+TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAloneAndIsClosedWithIt) {
     Animation outer(50, 40), inner(30, 20);
-    outer.Control(0, 50).Image({0, 0, 50, 40}).Image({0, 0, 20, 20});
     inner.Control(0, 1).Image({0, 0, 30, 20});
-    bool nested = false;
-    EXPECT_TRUE(View(&outer, [&] {
-        if (nested || !currentViewer || pendingWait == 0) return nested && CloseWhenPlayed();
-        const ViewerState* state = currentViewer;
-        nested = View(&inner, CloseWhenPlayed);
-        EXPECT_TRUE(nested && currentViewer == state && viewedList == outer.List());
-        return false;
-    }));
-}
-
-TEST_F(ViewerRunTest, ClosingTheOuterViewingClosesTheInner) {
-    Animation outer(50, 40), inner(30, 20);
     EXPECT_TRUE(View(&outer, [&] {
         HWND first = HasPlayed() ? FindViewer() : nullptr;
-        return first && View(&inner, [=] { return HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
+        if (!first) return false;
+        const ViewerState* state = currentViewer;
+        EXPECT_TRUE(View(&inner, CloseWhenPlayed) && currentViewer == state && viewedList == outer.List());
+        return View(&inner, [=] { return HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
     }));
 }
 
 TEST_F(ViewerRunTest, InputIsHeardWhileBlocksFollowWithoutADelay) {
     Animation animation(50, 40);
-    animation.Loop(0).Comment().Comment().Comment();  // some 100,000 blocks to play, while no timer is heard
-    ShowWindow(owner_, SW_SHOW);                      // the keyboard is that of the thread whose window is in front
+    animation.Loop(0).Comment().Comment().Comment();  // some 100,000 blocks to play
+    HHOOK hook = SetWindowsHookExW(WH_GETMESSAGE, NoteLoops, nullptr, GetCurrentThreadId());
+    ShowWindow(owner_, SW_SHOW);  // the keyboard is that of the thread whose window is in front
     for (DWORD flags : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) keybd_event(VK_ESCAPE, 0, flags, 0);
-    EXPECT_FALSE(View(&animation, CloseWhenPlayed)) << "Escape has to end it earlier";
+    View(&animation, CloseWhenPlayed);
+    UnhookWindowsHookEx(hook);
+    EXPECT_GT(loopsLeft, 0);
 }
 
 TEST_F(ViewerRunTest, EveryWayToCloseItGivesEverythingBack) {

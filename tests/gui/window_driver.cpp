@@ -7,14 +7,11 @@
 #include "app/block_list_view.h"
 #include "app/main_window.h"
 #include "app/services/settings.h"
-#include "app/services/shell_objects.h"
 #include "app/settings_file.h"
-#include "app/shell_state.h"
 #include "app/start_up.h"
 #include "gif/default_blocks.h"
 #include "gif/gif_writer.h"
 #include "platform/wide_text.h"
-#include "resources/command_ids.h"
 
 namespace fs = std::filesystem;
 
@@ -39,7 +36,8 @@ void ShellTest::SetUp() {
 }
 
 void ShellTest::StartAfresh() {
-    fs::path folder = fs::temp_directory_path() / ("zephyr_gui_tests_" + std::to_string(GetCurrentProcessId()));
+    static DWORD made = GetCurrentProcessId();  // file dialogs remember folders: every test has one of its own
+    fs::path folder = fs::temp_directory_path() / ("zephyr_gui_tests_" + std::to_string(++made));
     fs::create_directories(folder);
     folder_ = Utf8FromWide(folder.wstring()) + "\\";
     settings = Settings();

@@ -7,7 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/windows_api.h"
+#include "app/services/shell_objects.h"
+#include "app/shell_state.h"
+#include "resources/command_ids.h"
 #include "tests/gui/dialog_answers.h"
 
 // A fixture: every test gets the window as the program has it after its start, without a document, with default
