@@ -12,11 +12,9 @@
 constexpr uint8_t kBackgroundIndex = 5;
 
 struct ImageRequest {
-    uint16_t left, top;
-    int width, height;
+    uint16_t left, top, width, height;
     int depth = 8;
-    bool interlaced = false;
-    bool hasOwnPalette = false;
+    bool interlaced = false, hasOwnPalette = false;
     int seed = 1;  // of the pixels and of an own palette
 };
 
@@ -46,12 +44,11 @@ public:
         Block block = {};
         if (image.hasOwnPalette) FillColours(block.palette, image.seed);
         auto packed = (image.hasOwnPalette ? kHasPalette : 0) | (image.interlaced ? kImageInterlaced : 0);
-        PutImageFields(&block, {image.left, image.top, static_cast<uint16_t>(image.width),
-                                static_cast<uint16_t>(image.height), static_cast<uint8_t>(packed | (image.depth - 1))});
-        const Block header = At(0);
+        packed |= image.depth - 1;
+        PutImageFields(&block, {image.left, image.top, image.width, image.height, static_cast<uint8_t>(packed)});
         const uint32_t used = image.depth == 1 ? 2 : 16;
         block.data = MakeImage(
-            image.width, image.height, image.depth, image.hasOwnPalette ? block.palette : header.palette,
+            image.width, image.height, image.depth, image.hasOwnPalette ? block.palette : At(0).palette,
             [&](int x, int y) { return static_cast<uint32_t>((x / 2 * 3 + y / 3 * 5) * image.seed + x * y) % used; });
         return Append(block, kImageBlock);
     }

@@ -1,6 +1,4 @@
 // The list's lines as they are painted, and its place in the window.
-#include "app/block_list_view.h"
-
 #include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
 

@@ -14,7 +14,6 @@ namespace {
 
 constexpr COLORREF kGround = RGB(200, 100, 50);
 constexpr int kWidth = 40, kHeight = 30;  // of the canvas
-constexpr int kDepths[] = {1, 4, 8, 24};
 
 struct Colours {
     explicit Colours(int seed) { FillColours(entries, seed); }
@@ -59,7 +58,7 @@ TEST(DrawImage, EqualsTheSamePixelsOneByOne) {
                                {0, 0, 19, 9}, {3, 0, 20, 12}, {2, 5, 20, 12}, {0, 0, 0, 9},  {0, 0, 9, 0}};
     settings.interlaceDelay = 0;
     for (const auto& [x, y, width, height] : kCases)
-        for (int depth : kDepths)
+        for (int depth : {1, 4, 8, 24})
             for (int i = 0; i < 6 * 2; ++i) {
                 const int way = i / 2;
                 SCOPED_TRACE(testing::Message() << width << " x " << height << ", " << depth << " bits, way " << way);
@@ -73,8 +72,8 @@ TEST(DrawImage, EqualsTheSamePixelsOneByOne) {
                 for (COLORREF& colour : expected.pixels) colour ^= way < kInverted ? 0 : kGround;
                 Canvas canvas(kWidth, kHeight, kGround);
                 SetTextColor(canvas.Dc(), RGB(1, 2, 3));
-                EXPECT_TRUE(Draw(way, canvas.Dc(), image.Get(), palette, x, y));
-                EXPECT_FALSE(Draw(way, canvas.Dc(), nullptr, palette, x, y));
+                EXPECT_TRUE(Draw(way, canvas.Dc(), image.Get(), palette, x, y) &&
+                            !Draw(way, canvas.Dc(), nullptr, palette, x, y));
                 EXPECT_EQ(Difference(expected, canvas.Look()), "");
                 EXPECT_EQ(GetTextColor(canvas.Dc()), RGB(1, 2, 3));
                 RgbTriples left = {};

@@ -1,14 +1,9 @@
 // The services that every window uses.
-#include <cstring>
-#include <filesystem>
-
 #include "app/services/dialogs.h"
 #include "app/services/file_dialogs.h"
 #include "app/services/help.h"
 #include "app/services/messages.h"
-#include "app/start_up.h"
 #include "platform/prompts.h"
-#include "platform/wide_text.h"
 #include "resources/editor_ids.h"
 #include "tests/gui/window_driver.h"
 
@@ -97,8 +92,8 @@ TEST_F(ServicesTest, TheHelpPageIsShownByWhatTheSystemHas) {
                                                           {deep.substr(1) + "\\", deep.substr(1) + "\\TELVAR.HLP"},
                                                           {deep + "\\", deep + "\\?"},
                                                           {deep + deep + "\\", (deep + deep).substr(0, 258) + "?"}};
+    char path[kPathBytes];
     for (const auto& [folder, help] : places) {
-        char path[kPathBytes] = "";
         HelpFileBeside((folder + "k.exe").c_str(), path);
         EXPECT_EQ(path, help);
     }

@@ -1,10 +1,5 @@
 // The settings file and the list of recent files.
-#include "app/settings_file.h"
-
-#include <cstring>
-
 #include "app/recent_files.h"
-#include "app/services/settings.h"
 #include "platform/faults.h"
 #include "tests/gui/window_driver.h"
 
@@ -20,25 +15,22 @@ protected:
 };
 
 TEST_F(SettingsFileTest, ReadsWhatALineMeans) {
-    const struct {
-        std::string content;
-        uint32_t banner, delay, range;
-    } cases[] = {
-        {"ShowStartupBanner = 0\r\nInterlaceDelay = 25\r\nFileMenuRange = 100\r\n", 0, 25, 100},
-        {"Show = 0\r\nFileMenuRange   ==   7 items", 0, 4, 7},  // the beginning of a name is enough
-        {"show = 0\r\nShowStartupBanners = 0\r\n;FileMenuRange = 2\r\n[KLMZephyr]\r\n", 1, 4, 10},
-        {"\r\n", 0, 4, 10},  // an empty key is the beginning of the first name
-        {"InterlaceDelay = 99999999999999999999\r\n = 6\r\n", 6, 4294967295u, 10},
-        {"InterlaceDelay = 8\x1A\r\nFileMenuRange = 2\r\n\x1A\r\nShow = 0", 1, 8, 2},
-        {"InterlaceDelay = " + std::string(108, '0') + "12345\r\nFileMenuRange = 3\r\n", 1, 12, 3},  // 127 bytes
+    using Values = std::vector<uint32_t>;  // of the banner, the delay and the range
+    const std::pair<std::string, Values> cases[] = {
+        {"ShowStartupBanner = 0\r\nInterlaceDelay = 25\r\nFileMenuRange = 100\r\n", {0, 25, 100}},
+        {"Show = 0\r\nFileMenuRange   ==   7 items", {0, 4, 7}},  // the beginning of a name is enough
+        {"show = 0\r\nShowStartupBanners = 0\r\n;FileMenuRange = 2\r\n[KLMZephyr]\r\n", {1, 4, 10}},
+        {"\r\n", {0, 4, 10}},  // an empty key is the beginning of the first name
+        {"InterlaceDelay = 99999999999999999999\r\n = 6\r\n", {6, 4294967295u, 10}},
+        {"InterlaceDelay = 8\x1A\r\nFileMenuRange = 2\r\n\x1A\r\nShow = 0", {1, 8, 2}},
+        {"InterlaceDelay = " + std::string(108, '0') + "12345\r\nFileMenuRange = 3\r\n", {1, 12, 3}},  // 127 bytes
     };
-    for (const auto& c : cases) {
+    for (const auto& [content, values] : cases) {
         settings = Settings();
-        WriteWholeFile(File("KLMZEP.INI"), c.content);
+        WriteWholeFile(File("KLMZEP.INI"), content);
         ReadSettings(Folder().c_str());
-        EXPECT_TRUE(settings.showStartupBanner == c.banner && settings.interlaceDelay == c.delay &&
-                    settings.fileMenuRange == c.range)
-            << c.content;
+        EXPECT_EQ((Values{settings.showStartupBanner, settings.interlaceDelay, settings.fileMenuRange}), values)
+            << content;
     }
 }
 

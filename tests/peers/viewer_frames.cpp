@@ -32,9 +32,7 @@ bool WriteFrames(BlockList* list, const std::string& folder) {
     for (uint32_t reached = 0; UINT message = stage.Step(); reached = stage.State().nextIndex) {
         if (stage.State().nextIndex < reached) return true;  // it repeats
         if (message != WM_VIEWER_DELAY) continue;
-        char name[20];
-        snprintf(name, sizeof name, "\\%03d.ppm", frame++);
-        if (!WriteFrame(stage.Look(), folder + name)) return false;
+        if (!WriteFrame(stage.Look(), folder + "\\" + std::to_string(1000 + frame++).substr(1) + ".ppm")) return false;
         if (pendingWait > 0) stage.Tick();
     }
     return true;

@@ -24,8 +24,7 @@ void PrintLines(HWND window) {
     wchar_t text[1024];
     for (int i = 0; AskList(window, LB_GETTEXT, i, text) != LB_ERR; ++i) {
         std::wstring line = text;
-        size_t separator = line.find(L'\xFE');
-        if (separator != line.npos) line.erase(separator, 1);
+        if (size_t separator = line.find(L'\xFE'); separator != line.npos) line.erase(separator, 1);
         printf("%s\n", Utf8FromWide(line).c_str());
     }
 }
