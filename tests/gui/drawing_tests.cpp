@@ -83,7 +83,7 @@ TEST(DrawImage, EqualsTheSamePixelsOneByOne) {
 }
 
 TEST(DrawImage, ProgressiveLeavesInputToItsOwnerAndEndsWhenTheImageIsReleased) {
-    settings.interlaceDelay = 1;
+    settings.interlaceDelay = 100;
     OwnedMemory image(Sample(11, 9, 8));
     Canvas canvas(kWidth, kHeight, kGround);
     PostMessageW(nullptr, WM_KEYDOWN, VK_SPACE, 0);

@@ -56,7 +56,7 @@ TEST_F(SettingsFileTest, ListsFullPathsOnceNewestFirst) {
     } cases[] = {
         {10, {"C:\\A.GIF", "C:\\b.gif \t\r\n", "c:\\a.gif"}, {"C:\\b.gif", "C:\\A.GIF"}},
         {10, {"C:\\\xC3\x89.gif", "C:\\\xC3\xA9.gif"}, {"C:\\\xC3\x89.gif"}},
-        {10, {"a.gif", "\\a.gif", "1:\\a.gif", "C:a.gif", "C:/a.gif", "", "C:\\" + std::string(260, 'x')}, {}},
+        {10, {"\\a.gif", "1:\\a.gif", "{:\\a.gif", "C:a.gif", "C:/a.gif", "", "C:\\" + std::string(260, 'x')}, {}},
         {2, {"C:\\a.gif", "C:\\b.gif", "C:\\c.gif"}, {"C:\\c.gif", "C:\\b.gif"}},
         {0, {"C:\\a.gif"}, {}},
     };

@@ -214,7 +214,7 @@ TEST_F(ViewerRunTest, EveryWayToCloseItGivesEverythingBack) {
     for (UINT closing : kClosing) {
         EXPECT_TRUE(View(&animation, [&] {
             for (UINT harmless : kHarmless) SendMessageW(FindViewer(), harmless, 0, 0);
-            return HasPlayed() && PostMessageW(FindViewer(), closing, VK_ESCAPE, 0);
+            return FindViewer() && HasPlayed() && PostMessageW(FindViewer(), closing, VK_ESCAPE, 0);
         }));
         EXPECT_GE(CountFreeGdiObjects() + 20, before) << "what the system keeps is less";
     }
