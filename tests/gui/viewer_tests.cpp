@@ -63,9 +63,8 @@ size_t CountFreeGdiObjects() {
     return taken.size();
 }
 
-int32_t loopsLeft;
+int32_t loopsLeft;  // when the last message was taken from the queue
 
-// Sees every message that is taken from the queue.
 LRESULT CALLBACK NoteLoops(int, WPARAM, LPARAM) {
     if (currentViewer) loopsLeft = currentViewer->loopsLeft;
     return 0;
