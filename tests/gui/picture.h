@@ -1,69 +1,107 @@
 // Pixels to compare: what a device context shows, and what a test expects.
 #pragma once
 
+#include <algorithm>
+#include <cstdio>
 #include <functional>
-#include <ostream>
 #include <string>
 #include <vector>
 
-#include "app/services/settings.h"
+#include "imaging/draw/gdi_guards.h"
 #include "imaging/image_bitmap.h"
-#include "platform/windows_api.h"
+
+inline COLORREF ColourRef(RgbTriple colour) {
+    return RGB(colour.red, colour.green, colour.blue);
+}
 
 struct Picture {
     Picture(int width_, int height_, COLORREF fill = 0)
         : width(width_), height(height_), pixels(static_cast<size_t>(width_ * height_), fill) {}
-    bool Has(int x, int y) const { return x >= 0 && y >= 0 && x < width && y < height; }
     COLORREF& At(int x, int y) { return pixels[static_cast<size_t>(y * width + x)]; }
     COLORREF At(int x, int y) const { return pixels[static_cast<size_t>(y * width + x)]; }
+
     // Draws the image at (left, top) pixel by pixel, in the colours of `palette`, but for the pixels that equal
     // `transparent`. Of a low interlaced image a row is missing.
-    void Put(MemoryHandle image, int left, int top, const RgbTriple* palette, uint32_t transparent, bool interlaced);
+    void Put(MemoryHandle image, int left, int top, const RgbTriple* palette, uint32_t transparent, bool interlaced) {
+        MemoryLock lock(image);
+        auto* bitmap = lock.As<const BitmapHeader>();
+        // Each pass of a reveal begins with its first row, whether the image has it or not.
+        const int missing = !interlaced || bitmap->height > 4 ? -1 : bitmap->height == 4 ? 3 : 1;
+        for (int y = std::max(top, 0); y < std::min(top + bitmap->height, height); ++y)
+            for (int x = std::max(left, 0); x < std::min(left + bitmap->width, width); ++x) {
+                const uint32_t pixel = GetImagePixel(bitmap, x - left, y - top);
+                if (y - top == missing || pixel == transparent) continue;
+                At(x, y) = bitmap->bitCount == 24 ? pixel : ColourRef(palette[pixel]);
+            }
+    }
 
     int width, height;
     std::vector<COLORREF> pixels;
 };
 
-// Empty when both are equal, otherwise how many pixels differ and the first of them.
-std::string Difference(const Picture& expected, const Picture& shown);
-
-// What `dc` shows from (0, 0) on.
-Picture Look(HDC dc, int width, int height);
+// Empty when both are equal, otherwise the first pixel that differs.
+inline std::string Difference(const Picture& expected, const Picture& shown) {
+    if (expected.width != shown.width || expected.height != shown.height) return "sizes differ";
+    char text[100] = "";
+    for (int y = expected.height; y-- > 0;)
+        for (int x = expected.width; x-- > 0;)
+            if (expected.At(x, y) != shown.At(x, y))
+                snprintf(text, sizeof text, "(%d, %d) should be %06lX and is %06lX", x, y, expected.At(x, y),
+                         shown.At(x, y));
+    return text;
+}
 
 // A memory device context with true colours.
 class Canvas {
 public:
-    Canvas(int width, int height, COLORREF fill);
-    ~Canvas();
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-    HDC Dc() const { return dc_; }
-    Picture Look() const { return ::Look(dc_, width_, height_); }
+    Canvas(int width, int height, COLORREF fill) : width_(width), height_(height) {
+        std::fill_n(static_cast<uint32_t*>(pixels_), width * height, Swapped(fill));
+    }
+    HDC Dc() const { return dc_.Get(); }
+    Picture Look() const {
+        GdiFlush();
+        Picture picture(width_, height_);
+        auto* pixels = static_cast<const uint32_t*>(pixels_);
+        std::transform(pixels, pixels + width_ * height_, picture.pixels.begin(), Swapped);
+        return picture;
+    }
 
 private:
+    // Red and blue lie the other way round in a COLORREF.
+    static COLORREF Swapped(uint32_t pixel) { return RGB(pixel >> 16, pixel >> 8, pixel); }
+    HBITMAP MakePixels() {
+        BITMAPINFO info = {};
+        info.bmiHeader = {sizeof info.bmiHeader, width_, -height_, 1, 32, BI_RGB, 0, 0, 0, 0, 0};  // rows from the top
+        return CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &pixels_, nullptr, 0);
+    }
+
     int width_, height_;
-    HDC dc_;
-    HBITMAP bitmap_;
-    HGDIOBJ previous_;
+    void* pixels_ = nullptr;
+    MemoryDc dc_{nullptr};
+    OwnedGdiObject bitmap_{MakePixels()};
+    SelectedObject selected_{dc_.Get(), bitmap_.Get()};
 };
 
-// While it exists, the rows of interlaced images need no time to appear.
-class InstantReveal {
-public:
-    InstantReveal() : before_(settings.interlaceDelay) { settings.interlaceDelay = 0; }
-    ~InstantReveal() { settings.interlaceDelay = before_; }
-    InstantReveal(const InstantReveal&) = delete;
-    InstantReveal& operator=(const InstantReveal&) = delete;
-
-private:
-    uint32_t before_;
-};
-
-using PixelAt = std::function<uint32_t(int x, int y)>;
+// What `dc` shows from (0, 0) on.
+inline Picture Look(HDC dc, int width, int height) {
+    Canvas canvas(width, height, 0);
+    BitBlt(canvas.Dc(), 0, 0, width, height, dc, 0, 0, SRCCOPY);
+    return canvas.Look();
+}
 
 // A bitmap with the pixels that `pixelAt` gives. Its colour table is `colours`, or black.
-MemoryHandle MakeImage(int width, int height, int depth, const RgbTriple* colours, const PixelAt& pixelAt);
+inline MemoryHandle MakeImage(int width, int height, int depth, const RgbTriple* colours,
+                              const std::function<uint32_t(int x, int y)>& pixelAt) {
+    MemoryHandle image = CreateImageBitmap(width, height, colours, depth);
+    MemoryLock lock(image);
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) SetImagePixel(lock.As<BitmapHeader>(), x, y, pixelAt(x, y));
+    return image;
+}
 
-inline COLORREF ColourRef(RgbTriple colour) {
-    return RGB(colour.red, colour.green, colour.blue);
+// Fills all 256 entries with colours that all differ.
+inline void FillColours(RgbTriple* palette, int seed) {
+    for (int i = 0; i < kPaletteEntries; ++i)
+        palette[i] = {static_cast<uint8_t>(i * 53 + seed * 31), static_cast<uint8_t>(i * 29 + seed * 17),
+                      static_cast<uint8_t>(200 - i * 7 + seed)};
 }

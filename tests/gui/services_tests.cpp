@@ -1,148 +1,38 @@
-// The services that every window uses, and the program's resources.
-#include <cstring>
-#include <string>
-
-#include "app/about_box.h"
-#include "app/information_panel.h"
+// The services that every window uses.
 #include "app/services/dialogs.h"
 #include "app/services/file_dialogs.h"
 #include "app/services/help.h"
 #include "app/services/messages.h"
-#include "app/services/settings.h"
-#include "app/services/shell_objects.h"
-#include "app/start_up.h"
-#include "imaging/palette_resources.h"
 #include "platform/prompts.h"
-#include "platform/wide_text.h"
-#include "resources/command_ids.h"
-#include "resources/message_ids.h"
-#include "resources/panel_ids.h"
-#include "resources/string_ids.h"
+#include "resources/editor_ids.h"
 #include "tests/gui/window_driver.h"
 
 namespace {
 
 class ServicesTest : public ShellTest {};
 
-TEST_F(ServicesTest, StringsComeFromTheResourcesIntoOneBuffer) {
-    const std::pair<unsigned, const char*> table[] = {
-#define STRING(id, text) {id, text},
-#include "resources/string_table.inc"
-#undef STRING
-    };
-    const char* buffer = LoadStr(IDS_NO_SELECTION);
-    for (const auto& [id, text] : table) {
-        EXPECT_EQ(LoadStr(id), buffer);
-        EXPECT_STREQ(buffer, text) << id;
-    }
-    for (unsigned id : {198u, 1u, 4000u})
-        EXPECT_STREQ(LoadStr(id), "String table error - this application may be damaged");
-    EXPECT_EQ(memcmp(FindPaletteResource("PALETTE256G"), "QUOXRSRC", 8), 0);
-    EXPECT_EQ(FindPaletteResource("PALETTE1"), nullptr);
-}
-
-TEST_F(ServicesTest, MessageDialogsAnswerTheirButtons) {
-    using Ask = int (*)(HWND, const char*);
-    const Ask tell = [](HWND owner, const char* text) { return MessageBox(owner, text), 0; };
-    const struct {
-        Ask ask;
-        int focused, pressed, answer;
-    } cases[] = {{tell, IDOK, IDOK, 0},
-                 {YesNoCancelBox, IDYES, IDYES, IDYES},
-                 {YesNoCancelBox, IDYES, IDNO, IDNO},
-                 {YesNoCancelBox, IDYES, IDCANCEL, IDCANCEL},
-                 {YesnoBox, IDYES, IDYES, IDYES},
-                 {YesnoBox, IDYES, IDNO, IDNO},
-                 {YesnoBox, IDYES, IDCANCEL, IDNO}};  // the Escape key: there is no such button
-    for (const auto& c : cases) {
-        DialogAnswers answers;
-        answers.Do([&](HWND dialog) {
-            EXPECT_EQ(GetDlgCtrlID(GetFocus()), c.focused);
-            SendMessageW(dialog, WM_COMMAND, static_cast<WPARAM>(c.pressed), 0);
-        });
-        EXPECT_EQ(c.ask(hMainWindow, "caf\xE9 & \x80"), c.answer);
-        EXPECT_EQ(answers.Texts(), std::vector<std::string>{"caf\xE9 & \x80"});
-        EXPECT_TRUE(IsWindowEnabled(hMainWindow));
-    }
+TEST_F(ServicesTest, DialogsShowTheirTextsInTheMiddleOfTheScreen) {
+    DialogAnswers answers;
+    answers.Do([](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });  // Escape: there is no such button
+    EXPECT_EQ(YesnoBox(hMainWindow, "caf\xE9 & \x80"), IDNO);
+    EXPECT_EQ(answers.Texts(), std::vector<std::string>{"caf\xE9 & \x80"});
     EXPECT_EQ(RunDialog(hMainWindow, L"NoSuchBox", nullptr, nullptr), 0);
-}
-
-TEST_F(ServicesTest, WindowsAreCentred) {
     SetWindowPos(hMainWindow, nullptr, 0, 0, 501, 447, SWP_NOZORDER);
     CentreWindow(hMainWindow);
-    int left = (GetSystemMetrics(SM_CXSCREEN) - 501) / 2, top = (GetSystemMetrics(SM_CYSCREEN) - 447) / 2;
-    RECT place = {}, expected = {left, top, left + 501, top + 447};
+    RECT place = {};
     GetWindowRect(hMainWindow, &place);
-    EXPECT_TRUE(EqualRect(&place, &expected)) << place.left << " " << place.top;
-}
-
-TEST_F(ServicesTest, ControlsHaveTheFaceColour) {
-    HDC dc = GetDC(hMainWindow);
-    constexpr UINT kMessages[] = {WM_CTLCOLORMSGBOX, WM_CTLCOLORBTN, WM_CTLCOLORDLG, WM_CTLCOLORSTATIC};
-    for (UINT message : kMessages) {
-        LRESULT brush =
-            SendMessageW(hMainWindow, message, reinterpret_cast<WPARAM>(dc), reinterpret_cast<LPARAM>(hMainWindow));
-        EXPECT_EQ(reinterpret_cast<HBRUSH>(brush), hFaceBrush);
-        EXPECT_EQ(GetBkColor(dc), GetSysColor(COLOR_BTNFACE));
-        EXPECT_EQ(GetTextColor(dc), GetSysColor(COLOR_WINDOWTEXT));
-    }
-    ReleaseDC(hMainWindow, dc);
-}
-
-TEST_F(ServicesTest, TheHelpFileLiesBesideTheProgram) {
-    std::string deep = "C:\\" + std::string(244, 'd') + "\\";  // 248 bytes
-    const struct {
-        std::string program, help;
-    } cases[] = {
-        {"C:\\Zephyr\\klmzep.exe", "C:\\Zephyr\\TELVAR.HLP"},
-        {"C:klmzep.exe", "C:TELVAR.HLP"},
-        {deep.substr(2) + "k.exe", deep.substr(2) + "TELVAR.HLP"},  // 246 and 13 stay below 260
-        {deep.substr(1) + "k.exe", deep.substr(1) + "?"},
-        {deep + "k.exe", deep + "?"},
-        {"C:\\" + std::string(300, 'd') + "\\k.exe", ("C:\\" + std::string(300, 'd')).substr(0, 258) + "?"},
-    };
-    for (const auto& c : cases) {
-        char path[kPathBytes] = "";
-        HelpFileBeside(c.program.c_str(), path);
-        EXPECT_EQ(path, c.help);
-    }
-}
-
-TEST_F(ServicesTest, ThePanelKeepsItsCheckBox) {
-    for (bool show : {false, true}) {
-        DialogAnswers answers;
-        answers.Do([show](HWND dialog) {
-            EXPECT_EQ(IsDlgButtonChecked(dialog, IDC_SHOW_AGAIN) == BST_CHECKED, !show);
-            ClickBox(dialog, IDC_SHOW_AGAIN);
-            PressButton(dialog, IDOK);
-        });
-        Command(IDM_INFORMATION);
-        EXPECT_EQ(settings.showStartupBanner, show ? 1u : 0u);
-    }
-}
-
-TEST_F(ServicesTest, TheAboutBoxTellsVersionAndBuild) {
-    DialogAnswers answers;
-    answers.Do([](HWND dialog) {
-        EXPECT_EQ(ControlText(dialog, IDC_VERSION_LINE).rfind("Version ", 0), 0u);
-        EXPECT_GT(ControlText(dialog, IDC_BUILD_LINE).size(), strlen("Build "));
-        PressButton(dialog, IDOK);
-    });
-    Command(IDM_ABOUT);
+    EXPECT_EQ(place.left, (GetSystemMetrics(SM_CXSCREEN) - 501) / 2);
+    EXPECT_EQ(place.top, (GetSystemMetrics(SM_CYSCREEN) - 447) / 2);
 }
 
 TEST_F(ServicesTest, TheCommandLineIsWhatFollowsTheProgram) {
-    const struct {
-        const wchar_t *line, *arguments;
-    } cases[] = {
+    const std::pair<const wchar_t*, const wchar_t*> cases[] = {
         {L"klmzep.exe", L""},
-        {L"klmzep.exe ", L""},
         {L"klmzep.exe C:\\a b.gif", L"C:\\a b.gif"},
         {L"\"C:\\Program Files\\klmzep.exe\" \t \"C:\\a.gif\" ", L"\"C:\\a.gif\" "},
         {L"C:\\\"x y\"\\klmzep.exe z", L"z"},
-        {L"", L""},
     };
-    for (const auto& c : cases) EXPECT_STREQ(CommandLineArguments(c.line), c.arguments) << c.line;
+    for (const auto& [line, arguments] : cases) EXPECT_STREQ(CommandLineArguments(line), arguments) << line;
 }
 
 TEST_F(ServicesTest, TheOpenDialogStartsInTheFolderOfAName) {
@@ -155,14 +45,75 @@ TEST_F(ServicesTest, TheOpenDialogStartsInTheFolderOfAName) {
     EXPECT_EQ(name, File("a.gif"));
 }
 
-TEST_F(ServicesTest, CancelledFileDialogsChangeNothing) {
-    char name[kPathBytes] = "keep.gif";
-    DialogAnswers answers;
-    for (auto* run : {OpenGifDialog, SaveGifDialog}) {
-        answers.Press(IDCANCEL);
-        EXPECT_FALSE(run(hMainWindow, name));
-        EXPECT_STREQ(name, "keep.gif");
+// A system of which everything is known: what it can do, and what it was asked for.
+struct {
+    bool viewerStarts, viewerShows, hasBrowser;
+    std::string asked;
+} known;
+
+bool CallViewer(HWND, const char* file, UINT command, const void* data) {
+    EXPECT_TRUE(command == HELP_KEY && strstr(file, "\\TELVAR.HLP")) << file;
+    known.asked += std::string("viewer ") + static_cast<const char*>(data) + ";";
+    return known.viewerStarts;
+}
+
+bool OpenPage(HWND, const wchar_t* path) {
+    known.asked += std::filesystem::path(path).filename().string() + ";";
+    return known.hasBrowser;
+}
+
+TEST_F(ServicesTest, TheHelpPageIsShownByWhatTheSystemHas) {
+    const struct {
+        bool helpFile, page, starts, shows, browser;
+        HelpOutcome outcome;
+        const char* asked;  // for the same page twice
+    } cases[] = {
+        {true, true, true, true, true, HelpOutcome::kInViewer, "viewer loop;viewer loop;"},
+        {true, true, false, false, true, HelpOutcome::kInBrowser, "viewer loop;loop.html;loop.html;"},
+        {true, true, true, false, true, HelpOutcome::kInBrowser, "viewer loop;loop.html;loop.html;"},
+        {false, true, true, true, true, HelpOutcome::kInBrowser, "loop.html;loop.html;"},
+        {true, true, true, false, false, HelpOutcome::kNoBrowser, "viewer loop;loop.html;loop.html;"},
+        {true, false, false, false, true, HelpOutcome::kNoFiles, "viewer loop;"},
+    };
+    std::filesystem::create_directory(WideFromUtf8(File("help")));
+    for (const auto& c : cases) {
+        WriteWholeFile(File("TELVAR.HLP"), "x");
+        WriteWholeFile(File("help\\loop.html"), "x");
+        if (!c.helpFile) std::filesystem::remove(WideFromUtf8(File("TELVAR.HLP")));
+        if (!c.page) std::filesystem::remove(WideFromUtf8(File("help\\loop.html")));
+        known = {c.starts, c.shows, c.browser, ""};
+        HelpSystem system = {CallViewer, [] { return known.viewerShows; }, OpenPage, false};
+        for (int time = 0; time < 2; ++time)
+            EXPECT_EQ(OpenHelp(hMainWindow, File("klmzep.exe").c_str(), "loop", &system), c.outcome) << &c - cases;
+        EXPECT_EQ(known.asked, c.asked) << &c - cases;
     }
+    const std::string deep = "C:" + std::string(244, 'd');  // 246 and 13 stay below 260
+    const std::pair<std::string, std::string> places[] = {{"C:", "C:TELVAR.HLP"},
+                                                          {deep.substr(1) + "\\", deep.substr(1) + "\\TELVAR.HLP"},
+                                                          {deep + "\\", deep + "\\?"},
+                                                          {deep + deep + "\\", (deep + deep).substr(0, 258) + "?"}};
+    char path[kPathBytes];
+    for (const auto& [folder, help] : places) {
+        HelpFileBeside((folder + "k.exe").c_str(), path);
+        EXPECT_EQ(path, help);
+    }
+}
+
+// No help lies beside the test program.
+TEST_F(ServicesTest, MissingHelpIsToldAndLeavesTheDialogWorking) {
+    Open(MakeGif("a.gif"));
+    DialogAnswers answers;
+    answers.Press(IDOK);
+    Command(IDM_HELP);
+    answers.Do([](HWND dialog) {
+        PressButton(dialog, IDC_HELP_BUTTON);
+        SetDlgItemInt(dialog, IDC_HEADER_WIDTH, 321, FALSE);
+        PressButton(dialog, IDOK);
+    });
+    answers.Press(IDOK);
+    DoubleClick();
+    EXPECT_EQ(Lines()[0], "HEADER\xFE GIF89a Screen (321 x 480)");
+    for (size_t i : {0u, 2u}) EXPECT_NE(answers.Texts()[i].find("TELVAR.HLP"), std::string::npos) << answers.Texts()[i];
 }
 
 }  // namespace

@@ -1,190 +1,220 @@
-// What the viewer shows of a document, and when it goes on.
+// What the viewer shows of a document, when it goes on, and whole viewings in its own full-screen window.
+#include "imaging/draw/viewer.h"
+
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
-#include <random>
-
+#include "app/services/shell_objects.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/viewer_stage.h"
 
 namespace {
 
-constexpr int kClientWidth = 61, kClientHeight = 50;
-
-// Where an image begins in the client area, along one axis.
-int PlaceOf(int client, int image, int screen, int offset) {
-    double centred = image < client ? std::floor((client - image) / 2.0) : 0;
-    return static_cast<int>(centred + offset - std::floor((screen - image) / 2.0));
+HWND FindViewer() {
+    return FindWindowW(kViewerClass, nullptr);
 }
 
-// Plays the document once, and compares after every image and every disposal with the rules for single pixels.
-void CheckPlaying(Animation* animation) {
-    ViewerStage stage(animation->List(), kClientWidth, kClientHeight);
-    const Block header = animation->At(0);
-    const HeaderFields screen = GetHeaderFields(header);
-    const COLORREF background = screen.packed & kHasPalette ? ColourRef(header.palette[kBackgroundIndex]) : 0;
-    Picture shown(kClientWidth, kClientHeight, background);
-    ControlFields control = {};
-    for (uint32_t index = 1; index < animation->List()->count; ++index) {
-        ASSERT_EQ(Difference(shown, stage.Look()), "") << "before block " << index;
-        ASSERT_EQ(stage.Step(), WM_VIEWER_NEXT);
-        const Block block = animation->At(index);
-        if (block.kind == kControlBlock) control = GetControlFields(block);
-        if (block.kind != kImageBlock) continue;
-        const ImageFields image = GetImageFields(block);
-        const int left = PlaceOf(kClientWidth, image.width, screen.screenWidth, image.left);
-        const int top = PlaceOf(kClientHeight, image.height, screen.screenHeight, image.top);
-        const Picture under = shown;
-        shown.Put(block.data, left, top, image.packed & kHasPalette ? block.palette : header.palette,
-                  control.packed & kControlTransparent ? control.transparentIndex : kNoPixel,
-                  image.packed & kImageInterlaced);
-        if (index % 2) stage.Expose();
-        ASSERT_EQ(Difference(shown, stage.Look()), "") << "block " << index << " shown";
-        ASSERT_EQ(stage.Step(), WM_VIEWER_DELAY);
-        if (control.delay > 0) stage.Tick();
-        ASSERT_EQ(stage.Step(), WM_VIEWER_DISPOSE);
-        const int disposal = control.packed >> 2 & 7;
-        for (int y = std::max(top, 0); y < std::min(top + image.height, kClientHeight); ++y)
-            for (int x = std::max(left, 0); x < std::min(left + image.width, kClientWidth); ++x)
-                if (disposal == 2 || disposal == 3) shown.At(x, y) = disposal == 2 ? background : under.At(x, y);
-        ASSERT_EQ(Difference(shown, stage.Look()), "") << "block " << index << " disposed of";
-        ASSERT_EQ(stage.State().savedUnder, nullptr);
+bool HasPlayed() {
+    return currentViewer && currentViewer->nextIndex == viewedList->count && pendingWait == 0;
+}
+
+bool CloseWhenPlayed() {
+    return HasPlayed() && PostMessageW(FindViewer(), WM_CHAR, VK_ESCAPE, 0);
+}
+
+class ViewerRunTest : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!hInstance) hInstance = GetModuleHandleW(nullptr);
+        settings.interlaceDelay = 0;
+        owner_ = CreateWindowExW(0, L"STATIC", L"", WS_POPUP, 0, 0, 50, 50, nullptr, nullptr, hInstance, nullptr);
     }
-}
-
-// Plays with a key pressed during every image. For each image shown: its left edge, disposal, transparent index, and
-// what is waited for before and after the key; then how many loops are left. At most `steps` messages run.
-std::string TraceOf(ViewerStage& stage, int steps) {
-    std::string trace;
-    for (UINT message = 1; message && steps > 0; --steps) {
-        message = stage.Step();
-        if (message != WM_VIEWER_DELAY) continue;
-        const ViewerState& state = stage.State();
-        for (uint32_t field : {state.imageLeft, state.disposal, state.transparentIndex})
-            trace += std::to_string(static_cast<int32_t>(field)) + ",";
-        trace += std::to_string(pendingWait);
-        SendMessageW(stage.Window(), WM_CHAR, ' ', 0);
-        trace += ">" + std::to_string(pendingWait) + " ";
-        if (state.delay == 0) continue;
-        EXPECT_EQ(stage.Step(), 0u) << "the delay goes on whatever is pressed";
-        stage.Tick();
-        EXPECT_FALSE(stage.TimerRuns());
+    void TearDown() override {
+        DestroyWindow(owner_);
+        WNDCLASSW viewer;
+        EXPECT_FALSE(GetClassInfoW(hInstance, kViewerClass, &viewer));
+        EXPECT_TRUE(!FindViewer() && !currentViewer && !viewedList && pendingWait == 0);
+        EXPECT_FALSE(TakeQuitMessage());
     }
-    return trace + std::to_string(stage.State().loopsLeft);
+    static BOOL TakeQuitMessage() {
+        MSG message;
+        return PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);
+    }
+    // A timer calls `act` over and over until it returns true. False when the viewing ended before.
+    bool View(Animation* animation, std::function<bool()> act) {
+        act_ = std::move(act);
+        UINT_PTR timer = SetTimer(nullptr, 0, 10, OnTimer);
+        RunViewer(owner_, animation->List());
+        KillTimer(nullptr, timer);
+        return !std::exchange(act_, nullptr);
+    }
+    static void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD) {
+        auto act = std::exchange(act_, nullptr);  // it may run messages itself
+        if (act && !act()) act_ = act;
+    }
+    inline static std::function<bool()> act_;
+    HWND owner_ = nullptr;
+};
+
+// How many more GDI objects this process may create: counted by creating them, as not every system tells.
+size_t CountFreeGdiObjects() {
+    std::vector<HGDIOBJ> taken;
+    while (HGDIOBJ brush = CreateSolidBrush(0)) taken.push_back(brush);
+    for (HGDIOBJ brush : taken) DeleteObject(brush);
+    return taken.size();
 }
 
-ImageRequest ImageAt(uint16_t left) {
-    return {left, 0, 9, 9};
+int32_t loopsLeft;  // when the last message was taken from the queue
+
+LRESULT CALLBACK NoteLoops(int, WPARAM, LPARAM) {
+    if (currentViewer) loopsLeft = currentViewer->loopsLeft;
+    return 0;
 }
 
 }  // namespace
 
-TEST(Viewer, CentresTheScreenAndKeepsTheImagesInTheirPlaces) {
+TEST(Viewer, PlacesPaintsAndDisposesOfImages) {
     const struct {
         uint16_t screenWidth, screenHeight;
         ImageRequest image;
-    } cases[] = {
-        {41, 31, {5, 7, 10, 12}},   {40, 30, {35, 25, 20, 20}},  // reaching out
-        {100, 90, {0, 0, 100, 90}}, {100, 90, {10, 5, 70, 60}}, {10, 10, {0, 0, 100, 90}}, {61, 50, {0, 0, 61, 50}},
-        {1, 1, {0, 0, 1, 1, 1}},    {0, 0, {0, 0, 7, 6}},       {40, 30, {2, 2, 0, 9}},    {40, 30, {200, 200, 9, 9}},
-    };
+        int left, top;  // where it begins in a client area of 61 x 50
+    } cases[] = {{41, 31, {5, 7, 10, 12}, 15, 17},
+                 {100, 90, {10, 5, 70, 60, 4, true, true, 9}, -5, -10},
+                 {10, 10, {0, 0, 100, 90, 6}, 45, 40},
+                 {10, 10, {0, 0, 20, 3, 1, true, true, 7}, 25, 20},
+                 {0, 0, {0, 0, 7, 6, 8, true}, 31, 25}};
     for (const auto& c : cases)
-        for (uint32_t disposal : {2u, 3u}) {
-            SCOPED_TRACE(testing::Message() << "case " << &c - cases << ", disposal " << disposal);
-            Animation animation(c.screenWidth, c.screenHeight);
-            animation.Control(disposal, 1).Image(c.image);
-            CheckPlaying(&animation);
-        }
-}
-
-TEST(Viewer, ComposesPixelByPixel) {
-    for (unsigned seed = 1; seed <= 30; ++seed) {
-        SCOPED_TRACE(testing::Message() << "seed " << seed);
-        std::mt19937 random(seed);
-        auto below = [&](unsigned limit) { return static_cast<uint16_t>(random() % limit); };
-        auto screenWidth = below(80), screenHeight = below(60);
-        Animation animation(screenWidth, screenHeight, below(8) != 0);
-        for (int block = 0; block < 8; ++block) {
-            if (below(2)) animation.Control(below(4) ? below(4) : below(8), below(3), below(2) ? below(16) : -1);
-            const int depths[] = {1, 2, 4, 6, 8};
-            animation.Image({below(50), below(40), below(70), below(20), depths[below(5)], below(2) != 0, below(2) != 0,
-                             1 + below(50)});
-            if (below(4) == 0) animation.Comment();
-        }
-        CheckPlaying(&animation);
-    }
+        for (uint32_t disposal : {1u, 2u, 3u, 5u})
+            for (int transparent : {-1, 1}) {
+                SCOPED_TRACE(testing::Message() << &c - cases << ", disposal " << disposal << ", " << transparent);
+                Animation animation(c.screenWidth, c.screenHeight, disposal > 1);
+                ImageRequest other = {c.image.left, c.image.top, c.image.width, c.image.height, 8, false, true, 3};
+                animation.Control(1, 0).Image(other).Control(disposal, 1, transparent).Image(c.image).Image(other);
+                ViewerStage stage(animation.List(), 61, 50);
+                const COLORREF ground = disposal > 1 ? ColourRef(animation.Colour(kBackgroundIndex)) : RGB(0, 0, 0);
+                const Picture nothing(61, 50, ground);
+                Picture under = nothing;
+                under.Put(animation.At(2).data, c.left, c.top, animation.At(2).palette, kNoPixel, false);
+                Picture shown = under;
+                shown.Put(animation.At(4).data, c.left, c.top, animation.At(c.image.hasOwnPalette ? 4 : 0).palette,
+                          static_cast<uint32_t>(transparent), c.image.interlaced);
+                for (int step = 0; step < 6; ++step) stage.Step();
+                EXPECT_EQ(Difference(shown, stage.Look()), "");
+                stage.Expose();
+                EXPECT_EQ(Difference(shown, stage.Look()), "") << "exposed";
+                stage.Step(), stage.Tick(), stage.Step();
+                EXPECT_EQ(Difference(disposal == 2 ? nothing : disposal == 3 ? under : shown, stage.Look()), "");
+                if (disposal != 3) continue;
+                stage.Expose();  // paints it once more, which is not to be taken for the next image
+                stage.Step(), stage.Step(), stage.Tick(), stage.Step();
+                EXPECT_EQ(Difference(shown, stage.Look()), "") << "under the next image";
+            }
 }
 
 TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
+    static const ImageRequest kFirst = {0, 0, 9, 9}, kSecond = {1, 0, 9, 9}, kThird = {2, 0, 9, 9};
     const struct {
+        const char* trace;  // of each image: its left edge, what is waited for, and for what after a key was pressed
+        int32_t loopsLeft;
         void (*fill)(Animation& document);
-        int steps;
-        const char* trace;
     } cases[] = {
         // A control stays in force until the next. A key ends only what waits for input.
-        {[](Animation& document) {
-             document.Control(3, 25, 7, true).Image(ImageAt(0)).Image(ImageAt(1)).Control(5, 0).Image(ImageAt(2));
-         },
-         99, "0,3,7,25>0 1,3,7,25>0 2,5,-1,0>0 -1"},
-        {[](Animation& document) { document.Control(1, 0, -1, true).Image(ImageAt(0)); }, 99, "0,1,-1,1>0 -1"},
-        {[](Animation& document) { document.Control(1, 5).Image(ImageAt(0)); }, 99, "0,1,-1,5>5 -1"},
+        {"0:25>0 1:25>0 2:0>0 ", -1,
+         [](Animation& all) { all.Control(3, 25, 7, true).Image(kFirst).Image(kSecond).Control(5, 0).Image(kThird); }},
+        {"0:1>0 ", -1, [](Animation& all) { all.Control(1, 0, -1, true).Image(kFirst); }},
+        {"0:5>5 ", -1, [](Animation& all) { all.Control(1, 5).Image(kFirst); }},
         // Repeats begin at the third block and are never without a delay.
-        {[](Animation& document) {
-             document.Image(ImageAt(0)).Loop(2).Image(ImageAt(1)).Control(0, 0).Image(ImageAt(2)).Control(0, 7);
-         },
-         99, "0,0,-1,0>0 1,0,-1,1>1 2,0,-1,1>1 1,0,-1,7>7 2,0,-1,1>1 1,0,-1,7>7 2,0,-1,0>0 0"},
-        {[](Animation& document) { document.Loop(1).Control(0, 2).Image(ImageAt(1)).Loop(9); }, 99,
-         "1,0,-1,2>2 1,0,-1,2>2 0"},
-        {[](Animation& document) { document.Loop(0).Comment(); }, 3, "32766"},
+        {"0:0>0 1:1>1 2:1>1 1:7>7 2:1>1 1:7>7 2:0>0 ", 0,
+         [](Animation& all) { all.Image(kFirst).Loop(2).Image(kSecond).Control(0, 0).Image(kThird).Control(0, 7); }},
+        {"1:2>2 1:2>2 ", 0, [](Animation& all) { all.Loop(1).Control(0, 2).Image(kSecond).Loop(9); }},
+        {"", 32738, [](Animation& all) { all.Loop(0).Comment(); }},
     };
     for (const auto& c : cases) {
         Animation animation(20, 20);
         c.fill(animation);
         ViewerStage stage(animation.List(), 30, 30);
-        EXPECT_EQ(TraceOf(stage, c.steps), c.trace);
+        std::string trace;
+        for (int message = 0; message < 60; ++message) {
+            if (stage.Step() != WM_VIEWER_DELAY) continue;
+            trace += std::to_string(stage.State().imageLeft) + ":" + std::to_string(pendingWait);
+            SendMessageW(stage.Window(), WM_CHAR, ' ', 0);
+            trace += ">" + std::to_string(pendingWait) + " ";
+            if (stage.State().delay == 0) continue;
+            EXPECT_EQ(stage.Step(), 0u) << "the delay goes on whatever is pressed";
+            stage.Tick();
+            EXPECT_FALSE(KillTimer(stage.Window(), kDelayTimer));
+        }
+        EXPECT_EQ(trace, c.trace);
+        EXPECT_EQ(stage.State().loopsLeft, c.loopsLeft);
     }
-}
-
-TEST(Viewer, AnExposureAfterTheImageIsNotTakenForTheNextOne) {
-    Animation animation(40, 30);
-    animation.Control(3, 1).Image({0, 0, 20, 15}).Image({10, 5, 20, 15, 8, false, true, 4});
-    ViewerStage stage(animation.List(), kClientWidth, kClientHeight);
-    stage.Steps(3), stage.Tick(), stage.Step();
-    stage.Expose();
-    const Picture before = stage.Look();
-    stage.Steps(2), stage.Tick();
-    EXPECT_EQ(stage.Step(), WM_VIEWER_DISPOSE);
-    EXPECT_EQ(Difference(before, stage.Look()), "");
 }
 
 TEST(Viewer, AnImageThatLeftTheDocumentIsNotPaintedAgain) {
     Animation animation(40, 30);
-    animation.Image({0, 0, 40, 30});
-    ViewerStage stage(animation.List(), kClientWidth, kClientHeight);
-    EXPECT_EQ(stage.PlayToEnd(), 1);
+    animation.Control(0, 5).Image({0, 0, 40, 30});
+    ViewerStage stage(animation.List(), 61, 50);
+    while (stage.Step()) {
+    }  // until the delay
     DestroyBlockList(animation.List());
     RedrawWindow(stage.Window(), nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
-    EXPECT_EQ(stage.Look().At(kClientWidth / 2, kClientHeight / 2), stage.State().backgroundColour);
+    EXPECT_EQ(stage.Look().At(30, 25), stage.State().backgroundColour);
+    EXPECT_EQ(pendingWait, 5);
+    SendMessageW(stage.Window(), WM_COMMAND, IDCANCEL, 0);
+    EXPECT_TRUE(!IsWindow(stage.Window()) && pendingWait == 0);
 }
 
-TEST(Viewer, ARightClickOrEscapeClosesALeftClickDoesNot) {
-    const struct {
-        UINT message;
-        WPARAM wParam;
-        bool closes;
-    } cases[] = {
-        {WM_CHAR, 27, true},          {WM_RBUTTONDOWN, 0, true},  {WM_RBUTTONDBLCLK, 0, true},
-        {WM_COMMAND, IDCANCEL, true}, {WM_LBUTTONDOWN, 0, false}, {WM_LBUTTONDBLCLK, 0, false},
-        {WM_COMMAND, 13, false},      {WM_RBUTTONUP, 0, false},
-    };
-    for (const auto& c : cases) {
-        Animation animation(20, 20);
-        animation.Control(0, 5).Image(ImageAt(0));
-        ViewerStage stage(animation.List(), 30, 30);
-        stage.Steps(3);
-        SendMessageW(stage.Window(), c.message, c.wParam, 0);
-        EXPECT_EQ(!IsWindow(stage.Window()), c.closes) << c.message << ", " << c.wParam;
-        EXPECT_EQ(pendingWait, c.closes ? 0 : 5) << c.message;
+TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItsOwnerIsClosed) {
+    Animation animation(200, 100);
+    animation.Control(1, 1).Image({0, 0, 200, 100}).Control(3, 2).Image({20, 10, 60, 50, 4, true, true, 9});
+    EXPECT_TRUE(View(&animation, [&] {
+        if (!HasPlayed()) return false;
+        RECT client;
+        GetClientRect(FindViewer(), &client);
+        Picture expected(client.right, client.bottom, ColourRef(animation.Colour(kBackgroundIndex)));
+        expected.Put(animation.At(2).data, client.right / 2 - 100, client.bottom / 2 - 50, animation.At(0).palette,
+                     kNoPixel, false);
+        EXPECT_EQ(Difference(expected, Look(WindowDc(FindViewer()).Get(), client.right, client.bottom)), "");
+        EXPECT_GE(client.right, GetSystemMetrics(SM_CXSCREEN) - 4);
+        EXPECT_GE(client.bottom, GetSystemMetrics(SM_CYSCREEN) - 4);
+        return GetWindow(FindViewer(), GW_OWNER) == owner_ && DestroyWindow(owner_);
+    }));
+    EXPECT_TRUE(TakeQuitMessage()) << "the owner's own loop ends too";
+}
+
+TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAloneAndIsClosedWithIt) {
+    Animation outer(50, 40), inner(30, 20);
+    inner.Control(0, 1).Image({0, 0, 30, 20});
+    EXPECT_TRUE(View(&outer, [&] {
+        HWND first = HasPlayed() ? FindViewer() : nullptr;
+        if (!first) return false;
+        const ViewerState* state = currentViewer;
+        EXPECT_TRUE(View(&inner, CloseWhenPlayed) && currentViewer == state && viewedList == outer.List());
+        return View(&inner, [=] { return HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
+    }));
+}
+
+TEST_F(ViewerRunTest, InputIsHeardWhileBlocksFollowWithoutADelay) {
+    Animation animation(50, 40);
+    animation.Loop(0).Comment().Comment().Comment();  // some 100,000 blocks to play
+    HHOOK hook = SetWindowsHookExW(WH_GETMESSAGE, NoteLoops, nullptr, GetCurrentThreadId());
+    ShowWindow(owner_, SW_SHOW);  // the keyboard is that of the thread whose window is in front
+    for (DWORD flags : {DWORD{0}, DWORD{KEYEVENTF_KEYUP}}) keybd_event(VK_ESCAPE, 0, flags, 0);
+    View(&animation, CloseWhenPlayed);
+    UnhookWindowsHookEx(hook);
+    EXPECT_GT(loopsLeft, 0);
+}
+
+TEST_F(ViewerRunTest, EveryWayToCloseItGivesEverythingBack) {
+    Animation animation(120, 90);
+    for (uint16_t frame = 0; frame < 100; ++frame)
+        animation.Control(frame % 4, 0, frame % 3 ? 5 : -1).Image({3, 3, 90, 80});
+    const UINT kHarmless[] = {WM_LBUTTONDOWN, WM_LBUTTONDBLCLK, WM_RBUTTONUP};
+    const UINT kClosing[] = {WM_CHAR, WM_RBUTTONDOWN, WM_RBUTTONDBLCLK};
+    const size_t before = CountFreeGdiObjects();
+    for (UINT closing : kClosing) {
+        EXPECT_TRUE(View(&animation, [&] {
+            for (UINT harmless : kHarmless) SendMessageW(FindViewer(), harmless, 0, 0);
+            return FindViewer() && HasPlayed() && PostMessageW(FindViewer(), closing, VK_ESCAPE, 0);
+        }));
+        EXPECT_GE(CountFreeGdiObjects() + 20, before) << "what the system keeps is less";
     }
 }

@@ -4,47 +4,141 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <vector>
 
-#include "platform/windows_api.h"
+#include "app/block_list_view.h"
+#include "app/main_window.h"
+#include "app/services/settings.h"
+#include "app/services/shell_objects.h"
+#include "app/settings_file.h"
+#include "app/shell_state.h"
+#include "app/start_up.h"
+#include "gif/default_blocks.h"
+#include "gif/gif_writer.h"
+#include "platform/wide_text.h"
+#include "resources/command_ids.h"
 #include "tests/gui/dialog_answers.h"
+
+// Dispatches all waiting messages.
+inline void PumpMessages() {
+    for (MSG message; PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE);) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+// The file's content; empty when there is none.
+inline std::string ReadWholeFile(const std::string& path) {
+    std::ifstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void WriteWholeFile(const std::string& path, const std::string& content) {
+    std::ofstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
+    EXPECT_TRUE(file << content << std::flush);
+}
 
 // A fixture: every test gets the window as the program has it after its start, without a document, with default
 // settings, and a new empty folder for its files, which also takes the place of the settings folder.
 class ShellTest : public testing::Test {
 protected:
-    void SetUp() override;
-    void TearDown() override;
-
-    // All of it but the window, for tests that start the program themselves.
-    void StartAfresh();
+    void SetUp() override {
+        StartAfresh();
+        CreateShellObjects(GetModuleHandleW(nullptr));
+        RegisterMainWindowClass();
+        PrepareMainWindow();
+        ShowMainWindow(SW_SHOW);
+        PumpMessages();
+    }
+    void TearDown() override {
+        if (IsWindow(hMainWindow)) DestroyWindow(hMainWindow);
+        PumpMessages();  // takes the quit message away, which would end the next dialog
+        DestroyBlockList(&document);
+        DeleteShellObjects();
+        UnregisterClassW(kMainWindowClass, hInstance);
+        std::filesystem::remove_all(WideFromUtf8(folder_));
+    }
+    // All of SetUp but the window, for tests that start the program themselves.
+    void StartAfresh() {
+        static DWORD made = GetCurrentProcessId();  // file dialogs remember folders: every test has one of its own
+        auto folder = std::filesystem::temp_directory_path() / ("zephyr_gui_tests_" + std::to_string(++made));
+        std::filesystem::create_directories(folder);
+        folder_ = Utf8FromWide(folder.wstring()) + "\\";
+        settings = Settings();
+        strcpy(settingsFolder, folder_.c_str());
+        document = {};
+        documentChanged = false;
+        currentFileName[0] = 0;
+        selectedLine = 0;
+    }
 
     // Sends the command and everything that it posts.
-    void Command(int id);
-    void Open(const std::string& path);  // through the open-file message; a missing file shows its message
-    void Select(int line);               // as a click does: with the notification
-    void DoubleClick();                  // on the selected line
+    void Command(int id) {
+        SendMessageW(hMainWindow, WM_COMMAND, static_cast<WPARAM>(id), 0);
+        PumpMessages();
+    }
+    // Through the open-file message; a missing file shows its message.
+    void Open(const std::string& path) {
+        Command(IDM_CLOSE);
+        SendMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(path.c_str()));
+        PumpMessages();
+    }
+    // As a click does: with the notification.
+    void Select(int line) {
+        SelectLine(hMainWindow, line);
+        Command(MAKELONG(IDC_BLOCK_LIST, LBN_SELCHANGE));
+    }
+    void DoubleClick() { Command(MAKELONG(IDC_BLOCK_LIST, LBN_DBLCLK)); }  // on the selected line
 
-    std::vector<std::string> Lines() const;  // Windows-1252, with the separator byte 0xFE
-    int Selection() const;
-    std::string Title() const;  // UTF-8
-    bool IsEnabled(int command) const;
-    std::vector<std::string> RecentFiles() const;  // as the File menu shows them, the newest first
+    // The list's lines in Windows-1252, with the separator byte 0xFE.
+    std::vector<std::string> Lines() const {
+        std::vector<std::string> lines;
+        wchar_t text[1024];
+        auto address = reinterpret_cast<LPARAM>(text);
+        while (SendDlgItemMessageW(hMainWindow, IDC_BLOCK_LIST, LB_GETTEXT, lines.size(), address) != LB_ERR)
+            lines.push_back(Ansi1252FromWide(text));
+        return lines;
+    }
+    int Selection() const { return SelectedLine(hMainWindow); }
+    std::string Title() const {  // UTF-8
+        wchar_t title[1024] = L"";
+        GetWindowTextW(hMainWindow, title, 1024);
+        return Utf8FromWide(title);
+    }
+    bool IsEnabled(int command) const {
+        return (GetMenuState(GetMenu(hMainWindow), static_cast<UINT>(command), MF_BYCOMMAND) & MF_GRAYED) == 0;
+    }
+    // As the File menu shows them, the newest first.
+    std::vector<std::string> RecentFiles() const {
+        std::vector<std::string> names;
+        wchar_t text[1024];
+        for (UINT id = IDM_RECENT_FIRST; GetMenuStringW(GetMenu(hMainWindow), id, text, 1024, MF_BYCOMMAND) > 0; ++id)
+            names.push_back(Utf8FromWide(text));
+        return names;
+    }
 
     // Path of `name` in this test's own folder.
     std::string File(const std::string& name) const { return folder_ + name; }
     const std::string& Folder() const { return folder_; }  // ends in a backslash
 
     // Writes a small valid GIF file (header, comment, image `width` x `height`) into the folder; returns its path.
-    std::string MakeGif(const std::string& name, int width = 20, int height = 10) const;
+    std::string MakeGif(const std::string& name, int width = 20, int height = 10) const {
+        BlockList list;
+        EXPECT_TRUE(NewDocument(&list));
+        for (uint16_t kind : {kCommentBlock, kImageBlock}) {
+            Block block;
+            MemoryHandle bitmap = kind == kImageBlock ? CreateImageBitmap(width, height, nullptr, 8) : nullptr;
+            EXPECT_TRUE(MakeDefaultBlock(nullptr, &list, &block, kind, bitmap, nullptr) && AppendBlock(&list, &block));
+        }
+        EXPECT_TRUE(WriteGifFile(list, File(name).c_str()));
+        DestroyBlockList(&list);
+        return File(name);
+    }
 
 private:
     std::string folder_;
 };
-
-// Dispatches all waiting messages.
-void PumpMessages();
-
-std::string ReadWholeFile(const std::string& path);  // empty when there is none
-void WriteWholeFile(const std::string& path, const std::string& content);

@@ -1,5 +1,4 @@
 # What the viewer shows of a file, for viewer_frames.py to compare with another program's frames.
-add_executable(viewer_frames peers/viewer_frames.cpp gui/viewer_stage.cpp gui/picture.cpp
-               $<TARGET_OBJECTS:zephyr_resources>)
+add_executable(viewer_frames peers/viewer_frames.cpp $<TARGET_OBJECTS:zephyr_resources>)
 zephyr_warnings(viewer_frames)
 target_link_libraries(viewer_frames zephyr_windows zephyr_core zephyr_windows zephyr_core)

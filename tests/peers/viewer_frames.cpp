@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <string>
 
+#include "gif/descriptor.h"
 #include "gif/gif_reader.h"
 #include "tests/gui/viewer_stage.h"
 
@@ -17,29 +18,21 @@ bool WriteFrame(const Picture& shown, const std::string& path) {
     if (!file) return false;
     fprintf(file, "P6\n%d %d\n255\n", shown.width - 2 * kMargin, shown.height - 2 * kMargin);
     for (int y = kMargin; y < shown.height - kMargin; ++y)
-        for (int x = kMargin; x < shown.width - kMargin; ++x) {
-            COLORREF colour = shown.At(x, y);
-            const unsigned char bytes[] = {GetRValue(colour), GetGValue(colour), GetBValue(colour)};
-            fwrite(bytes, 1, sizeof bytes, file);
-        }
+        for (int x = kMargin; x < shown.width - kMargin; ++x)
+            for (int shift : {0, 8, 16}) fputc(static_cast<int>(shown.At(x, y) >> shift & 255), file);
     return fclose(file) == 0;
 }
 
 bool WriteFrames(BlockList* list, const std::string& folder) {
-    ViewerState first = {};
-    if (!BeginViewing(&first, list)) return false;
-    ViewerStage stage(list, static_cast<int>(first.screenWidth) + 2 * kMargin,
-                      static_cast<int>(first.screenHeight) + 2 * kMargin);
-    EndViewing(&first);
+    Block header;
+    if (FindHeader(*list) != 0 || !GetBlock(*list, &header, 0)) return false;
+    const HeaderFields screen = GetHeaderFields(header);
+    ViewerStage stage(list, screen.screenWidth + 2 * kMargin, screen.screenHeight + 2 * kMargin);
     int frame = 0;
-    uint32_t reached = 0;
-    while (UINT message = stage.Step()) {
+    for (uint32_t reached = 0; UINT message = stage.Step(); reached = stage.State().nextIndex) {
         if (stage.State().nextIndex < reached) return true;  // it repeats
-        reached = stage.State().nextIndex;
         if (message != WM_VIEWER_DELAY) continue;
-        char name[20];
-        snprintf(name, sizeof name, "\\%03d.ppm", frame++);
-        if (!WriteFrame(stage.Look(), folder + name)) return false;
+        if (!WriteFrame(stage.Look(), folder + "\\" + std::to_string(1000 + frame++).substr(1) + ".ppm")) return false;
         if (pendingWait > 0) stage.Tick();
     }
     return true;
@@ -48,9 +41,8 @@ bool WriteFrames(BlockList* list, const std::string& folder) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    if (count != 3) return fputs("usage: viewer_frames FILE.gif FOLDER\n", stderr), 2;
     BlockList list = {};
-    if (!CreateBlockList(&list)) return 1;
+    if (count != 3 || !CreateBlockList(&list)) return fputs("usage: viewer_frames FILE.gif FOLDER\n", stderr), 2;
     ReadGifFile(&list, arguments[1]);  // what a broken file still has is played
     bool written = WriteFrames(&list, arguments[2]);
     DestroyBlockList(&list);
