@@ -1,12 +1,9 @@
 #include "editing/animation_build.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <numeric>
 
 #include "editing/palette_match.h"
-#include "gif/descriptor.h"
 #include "gif/first_image.h"
 #include "imaging/dither.h"
 #include "imaging/remap.h"
@@ -17,7 +14,6 @@
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_input.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_blocks.h"
 
 namespace {

@@ -1,10 +1,7 @@
 #include "gif/block_line.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
-#include "gif/descriptor.h"
 #include "tests/support/test_blocks.h"
 
 namespace {

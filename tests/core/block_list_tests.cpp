@@ -1,9 +1,5 @@
 #include "gif/block_list.h"
 
-#include <gtest/gtest.h>
-
-#include "gif/default_blocks.h"
-#include "gif/descriptor.h"
 #include "platform/faults.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"

@@ -1,11 +1,8 @@
 #include "editing/block_queries.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <tuple>
 
-#include "gif/descriptor.h"
 #include "platform/faults.h"
 #include "tests/support/test_blocks.h"
 

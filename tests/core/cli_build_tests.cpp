@@ -1,14 +1,11 @@
 #include <algorithm>
 
 #include "cli/answers.h"
-#include "gif/descriptor.h"
-#include "gif/gif_reader.h"
 #include "platform/prompts.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_prompts.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_blocks.h"
 
 namespace {

@@ -1,12 +1,10 @@
 // zephyr remap, insert, delete and set: what they write, read back, and what they refuse.
 #include <cstring>
 
-#include "gif/descriptor.h"
 #include "imaging/dither.h"
 #include "imaging/remap.h"
 #include "imaging/standard_palette.h"
 #include "tests/support/cli_runner.h"
-#include "tests/support/gif_bytes.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/test_blocks.h"

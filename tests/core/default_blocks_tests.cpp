@@ -1,15 +1,11 @@
 #include "gif/default_blocks.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
 #include "editing/palette_match.h"
-#include "gif/descriptor.h"
 #include "imaging/standard_palette.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
-#include "tests/support/gif_bytes.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
 

@@ -1,8 +1,5 @@
 #include "gif/first_image.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/gif_bytes.h"
 #include "tests/support/test_blocks.h"
 
 namespace {

@@ -1,8 +1,5 @@
 #include "gif/gif_reader.h"
 
-#include <gtest/gtest.h>
-
-#include "tests/support/gif_bytes.h"
 #include "tests/support/test_blocks.h"
 
 using namespace std::string_literals;

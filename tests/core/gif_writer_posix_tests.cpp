@@ -1,8 +1,5 @@
 #include <gtest/gtest.h>
 
-#include "gif/default_blocks.h"
-#include "gif/gif_writer.h"
-#include "tests/support/temp_folder.h"
 #include "tests/support/test_blocks.h"
 
 TEST(GifWriterPosix, FullDiskIsReportedAndTheDeviceStays) {

@@ -1,11 +1,6 @@
 #include "gif/gif_writer.h"
 
-#include <gtest/gtest.h>
-
-#include "gif/default_blocks.h"
-#include "gif/descriptor.h"
 #include "platform/identity.h"
-#include "tests/support/gif_bytes.h"
 #include "tests/support/test_blocks.h"
 
 namespace {

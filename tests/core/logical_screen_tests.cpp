@@ -1,9 +1,5 @@
 #include "gif/logical_screen.h"
 
-#include <gtest/gtest.h>
-
-#include "gif/default_blocks.h"
-#include "gif/descriptor.h"
 #include "tests/support/test_blocks.h"
 
 TEST(LogicalScreen, ReachesAsFarAsTheImages) {

@@ -1,13 +1,9 @@
 #include "gif/lzw_decoder.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
-#include "gif/descriptor.h"
 #include "gif/sub_blocks.h"
 #include "platform/faults.h"
-#include "tests/support/gif_bytes.h"
 #include "tests/support/literal_codec.h"
 #include "tests/support/random_images.h"
 #include "tests/support/test_blocks.h"

@@ -1,8 +1,5 @@
 #include "gif/lzw_encoder.h"
 
-#include <gtest/gtest.h>
-
-#include "gif/descriptor.h"
 #include "tests/support/literal_codec.h"
 #include "tests/support/random_images.h"
 #include "tests/support/test_blocks.h"
@@ -46,18 +43,6 @@ TEST(LzwEncoder, WritesWhatTheLiteralEncoderWrites) {
                 ASSERT_EQ(Encoded(image), EncodeLiterally(image))
                     << width << "x" << height << " depth " << depth << " runs of " << runs;
             }
-}
-
-TEST(LzwEncoder, SmallestImages) {
-    const std::tuple<int, int, int, Bytes> cases[] = {
-        {1, 1, 1, {2, 2, 0x44, 0x01, 0}},              // clear 4, pixel 0, end 5, of three bits each
-        {1, 1, 8, {8, 4, 0x00, 0x01, 0x04, 0x04, 0}},  // clear 256, pixel 0, end 257, of nine bits each
-        {0, 5, 1, {2, 1, 0x2C, 0}},                    // clear, end
-    };
-    for (const auto& [width, height, depth, data] : cases) {
-        OwnedBlock image(MakeImage(width, height, depth));
-        EXPECT_EQ(Encoded(image), data) << width << "x" << height << " depth " << depth;
-    }
 }
 
 TEST(LzwEncoder, ImagesThatTheirDescriptorsDoNotDescribe) {

@@ -1,11 +1,7 @@
 #include "editing/palette_match.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 
-#include "gif/default_blocks.h"
-#include "gif/descriptor.h"
 #include "gif/image_import.h"
 #include "imaging/dither.h"
 #include "imaging/remap.h"
@@ -37,7 +33,7 @@ protected:
     }
 
     bool Match() { return MatchImportedPalette(nullptr, &document_, &image_); }
-    bool HasPalette(const Palette& palette) const { return memcmp(image_.palette, palette.data(), kPaletteBytes) == 0; }
+    bool HasPalette(const Palette& palette) const { return std::equal(palette.begin(), palette.end(), image_.palette); }
 
     Random random_{9};
     OwnedBlockList document_;

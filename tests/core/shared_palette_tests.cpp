@@ -1,7 +1,5 @@
 #include "imaging/shared_palette.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
 
 #include "imaging/palette_order.h"

@@ -122,16 +122,6 @@ TEST(DeviceBitmaps, AreGrabbedCutToTheDevice) {
     }
 }
 
-TEST(DeviceBitmaps, OfOneBitBecomeImagesOfTheGivenColours) {
-    const uint16_t kRows[] = {0x00A0, 0x0040};  // 1 0 1 / 0 1 0
-    OwnedGdiObject monochrome(CreateBitmap(3, 2, 1, 1, kRows));
-    Canvas canvas(3, 2, 0);
-    OwnedMemory made(ImageFromDeviceBitmap(canvas.Dc(), static_cast<HBITMAP>(monochrome.Get()), kOwn.entries));
-    DrawImageStraight(canvas.Dc(), made.Get(), nullptr, 0, 0);
-    const COLORREF zero = ColourRef(kOwn.entries[0]), one = ColourRef(kOwn.entries[1]);
-    EXPECT_EQ(canvas.Look().pixels, (std::vector<COLORREF>{one, zero, one, zero, one, zero}));
-}
-
 TEST(ScreenPalette, HoldsAsManyColoursAsTheBitCountOfItsDepth) {
     Canvas canvas(4, 4, 0);
     const UINT kEntries[] = {0, 2, 16, 16, 16, 256, 256, 256, 256, 0};

@@ -29,7 +29,7 @@ TEST_F(EnduranceTest, NothingIsLeftBehind) {
     const char text[] = "A text of some length,\r\nsince what has been lost\r\nmust show among the rest.";
     auto watch = [](HWND viewer) {
         MSG message;
-        while (currentViewer->nextIndex <= kSampleSecondImage && GetMessageW(&message, nullptr, 0, 0) > 0)
+        while (currentViewer->nextIndex <= kSampleSecondImage + 1 && GetMessageW(&message, nullptr, 0, 0) > 0)
             DispatchMessageW(&message);
         PostMessageW(viewer, WM_CHAR, VK_ESCAPE, 0);
     };
@@ -37,7 +37,7 @@ TEST_F(EnduranceTest, NothingIsLeftBehind) {
     for (int round = -3; round < kRounds; ++round) {
         if (round == 0) before = Measure();
         Edit(kSampleHeader, {Press(IDOK, {{IDC_COLOUR}}), ChooseCell(9, 0)});
-        Edit(kSampleControl, {Press(IDOK, {{IDC_CONTROL_TRANSPARENT}})});
+        Edit(kSampleControl, {Press(IDOK, {{IDC_CONTROL_TRANSPARENT}, {IDC_CONTROL_DISPOSAL, "Previous image"}})});
         Edit(kSamplePlainText, {Press(IDOK, {{IDC_SECOND_EYEDROPPER}}), ClickPixel(2, 2, RGB(2, 4, 6))});
         for (int button : {IDOK, IDCANCEL}) Edit(kSampleComment, {Press(button, {{IDC_COMMENT_TEXT, text}})});
         for (int block : {kSampleImage, kSampleLoop}) Edit(block, {Press(IDOK)});

@@ -1,10 +1,5 @@
 #include "tests/support/picture_files.h"
 
-#include <gtest/gtest.h>
-
-#include "gif/default_blocks.h"
-#include "gif/descriptor.h"
-#include "gif/gif_writer.h"
 #include "tests/support/test_blocks.h"
 
 void WritePicture(const std::string& path, MemoryHandle image, int depth) {

@@ -1,7 +1,5 @@
 #include "tests/support/test_blocks.h"
 
-#include "gif/descriptor.h"
-
 LoadedGif::LoadedGif(const Bytes& bytes) {
     (void)CreateBlockList(this);
     File file;

@@ -1,11 +1,16 @@
-// Blocks and documents for tests, released at the end of their scope.
+// What tests of blocks and documents share: making them, released at the end of their scope, and looking at them.
 #pragma once
+
+#include <gtest/gtest.h>
 
 #include <string>
 #include <string_view>
 
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
 #include "gif/gif_reader.h"
-#include "tests/support/temp_folder.h"
+#include "gif/gif_writer.h"
+#include "tests/support/gif_bytes.h"
 
 struct OwnedBlock : Block {
     OwnedBlock() : Block{} {}
