@@ -1,11 +1,9 @@
 // The colour conversions beside their plain forms. "Mpixel/s" counts pixels of the source (cells of the table).
 #include <benchmark/benchmark.h>
 
-#include "gif/block_list.h"
 #include "imaging/dither.h"
 #include "imaging/inverse_colour_table.h"
 #include "imaging/remap.h"
-#include "imaging/shared_palette.h"
 #include "tests/support/literal_colours.h"
 #include "tests/support/random_images.h"
 
@@ -20,18 +18,18 @@ Palette PaletteNumber(int64_t number) {
 }
 
 // Of 24 bits: smooth shades of tens of thousands of colours, as in a photo, or noise of a palette's 256 colours.
-MemoryHandle MakeImage(int width, int height, bool drawn) {
+MemoryHandle MakeImage(bool drawn) {
     const Palette palette = PaletteNumber(kRandomPalette);
     Random random(2);
-    MemoryHandle image = CreateImageBitmap(width, height, nullptr, 24);
+    MemoryHandle image = CreateImageBitmap(kWidth, kHeight, nullptr, 24);
     MemoryLock lock(image);
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
+    for (int y = 0; y < kHeight; ++y)
+        for (int x = 0; x < kWidth; ++x) {
             auto noise = static_cast<uint32_t>(random());
             RgbTriple colour = palette[noise % kPaletteEntries];
             uint32_t drawing = colour.red | uint32_t{colour.green} << 8 | uint32_t{colour.blue} << 16;
-            auto shade =
-                static_cast<uint32_t>(x * 200 / width << 16 | y * 200 / height << 8 | (x + y) * 100 / (width + height));
+            auto shade = static_cast<uint32_t>(x * 200 / kWidth << 16 | y * 200 / kHeight << 8 |
+                                               (x + y) * 100 / (kWidth + kHeight));
             SetImagePixel(lock.As<BitmapHeader>(), x, y, drawn ? drawing : shade + (noise & 0x0F0F0F));
         }
     return image;
@@ -57,7 +55,7 @@ void RunInverseTable(benchmark::State& state, bool plain) {
 // The fast form, or the plain one where there is one, on an image of its own; the argument is the result's depth.
 template <typename Fast, typename Plain>
 void RunConversion(benchmark::State& state, bool drawn, bool plain, Fast convert, Plain convertPlainly) {
-    OwnedMemory image(MakeImage(kWidth, kHeight, drawn));
+    OwnedMemory image(MakeImage(drawn));
     Palette palette = PaletteNumber(kRandomPalette);
     auto depth = static_cast<int>(state.range(0));
     for (auto _ : state)
@@ -75,31 +73,6 @@ void RunDither(benchmark::State& state, bool plain) {
     RunConversion(state, false, plain, DitherImage, LiteralDither);
 }
 
-// A document of `frames` images of 640 x 480. Drawings hold exactly 256 colours, so that the list of exact colours is
-// asked for every pixel; photos overflow it at once.
-void RunSharedPalette(benchmark::State& state, bool drawn, bool plain) {
-    constexpr int kFrameWidth = 640, kFrameHeight = 480;
-    auto frames = state.range(0);
-    state.SetLabel("frames");
-    OwnedBlockList list;
-    std::vector<MemoryHandle> images;
-    if (!CreateBlockList(&list)) return state.SkipWithError("out of memory");
-    for (int64_t i = 0; i < frames; ++i) {
-        Block block = {};
-        block.kind = kImageBlock;
-        block.data = MakeImage(kFrameWidth, kFrameHeight, drawn);
-        images.push_back(block.data);
-        if (!AppendBlock(&list, &block)) return state.SkipWithError("out of memory");
-    }
-    for (auto _ : state) {
-        int wanted = kPaletteEntries;
-        Palette built;
-        benchmark::DoNotOptimize(plain ? LiteralSharedPalette(wanted, built.data(), images)
-                                       : BuildSharedPalette(&wanted, built.data(), list));
-    }
-    CountPixels(state, static_cast<double>(frames) * kFrameWidth * kFrameHeight);
-}
-
 void Tables(benchmark::internal::Benchmark* benchmark) {
     for (int palette : {6, 9, 14, 17, 18}) benchmark->Arg(palette);
     benchmark->Unit(benchmark::kMicrosecond);
@@ -112,9 +85,5 @@ BENCHMARK_CAPTURE(RunRemap, Drawing, true, false)->Arg(8)->Unit(benchmark::kMill
 BENCHMARK_CAPTURE(RunRemap, DrawingPlain, true, true)->Arg(8)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RunDither, Photo, false)->Arg(1)->Arg(4)->Arg(8)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(RunDither, PhotoPlain, true)->Arg(1)->Arg(8)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunSharedPalette, Drawings, true, false)->Arg(100)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunSharedPalette, DrawingsPlain, true, true)->Arg(1)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunSharedPalette, Photos, false, false)->Arg(100)->Unit(benchmark::kMillisecond);
-BENCHMARK_CAPTURE(RunSharedPalette, PhotosPlain, false, true)->Arg(1)->Unit(benchmark::kMillisecond);
 
 }  // namespace

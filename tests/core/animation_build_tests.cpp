@@ -8,8 +8,6 @@
 #include "imaging/dither.h"
 #include "imaging/remap.h"
 #include "imaging/standard_palette.h"
-#include "platform/prompts.h"
-#include "resources/string_ids.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_input.h"

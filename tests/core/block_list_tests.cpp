@@ -1,8 +1,6 @@
 #include "gif/block_list.h"
 
 #include "platform/faults.h"
-#include "platform/prompts.h"
-#include "resources/string_ids.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
 

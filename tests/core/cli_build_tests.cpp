@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "cli/answers.h"
-#include "platform/prompts.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"

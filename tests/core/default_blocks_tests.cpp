@@ -4,8 +4,6 @@
 
 #include "editing/palette_match.h"
 #include "imaging/standard_palette.h"
-#include "platform/prompts.h"
-#include "resources/string_ids.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
 

@@ -6,8 +6,6 @@
 #include "imaging/dither.h"
 #include "imaging/remap.h"
 #include "platform/faults.h"
-#include "platform/prompts.h"
-#include "resources/string_ids.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"

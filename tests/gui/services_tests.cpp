@@ -63,11 +63,9 @@ bool OpenPage(HWND, const wchar_t* path) {
 }
 
 TEST_F(ServicesTest, TheHelpPageIsShownByWhatTheSystemHas) {
-    const struct {
-        bool helpFile, page, starts, shows, browser;
-        HelpOutcome outcome;
-        const char* asked;  // for the same page twice
-    } cases[] = {
+    // Whether the help file and the page are there, the viewer starts and shows something, and there is a browser; what
+    // comes of it, and what is asked for the same page twice.
+    const std::tuple<bool, bool, bool, bool, bool, HelpOutcome, const char*> cases[] = {
         {true, true, true, true, true, HelpOutcome::kInViewer, "viewer loop;viewer loop;"},
         {true, true, false, false, true, HelpOutcome::kInBrowser, "viewer loop;loop.html;loop.html;"},
         {true, true, true, false, true, HelpOutcome::kInBrowser, "viewer loop;loop.html;loop.html;"},
@@ -76,16 +74,16 @@ TEST_F(ServicesTest, TheHelpPageIsShownByWhatTheSystemHas) {
         {true, false, false, false, true, HelpOutcome::kNoFiles, "viewer loop;"},
     };
     std::filesystem::create_directory(WideFromUtf8(File("help")));
-    for (const auto& c : cases) {
+    for (const auto& [helpFile, page, starts, shows, browser, outcome, asked] : cases) {
         WriteWholeFile(File("TELVAR.HLP"), "x");
         WriteWholeFile(File("help\\loop.html"), "x");
-        if (!c.helpFile) std::filesystem::remove(WideFromUtf8(File("TELVAR.HLP")));
-        if (!c.page) std::filesystem::remove(WideFromUtf8(File("help\\loop.html")));
-        known = {c.starts, c.shows, c.browser, ""};
+        if (!helpFile) std::filesystem::remove(WideFromUtf8(File("TELVAR.HLP")));
+        if (!page) std::filesystem::remove(WideFromUtf8(File("help\\loop.html")));
+        known = {starts, shows, browser, ""};
         HelpSystem system = {CallViewer, [] { return known.viewerShows; }, OpenPage, false};
         for (int time = 0; time < 2; ++time)
-            EXPECT_EQ(OpenHelp(hMainWindow, File("klmzep.exe").c_str(), "loop", &system), c.outcome) << &c - cases;
-        EXPECT_EQ(known.asked, c.asked) << &c - cases;
+            EXPECT_EQ(OpenHelp(hMainWindow, File("klmzep.exe").c_str(), "loop", &system), outcome) << asked;
+        EXPECT_EQ(known.asked, asked);
     }
     const std::string deep = "C:" + std::string(244, 'd');  // 246 and 13 stay below 260
     const std::pair<std::string, std::string> places[] = {{"C:", "C:TELVAR.HLP"},

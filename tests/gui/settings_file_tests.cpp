@@ -50,22 +50,19 @@ TEST_F(SettingsFileTest, TheWindowWritesTheFileWhenItGoes) {
 }
 
 TEST_F(SettingsFileTest, ListsFullPathsOnceNewestFirst) {
-    const struct {
-        uint32_t range;
-        Names added, listed;
-    } cases[] = {
+    const std::tuple<uint32_t, Names, Names> cases[] = {
         {10, {"C:\\A.GIF", "C:\\b.gif \t\r\n", "c:\\a.gif"}, {"C:\\b.gif", "C:\\A.GIF"}},
         {10, {"C:\\\xC3\x89.gif", "C:\\\xC3\xA9.gif"}, {"C:\\\xC3\x89.gif"}},
         {10, {"\\a.gif", "1:\\a.gif", "{:\\a.gif", "C:a.gif", "C:/a.gif", "", "C:\\" + std::string(260, 'x')}, {}},
         {2, {"C:\\a.gif", "C:\\b.gif", "C:\\c.gif"}, {"C:\\c.gif", "C:\\b.gif"}},
         {0, {"C:\\a.gif"}, {}},
     };
-    for (const auto& c : cases) {
+    for (const auto& [range, added, listed] : cases) {
         for (UINT id : {IDM_RECENT_FIRST + 0u, IDM_RECENT_FIRST + 1u})
             DeleteMenu(GetMenu(hMainWindow), id, MF_BYCOMMAND);
-        settings.fileMenuRange = c.range;
-        Add(c.added);
-        EXPECT_EQ(RecentFiles(), c.listed) << c.added[0];
+        settings.fileMenuRange = range;
+        Add(added);
+        EXPECT_EQ(RecentFiles(), listed) << added[0];
     }
 }
 

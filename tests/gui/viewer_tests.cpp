@@ -104,11 +104,8 @@ TEST(Viewer, PlacesPaintsAndDisposesOfImages) {
 
 TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
     static const ImageRequest kFirst = {0, 0, 9, 9}, kSecond = {1, 0, 9, 9}, kThird = {2, 0, 9, 9};
-    const struct {
-        const char* trace;  // of each image: its left edge, what is waited for, and for what after a key was pressed
-        int32_t loopsLeft;
-        void (*fill)(Animation& document);
-    } cases[] = {
+    // Of each image its left edge, what is waited for, and for what after a key was pressed; the loops that are left.
+    const std::tuple<const char*, int32_t, void (*)(Animation&)> cases[] = {
         // A control stays in force until the next. A key ends only what waits for input.
         {"0:25>0 1:25>0 2:0>0 ", -1,
          [](Animation& all) { all.Control(3, 25, 7, true).Image(kFirst).Image(kSecond).Control(5, 0).Image(kThird); }},
@@ -120,9 +117,9 @@ TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
         {"1:2>2 1:2>2 ", 0, [](Animation& all) { all.Loop(1).Control(0, 2).Image(kSecond).Loop(9); }},
         {"", 32738, [](Animation& all) { all.Loop(0).Comment(); }},
     };
-    for (const auto& c : cases) {
+    for (const auto& [expected, loops, fill] : cases) {
         Animation animation(20, 20);
-        c.fill(animation);
+        fill(animation);
         ViewerStage stage(animation.List(), 30, 30);
         std::string trace;
         for (int message = 0; message < 60; ++message) {
@@ -135,8 +132,8 @@ TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
             stage.Tick();
             EXPECT_FALSE(KillTimer(stage.Window(), kDelayTimer));
         }
-        EXPECT_EQ(trace, c.trace);
-        EXPECT_EQ(stage.State().loopsLeft, c.loopsLeft);
+        EXPECT_EQ(trace, expected);
+        EXPECT_EQ(stage.State().loopsLeft, loops);
     }
 }
 

@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "editing/palette_match.h"
-#include "platform/prompts.h"
 
 ScriptedPrompts prompts;
 

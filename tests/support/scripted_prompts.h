@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "platform/prompts.h"
+#include "resources/string_ids.h"
+
 struct ScriptedPrompts {
     std::vector<std::string> messages;  // every text of ShowMessage and AskYesNo, in order
     std::vector<int> yesNoAnswers;      // taken from the front; kAnswerNo when none is left
