@@ -35,10 +35,10 @@ protected:
         return run;
     }
 
-    // The command must be done without a word; its result is read back into `list`.
-    void Edit(const std::string& command, const Words& behindOut, BlockList* list) const {
+    // The command must be done without a word; returns its result, read back.
+    LoadedGif Edit(const std::string& command, const Words& behindOut) const {
         EXPECT_EQ(Run(command, behindOut, kExitDone).err, "");
-        Load("out.gif", list);
+        return LoadedGif(ReadAll(Path("out.gif")));
     }
 
     // The command must fail with this in its line, and write nothing.
@@ -46,12 +46,6 @@ protected:
         const std::string told = Run(command, behindOut, kExitFailed).err;
         EXPECT_NE(told.find(message), std::string::npos) << told;
         EXPECT_FALSE(FileExists(Path("out.gif")));
-    }
-
-    void Load(const std::string& name, BlockList* list) const {
-        DestroyBlockList(list);
-        ASSERT_TRUE(CreateBlockList(list));
-        ASSERT_EQ(ReadGifFile(list, Path(name).c_str()), kReadDone);
     }
 
     void MakeDocument(int packed) const {
@@ -85,21 +79,18 @@ TEST_F(CliEdit, SetChangesTheFieldsThatItNames) {
         {{"4", "text=" + longest}, {}, longest},
         {{"5", "iterations=513"}, {11, 'N', 'E', 'T', 'S', 'C', 'A', 'P', 'E', '2', '.', '0', 3, 1, 1, 2, 0}},
     };
-    OwnedBlockList list;
     for (const auto& c : cases) {
         SCOPED_TRACE(c.words[0] + " " + c.words[1].substr(0, 20));
-        Edit("set", c.words, &list);
+        LoadedGif list = Edit("set", c.words);
         EXPECT_EQ(KindsOf(list), kAllKinds);
         Block block = BlockAt(list, static_cast<uint32_t>(c.words[0][0] - '0'));
         EXPECT_EQ(Bytes(block.descriptor, block.descriptor + c.descriptor.size()), c.descriptor);
         EXPECT_TRUE(block.kind == kImageBlock || TextOf(block) == c.text);
     }
-    Edit("set", {"0", "colour:0=#0102Ff", "colour:255=#ffffff"}, &list);
-    const Block header = BlockAt(list, 0);
+    const Block header = BlockAt(Edit("set", {"0", "colour:0=#0102Ff", "colour:255=#ffffff"}), 0);
     EXPECT_TRUE(header.palette[0] == (RgbTriple{1, 2, 255}) && header.palette[255] == (RgbTriple{255, 255, 255}));
     EXPECT_EQ(header.palette[1], (RgbTriple{1, 2, 3}));
-    Edit("set", {"3", "text="}, &list);
-    EXPECT_EQ(KindsOf(list), "123676") << "a block with an empty text is left out";
+    EXPECT_EQ(KindsOf(Edit("set", {"3", "text="})), "123676") << "a block with an empty text is left out";
 }
 
 TEST_F(CliEdit, WhatIsRefused) {
@@ -145,11 +136,10 @@ TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
         {"insert", {"--kind=image", "--at=2", "--remap", Path("large.gif"), Path("tiny.gif")}, "123224676"},
         {"delete", {"1", "2", "3", "4", "5"}, "16"},
     };
-    OwnedBlockList list;
     for (const auto& [command, given, kinds] : cases) {
         Words words = given;
         words.insert(words.end(), {"--owner", "Zo\xC3\xAB", "--organisation=Kites"});
-        Edit(command, words, &list);
+        LoadedGif list = Edit(command, words);
         EXPECT_EQ(KindsOf(list), kinds);
         EXPECT_EQ(TextOf(BlockAt(list, list.count - 1)), "FILE IDENTITY\r\nCreated or modified by\r\nZo\xEB\r\nKites");
         if (list.count == 9) {
@@ -158,25 +148,22 @@ TEST_F(CliEdit, DeleteAndInsertCountTheBlocksOfTheOldDocument) {
     }
     std::remove(Path("in.gif").c_str());
     std::rename(Path("out.gif").c_str(), Path("in.gif").c_str());
-    Edit("insert", {"--kind", "loop", "--at", "1"}, &list);
+    LoadedGif list = Edit("insert", {"--kind", "loop", "--at", "1"});
     EXPECT_EQ(KindsOf(list), "1766") << "right behind the header";
 }
 
 TEST_F(CliEdit, ColoursAreFittedAsTheOptionsSay) {
     constexpr size_t kBmpHeaderBytes = 14;
-    OwnedBlockList document, large, tiny, list;
-    Load("in.gif", &document);
-    Load("large.gif", &large);
-    Load("tiny.gif", &tiny);
+    LoadedGif document(ReadAll(Path("in.gif"))), large(ReadAll(Path("large.gif"))), tiny(ReadAll(Path("tiny.gif")));
     const MemoryHandle own = BlockAt(large, 1).data, ofTwoColours = BlockAt(tiny, 1).data;
     RgbTriples palette;
     int depth = FindGlobalPalette(document, palette);
     for (auto [option, convert] : {std::pair{"--remap", &RemapImage}, {"--dither", &DitherImage}}) {
         OwnedMemory fitted(convert(own, palette, depth, 0));
-        Edit("insert", {"--kind", "image", "--at", "0", option, Path("large.gif")}, &list);
+        LoadedGif list = Edit("insert", {"--kind", "image", "--at", "0", option, Path("large.gif")});
         EXPECT_TRUE(SameBitmap(BlockAt(list, 1).data, fitted.Get())) << option;
     }
-    Edit("insert", {"--kind", "image", "--at", "0", "--keep", Path("large.gif")}, &list);
+    LoadedGif list = Edit("insert", {"--kind", "image", "--at", "0", "--keep", Path("large.gif")});
     EXPECT_EQ(PixelsOf(BlockAt(list, 1)), PixelsOf(BlockAt(large, 1)));
 
     StandardPalette(palette, &depth, kPaletteWeb);
