@@ -2,7 +2,6 @@
 
 #include "imaging/dither.h"
 #include "imaging/inverse_colour_table.h"
-#include "imaging/nearest_colour.h"
 #include "imaging/remap.h"
 #include "imaging/true_colour.h"
 #include "tests/support/literal_colours.h"
@@ -123,14 +122,6 @@ TEST(ColourConversions, AskOncePerCellAndRowAndStopAtAPress) {
         EXPECT_EQ(abortStatus, pressed ? kAbortedByUser : 0);
     }
     input = {};
-}
-
-TEST(NearestColour, FirstOfEquallyFarEntriesWins) {
-    const RgbTriple palette[] = {{10, 0, 0}, {0, 10, 0}, {0, 0, 10}, {0, 0, 4}};
-    EXPECT_EQ(NearestColour(0, 5, 5, palette, 3), 1);
-    EXPECT_EQ(NearestColour(0, 0, 0, palette, 4), 3);
-    EXPECT_EQ(NearestColour(255, 255, 255, palette, -1), 0);
-    EXPECT_EQ(ExactColour(0, 0, 4, palette, 1), -1);
 }
 
 TEST(InverseColourTable, EqualsAFullSearchForEveryCell) {

@@ -47,17 +47,6 @@ TEST_F(FileTest, WrittenAndReadInAnyPieces) {
         }
 }
 
-TEST_F(FileTest, WhatCannotBeOpened) {
-    File file;
-    for (const std::string& path : {path_, folder_.Path(""), std::string()})
-        EXPECT_FALSE(file.OpenForReading(path.c_str())) << path;
-    EXPECT_EQ(ReadByte(file), -1);
-    EXPECT_FALSE(file.Create(folder_.Path("none/x").c_str()));
-    EXPECT_FALSE(file.CreateReplacement(folder_.Path("none/x").c_str()));
-    EXPECT_EQ(WriteByte(file, 1), -1);
-    EXPECT_FALSE(file.Close());
-}
-
 TEST_F(FileTest, FailedWritesDeleteTheFile) {
     Bytes content = Pattern(kBuffer);
     File file;

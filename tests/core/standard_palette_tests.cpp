@@ -4,9 +4,6 @@
 
 #include <cstring>
 
-#include "imaging/palette_resources.h"
-#include "tests/support/gif_bytes.h"
-
 TEST(StandardPalette, SizesAndColours) {
     const std::tuple<int, int, int, int, RgbTriple> cases[] = {
         {0, 2, 1, 1, {255, 255, 255}},   {2, 16, 4, 3, {128, 128, 0}},     {2, 16, 4, 8, {192, 192, 192}},
@@ -37,18 +34,4 @@ TEST(StandardPalette, WholeCubes) {
     for (int i = 0; i < 216; ++i) EXPECT_EQ(web[i], (RgbTriple{kSix[i / 6 % 6], kSix[i / 36], kSix[i % 6]})) << i;
     for (int i = 0; i < 224; ++i)
         EXPECT_EQ(withGreys[i < 112 ? i : i + 32], (RgbTriple{kRed[i / 32], kGreen[i / 4 % 8], kBlue[i % 4]})) << i;
-}
-
-TEST(PaletteResources, FilesAndWhatIsBuiltIn) {
-    GifBytes head = GifBytes().Text("QUOXRSRC").Text("256 colour palette").Repeat(0, 72 - 26);
-    head.Add({0, 1, 0}).Text("CMAP").Add({1, 0, 0, 0, 0, 3});
-    for (auto [name, file] : {std::pair{"PALETTE216", "palette216.bin"}, {"PALETTE256G", "palette256g.bin"}}) {
-        const Bytes content = ReadAll(std::string(ZEPHYR_SOURCES "/resources/palettes/") + file);
-        ASSERT_EQ(content.size(), kPaletteResourceBytes);
-        EXPECT_EQ(Bytes(content.begin(), content.begin() + kPaletteResourceColours), head);
-        const uint8_t* resource = FindPaletteResource(name);
-        ASSERT_NE(resource, nullptr);
-        EXPECT_EQ(Bytes(resource, resource + kPaletteResourceBytes), content);
-    }
-    EXPECT_EQ(FindPaletteResource("PALETTE"), nullptr);
 }

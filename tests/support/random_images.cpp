@@ -32,11 +32,6 @@ uint32_t PixelOf(RgbTriple colour) {
     return static_cast<uint32_t>(colour.red | colour.green << 8 | colour.blue << 16);
 }
 
-size_t BitmapBytes(ConstLockedBitmap bitmap) {
-    auto pixels = static_cast<size_t>(ImagePixels(bitmap) - reinterpret_cast<const uint8_t*>(bitmap));
-    return pixels + size_t{ImageRowBytes(bitmap)} * static_cast<size_t>(bitmap->height);
-}
-
 }  // namespace
 
 std::vector<Palette> TestPalettes(Random& random) {
@@ -75,5 +70,6 @@ bool SameBitmap(MemoryHandle a, MemoryHandle b) {
     MemoryLock lockA(a), lockB(b);
     auto* bitmapA = lockA.As<const BitmapHeader>();
     auto* bitmapB = lockB.As<const BitmapHeader>();
-    return memcmp(bitmapA, bitmapB, sizeof(BitmapHeader)) == 0 && memcmp(bitmapA, bitmapB, BitmapBytes(bitmapA)) == 0;
+    const size_t bytes = sizeof(BitmapHeader) + bitmapA->coloursUsed * sizeof(RgbQuad) + bitmapA->imageBytes;
+    return memcmp(bitmapA, bitmapB, sizeof(BitmapHeader)) == 0 && memcmp(bitmapA, bitmapB, bytes) == 0;
 }
