@@ -8,6 +8,7 @@
 #include "imaging/dither.h"
 #include "imaging/remap.h"
 #include "imaging/standard_palette.h"
+#include "platform/faults.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_input.h"
@@ -150,4 +151,20 @@ TEST_F(BuildAnimationTest, OnlyPhotorealisticConversionsAreStoppedByAClick) {
             EXPECT_EQ(input.polls, stops ? 40001 : 0);
         }
     }
+}
+
+// What a failed build has taken and not given back, the sanitizers would find.
+TEST_F(BuildAnimationTest, FramesThatTheListHasNoRoomForAreReleased) {
+    constexpr long kEnough = 1'000'000;
+    for (int i = 0; i < 32; ++i) AddFile(2, 2, 8);  // so many that the list has to grow
+    auto blocksWithRequests = [&](long n) {
+        OwnedBlockList document;
+        faults.allocationsUntilFailure = n;
+        EXPECT_EQ(Build(&document) == BuildOutcome::kDone, n == kEnough) << n;
+        return document.count;
+    };
+    EXPECT_EQ(blocksWithRequests(kEnough), 66u);
+    const long wanted = kEnough - faults.allocationsUntilFailure;
+    for (long n = wanted - 30; n < wanted; ++n) EXPECT_EQ(blocksWithRequests(n), 0u);
+    faults = {};
 }

@@ -12,7 +12,7 @@ TEST(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
     GifBytes document = GifBytes().Header("GIF89a", 5, 4, 0x87).SmallImage(0x87).Comment("c");
     document.Extension(0x01, std::string(13, 'f'), "text").Extension(0xFF, "\x0DXMP DataXMP", "data");
     document.Extension(0xFF, "\x0BKELMORnb1.0", {reinterpret_cast<const char*>(names.data()), names.size()});
-    for (int i = 0; i < 58; ++i) document.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // so many that one more lets it grow
+    for (int i = 0; i < 57; ++i) document.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // so many that one more lets it grow
     WriteAll(in, document);
     Random random(6);
     OwnedMemory picture(RandomImage(random, 60, 50, 8, Palette{}));
