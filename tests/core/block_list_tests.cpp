@@ -96,6 +96,8 @@ TEST_F(BlockListTest, FailuresChangeNothing) {
     EXPECT_FALSE(AppendBlock(&list_, &block));
     EXPECT_FALSE(RenumberBlocks(&list_));
     EXPECT_FALSE(DeleteBlock(nullptr, &list_, &selection));
+    faults.locksUntilFailure = 1;  // the new comment's text has been written
+    EXPECT_FALSE(InsertBlock(nullptr, &list_, &selection, kCommentBlock, nullptr, nullptr));
     faults = {};
     EXPECT_EQ(prompts.messages, std::vector<std::string>{LoadStr(IDS_BLOCK_ACCESS)});
     EXPECT_EQ(selection, 2);
