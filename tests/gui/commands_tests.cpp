@@ -59,7 +59,7 @@ TEST_F(CommandsTest, InsertPutsABlockBehindTheSelectedOneButALoopBehindTheHeader
 TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
     Open(MakeGif("a.gif"));
     for (const char* name : {"c.gif", "A1.gif", "b.gif", "e.gif"}) MakeGif(name, 2, 1);
-    WriteWholeFile(File("d.gif"), "no picture");
+    WriteAll(File("d.gif"), "no picture");
     Select(1);
     auto choose = [this](const char* names) { return DialogAnswers::ChooseFiles({Folder(), names}); };
     Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), choose(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")")});

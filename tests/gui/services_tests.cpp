@@ -1,4 +1,6 @@
 // The services that every window uses.
+#include <filesystem>
+
 #include "app/services/dialogs.h"
 #include "app/services/file_dialogs.h"
 #include "app/services/help.h"
@@ -75,8 +77,8 @@ TEST_F(ServicesTest, TheHelpPageIsShownByWhatTheSystemHas) {
     };
     std::filesystem::create_directory(WideFromUtf8(File("help")));
     for (const auto& [helpFile, page, starts, shows, browser, outcome, asked] : cases) {
-        WriteWholeFile(File("TELVAR.HLP"), "x");
-        WriteWholeFile(File("help\\loop.html"), "x");
+        WriteAll(File("TELVAR.HLP"), "x");
+        WriteAll(File("help\\loop.html"), "x");
         if (!helpFile) std::filesystem::remove(WideFromUtf8(File("TELVAR.HLP")));
         if (!page) std::filesystem::remove(WideFromUtf8(File("help\\loop.html")));
         known = {starts, shows, browser, ""};

@@ -27,7 +27,7 @@ TEST_F(SettingsFileTest, ReadsWhatALineMeans) {
     };
     for (const auto& [content, values] : cases) {
         settings = Settings();
-        WriteWholeFile(File("KLMZEP.INI"), content);
+        WriteAll(File("KLMZEP.INI"), content);
         ReadSettings(Folder().c_str());
         EXPECT_EQ((Values{settings.showStartupBanner, settings.interlaceDelay, settings.fileMenuRange}), values)
             << content;
@@ -42,7 +42,8 @@ TEST_F(SettingsFileTest, TheWindowWritesTheFileWhenItGoes) {
         ReadSettings(nowhere.c_str());
     }
     Command(IDM_EXIT);
-    std::string content = ReadWholeFile(File("KLMZEP.INI"));
+    const Bytes bytes = ReadAll(File("KLMZEP.INI"));
+    std::string content(bytes.begin(), bytes.end());
     EXPECT_EQ(content.erase(content.find("updated ") + 8, strlen("Sat Nov 21 15:18:14 2026")),
               ";Kelmor Zephyr configuration file\r\n;KLM Zephyr\r\n;Last updated \r\n;\r\n[KLMZephyr]\r\n"
               "ShowStartupBanner = 1\r\nInterlaceDelay = 12\r\nFileMenuRange = 10\r\n;----- Menu items ------\r\n"
@@ -68,7 +69,7 @@ TEST_F(SettingsFileTest, ListsFullPathsOnceNewestFirst) {
 
 TEST_F(SettingsFileTest, ARecentFileOpensByItsCommand) {
     // Keys may be cut short.
-    WriteWholeFile(File("KLMZEP.INI"), "File = C:\\a.gif\r\n = C:\\b.gif\r\nFileMenuItems = C:\\c.gif\r\nFile = d.gif");
+    WriteAll(File("KLMZEP.INI"), "File = C:\\a.gif\r\n = C:\\b.gif\r\nFileMenuItems = C:\\c.gif\r\nFile = d.gif");
     ReadRecentFiles(hMainWindow, Folder().c_str());
     faults.allocationsUntilFailure = 0;
     Add({"C:\\e.gif"});  // without memory the list stays

@@ -41,7 +41,7 @@ protected:
 TEST_F(LifecycleTest, TheProgramOpensTheFileOfItsCommandLineAndRemembersItsSettings) {
     TearDown(), StartAfresh();  // it makes the window itself
     std::string path = MakeGif("a b.gif");
-    WriteWholeFile(File("KLMZEP.INI"), "FileMenuRange = 2\r\nFileMenuItem = C:\\1.gif\r\nFileMenuItem = C:\\2.gif\r\n");
+    WriteAll(File("KLMZEP.INI"), "FileMenuRange = 2\r\nFileMenuItem = C:\\1.gif\r\nFileMenuItem = C:\\2.gif\r\n");
     WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", L"35", L"TELVAR.INI");
     DialogAnswers answers;
     answers.Do([](HWND panel) {
@@ -113,7 +113,7 @@ TEST_F(LifecycleTest, OpensAFileNamedByTheMessageAndSavesItWithAFittingScreen) {
 
 TEST_F(LifecycleTest, AFileThatCannotBeReadLeavesNoDocument) {
     std::string first = MakeGif("first.gif");
-    WriteWholeFile(File("broken.gif"), std::string("GIF89a\1\0\1\0\0\0\0,\0\0", 16));
+    WriteAll(File("broken.gif"), std::string("GIF89a\1\0\1\0\0\0\0,\0\0", 16));
     const std::pair<std::string, std::string> cases[] = {
         {File("missing.gif"), kOpenFailed},
         {File("broken.gif"), kOpenFailed},
@@ -139,12 +139,12 @@ TEST_F(LifecycleTest, AFileThatCannotBeReadLeavesNoDocument) {
 
 TEST_F(LifecycleTest, AFileWithoutASignatureOpensWithoutBlocksAndCloseLeavesTheOldLinesBehind) {
     const char kNoHeader[] = "String table error - this application may be damaged";
-    WriteWholeFile(File("text.gif"), std::string(200, 'x'));
+    WriteAll(File("text.gif"), std::string(200, 'x'));
     Open(File("text.gif"));
     ExpectFace(File("text.gif"));
     EXPECT_TRUE(Lines().empty());
     EXPECT_EQ(Told([&] { Command(IDM_SAVE); }), kWriteFailed);
-    EXPECT_EQ(ReadWholeFile(File("text.gif")), std::string(200, 'x')) << "what can't be saved is not harmed";
+    EXPECT_EQ(ReadAll(File("text.gif")), Bytes(200, 'x')) << "what can't be saved is not harmed";
     EXPECT_EQ(Told([&] { Command(IDM_VIEW); }), kNoHeader);
     Open(MakeGif("a.gif"));
     Command(IDM_CLOSE);
@@ -183,7 +183,8 @@ TEST_F(LifecycleTest, TheSaveQuestionDecidesAboutTheChangedDocument) {
             documentChanged = false;
             std::string other = MakeGif("other.gif");
             Open(other);
-            std::string path = OpenAndChange(), before = ReadWholeFile(path);
+            const std::string path = OpenAndChange();
+            const Bytes before = ReadAll(path);
             DialogAnswers answers;
             if (command == IDM_OPEN) answers.ChooseFile(other);
             answers.Press(answer);
@@ -191,7 +192,7 @@ TEST_F(LifecycleTest, TheSaveQuestionDecidesAboutTheChangedDocument) {
             SendMessageW(hMainWindow, isCloseBox ? WM_SYSCOMMAND : WM_COMMAND, WPARAM(command) + 3 * isCloseBox, 0);
             EXPECT_EQ(answers.Texts()[command == IDM_OPEN ? 1 : 0],
                       "Your current GIF file has been changed. Do you wish to save it?");
-            EXPECT_EQ(ReadWholeFile(path) != before, answer == IDYES);
+            EXPECT_EQ(ReadAll(path) != before, answer == IDYES);
             EXPECT_TRUE(documentChanged == !gone && (document.count == 3) == !gone);
             // The close box ends the program even when the question was cancelled.
             EXPECT_EQ(!IsWindow(hMainWindow), isCloseBox || (command == IDM_EXIT && gone));

@@ -5,8 +5,6 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 #include <vector>
 
@@ -22,6 +20,7 @@
 #include "platform/wide_text.h"
 #include "resources/command_ids.h"
 #include "tests/gui/dialog_answers.h"
+#include "tests/support/temp_folder.h"
 
 // Dispatches all waiting messages.
 inline void PumpMessages() {
@@ -29,17 +28,6 @@ inline void PumpMessages() {
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
-}
-
-// The file's content; empty when there is none.
-inline std::string ReadWholeFile(const std::string& path) {
-    std::ifstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
-inline void WriteWholeFile(const std::string& path, const std::string& content) {
-    std::ofstream file(std::filesystem::path(WideFromUtf8(path)), std::ios::binary);
-    EXPECT_TRUE(file << content << std::flush);
 }
 
 // A fixture: every test gets the window as the program has it after its start, without a document, with default
@@ -60,16 +48,11 @@ protected:
         DestroyBlockList(&document);
         DeleteShellObjects();
         UnregisterClassW(kMainWindowClass, hInstance);
-        std::filesystem::remove_all(WideFromUtf8(folder_));
     }
     // All of SetUp but the window, for tests that start the program themselves.
     void StartAfresh() {
-        static DWORD made = GetCurrentProcessId();  // file dialogs remember folders: every test has one of its own
-        auto folder = std::filesystem::temp_directory_path() / ("zephyr_gui_tests_" + std::to_string(++made));
-        std::filesystem::create_directories(folder);
-        folder_ = Utf8FromWide(folder.wstring()) + "\\";
         settings = Settings();
-        strcpy(settingsFolder, folder_.c_str());
+        strcpy(settingsFolder, Folder().c_str());
         document = {};
         documentChanged = false;
         currentFileName[0] = 0;
@@ -122,8 +105,10 @@ protected:
     }
 
     // Path of `name` in this test's own folder.
-    std::string File(const std::string& name) const { return folder_ + name; }
-    const std::string& Folder() const { return folder_; }  // ends in a backslash
+    std::string File(const std::string& name) const { return Folder() + name; }
+    std::string Folder() const {
+        return folder_.Path("") + "\\";
+    }  // file dialogs remember folders: each test has its own
 
     // Writes a small valid GIF file (header, comment, image `width` x `height`) into the folder; returns its path.
     std::string MakeGif(const std::string& name, int width = 20, int height = 10) const {
@@ -140,5 +125,5 @@ protected:
     }
 
 private:
-    std::string folder_;
+    TempFolder folder_;
 };

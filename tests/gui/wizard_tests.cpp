@@ -123,7 +123,7 @@ TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
     EXPECT_EQ(At(4).owner, &document);
 
     const std::string broken = File("broken.gif");
-    WriteWholeFile(broken, "GIF");
+    WriteAll(broken, "GIF");
     RunWizard({IDC_WIZARD_DRAWN}, {first, broken}, {Read(LoadStr(IDS_CORRUPTED_FILE), IDNO)});
     EXPECT_EQ(document.count, 0u);
     EXPECT_NE(Title().find("NO FILE"), std::string::npos);

@@ -37,9 +37,12 @@ Bytes ReadAll(const std::string& path) {
     return Bytes(std::istreambuf_iterator<char>(in), {});
 }
 
+void WriteAll(const std::string& path, std::string_view content) {
+    std::ofstream(fs::u8path(path), std::ios::binary) << content;
+}
+
 void WriteAll(const std::string& path, const Bytes& content) {
-    std::ofstream out(fs::u8path(path), std::ios::binary);
-    out.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
+    WriteAll(path, {reinterpret_cast<const char*>(content.data()), content.size()});
 }
 
 bool FileExists(const std::string& path) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <vector>
 
 using Bytes = std::vector<uint8_t>;
@@ -27,4 +28,5 @@ private:
 // Content of the file at the UTF-8 path; empty when there is none.
 Bytes ReadAll(const std::string& path);
 void WriteAll(const std::string& path, const Bytes& content);
+void WriteAll(const std::string& path, std::string_view content);
 bool FileExists(const std::string& path);
