@@ -9,10 +9,10 @@
 constexpr uint32_t kBlockListStep = 64;  // records by which the capacity grows
 
 struct BlockList {
-    MemoryHandle blocks;  // array of Block
-    uint32_t capacity;    // records that the array counts as holding
-    uint32_t count;       // records in use
-    uint16_t flags;       // cleared at creation, without further use
+    MemoryHandle blocks = nullptr;  // array of Block
+    uint32_t capacity = 0;          // records that the array counts as holding
+    uint32_t count = 0;             // records in use
+    uint16_t flags = 0;             // cleared at creation, without further use
 };
 
 // Makes `list` an empty list with room for 64 blocks; what it held before is not released. False when memory runs out.
@@ -23,7 +23,7 @@ void DestroyBlockList(BlockList* list);
 
 // A list that is destroyed at the end of its scope; zeroed at first.
 struct OwnedBlockList : BlockList {
-    OwnedBlockList() : BlockList{} {}
+    OwnedBlockList() = default;
     ~OwnedBlockList() { DestroyBlockList(this); }
     OwnedBlockList(const OwnedBlockList&) = delete;
     OwnedBlockList& operator=(const OwnedBlockList&) = delete;
