@@ -1,5 +1,4 @@
 // Everything that makes one image from another, beside its plain form and some results worked out by hand.
-
 #include "imaging/dither.h"
 #include "imaging/inverse_colour_table.h"
 #include "imaging/remap.h"

@@ -74,8 +74,7 @@ TEST_F(DefaultBlocks, WhatCannotBeMadeIsZeroed) {
         memset(&block, 0xAA, sizeof block);
         // The bitmap that came along goes too, or the leak checker tells.
         EXPECT_FALSE(Make(&block, kind, path, kind == kImageBlock ? nullptr : CreateImageBitmap(2, 2, nullptr, 8)));
-        const Block zeroed = {};
-        EXPECT_EQ(memcmp(block.descriptor, zeroed.descriptor, kDescriptorBytes), 0) << kind;
+        EXPECT_EQ(DescriptorOf(block), "") << kind;
         EXPECT_TRUE(!block.kind && !block.data && !block.name && !block.aux && !block.dataLength) << kind;
     }
 }

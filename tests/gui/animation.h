@@ -29,9 +29,6 @@ public:
         PutHeaderFields(&header, {screenWidth, screenHeight, packed, kBackgroundIndex, 0});
         Append(header, kHeaderBlock);
     }
-    ~Animation() { DestroyBlockList(&list_); }
-    Animation(const Animation&) = delete;
-    Animation& operator=(const Animation&) = delete;
 
     Animation& Control(uint32_t disposal, uint16_t delay, int transparentIndex = -1, bool userInput = false) {
         Block block = {};
@@ -81,5 +78,5 @@ private:
         return *this;
     }
 
-    BlockList list_ = {};
+    OwnedBlockList list_;
 };

@@ -32,6 +32,7 @@ void GiveUp(HWND dialog, const char* why) {
 
 DialogAnswers::DialogAnswers(std::vector<Steps> answers)
     : timer_(SetTimer(nullptr, 0, 10, AnswerOneDialog)), answers_(std::move(answers)) {
+    EXPECT_EQ(current, nullptr) << "one object at a time";
     current = this;
 }
 

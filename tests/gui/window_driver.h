@@ -112,7 +112,7 @@ protected:
 
     // Writes a small valid GIF file (header, comment, image `width` x `height`) into the folder; returns its path.
     std::string MakeGif(const std::string& name, int width = 20, int height = 10) const {
-        BlockList list;
+        OwnedBlockList list;
         EXPECT_TRUE(NewDocument(&list));
         for (uint16_t kind : {kCommentBlock, kImageBlock}) {
             Block block;
@@ -120,7 +120,6 @@ protected:
             EXPECT_TRUE(MakeDefaultBlock(nullptr, &list, &block, kind, bitmap, nullptr) && AppendBlock(&list, &block));
         }
         EXPECT_TRUE(WriteGifFile(list, File(name).c_str()));
-        DestroyBlockList(&list);
         return File(name);
     }
 

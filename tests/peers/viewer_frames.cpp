@@ -41,10 +41,9 @@ bool WriteFrames(BlockList* list, const std::string& folder) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    BlockList list = {};
+    OwnedBlockList list;
     if (count != 3 || !CreateBlockList(&list)) return fputs("usage: viewer_frames FILE.gif FOLDER\n", stderr), 2;
     ReadGifFile(&list, arguments[1]);  // what a broken file still has is played
     bool written = WriteFrames(&list, arguments[2]);
-    DestroyBlockList(&list);
     return written ? 0 : (fprintf(stderr, "viewer_frames: cannot play %s\n", arguments[1]), 1);
 }
