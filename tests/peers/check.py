@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Other programs judge our files: check.py ZEPHYR GIFLIB_FRAMES
+"""Other programs judge our files: check.py ZEPHYR GIFLIB_FRAMES FOLDER...
 
 ZEPHYR is the command line, GIFLIB_FRAMES the helper built beside it; giftext, gifsicle and ImageMagick's convert must
-be installed. Every file of tests/data/corpus goes through this:
+be installed. Every GIF file of the folders, which hold what tests/data/recipes.py makes, goes through this, and every
+one of the folders of real files that the environment variable ZEPHYR_CORPUS names, with colons between them:
 
   load   our blocks (list --json) are those that giflib reads
   saved  the file that we save is read without a word of complaint by giflib, giftext, gifsicle and convert, and holds
@@ -11,8 +12,10 @@ be installed. Every file of tests/data/corpus goes through this:
 
 Each difference is one line of text: what we have, "not" what the judge has. exceptions.json lists, for every file that
 has any, exactly these lines, in groups with the reason why they are as they should be; a line too many or too few
-fails. Prints what fails and one closing line with the counts.
+fails. Its "files" are those of the recipes, "elsewhere" are real ones, which need not be there. Prints what fails and
+one closing line with the counts.
 """
+import glob
 import json
 import os
 import re
@@ -24,7 +27,6 @@ import tempfile
 from concurrent.futures import ThreadPoolExecutor
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-CORPUS = os.path.join(HERE, "..", "data", "corpus")
 IDENTITY = b"FILE IDENTITY\r\nCreated or modified by\r\n\r\n".hex()
 CONTROL, PLAIN_TEXT, COMMENT, APPLICATION = 0xF9, 0x01, 0xFE, 0xFF
 # gifsicle gives its copy one palette for all images if it can; the file that it reads is in order.
@@ -192,41 +194,53 @@ class Case:
             self.note("saved", [f"{command[0]}: {line.replace(saved, 'FILE')}" for line in lines[:1]])
 
 
-def read_exceptions():
-    """The expected differences of each file: the lists of all groups that name it, joined."""
+def read_exceptions(place):
+    """The expected differences of each file, by its name: the lists of all groups that name it, joined."""
     exceptions = {}
     with open(os.path.join(HERE, "exceptions.json"), encoding="utf-8") as file:
         for group in json.load(file):
-            for name, lines in group["files"].items():
+            for name, lines in group.get(place, {}).items():
                 exceptions.setdefault(name, []).extend(lines)
     return exceptions
 
 
-def check_file(tools, path, exceptions):
+def gif_files(folders):
+    """The paths of the GIF files in the folders; none of these may be without."""
+    paths = []
+    for folder in folders:
+        found = sorted(glob.glob(os.path.join(glob.escape(folder), "*.gif")))
+        if not found:
+            sys.exit(f"peers: no GIF file in {folder}")
+        paths += found
+    return paths
+
+
+def check_file(tools, path, expected):
     """The lines by which the file's differences are not the expected ones."""
     with tempfile.TemporaryDirectory() as folder:
         found = Case(tools, path, folder).check()
-    expected = exceptions.get(os.path.basename(path), [])
     unexpected = [f"unexpected: {line}" for line in found if line not in expected]
     return unexpected + [f"no longer so: {line}" for line in expected if line not in found]
 
 
 def main():
     missing = [tool for tool in ("giftext", "gifsicle", "convert") if not shutil.which(tool)]
-    if len(sys.argv) != 3 or missing:
+    if len(sys.argv) < 4 or missing:
         sys.exit(__doc__.splitlines()[0] + (f"; not installed: {' '.join(missing)}" if missing else ""))
-    tools = [os.path.abspath(path) for path in sys.argv[1:]]
-    exceptions = read_exceptions()
+    tools = [os.path.abspath(path) for path in sys.argv[1:3]]
+    made = gif_files(sys.argv[3:])
+    real = gif_files(filter(None, os.environ.get("ZEPHYR_CORPUS", "").split(":")))
+    exceptions, elsewhere = read_exceptions("files"), read_exceptions("elsewhere")
+    expected = {path: elsewhere.get(os.path.basename(path), []) for path in real}
+    expected |= {path: exceptions.pop(os.path.basename(path), []) for path in made}
+    paths = sorted(expected, key=os.path.getsize, reverse=True)  # the longest work first
     with ThreadPoolExecutor(os.cpu_count() or 2) as pool:
-        corpus = [os.path.join(CORPUS, name) for name in sorted(os.listdir(CORPUS)) if name.endswith(".gif")]
-        paths = sorted(corpus, key=os.path.getsize, reverse=True)  # the longest work first
-        results = list(pool.map(lambda path: check_file(tools, path, exceptions), paths))
-    failures = {os.path.basename(path): lines for path, lines in zip(paths, results) if lines}
-    for name in exceptions.keys() - {os.path.basename(path) for path in paths}:
-        failures[name] = ["an exception for a file that is not there"]
-    for name, lines in sorted(failures.items()):
-        print(name, *lines, sep="\n  ")
-    print(f"peers: {len(paths) - len(failures)} passed, {len(failures)} failed")
+        results = list(pool.map(lambda path: check_file(tools, path, expected[path]), paths))
+    failures = [(path, lines) for path, lines in zip(paths, results) if lines]
+    failures += [(name, ["an exception for a file that is not there"]) for name in exceptions]
+    for path, lines in sorted(failures):
+        print(path, *lines, sep="\n  ")
+    print(f"peers: {results.count([])} passed, {len(failures)} failed")
     return 1 if failures else 0
 
 

@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
 """Compares the viewer's frames with ImageMagick's: viewer_frames.py BUILD_FOLDER [FILE.gif...]
 
-BUILD_FOLDER is that of the 64-bit Windows programs. Without files, those of tests/data named below are compared.
+BUILD_FOLDER is that of the 64-bit Windows programs. Without files, those of tests/data/recipes.py that are named below
+are compared.
 
 ImageMagick composes over nothing, the viewer over the header's background colour (black without a global palette), so
 its frames are laid over that colour first. The other differences, which files for this comparison must avoid:
@@ -14,9 +15,8 @@ import sys
 import tempfile
 
 ROOT = pathlib.Path(__file__).resolve().parents[2]
-FILES = ("dispose-none", "dispose-restore-previous", "gd-mixed-color-tables", "giflib-fire-33-interlaced",
-         "pil-four-comments", "pil-transparent-dispose-3x1", "rs-frames-larger-than-needed", "vips-dispose-previous",
-         "wuffs-animated-red-blue", "wuffs-frame-out-of-bounds")
+FILES = ("disposal-0", "disposal-2", "disposal-3", "disposal-mixed", "palette-mixed", "interlaced-many", "comment-four",
+         "background-colour", "screen-larger-than-frames", "screen-partly-left", "control-delays")
 
 
 def background(gif):
@@ -61,7 +61,7 @@ def compare(build, path):
 def main():
     if len(sys.argv) < 2:
         sys.exit(__doc__)
-    names = sys.argv[2:] or [ROOT / "tests" / "data" / "corpus" / f"{name}.gif" for name in FILES]
+    names = sys.argv[2:] or [pathlib.Path(sys.argv[1]) / "test-data" / f"{name}.gif" for name in FILES]
     complaints = []
     for path in (pathlib.Path(name).resolve() for name in names):
         try:
