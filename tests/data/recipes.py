@@ -417,7 +417,7 @@ recipe("extension-unknown", "an extension that nobody defined", gif(b"!\x2a" + s
 WHOLE = gif(comment(b"before"), loop(9), plain_text(b"some text"), control(7, 2, 1), image((9, 9), local=3),
             LONG_APPLICATION, frame((20, 12), interlaced=True), screen=(20, 12))
 for name, exercises, last in (
-        ("in-the-signature", "inside the signature", b"GIF8"),
+        ("in-the-signature", "inside the signature", b"GIF89"),
         ("in-the-palette", "inside the global palette", palette(2)[:7]),
         ("behind-the-palette", "behind the global palette", palette(2)),
         ("behind-an-introducer", "behind an extension's introducer", palette(2) + b"!"),
