@@ -53,7 +53,7 @@ def compare(build, path):
     with tempfile.TemporaryDirectory() as temporary:
         ours = viewer_frames(build, path, pathlib.Path(temporary) / "ours")
         theirs = coalesced_frames(path, pathlib.Path(temporary) / "theirs")
-    if len(ours) != len(theirs):
+    if not ours or len(ours) != len(theirs):
         return [f"{path.name}: {len(ours)} frames, ImageMagick has {len(theirs)}"]
     return [f"{path.name}: frame {i} differs" for i, pair in enumerate(zip(ours, theirs)) if pair[0] != pair[1]]
 
