@@ -85,9 +85,12 @@ TEST_F(BuildAnimationTest, EveryMatchingGivesItsPaletteAndPixels) {
             if (matching == PaletteMatching::kSixteenColours) StandardPalette(palette.data(), &depth, kPaletteSixteen);
             if (matching == PaletteMatching::kPhotorealistic || matching == PaletteMatching::kDrawn)
                 StandardPalette(palette.data(), &depth, forWeb ? kPaletteWeb : kPaletteCube);
-            EXPECT_TRUE(super || memcmp(header.palette, palette.data(), kPaletteBytes) == 0);
+            if (!super) {
+                EXPECT_EQ(memcmp(header.palette, palette.data(), kPaletteBytes), 0);
+            }
             EXPECT_EQ(fields.packed, kHasPalette | (depth - 1));
-            EXPECT_TRUE(fields.screenWidth == 30 && fields.screenHeight == 12);
+            EXPECT_EQ(fields.screenWidth, 30);
+            EXPECT_EQ(fields.screenHeight, 12);
 
             uint32_t at = forWeb ? 2 : 1;
             for (const std::string& file : files_) {
@@ -100,7 +103,8 @@ TEST_F(BuildAnimationTest, EveryMatchingGivesItsPaletteAndPixels) {
                 EXPECT_TRUE(SameBitmap(image.data, fitted.Get()));
                 EXPECT_EQ(GetImageFields(image).packed, bits - 1);
                 EXPECT_EQ(NameOf(image), file);
-                EXPECT_TRUE(image.position == at++ && image.owner == &document);
+                EXPECT_EQ(image.position, at++);
+                EXPECT_EQ(image.owner, &document);
             }
         }
     EXPECT_TRUE(prompts.messages.empty());

@@ -45,8 +45,10 @@ TEST_F(BlockListTest, CapacityGrowsBySteps) {
     }
     for (uint32_t i = 0; i < 400; ++i) EXPECT_EQ(TextOf(BlockAt(list_, i)), std::to_string(i + 1));
     Block block = {};
-    for (uint32_t index : {400u, 448u, 0xFFFFFFFFu})
-        EXPECT_FALSE(GetBlock(list_, &block, index) || PutBlock(&list_, block, index)) << index;
+    for (uint32_t index : {400u, 448u, 0xFFFFFFFFu}) {
+        EXPECT_FALSE(GetBlock(list_, &block, index)) << index;
+        EXPECT_FALSE(PutBlock(&list_, block, index)) << index;
+    }
 }
 
 TEST_F(BlockListTest, WhereBlocksAreInserted) {

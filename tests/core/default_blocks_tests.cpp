@@ -75,7 +75,11 @@ TEST_F(DefaultBlocks, WhatCannotBeMadeIsZeroed) {
         // The bitmap that came along goes too, or the leak checker tells.
         EXPECT_FALSE(Make(&block, kind, path, kind == kImageBlock ? nullptr : CreateImageBitmap(2, 2, nullptr, 8)));
         EXPECT_EQ(DescriptorOf(block), "") << kind;
-        EXPECT_TRUE(!block.kind && !block.data && !block.name && !block.aux && !block.dataLength) << kind;
+        EXPECT_EQ(block.kind, 0) << kind;
+        EXPECT_EQ(block.data, nullptr) << kind;
+        EXPECT_EQ(block.name, nullptr) << kind;
+        EXPECT_EQ(block.aux, nullptr) << kind;
+        EXPECT_EQ(block.dataLength, 0u) << kind;
     }
 }
 

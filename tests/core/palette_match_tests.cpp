@@ -60,12 +60,15 @@ TEST_F(PaletteMatch, EveryChoiceOnEveryBitCountAskedAndRemembered) {
                     EXPECT_EQ(Match(), choice != kPaletteCancel);
                     EXPECT_TRUE(converts ? SameBitmap(image_.data, converted.Get()) : image_.data == before);
                     EXPECT_TRUE(HasPalette(converts ? global_ : own_));
-                    EXPECT_TRUE(prompts.paletteChoices.empty() && prompts.messages.empty());
+                    EXPECT_TRUE(prompts.paletteChoices.empty());
+                    EXPECT_TRUE(prompts.messages.empty());
                     if (choice == kPaletteCancel) continue;
                     int bits = bitCount;
                     if (converts) GetImageInfo(converted.Get(), nullptr, nullptr, &bits, nullptr);
                     const ImageFields fields = GetImageFields(image_);
-                    EXPECT_TRUE(fields.width == 13 && fields.height == 6 && fields.left == 1);
+                    EXPECT_EQ(fields.width, 13);
+                    EXPECT_EQ(fields.height, 6);
+                    EXPECT_EQ(fields.left, 1);
                     EXPECT_EQ(fields.packed, kImageInterlaced | ((bits - 1) & kSizeCode));
                 }
     }

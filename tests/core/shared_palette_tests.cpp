@@ -75,7 +75,8 @@ TEST(BuildSharedPalette, EqualsThePlainForm) {
         int count = wanted[i % 9];
         int expectedCount = LiteralSharedPalette(std::min(count, kPaletteEntries), expected.data(), expanded.images);
         ASSERT_EQ(BuildSharedPalette(&count, palette.data(), document), kSharedPaletteDone);
-        ASSERT_TRUE(count == expectedCount && palette == expected) << i;
+        ASSERT_EQ(count, expectedCount) << i;
+        ASSERT_TRUE(palette == expected) << i;
     }
 }
 

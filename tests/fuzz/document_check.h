@@ -21,7 +21,8 @@ inline void CheckDocument(const BlockList& list) {
         int height = -1;
         int bitCount = -1;
         assert(GetImageInfo(block.data, &width, &height, &bitCount, nullptr));
-        assert(width == fields.width && height == fields.height);
+        assert(width == fields.width);
+        assert(height == fields.height);
         assert(bitCount == BitCountForDepth(DepthOfPacked(fields.packed)));
         return true;
     });

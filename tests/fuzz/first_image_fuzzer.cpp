@@ -10,6 +10,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (!image) return 0;
     int bitCount = 0;
     assert(GetImageInfo(image.Get(), nullptr, nullptr, &bitCount, nullptr));
-    assert(depth >= 1 && depth <= 8 && bitCount == BitCountForDepth(depth));
+    assert(depth >= 1);
+    assert(depth <= 8);
+    assert(bitCount == BitCountForDepth(depth));
     return 0;
 }

@@ -61,7 +61,8 @@ void RequireSame(const Block& before, const Block& after) {
     assert(before.dataLength == after.dataLength);
     MemoryLock first(before.data), second(after.data);
     assert(MemorySize(before.data) == MemorySize(after.data));
-    assert(!first == !second && (!first || memcmp(first.Bytes(), second.Bytes(), MemorySize(before.data)) == 0));
+    assert(!first == !second);
+    assert(!first || memcmp(first.Bytes(), second.Bytes(), MemorySize(before.data)) == 0);
 }
 
 const char* TargetPath() {
