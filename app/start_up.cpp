@@ -76,7 +76,7 @@ const wchar_t* CommandLineArguments(const wchar_t* commandLine) {
 }
 
 void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, int showCommand) {
-    srand(static_cast<unsigned>(time(nullptr)));  // NOLINT(cert-msc32-c,cert-msc51-cpp): nothing secret depends on it
+    srand(static_cast<unsigned>(time(nullptr)));  // NOLINT(cert-msc51-cpp): nothing secret depends on it
     CreateShellObjects(instance);
     ReadDitherSettings();
     document = {};

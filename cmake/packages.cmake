@@ -54,12 +54,22 @@ works on the same documents.")
   endforeach()
   add_custom_target(packed_documents ALL DEPENDS ${PACKAGED}/changelog.gz ${PACKAGED}/zephyr.1.gz)
 
+  # What has no section yet in the changelog is new in the version that is packed.
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS CHANGELOG.md)
+  file(READ CHANGELOG.md CHANGES)
+  string(REPLACE "## Unreleased" "## ${PROJECT_VERSION}" CHANGES "${CHANGES}")
+  file(WRITE ${PACKAGED}/CHANGELOG.md "${CHANGES}")
+
+  # The compilers' names, which nobody needs to have installed.
+  add_custom_command(TARGET zephyr POST_BUILD VERBATIM
+                     COMMAND ${CMAKE_OBJCOPY} --remove-section=.comment $<TARGET_FILE:zephyr>)
+
   install(TARGETS zephyr COMPONENT programs)
   install(FILES ${PACKAGED}/zephyr.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT documents)
   install(FILES cli/completion/zephyr.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
           RENAME zephyr COMPONENT documents)
   set(DOCUMENTS ${CMAKE_INSTALL_DATADIR}/doc/zephyr)
-  install(FILES CHANGELOG.md DESTINATION ${DOCUMENTS} COMPONENT documents)
+  install(FILES ${PACKAGED}/CHANGELOG.md DESTINATION ${DOCUMENTS} COMPONENT documents)
   install(FILES ${SAMPLE} DESTINATION ${DOCUMENTS}/examples COMPONENT documents)
   install(FILES LICENSE DESTINATION . COMPONENT tarball EXCLUDE_FROM_ALL)
   install(FILES ${PACKAGING}/copyright ${PACKAGED}/changelog.gz DESTINATION ${DOCUMENTS}

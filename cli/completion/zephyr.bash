@@ -22,19 +22,30 @@ _zephyr_offer() {
   COMPREPLY=("${COMPREPLY[@]#"$kept"}")
 }
 
+# Files of a kind, and folders. A name that would be taken for an option gets its folder in front.
 _zephyr_files() {  # EXTENSION
   local name
   compopt -o filenames 2>/dev/null
   COMPREPLY=()
   while IFS= read -r name; do
-    if [[ ${name,,} == *."$1" || -d ${name/#\~/$HOME} ]]; then COMPREPLY+=("$name"); fi
-  done < <(compgen -f -- "${cur#-*=}")
+    if [[ ${name,,} != *."$1" && ! -d ${name/#\~/$HOME} ]]; then continue; fi
+    if [[ $name == -* && -z $ended ]]; then name=./$name; fi
+    COMPREPLY+=("$name")
+  done < <(compgen -f -- "${cur#"$prefix"}")
 }
 
-# The lines of a GIF file as it is named on the command line; none when it can't be read.
+# A word of the command line as the program gets it, without its quotes.
+_zephyr_plain() {
+  local word=${1/#\~/$HOME}
+  printf '%s' "${word//[\\\"\']/}"
+}
+
+# The lines of a GIF file as it is named on the command line; none when it can't be read. The program is the one that
+# stands in the line. It must not wait for the terminal, neither by its input nor by a file that is none.
 _zephyr_lines() {
-  local file=${1//\\/}
-  zephyr list -- "${file/#\~/$HOME}" 2>/dev/null
+  local file
+  file=$(_zephyr_plain "$1")
+  if [[ -f $file ]]; then "$program" list -- "$file" </dev/null 2>/dev/null; fi
 }
 
 # The numbers of the file's blocks, of all or of those that are pictures.
@@ -86,8 +97,9 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
   esac
 }
 
-_zephyr() {
-  local words cur prefix='' names='--owner --organisation' options operands=() i
+_zephyr() {  # PROGRAM, as it was typed
+  local words cur prefix='' ended='' names='--owner --organisation' options operands=() i program
+  program=$(_zephyr_plain "$1")
   COMPREPLY=()
   _zephyr_join
   cur=${words[-1]}
@@ -105,7 +117,9 @@ _zephyr() {
     *) return ;;
   esac
   for ((i = 2; i < ${#words[@]} - 1; ++i)); do
-    case ${words[i]} in
+    # Behind "--" no word is an option: none begins with a hyphen once `ended` stands in front of it.
+    case $ended${words[i]} in
+      --) ended=yes ;;
       -o | --palette | --kind | --match | --at | --delay | --owner | --organisation) ((++i)) ;;
       -?*) ;;
       *) operands+=("${words[i]}") ;;
@@ -113,10 +127,10 @@ _zephyr() {
   done
   if ((i == ${#words[@]})); then
     _zephyr_value "${words[-2]}"
-  elif [[ $cur == -*=* ]]; then
+  elif [[ $cur == -*=* && -z $ended ]]; then
     prefix=${cur%%=*}=
     _zephyr_value "${cur%%=*}"
-  elif [[ $cur == -* ]]; then
+  elif [[ $cur == -* && -z $ended ]]; then
     _zephyr_offer "$options" --help
   else
     _zephyr_operand "${words[1]}" "${operands[@]}"

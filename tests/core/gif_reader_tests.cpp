@@ -122,6 +122,10 @@ TEST(GifReader, TextsAreNormalisedAndCut) {
     }
 }
 
+TEST(GifReader, TextCutByTheEndOfTheFileKeepsWhatCame) {
+    EXPECT_EQ(TextOf(BlockAt(LoadedGif(Start().Add({0x21, 0xFE, 2, 'a', 'b', 5, 'c', 'd'})), 1)), "abcd");
+}
+
 TEST(GifReader, EmptyCommentTakesASecondTerminator) {
     for (const char* text : {"", "\n\t"}) {
         for (const Bytes& more : {Bytes{}, Bytes{0}})

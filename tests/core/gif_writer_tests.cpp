@@ -72,6 +72,23 @@ TEST_F(GifWriter, TextLengths) {
     }
 }
 
+TEST_F(GifWriter, WhatStandsBehindATextMayBeLost) {
+    const std::tuple<uint16_t, size_t, const char*> cases[] = {
+        {kCommentBlock, 0, "1636"}, {kCommentBlock, 254, "1636"},   {kCommentBlock, 255, "16"},
+        {kPlainTextBlock, 0, "14"}, {kPlainTextBlock, 256, "1436"}, {kPlainTextBlock, 510, "14"},
+    };
+    for (const auto& [kind, length, kinds] : cases) {
+        SCOPED_TRACE(testing::Message() << kind << ", " << length);
+        std::string text(length, 'x');
+        LoadedGif document(Start());
+        Append(&document, MakeText(kind, text));
+        Append(&document, OfKind(kControlBlock));
+        LoadedGif again(Saved(document));
+        EXPECT_EQ(KindsOf(again), kinds);
+        EXPECT_EQ(TextOf(BlockAt(again, 1)), text);
+    }
+}
+
 TEST_F(GifWriter, IdentityCommentStandsOnce) {
     Bytes once = Saved(LoadedGif(EveryKind("GIF89a")));
     LoadedGif again(once);
