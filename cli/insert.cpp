@@ -28,7 +28,7 @@ struct PaletteOption {
 };
 
 constexpr PaletteOption kPaletteOptions[] = {
-    {"--remap", kPaletteRemap}, {"--dither", kPaletteDither}, {"--keep", kPaletteKeep}};
+    {"--remap", kPaletteRemap}, {"--dither", kPaletteDither}, {"--keep", kPaletteKeepAsLocal}};
 
 // What the words ask for.
 struct Order {
@@ -121,8 +121,10 @@ const char kInsertHelp[] =
     "\n"
     "  --remap    show each pixel in the nearest colour of that palette\n"
     "  --dither   show it in mixtures of those colours\n"
-    "  --keep     take its pixels as they are, to be shown in the colours of the\n"
-    "             global palette\n"
+    "  --keep     keep its colours, as a local palette\n"
+    "\n"
+    "In a document without a global palette every inserted image gets a local one;\n"
+    "there --keep is what you want, as there is nothing to remap or dither to.\n"
     "\n"
     "When one of several images can't be inserted, nothing is written.\n"
     "\n"

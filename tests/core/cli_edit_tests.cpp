@@ -163,8 +163,19 @@ TEST_F(CliEdit, ColoursAreFittedAsTheOptionsSay) {
         LoadedGif list = Edit("insert", {"--kind", "image", "--at", "0", option, Path("large.gif")});
         EXPECT_TRUE(SameBitmap(BlockAt(list, 1).data, fitted.Get())) << option;
     }
-    LoadedGif list = Edit("insert", {"--kind", "image", "--at", "0", "--keep", Path("large.gif")});
-    EXPECT_EQ(PixelsOf(BlockAt(list, 1)), PixelsOf(BlockAt(large, 1)));
+    for (int packed : {0x87, 7}) {  // with a global palette, and without
+        MakeDocument(packed);
+        LoadedGif list = Edit("insert", {"--kind", "image", "--at", "0", "--keep", Path("large.gif")});
+        EXPECT_EQ(list.result, kReadDone) << packed;
+        EXPECT_TRUE(SameBitmap(BlockAt(list, 1).data, own)) << "its pixels in its colours";
+        EXPECT_EQ(GetImageFields(BlockAt(list, 1)).packed, 0x87);
+    }
+    LoadedGif black = Edit("insert", {"--kind", "image", "--at", "0", "--remap", Path("large.gif")});
+    EXPECT_EQ(black.result, kReadDone) << "a file that can be read";
+    MakeDocument(0x87);
+    WriteAll(Path("same.gif"), GifBytes().Header("GIF89a", 2, 2, 0x87).SmallImage().Add({0x3B}));
+    LoadedGif same = Edit("insert", {"--kind", "image", "--at", "0", "--keep", Path("same.gif")});
+    EXPECT_EQ(GetImageFields(BlockAt(same, 1)).packed, 7) << "the colours are the global ones";
 
     StandardPalette(palette, &depth, kPaletteWeb);
     for (auto [file, image, option, convert] : {std::tuple{"large.gif", own, "--", &RemapImage},
