@@ -1,4 +1,5 @@
 // zephyr list, save and extract, and what all commands have in common: wrong words, failures and help.
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 
@@ -32,7 +33,7 @@ protected:
 TEST_F(Cli, ListPrintsLinesOrJson) {
     CliRun lines = RunCli({"list", good_}), json = RunCli({"list", "--json", good_});
     EXPECT_EQ(lines.out,
-              "HEADER GIF87a Screen (9 x 9)\nCOMMENT \"caf\xC3\xA9\"\\\x7F\nIMAGE \xE2\x82\xAC 2 x 2, 4 colours\n"
+              "HEADER GIF87a Screen (9 x 9)\nCOMMENT \"caf\xC3\xA9\"\\\\x7f\nIMAGE \xE2\x82\xAC 2 x 2, 4 colours\n"
               "BLOCK NAMES\n");
     EXPECT_EQ(lines.err + json.err, "");
     const std::string expected =
@@ -41,7 +42,7 @@ TEST_F(Cli, ListPrintsLinesOrJson) {
         R"("descriptor": "4749463837610900090081000000000000", "dataLength": 0, "palette": "000000010203020406030609)" +
         std::string(1512, '0') +
         "\"}, {\"position\": 1, \"kind\": 6, \"kindName\": \"COMMENT\", \"line\": \"COMMENT "
-        "\\\"caf\xC3\xA9\\\"\\\\\x7F\","
+        "\\\"caf\xC3\xA9\\\"\\\\\\u007f\","
         R"( "descriptor": "0000000000000000000000000000000000", "dataLength": 8, "data": "22636166e9225c7f"}, )"
         R"({"position": 2, "kind": 2, "kindName": "IMAGE", "line": "IMAGE € 2 x 2, 4 colours", )"
         R"("descriptor": "0000000002000200010000000000000000", "dataLength": 0, "name": "€", )"
@@ -50,6 +51,55 @@ TEST_F(Cli, ListPrintsLinesOrJson) {
         R"("data": "01000200020002002e2e2e2e2e2e2e2e8000"}]})"
         "\n";
     EXPECT_EQ(json.out, expected);
+}
+
+TEST_F(Cli, ListedLinesAreSafeToPrintAndLoseNothing) {
+    // What a file may hold in a text, how the line shows it, and how JSON does. The first 0xFE of a line is ours.
+    const std::tuple<std::string, std::string, std::string> cases[] = {
+        {"a\x1B[2J\n", "a [2J ", "a [2J "},  // texts have blanks for control characters of the first 32
+        {"b\x7F\x81\x8D\x8F\x90\x9D", "b\\x7f\\x81\\x8d\\x8f\\x90\\x9d", "b\\u007f\\u0081\\u008d\\u008f\\u0090\\u009d"},
+        {"\xFE\xFE!\xC2\x80", "\xC3\xBE\xC3\xBE!\xC3\x82\xE2\x82\xAC", "\xC3\xBE\xC3\xBE!\xC3\x82\xE2\x82\xAC"},
+        {"\\x1b", "\\x1b", "\\\\x1b"},
+    };
+    const std::string file = folder_.Path("odd.gif");
+    for (const auto& [text, line, json] : cases) {
+        GifBytes bytes = GifBytes().Header("GIF\x1B\xFE\n", 1, 1, 0);
+        bytes.Extension(0x01, std::string("\x0C\0\0\0\0\0\0\0\0\0\0\0\0", 13), text).SmallImage(0x81);
+        bytes.Extension(0xFF, "\x0BKELMORnb1.0", {"\1\0\4\0\2\0\2\0........\x1B\n\xFE\0", 20});
+        WriteAll(file, bytes.Extension(0xFF, "\x0BXM\x1B\x07\x9D\xFE\xFE\xFEXMP", "").Add({0x3B}));
+        const std::string lines = RunCli({"list", file}).out, listed = RunCli({"list", "--json", file}).out;
+        EXPECT_EQ(lines, "HEADER GIF\\x1b\xC3\xBE\\x0a Screen (1 x 1)\nPLAIN TEXT " + line +
+                             "\nIMAGE \\x1b\\x0a\xC3\xBE 2 x 2, 4 colours\nBLOCK NAMES\n"
+                             "APPLICATION-DEFINED (Type: XM\\x1b\\x07\\x9d\xC3\xBE\xC3\xBE\xC3\xBE)\n");
+        EXPECT_NE(listed.find("\"PLAIN TEXT " + json + "\""), std::string::npos) << listed;
+        EXPECT_NE(listed.find("\"name\": \"\\u001b\\u000a\xC3\xBE\""), std::string::npos) << listed;
+        const std::string printed = lines + listed;
+        EXPECT_TRUE(std::none_of(printed.begin(), printed.end(),
+                                 [](char c) { return c == 127 || (c != '\n' && c >= 0 && c < 32); }));
+    }
+    EXPECT_EQ(RunCli({"list", "no\x1B[2J\xC2\x9B\n"}).err,
+              "zephyr: no\\x1b[2J\\x9b\\x0a: can't be opened: there is no such file\n");
+    EXPECT_EQ(RunCli({"list", "--\x1B"}).err, "zephyr list: unknown option --\\x1b (see zephyr list --help)\n");
+}
+
+TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {
+    const std::string file = folder_.Path("many.gif");
+    GifBytes bytes = GifBytes().Text("GIF89a").Word(1).Word(1).Add({0x80, 0, 0}).Repeat(0, 6).SmallImage(0x82);
+    bytes.SmallImage();
+    for (int i = 3; i <= 65536; ++i) bytes.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});
+    WriteAll(file, bytes.Add({0x3B}));
+    const std::string json = RunCli({"list", "--json", file}).out;
+    auto blockAt = [&](const std::string& number) {
+        const size_t at = json.find("{\"position\": " + number + ",");
+        return at == std::string::npos ? "" : json.substr(at, json.find("{\"position\"", at + 1) - at);
+    };
+    const std::string black = "\"palette\": \"" + std::string(1536, '0') + "\"";
+    EXPECT_NE(blockAt("0").find(black), std::string::npos) << "all black, and still there";
+    EXPECT_NE(blockAt("1").find("\"palette\": \"000000010203"), std::string::npos);
+    EXPECT_EQ(blockAt("2").find("palette"), std::string::npos);
+    EXPECT_NE(blockAt("65536").find("CONTROL"), std::string::npos) << "a number of more than 16 bits";
+    WriteAll(file, GifBytes().Header("GIF89a", 1, 1, 0).Add({0x3B}));
+    EXPECT_EQ(RunCli({"list", "--json", file}).out.find("palette"), std::string::npos);
 }
 
 TEST_F(Cli, ListTellsHowLoadsEnd) {
