@@ -77,9 +77,10 @@ void PrintLines(const BlockList& list) {
     });
 }
 
-void PrintJson(const BlockList& list, ReadResult result) {
-    printf("{\"result\": %d, \"blocks\": [", static_cast<int>(result));
-    ForEachBlock(list, [](const Block& block, uint32_t index) {
+void PrintJson(const Document& document) {
+    printf("{\"result\": %d, \"complete\": %s, \"ended\": %s, \"blocks\": [", static_cast<int>(document.result),
+           document.report.reachedTrailer ? "true" : "false", JsonText(WhereLoadEnded(document)).c_str());
+    ForEachBlock(document.list, [](const Block& block, uint32_t index) {
         printf("%s%s", index ? ", " : "", JsonOf(block, index).c_str());
         return true;
     });
@@ -89,25 +90,29 @@ void PrintJson(const BlockList& list, ReadResult result) {
 }  // namespace
 
 const char kListHelp[] =
-    "Usage: zephyr list [--json] FILE\n"
+    "Usage: zephyr list [--json] [--strict] FILE\n"
     "\n"
     "Prints one line per block of the GIF file FILE, as the editor's list shows it.\n"
     "The first line is block number 0. Control characters of the file's texts and\n"
     "names are written as \\xNN.\n"
     "With --json, prints one JSON object instead: the result of the load (1 done,\n"
-    "0 failed, 2 not a GIF file) and the blocks with their numbers, descriptor\n"
-    "bytes, texts and palettes (of headers and images that have one).\n"
+    "0 failed, 2 not a GIF file), whether it is complete (reached the trailer), where\n"
+    "it ended (trailer, end of file, application block: the data of one that is not\n"
+    "read, unknown byte, failure, not opened, no GIF file), and the blocks with their\n"
+    "numbers, descriptor bytes, texts and palettes (of headers and images that have\n"
+    "one).\n"
+    "With --strict the exit status is 1 also when the load is not complete.\n"
     "The blocks read before a failure are printed too.\n";
 
 int RunList(const Words& words) {
-    Options options(words, {"--json"}, {});
+    Options options(words, {"--json", "--strict"}, {});
     if (!options.Error().empty()) return WrongUsage("list", options.Error());
     if (options.Operands().size() != 1) return WrongUsage("list", "give one FILE");
     Document document;
-    ReadResult result = document.Open(options.Operands()[0]);
+    bool done = document.Open(options.Operands()[0], options);
     if (options.Has("--json"))
-        PrintJson(document.list, result);
+        PrintJson(document);
     else
         PrintLines(document.list);
-    return FlushOutput() && result == kReadDone ? kExitDone : kExitFailed;
+    return FlushOutput() && done ? kExitDone : kExitFailed;
 }

@@ -69,3 +69,7 @@ std::string Windows1252FromUtf8(std::string_view text) {
     while (!text.empty()) narrow += Byte1252(TakeUtf8(&text));
     return narrow;
 }
+
+bool FitsWindows1252(std::string_view text) {
+    return Utf8FromWindows1252(Windows1252FromUtf8(text)) == text;
+}

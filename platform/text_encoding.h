@@ -9,3 +9,6 @@ std::string Utf8FromWindows1252(std::string_view text);
 
 // Characters without a place in Windows-1252, and bytes that are no UTF-8, become "?".
 std::string Windows1252FromUtf8(std::string_view text);
+
+// Whether `text` is UTF-8 of nothing but characters that Windows-1252 has.
+bool FitsWindows1252(std::string_view text);

@@ -42,8 +42,9 @@ protected:
     }
 
     // The command must fail with this in its line, and write nothing.
-    void Refuse(const std::string& command, const Words& behindOut, const std::string& message) const {
-        const std::string told = Run(command, behindOut, kExitFailed).err;
+    void Refuse(const std::string& command, const Words& behindOut, const std::string& message,
+                int status = kExitFailed) const {
+        const std::string told = Run(command, behindOut, status).err;
         EXPECT_NE(told.find(message), std::string::npos) << told;
         EXPECT_FALSE(FileExists(Path("out.gif")));
     }
@@ -99,18 +100,25 @@ TEST_F(CliEdit, WhatIsRefused) {
     corrupt[kFirstCode] = corrupt[kFirstCode + 1] = 0xFF;  // stands for nothing
     WriteAll(Path("corrupt.gif"), corrupt);
     const std::string tooLong = std::string(kMaxTextBytes, 'x') + "\n", numbered = "they are numbered 0 to 5\n";
+    const std::pair<Words, std::string> wrongValues[] = {
+        {{"0", "width=65536"}, "zephyr set: width wants a whole number of 0 to 65535 (see"},
+        {{"0", "sorted=maybe"}, "zephyr set: sorted wants yes or no (see"},
+        {{"0", "colour:abc=#000000"}, "colour:abc wants a whole number of 0 to 255 behind its colon (see"},
+        {{"0", "colour:1=#-12345"}, "a colour like #ff8000 (see"},
+        {{"0", "colour:1=#12345"}, "a colour like #ff8000 (see"},
+        {{"0", "colour:1=1234567"}, "a colour like #ff8000 (see"},
+        {{"2", "delay=1 "}, "delay wants a whole number of 0 to 65535 (see"},
+        {{"2", "delay=-1"}, "delay wants a whole number of 0 to 65535 (see"},
+        {{"2", "transparent=x"}, "transparent wants none or a whole number of 0 to 255 (see"},
+        {{"5", "iterations=99999999999"}, "iterations wants a whole number of 0 to 65535 (see"},
+        {{"2", "disposal=8"}, "nothing, leave, background, previous or a whole number of 0 to 7 (see"},
+        {{"4", "text=good", "text=" + tooLong}, "text wants at most 32767 characters (see"},
+        {{"4", "text=\xE6\x97\xA5"}, "only characters that Windows-1252 has (see"},
+    };
+    for (const auto& [words, message] : wrongValues) Refuse("set", words, message, kExitUsage);
     const std::tuple<const char*, Words, std::string> cases[] = {
-        {"set", {"0", "width=65536"}, "block 0: width wants a whole number of 0 to 65535\n"},
-        {"set", {"0", "sorted=maybe"}, "block 0: sorted wants yes or no\n"},
         {"set", {"0", "colour:256=#000000"}, "colour:256 wants a whole number of 0 to 255 behind its colon\n"},
         {"set", {"0", "colour=#000000"}, "HEADER blocks have no field colour, but width, height, background, sorted, "},
-        {"set", {"0", "colour:1=#-12345"}, "a colour like #ff8000\n"},
-        {"set", {"0", "colour:1=#12345"}, "a colour like #ff8000\n"},
-        {"set", {"0", "colour:1=1234567"}, "a colour like #ff8000\n"},
-        {"set", {"2", "delay=1 "}, "block 2: delay wants a whole number of 0 to 65535\n"},
-        {"set", {"2", "disposal=8"}, "nothing, leave, background, previous or a whole number of 0 to 7\n"},
-        {"set", {"4", "text=good", "text=" + tooLong}, "block 4: text wants at most 32767 characters\n"},
-        {"set", {"4", "text=\xE6\x97\xA5"}, "only characters that Windows-1252 has\n"},
         {"set", {"6", "delay=1"}, "no block 6; " + numbered},
         {"delete", {"1", "0"}, "The header block can't be copied or deleted.\n"},
         {"insert",

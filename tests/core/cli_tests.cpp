@@ -37,7 +37,7 @@ TEST_F(Cli, ListPrintsLinesOrJson) {
               "BLOCK NAMES\n");
     EXPECT_EQ(lines.err + json.err, "");
     const std::string expected =
-        R"-({"result": 1, "blocks": [{"position": 0, "kind": 1, "kindName": "HEADER", )-"
+        R"-({"result": 1, "complete": true, "ended": "trailer", "blocks": [{"position": 0, "kind": 1, "kindName": "HEADER", )-"
         R"-("line": "HEADER GIF87a Screen (9 x 9)", )-"
         R"("descriptor": "4749463837610900090081000000000000", "dataLength": 0, "palette": "000000010203020406030609)" +
         std::string(1512, '0') +
@@ -104,12 +104,16 @@ TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {
 
 TEST_F(Cli, ListTellsHowLoadsEnd) {
     const std::tuple<std::string, int, const char*, const char*, const char*> cases[] = {
-        {cut_, 1, "{\"result\": 0, \"blocks\": [{\"position\": 0, ", "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
-         "corrupt GIF data, or not enough memory"},
-        {text_, 1, "{\"result\": 2, \"blocks\": []}\n", "", "not a GIF file"},
-        {none_, 1, "{\"result\": 0, \"blocks\": []}\n", "", "can't be opened: there is no such file"},
-        {folder_.Path(""), 1, "{\"result\": 0, \"blocks\": []}\n", "", "can't be opened: it is a folder"},
-        {open_, 0, "{\"result\": 1, \"blocks\": [{", "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
+        {cut_, 1, "{\"result\": 0, \"complete\": false, \"ended\": \"failure\", \"blocks\": [{\"position\": 0, ",
+         "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n", "corrupt GIF data, or not enough memory"},
+        {text_, 1, "{\"result\": 2, \"complete\": false, \"ended\": \"no GIF file\", \"blocks\": []}\n", "",
+         "not a GIF file"},
+        {none_, 1, "{\"result\": 0, \"complete\": false, \"ended\": \"not opened\", \"blocks\": []}\n", "",
+         "can't be opened: there is no such file"},
+        {folder_.Path(""), 1, "{\"result\": 0, \"complete\": false, \"ended\": \"not opened\", \"blocks\": []}\n", "",
+         "can't be opened: it is a folder"},
+        {open_, 0, "{\"result\": 1, \"complete\": false, \"ended\": \"end of file\", \"blocks\": [{",
+         "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
          "note: loading ended before the trailer; blocks behind that point are not in the document"},
     };
     for (const auto& [file, status, json, lines, error] : cases) {
@@ -124,18 +128,63 @@ TEST_F(Cli, ListTellsHowLoadsEnd) {
     }
 }
 
+TEST_F(Cli, StrictRefusesWhatIsNotWhole) {
+    GifBytes start = GifBytes().Header("GIF89a", 2, 2, 0x81).SmallImage();
+    const std::tuple<std::string, Bytes, std::string> files[] = {
+        {folder_.Path("whole"), GifBytes(start).Add({0x3B}), ""},
+        {folder_.Path("end"), start, "end of file"},
+        {folder_.Path("byte"), GifBytes(start).Add({0, 0x3B}), "unknown byte"},
+        {folder_.Path("data"), GifBytes(start).Extension(0xFF, "\x0BXMP DataXMP", std::string(0x3B, 'd')).Add({0x3B}),
+         "application block"},
+    };
+    for (const auto& [file, content, end] : files) {
+        WriteAll(file, content);
+        const std::string json = RunCli({"list", "--json", file}).out, isComplete = end.empty() ? "true" : "false";
+        const std::string ended = end.empty() ? "trailer" : end;
+        EXPECT_NE(json.find("\"complete\": " + isComplete + ", \"ended\": \"" + ended + "\", "), std::string::npos)
+            << json;
+        const Words commands[] = {{"list", file},
+                                  {"save", file, out_},
+                                  {"extract", file, "1", out_},
+                                  {"remap", file, "1", out_, "--palette=6"},
+                                  {"insert", file, out_, "--at=0", "--kind=comment"},
+                                  {"delete", file, out_, "1"},
+                                  {"set", file, out_, "1", "left=0"}};
+        for (Words words : commands) {
+            SCOPED_TRACE(words[0] + " " + file);
+            EXPECT_EQ(RunCli(words).status, kExitDone);
+            WriteAll(out_, {1, 2, 3});
+            words.emplace_back("--strict");
+            CliRun run = RunCli(words);
+            EXPECT_EQ(run.status, end.empty() ? kExitDone : kExitFailed);
+            EXPECT_EQ(run.out.empty(), words[0] != "list");
+            EXPECT_EQ(ReadAll(out_) == Bytes({1, 2, 3}), !end.empty() || words[0] == "list");
+            EXPECT_EQ(run.err, end.empty() ? ""
+                                           : "zephyr: " + file + ": loading ended before the trailer (" + end +
+                                                 "), which --strict does not allow\n");
+        }
+    }
+}
+
 TEST_F(Cli, SaveFitsTheScreenAndSignsTheFile) {
     GifBytes document = GifBytes().Header("GIF89a", 2, 2, 0x81).Comment("\"caf\xE9\"\\\x7F").SmallImage(1);
-    auto signedBy = [&](const char* names) {
-        return GifBytes(document)
-            .Comment(std::string("FILE IDENTITY\r\nCreated or modified by\r\n") + names)
-            .Add({0x3B});
+    auto signedBy = [&](const std::string& names) {
+        return GifBytes(document).Comment("FILE IDENTITY\r\nCreated or modified by\r\n" + names).Add({0x3B});
     };
+    Identity system;  // empty where there is no registry
+    GetUserIdentity(&system);
     EXPECT_EQ(RunCli({"save", good_, out_}).status, 0);
+    EXPECT_EQ(ReadAll(out_), signedBy(std::string(system.owner) + "\r\n" + system.organisation));
+    EXPECT_EQ(RunCli({"save", good_, out_, "--owner", "", "--organisation="}).status, 0);
     EXPECT_EQ(ReadAll(out_), signedBy("\r\n"));
+    const std::string longest(kIdentityBytes - 1, 'n');
+    EXPECT_EQ(RunCli({"save", good_, out_, "--owner=" + longest, "--organisation=" + longest}).status, 0);
+    EXPECT_EQ(ReadAll(out_), signedBy(longest + "\r\n" + longest));
     CliRun named = RunCli({"save", "--owner=Zo\xC3\xA9", good_, "--organisation", "K", out_});
     EXPECT_EQ(named.out + named.err, "");
     EXPECT_EQ(ReadAll(out_), signedBy("Zo\xE9\r\nK"));
+    EXPECT_EQ(RunCli({"save", "--owner=Z", good_, out_}).status, 0);
+    EXPECT_EQ(ReadAll(out_), signedBy(std::string("Z\r\n") + system.organisation)) << "each name for itself";
 }
 
 TEST_F(Cli, ExtractWritesABmpFile) {
@@ -155,8 +204,10 @@ TEST_F(Cli, FailuresKeepAnExistingOutput) {
         {{"save", good_, nowhere}, nowhere + ": can't be written: there is no such folder"},
         {{"extract", good_, "1", out_}, good_ + ": block 1 is not an image"},
         {{"extract", good_, "4", out_}, good_ + ": no block 4" + noBlock},
-        {{"extract", good_, "2x", out_}, good_ + ": no block 2x" + noBlock},
-        {{"extract", good_, "99999999999999999999", out_}, good_ + ": no block 99999999999999999999" + noBlock},
+        {{"remap", good_, "4294967295", out_, "--palette=6"}, good_ + ": no block 4294967295" + noBlock},
+        {{"set", good_, out_, "4", "delay=1"}, good_ + ": no block 4" + noBlock},
+        {{"delete", good_, out_, "0", "4"}, good_ + ": no block 4" + noBlock},
+        {{"insert", good_, out_, "--at=4", "--kind=control"}, good_ + ": no block 4" + noBlock},
         {{"extract", good_, "2", place}, place + ": can't be written: it is a folder"},
     };
     for (const auto& [words, error] : cases) {
@@ -170,6 +221,7 @@ TEST_F(Cli, FailuresKeepAnExistingOutput) {
 }
 
 TEST_F(Cli, WrongWordsAreToldBeforeAnythingIsRead) {
+    const std::string tooLong(260, 'n');
     const std::pair<Words, const char*> cases[] = {
         {{}, "give a command"},
         {{"paint"}, "unknown command paint"},
@@ -184,6 +236,19 @@ TEST_F(Cli, WrongWordsAreToldBeforeAnythingIsRead) {
          "give one of --remap, --dither and --keep"},
         {{"set", "a", "b", "0"}, "give IN, OUT, INDEX and at least one FIELD=VALUE"},
         {{"set", "a", "b", "0", "width=1", "=1"}, "give FIELD=VALUE, not =1"},
+        {{"extract", "a", "abc", "b"}, "give the number of a block, not abc"},
+        {{"extract", "a", "-1", "b"}, "unknown option -1"},
+        {{"extract", "a", "--", "-1", "b"}, "give the number of a block, not -1"},
+        {{"remap", "a", "99999999999", "b", "--palette=6"}, "give the number of a block, not 99999999999"},
+        {{"set", "a", "b", "2x", "width=1"}, "give the number of a block, not 2x"},
+        {{"delete", "a", "b", "1", ""}, "give the number of a block, not "},
+        {{"insert", "a", "b", "--kind=loop", "--at", "-1"}, "give the number of a block, not -1"},
+        {{"save", "a", "b", "--owner=\xE6\x97\xA5"}, "--owner takes only characters that Windows-1252 has"},
+        {{"set", "a", "b", "0", "width=1", "--owner", "\xFF"}, "--owner takes only characters that Windows-1252 has"},
+        {{"delete", "a", "b", "1", "--organisation=\xC4\x80"},
+         "--organisation takes only characters that Windows-1252 has"},
+        {{"insert", "a", "b", "--kind=loop", "--owner", tooLong}, "--owner takes at most 259 characters"},
+        {{"build", "-o", "x", "a", "b", "--owner", tooLong}, "--owner takes at most 259 characters"},
         {{"build", "-o", "x", "a"}, "give at least two files"},
         {{"build", "-o", "x", "--match", "best", "a", "b"}, "--match takes super, first, photo, drawn or sixteen"},
         {{"build", "-o", "x", "--delay", "65536", "a", "b"}, "--delay takes a number from 0 to 65535"},
