@@ -1,4 +1,6 @@
 // zephyr set: changing the fields of one block.
+#include <algorithm>
+
 #include "cli/block_fields.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
@@ -7,6 +9,7 @@
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
+#include "gif/descriptor.h"
 
 namespace {
 
@@ -39,6 +42,24 @@ int SetFields(const BlockList& list, uint32_t index, const std::string& path,
         return kExitFailed;
     }
     return kExitDone;
+}
+
+// Tells when the screen was set to something else than what the images need.
+void WarnOfScreen(const BlockList& saved, const Block& asked, uint32_t index,
+                  const std::vector<Assignment>& assignments, const std::string& path) {
+    Block header;
+    if (index != 0 || !GetBlock(saved, &header, 0)) return;
+    HeaderFields wanted = GetHeaderFields(asked);
+    HeaderFields kept = GetHeaderFields(header);
+    auto warn = [&](const char* field, uint16_t wish, uint16_t fact) {
+        bool isAsked = std::any_of(assignments.begin(), assignments.end(),
+                                   [field](const Assignment& given) { return given.field == field; });
+        if (isAsked && wish != fact)
+            Complain(path, std::string("warning: ") + field + " became " + std::to_string(fact) + ", not " +
+                               std::to_string(wish) + ": saving fits the screen to the images");
+    };
+    warn("width", wanted.screenWidth, kept.screenWidth);
+    warn("height", wanted.screenHeight, kept.screenHeight);
 }
 
 }  // namespace
@@ -88,5 +109,9 @@ int RunSet(const Words& words) {
     if (!document.Open(operands[0], options)) return kExitFailed;
     int status = SetFields(document.list, index, operands[0], assignments);
     if (status != kExitDone) return status;
-    return SaveDocument(&document.list, operands[1], options);
+    Block asked = {};
+    GetBlock(document.list, &asked, 0);
+    status = SaveDocument(&document.list, operands[1], options);
+    if (status == kExitDone) WarnOfScreen(document.list, asked, index, assignments, operands[1]);
+    return status;
 }

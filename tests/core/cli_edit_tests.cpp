@@ -9,7 +9,13 @@
 #include "tests/support/random_images.h"
 #include "tests/support/test_blocks.h"
 
+using namespace std::string_literals;
+
 namespace {
+
+// Ends of warnings.
+constexpr char kRows[] = "an interlaced image of 2 to 4 rows loses rows";
+constexpr char kFits[] = ": saving fits the screen to the images";
 
 constexpr char kAllKinds[] = "1234676";  // of the document; the last one is the identity comment that saving adds
 
@@ -35,9 +41,12 @@ protected:
         return run;
     }
 
-    // The command must be done without a word; returns its result, read back.
-    LoadedGif Edit(const std::string& command, const Words& behindOut) const {
-        EXPECT_EQ(Run(command, behindOut, kExitDone).err, "");
+    // The command must be done with no word but these warnings about its result; returns that, read back.
+    LoadedGif Edit(const std::string& command, const Words& behindOut, const Words& warnings = {}) const {
+        std::string expected;
+        for (const std::string& warning : warnings)
+            expected += "zephyr: " + Path("out.gif") + ": warning: " + warning + "\n";
+        EXPECT_EQ(Run(command, behindOut, kExitDone).err, expected);
         return LoadedGif(ReadAll(Path("out.gif")));
     }
 
@@ -65,10 +74,14 @@ TEST_F(CliEdit, SetChangesTheFieldsThatItNames) {
         Words words;
         Bytes descriptor;
         std::string text = "(none)";
+        Words warnings = {};
     } cases[] = {
         // The screen is 2 x 2 as the image fills it.
-        {{"0", "width=99", "background=7", "sorted=yes"}, {'G', 'I', 'F', '8', '9', 'a', 2, 0, 2, 0, 0xC7, 7}},
-        {{"1", "left=258", "top=3", "interlaced=1"}, {2, 1, 3, 0, 2, 0, 2, 0, 0xC7}},
+        {{"0", "width=99", "background=7", "sorted=yes"},
+         {'G', 'I', 'F', '8', '9', 'a', 2, 0, 2, 0, 0xC7, 7},
+         "(none)",
+         {"width became 2, not 99"s + kFits}},
+        {{"1", "left=258", "top=3", "interlaced=1"}, {2, 1, 3, 0, 2, 0, 2, 0, 0xC7}, "(none)", {"block 1: "s + kRows}},
         {{"2", "delay=65535", "disposal=previous", "transparent=9", "input=yes"}, {4, 0x0F, 0xFF, 0xFF, 9, 0}},
         {{"2", "disposal=7", "disposal=background", "transparent=9", "transparent=none"}, {4, 8, 1, 0, 9, 0}},
         {{"3", "left=1", "top=2", "grid-width=3", "grid-height=300", "cell-width=5", "cell-height=6", "foreground=7",
@@ -82,7 +95,7 @@ TEST_F(CliEdit, SetChangesTheFieldsThatItNames) {
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.words[0] + " " + c.words[1].substr(0, 20));
-        LoadedGif list = Edit("set", c.words);
+        LoadedGif list = Edit("set", c.words, c.warnings);
         EXPECT_EQ(KindsOf(list), kAllKinds);
         Block block = BlockAt(list, static_cast<uint32_t>(c.words[0][0] - '0'));
         EXPECT_EQ(Bytes(block.descriptor, block.descriptor + c.descriptor.size()), c.descriptor);
@@ -92,6 +105,36 @@ TEST_F(CliEdit, SetChangesTheFieldsThatItNames) {
     EXPECT_TRUE(header.palette[0] == (RgbTriple{1, 2, 255}) && header.palette[255] == (RgbTriple{255, 255, 255}));
     EXPECT_EQ(header.palette[1], (RgbTriple{1, 2, 3}));
     EXPECT_EQ(KindsOf(Edit("set", {"3", "text="})), "123676") << "a block with an empty text is left out";
+}
+
+TEST_F(CliEdit, WhatWillNotBeReadBackIsWarnedOf) {
+    const std::string text =
+        "a text whose length 255 divides ends the document when it is read; blocks behind it are lost";
+    const std::string edge = "an image that reaches beyond 65535 pixels is refused by other programs";
+    const std::tuple<Words, Words> cases[] = {
+        {{"4", "text=" + std::string(255, 'x')}, {"block 4: " + text}},
+        {{"3", "text=" + std::string(510, 'x')}, {"block 3: " + text}},
+        {{"4", "text=" + std::string(254, 'x')}, {}},
+        {{"4", "text="}, {}},
+        {{"1", "left=65533"}, {}},
+        {{"1", "left=65534"}, {"block 1: " + edge}},
+        {{"1", "top=65535", "interlaced=yes"}, {"block 1: " + edge, "block 1: "s + kRows}},
+        {{"0", "width=99", "height=2", "background=1"}, {"width became 2, not 99"s + kFits}},
+        {{"0", "height=0"}, {"height became 2, not 0"s + kFits}},
+        {{"0", "background=1"}, {}},
+    };
+    for (const auto& [words, warnings] : cases) Edit("set", words, warnings);
+
+    auto save = [&](const GifBytes& document) { WriteAll(Path("in.gif"), GifBytes(document).Add({0x3B})); };
+    GifBytes images = GifBytes().Header("GIF89a", 9, 9, 0x81);
+    for (int height = 1; height <= 5; ++height) images.ImageHead(2, height, 0x40).Add({2, 1, 0x2C, 0});
+    save(images);
+    Edit("save", {}, {"block 2 and 2 more: "s + kRows});
+    const std::string long255(255, 'x');
+    save(GifBytes().Header("GIF89a", 9, 9, 0).Comment("").Comment(long255).Extension(0x01, std::string(13, 'f'), ""));
+    Edit("save", {}, {"block 2 and 1 more: " + text});
+    save(GifBytes().Header("GIF89a", 9, 9, 0));
+    Edit("set", {"0", "width=99"}, {});
 }
 
 TEST_F(CliEdit, WhatIsRefused) {
