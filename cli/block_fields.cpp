@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <climits>
 #include <limits>
 
 #include "cli/options.h"
@@ -11,81 +12,87 @@
 
 namespace {
 
-// All setters: `item` is what stands behind the colon of the field's name. They return what the value should have
-// been, or an empty text when it was set.
-using Setter = std::string (*)(Block* block, const std::string& item, const std::string& value);
+// What a value should have been; nothing when it was set.
+struct Wanted {
+    std::string what;
+    bool ofDocument = false;  // not the value was wrong, but the document can't take it
+};
+
+// All setters: `item` is what stands behind the colon of the field's name.
+using Setter = Wanted (*)(Block* block, const std::string& item, const std::string& value);
 
 std::string NumberUpTo(unsigned most) {
     return "a whole number of 0 to " + std::to_string(most);
 }
 
 template <auto kGet, auto kPut, auto kMember>
-std::string SetNumber(Block* block, const std::string&, const std::string& value) {
+Wanted SetNumber(Block* block, const std::string&, const std::string& value) {
     auto fields = kGet(*block);
     using Number = std::remove_reference_t<decltype(fields.*kMember)>;
     constexpr unsigned kMost = std::numeric_limits<Number>::max();
     unsigned number;
-    if (!ParseNumber(value, kMost, &number)) return NumberUpTo(kMost);
+    if (!ParseNumber(value, kMost, &number)) return {NumberUpTo(kMost)};
     fields.*kMember = static_cast<Number>(number);
     kPut(block, fields);
-    return "";
+    return {};
 }
 
 template <auto kGet, auto kPut, uint8_t kFlag>
-std::string SetFlag(Block* block, const std::string&, const std::string& value) {
+Wanted SetFlag(Block* block, const std::string&, const std::string& value) {
     bool on = value == "yes" || value == "1";
-    if (!on && value != "no" && value != "0") return "yes or no";
+    if (!on && value != "no" && value != "0") return {"yes or no"};
     auto fields = kGet(*block);
     fields.packed = static_cast<uint8_t>((fields.packed & ~kFlag) | (on ? kFlag : 0));
     kPut(block, fields);
-    return "";
+    return {};
 }
 
-std::string SetColour(Block* block, const std::string& item, const std::string& value) {
+Wanted SetColour(Block* block, const std::string& item, const std::string& value) {
     uint8_t packed = GetHeaderFields(*block).packed;
-    if (!(packed & kHasPalette)) return "a global palette, which this file lacks";
+    if (!(packed & kHasPalette)) return {"a global palette, which this file lacks", true};
     auto last = static_cast<unsigned>(ColoursOfPacked(packed) - 1);
     unsigned entry = 0;
     unsigned colour = 0;
-    if (!ParseNumber(item, last, &entry)) return NumberUpTo(last) + " behind its colon";
+    bool isNumber = ParseNumber(item, UINT_MAX, &entry);
+    if (!isNumber || entry > last) return {NumberUpTo(last) + " behind its colon", isNumber};
     const char* end = value.data() + value.size();
     if (value.size() != 7 || value[0] != '#' || std::from_chars(value.data() + 1, end, colour, 16).ptr != end)
-        return "a colour like #ff8000";
+        return {"a colour like #ff8000"};
     block->palette[entry] = {static_cast<uint8_t>(colour >> 16), static_cast<uint8_t>(colour >> 8),
                              static_cast<uint8_t>(colour)};
-    return "";
+    return {};
 }
 
-std::string SetDisposal(Block* block, const std::string&, const std::string& value) {
+Wanted SetDisposal(Block* block, const std::string&, const std::string& value) {
     constexpr const char* kNames[] = {"nothing", "leave", "background", "previous"};
     const auto* name = std::find(std::begin(kNames), std::end(kNames), value);
     auto disposal = static_cast<unsigned>(name - kNames);
     if (name == std::end(kNames) && !ParseNumber(value, kControlDisposal >> kControlDisposalShift, &disposal))
-        return "nothing, leave, background, previous or a whole number of 0 to 7";
+        return {"nothing, leave, background, previous or a whole number of 0 to 7"};
     ControlFields fields = GetControlFields(*block);
     fields.packed =
         static_cast<uint8_t>((fields.packed & ~unsigned{kControlDisposal}) | disposal << kControlDisposalShift);
     PutControlFields(block, fields);
-    return "";
+    return {};
 }
 
 // Without a transparent colour the index stays as it was, as in the editor.
-std::string SetTransparent(Block* block, const std::string&, const std::string& value) {
+Wanted SetTransparent(Block* block, const std::string&, const std::string& value) {
     ControlFields fields = GetControlFields(*block);
     unsigned index = fields.transparentIndex;
     bool none = value == "none";
-    if (!none && !ParseNumber(value, UINT8_MAX, &index)) return "none or " + NumberUpTo(UINT8_MAX);
+    if (!none && !ParseNumber(value, UINT8_MAX, &index)) return {"none or " + NumberUpTo(UINT8_MAX)};
     fields.packed = static_cast<uint8_t>((fields.packed & ~kControlTransparent) | (none ? 0 : kControlTransparent));
     fields.transparentIndex = static_cast<uint8_t>(index);
     PutControlFields(block, fields);
-    return "";
+    return {};
 }
 
-std::string SetIterations(Block* block, const std::string&, const std::string& value) {
+Wanted SetIterations(Block* block, const std::string&, const std::string& value) {
     unsigned iterations;
-    if (!ParseNumber(value, UINT16_MAX, &iterations)) return NumberUpTo(UINT16_MAX);
+    if (!ParseNumber(value, UINT16_MAX, &iterations)) return {NumberUpTo(UINT16_MAX)};
     PutLoopIterations(block, static_cast<uint16_t>(iterations));
-    return "";
+    return {};
 }
 
 // Lines of a document's texts end in a carriage return and a line feed.
@@ -109,14 +116,13 @@ void DropText(Block* block) {
     block->dataLength = 0;
 }
 
-std::string SetText(Block* block, const std::string&, const std::string& value) {
-    std::string text = Windows1252FromUtf8(value);
-    if (Utf8FromWindows1252(text) != value) return "only characters that Windows-1252 has";
-    text = WithDocumentLineEnds(text);
-    if (text.size() > kMaxTextBytes) return "at most " + std::to_string(kMaxTextBytes) + " characters";
-    if (text.empty()) return DropText(block), "";
-    if (!SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()))) return "more memory";
-    return "";
+Wanted SetText(Block* block, const std::string&, const std::string& value) {
+    if (!FitsWindows1252(value)) return {"only characters that Windows-1252 has"};
+    std::string text = WithDocumentLineEnds(Windows1252FromUtf8(value));
+    if (text.size() > kMaxTextBytes) return {"at most " + std::to_string(kMaxTextBytes) + " characters"};
+    if (text.empty()) return DropText(block), Wanted();
+    if (!SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()))) return {"more memory", true};
+    return {};
 }
 
 template <auto kMember>
@@ -178,10 +184,11 @@ std::string NoSuchField(uint16_t kind, const std::string& field) {
 
 }  // namespace
 
-std::string SetBlockField(Block* block, const std::string& field, const std::string& value) {
+FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value) {
     size_t nameEnd = std::min(field.find(':'), field.size() - 1) + 1;
     const Field* known = FindField(block->kind, field.substr(0, nameEnd));
-    if (!known) return NoSuchField(block->kind, field);
-    std::string wanted = known->set(block, field.substr(nameEnd), value);
-    return wanted.empty() ? "" : field + " wants " + wanted;
+    if (!known) return {NoSuchField(block->kind, field)};
+    Wanted wanted = known->set(block, field.substr(nameEnd), value);
+    if (wanted.what.empty()) return {};
+    return {field + " wants " + wanted.what, !wanted.ofDocument};
 }

@@ -5,6 +5,12 @@
 
 #include "gif/block.h"
 
-// Sets one field: `field` as in "delay" or "colour:5", `value` in UTF-8. Returns what is wrong, or an empty text.
-// A block whose text was changed has given up its old one and must go back into its list.
-std::string SetBlockField(Block* block, const std::string& field, const std::string& value);
+// Why a field was not set; an empty text when it was.
+struct FieldRefusal {
+    std::string text;
+    bool wrongWords = false;  // no block of this kind would take the value
+};
+
+// Sets one field: `field` as in "delay" or "colour:5", `value` in UTF-8. A block whose text was changed has released
+// its old one.
+FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value);

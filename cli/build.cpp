@@ -1,15 +1,18 @@
 // zephyr build: a new animation from picture files.
+#include <algorithm>
 #include <cstdio>
 
 #include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/document.h"
+#include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/terminal.h"
 #include "cli/usage.h"
 #include "editing/animation_build.h"
+#include "platform/file.h"
 #include "platform/prompts.h"
 
 namespace {
@@ -72,6 +75,14 @@ private:
     int width_ = 0;  // of what is to be wiped in the end; blanks do that on every terminal
 };
 
+// Damaged files may be skipped, but a file that the system does not give is a mistake. False, told on standard error.
+bool CanBeOpened(const std::string& path) {
+    File file;
+    if (file.OpenForReading(path.c_str())) return true;
+    Complain(path, WhyNotOpened(path));
+    return false;
+}
+
 BuildResult Build(const AnimationSettings& settings, const Words& files, bool skipCorrupted, Document* document) {
     AnswerYesNo answer(skipCorrupted ? kAnswerYes : kAnswerNo);
     ProgressLine line;
@@ -81,8 +92,10 @@ BuildResult Build(const AnimationSettings& settings, const Words& files, bool sk
 
 // Tells on standard error what went wrong or was left out. False when there is no animation to be saved.
 bool Report(const BuildResult& result, const Words& files, const std::string& out) {
-    for (size_t skipped : result.skipped)
+    for (size_t skipped : result.skipped) {
+        if (!CanBeOpened(files[skipped])) return false;
         Complain(files[skipped], "note: " + WhyNoPicture(files[skipped]) + ", left out");
+    }
     switch (result.outcome) {
         case BuildOutcome::kDone:
             if (result.skipped.size() < files.size()) return true;
@@ -122,9 +135,11 @@ const char kBuildHelp[] =
     "  --delay N            show each frame for N hundredths of a second (0 to\n"
     "                       65535, default 100)\n"
     "  --skip-corrupted     leave out files without a readable picture; otherwise\n"
-    "                       the first one ends the command\n"
+    "                       the first one ends the command, as a file that can't be\n"
+    "                       opened always does\n"
     "  --owner NAME, --organisation NAME\n"
-    "                       names for the file-identity comment; empty by default\n";
+    "                       names for the file-identity comment; by default those\n"
+    "                       that Windows is registered to, elsewhere empty\n";
 
 int RunBuild(const Words& words) {
     Options options(words, {"--web", "--loop", "--skip-corrupted"},
@@ -136,7 +151,9 @@ int RunBuild(const Words& words) {
     const Words& files = options.Operands();
     if (error.empty() && !out) error = "give the file to write with -o OUT";
     if (error.empty() && files.size() < kFewestFiles) error = "give at least two files";
+    if (error.empty()) error = WrongNames(options);
     if (!error.empty()) return WrongUsage("build", error);
+    if (!std::all_of(files.begin(), files.end(), CanBeOpened)) return kExitFailed;
 
     Document document;
     BuildResult result = Build(settings, files, options.Has("--skip-corrupted"), &document);

@@ -3,12 +3,13 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "cli/printable.h"
 #include "platform/file.h"
 
 namespace fs = std::filesystem;
 
 void Complain(const std::string& path, const std::string& what) {
-    fprintf(stderr, "zephyr: %s: %s\n", path.c_str(), what.c_str());
+    fprintf(stderr, "zephyr: %s: %s\n", Printable(path).c_str(), Printable(what).c_str());
 }
 
 std::string WhyNotOpened(const std::string& path) {

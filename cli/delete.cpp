@@ -1,10 +1,11 @@
 // zephyr delete: a document without some of its blocks.
-#include <functional>
-#include <set>
+#include <algorithm>
+#include <vector>
 
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/document.h"
+#include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
@@ -13,51 +14,52 @@
 
 namespace {
 
-// Deleted from the last to the first, so that the numbers of those still to come stay right.
-using Indexes = std::set<uint32_t, std::greater<>>;
-
-bool FindIndexes(const BlockList& list, const Words& operands, Indexes* indexes) {
-    for (size_t i = 2; i < operands.size(); ++i) {
-        Block block;
-        uint32_t index;
-        if (!FindBlock(list, operands[0], operands[i], &block, &index)) return false;
-        if (block.kind == kHeaderBlock) {
-            Complain(operands[0], LoadStr(IDS_HEADER_FIXED));
-            return false;
-        }
-        indexes->insert(index);
-    }
-    return true;
+// The numbers behind IN and OUT, ascending and each once. Returns what is wrong with them, or an empty text.
+std::string ReadIndexes(const Words& operands, std::vector<uint32_t>* indexes) {
+    std::string error;
+    for (size_t i = 2; i < operands.size(); ++i)
+        if (!ParseIndex(operands[i], &indexes->emplace_back(), &error)) return error;
+    std::sort(indexes->begin(), indexes->end());
+    indexes->erase(std::unique(indexes->begin(), indexes->end()), indexes->end());
+    return "";
 }
 
-bool DeleteAll(BlockList* list, const Indexes& indexes) {
-    for (uint32_t index : indexes) {
-        int selection = static_cast<int>(index);
-        if (!DeleteBlock(nullptr, list, &selection)) return false;
+bool Delete(BlockList* list, const std::vector<uint32_t>& indexes, const std::string& path) {
+    Block block;
+    for (uint32_t index : {indexes.back(), indexes.front()}) {
+        if (!FindBlock(*list, path, index, &block)) return false;
+        if (block.kind == kHeaderBlock) return Complain(path, LoadStr(IDS_HEADER_FIXED)), false;
     }
-    return true;
+    if (DeleteBlocks(list, indexes)) return true;
+    Complain(path, LoadStr(IDS_BLOCK_ACCESS));
+    return false;
 }
 
 }  // namespace
 
 const char kDeleteHelp[] =
-    "Usage: zephyr delete [--owner NAME] [--organisation NAME] IN OUT INDEX...\n"
+    "Usage: zephyr delete [--strict] [--owner NAME] [--organisation NAME]\n"
+    "                     IN OUT INDEX...\n"
     "\n"
     "Loads the GIF file IN, deletes the blocks with the given numbers, fits the\n"
     "logical screen to the images and writes the result to OUT. The numbers are\n"
     "those of IN, as \"zephyr list\" counts its lines from 0; one given twice counts\n"
     "once. The header (0) stays.\n"
-    "The names go into the file-identity comment; they are empty by default.\n";
+    "The names go into the file-identity comment; by default they are those that\n"
+    "Windows is registered to, elsewhere empty.\n"
+    "With --strict it fails, and writes nothing, when the load of IN ended before its\n"
+    "trailer.\n";
 
 int RunDelete(const Words& words) {
-    Options options(words, {}, {"--owner", "--organisation"});
+    Options options(words, {"--strict"}, {"--owner", "--organisation"});
     if (!options.Error().empty()) return WrongUsage("delete", options.Error());
+    if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("delete", wrong);
     const Words& operands = options.Operands();
     if (operands.size() < 3) return WrongUsage("delete", "give IN, OUT and at least one INDEX");
+    std::vector<uint32_t> indexes;
+    if (std::string wrong = ReadIndexes(operands, &indexes); !wrong.empty()) return WrongUsage("delete", wrong);
     Document document;
-    if (document.Open(operands[0]) != kReadDone) return kExitFailed;
-    Indexes indexes;
-    if (!FindIndexes(document.list, operands, &indexes)) return kExitFailed;
-    if (!DeleteAll(&document.list, indexes)) return kExitFailed;
+    if (!document.Open(operands[0], options)) return kExitFailed;
+    if (!Delete(&document.list, indexes, operands[0])) return kExitFailed;
     return SaveDocument(&document.list, operands[1], options);
 }

@@ -3,17 +3,27 @@
 
 #include <string>
 
+#include "cli/options.h"
 #include "gif/gif_reader.h"
 
 // The blocks of one file, released at the end of the scope.
 struct Document {
     // Reads the file; what was read before a failure stays in `list`. A failure is reported on standard error, as is a
-    // file that goes on behind the point where the reader stopped.
-    ReadResult Open(const std::string& path);
+    // load that ended before the trailer, which with the option "--strict" is a failure too. Returns whether the
+    // command may go on.
+    bool Open(const std::string& path, const Options& options);
 
     OwnedBlockList list;
+    ReadResult result = kReadFailed;
+    ReadReport report = {};
+
+private:
+    void Read(const std::string& path, bool strict);
 };
 
-// Fetches the block that `text` (a decimal number) stands for, which borrows its handles from `list`, and its index.
-// False, with the reason on standard error, when there is none.
-bool FindBlock(const BlockList& list, const std::string& path, const std::string& text, Block* block, uint32_t* index);
+// Where the load of a document ended, in a few words: "trailer" when all of it was read.
+std::string WhereLoadEnded(const Document& document);
+
+// Fetches block number `index`, which borrows its handles from `list`. False, with the reason on standard error, when
+// there is none.
+bool FindBlock(const BlockList& list, const std::string& path, uint32_t index, Block* block);

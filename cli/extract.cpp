@@ -6,18 +6,22 @@
 #include "cli/usage.h"
 
 const char kExtractHelp[] =
-    "Usage: zephyr extract FILE INDEX OUT.bmp\n"
+    "Usage: zephyr extract [--strict] FILE INDEX OUT.bmp\n"
     "\n"
     "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
-    "as a BMP file.\n";
+    "as a BMP file.\n"
+    "With --strict it fails when the load of FILE ended before its trailer.\n";
 
 int RunExtract(const Words& words) {
-    Options options(words, {}, {});
+    Options options(words, {"--strict"}, {});
     if (!options.Error().empty()) return WrongUsage("extract", options.Error());
     const Words& operands = options.Operands();
     if (operands.size() != 3) return WrongUsage("extract", "give FILE, INDEX and OUT.bmp");
+    uint32_t index;
+    std::string error;
+    if (!ParseIndex(operands[1], &index, &error)) return WrongUsage("extract", error);
     Document document;
     Block image;
-    if (!OpenImageBlock(operands[0], operands[1], &document, &image)) return kExitFailed;
+    if (!OpenImageBlock(operands[0], index, options, &document, &image)) return kExitFailed;
     return WriteBmpFile(image.data, operands[2]) ? kExitDone : kExitFailed;
 }

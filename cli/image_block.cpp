@@ -2,12 +2,10 @@
 
 #include "cli/complaints.h"
 
-bool OpenImageBlock(const std::string& path, const std::string& index, Document* document, Block* image) {
-    if (document->Open(path) != kReadDone) return false;
-    uint32_t number;
-    if (!FindBlock(document->list, path, index, image, &number)) return false;
+bool OpenImageBlock(const std::string& path, uint32_t index, const Options& options, Document* document, Block* image) {
+    if (!document->Open(path, options) || !FindBlock(document->list, path, index, image)) return false;
     if (image->kind != kImageBlock) {
-        Complain(path, "block " + index + " is not an image");
+        Complain(path, "block " + std::to_string(index) + " is not an image");
         return false;
     }
     return true;

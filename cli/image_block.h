@@ -5,6 +5,6 @@
 
 #include "cli/document.h"
 
-// Opens the file and fetches its block number `index` (a decimal text), which must be an image. `image` borrows its
+// Opens the file, as `options` say, and fetches its block number `index`, which must be an image. `image` borrows its
 // handles from `document`. False, with the reason on standard error, when that fails.
-bool OpenImageBlock(const std::string& path, const std::string& index, Document* document, Block* image);
+bool OpenImageBlock(const std::string& path, uint32_t index, const Options& options, Document* document, Block* image);

@@ -2,10 +2,12 @@
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/document.h"
+#include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
 #include "editing/palette_match.h"
+#include "gif/default_blocks.h"
 #include "gif/first_image.h"
 #include "platform/prompts.h"
 #include "resources/string_ids.h"
@@ -28,13 +30,14 @@ struct PaletteOption {
 };
 
 constexpr PaletteOption kPaletteOptions[] = {
-    {"--remap", kPaletteRemap}, {"--dither", kPaletteDither}, {"--keep", kPaletteKeep}};
+    {"--remap", kPaletteRemap}, {"--dither", kPaletteDither}, {"--keep", kPaletteKeepAsLocal}};
 
 // What the words ask for.
 struct Order {
     uint16_t kind = kEmptyBlock;
     int paletteChoice = kAskForPalette;
-    Words files;  // the images
+    uint32_t place = 0;  // the block behind which the new ones come
+    Words files;         // the images
 };
 
 // Fills `order`; returns what is wrong with the words, or an empty text.
@@ -57,8 +60,11 @@ std::string ReadOrder(const Options& options, Order* order) {
     if (images && order->files.empty()) return "give at least one image FILE";
     if (!images && !order->files.empty()) return "a FILE is for --kind image only";
     if (!images && order->paletteChoice != kAskForPalette) return "--remap, --dither and --keep are for images only";
-    if (!options.Has("--at") && order->kind != kLoopBlock) return "give --at and the number of a block";
-    return "";
+    const std::string* at = options.Value("--at");
+    if (!at && order->kind != kLoopBlock) return "give --at and the number of a block";
+    std::string error = WrongNames(options);
+    if (at && error.empty()) (void)ParseIndex(*at, &order->place, &error);
+    return error;
 }
 
 // Why no image came from the file.
@@ -71,13 +77,30 @@ std::string WhyNotInserted(const std::string& path) {
     return "its colours are not the document's: give --remap, --dither or --keep";
 }
 
-bool InsertImages(BlockList* list, int place, const Words& files) {
-    for (const std::string& path : files) {
-        if (InsertBlock(nullptr, list, &place, kImageBlock, nullptr, path.c_str())) continue;
+bool OutOfMemory(const std::string& path) {
+    Complain(path, "out of memory");
+    return false;
+}
+
+// Appends the image of the file at `path` to `images`, fitted to `document`.
+bool TakeImage(BlockList* document, const std::string& path, BlockList* images) {
+    Block image;
+    if (!MakeDefaultBlock(nullptr, document, &image, kImageBlock, nullptr, path.c_str())) {
         Complain(path, WhyNotInserted(path));
         return false;
     }
-    return true;
+    if (AppendBlock(images, &image)) return true;
+    FreeBlock(&image);
+    return OutOfMemory(path);
+}
+
+// All at once, so that the blocks behind them move only once.
+bool InsertImages(BlockList* list, uint32_t place, const Words& files, const std::string& path) {
+    OwnedBlockList images;
+    if (!CreateBlockList(&images)) return OutOfMemory(path);
+    for (const std::string& file : files)
+        if (!TakeImage(list, file, &images)) return false;
+    return InsertBlocks(list, place + 1, &images) || OutOfMemory(path);
 }
 
 // Why the document can't take a block of the kind, or an empty text.
@@ -88,17 +111,19 @@ std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
     return "";
 }
 
-bool InsertOther(BlockList* list, int place, uint16_t kind, const std::string& path) {
+bool InsertOther(BlockList* list, uint32_t place, uint16_t kind, const std::string& path) {
     std::string reason = WhyNotAllowed(*list, kind);
-    if (reason.empty() && !InsertBlock(nullptr, list, &place, kind, nullptr, nullptr)) reason = "out of memory";
-    if (!reason.empty()) Complain(path, reason);
-    return reason.empty();
+    if (!reason.empty()) return Complain(path, reason), false;
+    int selection = static_cast<int>(place);
+    return InsertBlock(nullptr, list, &selection, kind, nullptr, nullptr);
 }
 
-bool Insert(BlockList* list, int place, const Order& order, const std::string& path) {
+bool Insert(BlockList* list, const Order& order, const std::string& path) {
+    Block block;
+    if (!FindBlock(*list, path, order.place, &block)) return false;
     paletteChoiceForInsert = order.paletteChoice;
-    if (order.kind == kImageBlock) return InsertImages(list, place, order.files);
-    return InsertOther(list, order.kind == kLoopBlock ? 0 : place, order.kind, path);
+    if (order.kind == kImageBlock) return InsertImages(list, order.place, order.files, path);
+    return InsertOther(list, order.kind == kLoopBlock ? 0 : order.place, order.kind, path);
 }
 
 }  // namespace
@@ -121,28 +146,29 @@ const char kInsertHelp[] =
     "\n"
     "  --remap    show each pixel in the nearest colour of that palette\n"
     "  --dither   show it in mixtures of those colours\n"
-    "  --keep     take its pixels as they are, to be shown in the colours of the\n"
-    "             global palette\n"
+    "  --keep     keep its colours, as a local palette\n"
+    "\n"
+    "In a document without a global palette every inserted image gets a local one;\n"
+    "there --keep is what you want, as there is nothing to remap or dither to.\n"
     "\n"
     "When one of several images can't be inserted, nothing is written.\n"
     "\n"
     "  --owner NAME, --organisation NAME\n"
-    "             names for the file-identity comment; empty by default\n";
+    "             names for the file-identity comment; by default those that\n"
+    "             Windows is registered to, elsewhere empty\n"
+    "  --strict   fail, and write nothing, when the load of IN ended before its\n"
+    "             trailer\n";
 
 int RunInsert(const Words& words) {
-    Options options(words, {"--remap", "--dither", "--keep"}, {"--at", "--kind", "--owner", "--organisation"});
+    Options options(words, {"--remap", "--dither", "--keep", "--strict"},
+                    {"--at", "--kind", "--owner", "--organisation"});
     if (!options.Error().empty()) return WrongUsage("insert", options.Error());
     Order order;
     std::string error = ReadOrder(options, &order);
     if (!error.empty()) return WrongUsage("insert", error);
 
     const std::string& in = options.Operands()[0];
-    const std::string* at = options.Value("--at");
     Document document;
-    if (document.Open(in) != kReadDone) return kExitFailed;
-    Block block;
-    uint32_t place = 0;
-    if (at && !FindBlock(document.list, in, *at, &block, &place)) return kExitFailed;
-    if (!Insert(&document.list, static_cast<int>(place), order, in)) return kExitFailed;
+    if (!document.Open(in, options) || !Insert(&document.list, order, in)) return kExitFailed;
     return SaveDocument(&document.list, options.Operands()[1], options);
 }

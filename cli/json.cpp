@@ -1,29 +1,33 @@
 #include "cli/json.h"
 
+#include "cli/printable.h"
+
 namespace {
 constexpr char kDigits[] = "0123456789abcdef";
 }
 
+std::string HexOf(uint8_t byte) {
+    return {kDigits[byte >> 4], kDigits[byte & 15]};
+}
+
 std::string JsonText(std::string_view text) {
     std::string json = "\"";
-    for (char c : text) {
-        auto byte = static_cast<uint8_t>(c);
-        if (c == '"' || c == '\\') {
-            json += '\\';
-            json += c;
-        } else if (byte < 32) {
-            json += "\\u00";
-            json += kDigits[byte >> 4];
-            json += kDigits[byte & 15];
+    while (!text.empty()) {
+        auto control = LeadingControl(text);
+        if (control) {
+            json += "\\u00" + HexOf(static_cast<uint8_t>(*control));
         } else {
-            json += c;
+            if (text[0] == '"' || text[0] == '\\') json += '\\';
+            json += text[0];
         }
+        text.remove_prefix(control && *control > 0x7F ? 2 : 1);
     }
     return json + '"';
 }
 
 std::string JsonHex(const uint8_t* bytes, size_t count) {
     std::string json = "\"";
+    json.reserve(2 * count + 2);
     for (size_t i = 0; i < count; ++i) {
         json += kDigits[bytes[i] >> 4];
         json += kDigits[bytes[i] & 15];

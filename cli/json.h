@@ -6,8 +6,11 @@
 #include <string>
 #include <string_view>
 
-// `text` (UTF-8) in double quotes, with what JSON wants escaped.
+// `text` (UTF-8) in double quotes, with what JSON wants escaped and all other control characters as well.
 std::string JsonText(std::string_view text);
 
 // The bytes as lower-case hexadecimal digits in double quotes.
 std::string JsonHex(const uint8_t* bytes, size_t count);
+
+// The two lower-case hexadecimal digits of a byte.
+std::string HexOf(uint8_t byte);

@@ -1,13 +1,14 @@
 // zephyr list: the blocks of a document, as lines or as JSON.
-#include <algorithm>
 #include <cstdio>
 
 #include "cli/commands.h"
 #include "cli/document.h"
 #include "cli/json.h"
 #include "cli/options.h"
+#include "cli/printable.h"
 #include "cli/usage.h"
 #include "gif/block_line.h"
+#include "gif/descriptor.h"
 #include "platform/text_encoding.h"
 
 namespace {
@@ -16,7 +17,8 @@ std::string LineOf(const Block& block) {
     char text[kBlockLineBytes];
     FormatBlockLine(text, block);
     std::string line = text;
-    line.erase(std::remove(line.begin(), line.end(), kBlockLineSeparator), line.end());
+    size_t separator = line.find(kBlockLineSeparator);  // later ones belong to the text
+    if (separator != std::string::npos) line.erase(separator, 1);
     return Utf8FromWindows1252(line);
 }
 
@@ -37,9 +39,11 @@ std::string DataField(const Block& block) {
 }
 
 std::string PaletteField(const Block& block) {
-    const auto* bytes = reinterpret_cast<const uint8_t*>(block.palette);
-    bool isEmpty = std::all_of(bytes, bytes + kPaletteBytes, [](uint8_t byte) { return byte == 0; });
-    return isEmpty ? "" : ", \"palette\": " + JsonHex(bytes, kPaletteBytes);
+    bool isHeader = block.kind == kHeaderBlock;
+    if (!isHeader && block.kind != kImageBlock) return "";
+    uint8_t packed = isHeader ? GetHeaderFields(block).packed : GetImageFields(block).packed;
+    if (!(packed & kHasPalette)) return "";
+    return ", \"palette\": " + JsonHex(reinterpret_cast<const uint8_t*>(block.palette), kPaletteBytes);
 }
 
 std::string NameField(const Block& block) {
@@ -54,8 +58,8 @@ std::string ImageField(const Block& block) {
            ", \"bitCount\": " + std::to_string(bitCount) + "}";
 }
 
-std::string JsonOf(const Block& block) {
-    std::string json = "{\"position\": " + std::to_string(block.position) + ", \"kind\": " + std::to_string(block.kind);
+std::string JsonOf(const Block& block, uint32_t index) {
+    std::string json = "{\"position\": " + std::to_string(index) + ", \"kind\": " + std::to_string(block.kind);
     json += ", \"kindName\": " + JsonText(KindNameOf(block));
     json += ", \"line\": " + JsonText(LineOf(block));
     json += ", \"descriptor\": " + JsonHex(block.descriptor, kDescriptorBytes);
@@ -68,15 +72,16 @@ std::string JsonOf(const Block& block) {
 
 void PrintLines(const BlockList& list) {
     ForEachBlock(list, [](const Block& block, uint32_t) {
-        puts(LineOf(block).c_str());
+        puts(Printable(LineOf(block)).c_str());
         return true;
     });
 }
 
-void PrintJson(const BlockList& list, ReadResult result) {
-    printf("{\"result\": %d, \"blocks\": [", static_cast<int>(result));
-    ForEachBlock(list, [](const Block& block, uint32_t index) {
-        printf("%s%s", index ? ", " : "", JsonOf(block).c_str());
+void PrintJson(const Document& document) {
+    printf("{\"result\": %d, \"complete\": %s, \"ended\": %s, \"blocks\": [", static_cast<int>(document.result),
+           document.report.reachedTrailer ? "true" : "false", JsonText(WhereLoadEnded(document)).c_str());
+    ForEachBlock(document.list, [](const Block& block, uint32_t index) {
+        printf("%s%s", index ? ", " : "", JsonOf(block, index).c_str());
         return true;
     });
     puts("]}");
@@ -85,26 +90,29 @@ void PrintJson(const BlockList& list, ReadResult result) {
 }  // namespace
 
 const char kListHelp[] =
-    "Usage: zephyr list [--json] FILE\n"
+    "Usage: zephyr list [--json] [--strict] FILE\n"
     "\n"
     "Prints one line per block of the GIF file FILE, as the editor's list shows it.\n"
-    "The first line is block number 0.\n"
+    "The first line is block number 0. Control characters of the file's texts and\n"
+    "names are written as \\xNN.\n"
     "With --json, prints one JSON object instead: the result of the load (1 done,\n"
-    "0 failed, 2 not a GIF file) and the blocks with their numbers, descriptor\n"
-    "bytes, texts and palettes.\n"
+    "0 failed, 2 not a GIF file), whether it is complete (reached the trailer), where\n"
+    "it ended (trailer, end of file, application block: the data of one that is not\n"
+    "read, unknown byte, failure, not opened, no GIF file), and the blocks with their\n"
+    "numbers, descriptor bytes, texts and palettes (of headers and images that have\n"
+    "one).\n"
+    "With --strict the exit status is 1 also when the load is not complete.\n"
     "The blocks read before a failure are printed too.\n";
 
 int RunList(const Words& words) {
-    Options options(words, {"--json"}, {});
+    Options options(words, {"--json", "--strict"}, {});
     if (!options.Error().empty()) return WrongUsage("list", options.Error());
     if (options.Operands().size() != 1) return WrongUsage("list", "give one FILE");
     Document document;
-    ReadResult result = document.Open(options.Operands()[0]);
-    // A load that failed did not get as far as numbering its blocks.
-    if (result != kReadDone) RenumberBlocks(&document.list);
+    bool done = document.Open(options.Operands()[0], options);
     if (options.Has("--json"))
-        PrintJson(document.list, result);
+        PrintJson(document);
     else
         PrintLines(document.list);
-    return FlushOutput() && result == kReadDone ? kExitDone : kExitFailed;
+    return FlushOutput() && done ? kExitDone : kExitFailed;
 }

@@ -49,6 +49,12 @@ const std::string* Options::Value(const char* option) const {
     return found == given_.rend() ? nullptr : &found->value;
 }
 
+bool ParseIndex(const std::string& text, uint32_t* index, std::string* error) {
+    if (ParseNumber(text, UINT32_MAX, index)) return true;
+    *error = "give the number of a block, not " + text;
+    return false;
+}
+
 bool ParseNumber(const std::string& text, unsigned most, unsigned* number) {
     const char* end = text.data() + text.size();
     auto [stopped, error] = std::from_chars(text.data(), end, *number);

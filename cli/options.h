@@ -1,6 +1,7 @@
 // Taking a command's words apart.
 #pragma once
 
+#include <cstdint>
 #include <initializer_list>
 #include <string>
 
@@ -28,6 +29,9 @@ private:
     Words operands_;
     std::string error_;
 };
+
+// Reads the number of a block. False, with what is wrong in `error`, when `text` is no number.
+bool ParseIndex(const std::string& text, uint32_t* index, std::string* error);
 
 // Reads a whole number of 0 to `most`, with nothing behind it. False for anything else.
 bool ParseNumber(const std::string& text, unsigned most, unsigned* number);

@@ -24,7 +24,7 @@ MemoryHandle FitToPalette(MemoryHandle image, int kind, bool dither) {
 }  // namespace
 
 const char kRemapHelp[] =
-    "Usage: zephyr remap FILE INDEX OUT.bmp --palette KIND [--dither]\n"
+    "Usage: zephyr remap [--strict] FILE INDEX OUT.bmp --palette KIND [--dither]\n"
     "\n"
     "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
     "as a BMP file in the colours of a standard palette: each pixel in the nearest\n"
@@ -36,10 +36,11 @@ const char kRemapHelp[] =
     "  4  64 colours            9  256 greys\n"
     "  1, 7                     256 colours\n"
     "\n"
-    "Pictures of two colours are never dithered.\n";
+    "Pictures of two colours are never dithered.\n"
+    "With --strict it fails when the load of FILE ended before its trailer.\n";
 
 int RunRemap(const Words& words) {
-    Options options(words, {"--dither"}, {"--palette"});
+    Options options(words, {"--dither", "--strict"}, {"--palette"});
     if (!options.Error().empty()) return WrongUsage("remap", options.Error());
     const Words& operands = options.Operands();
     if (operands.size() != 3) return WrongUsage("remap", "give FILE, INDEX and OUT.bmp");
@@ -47,9 +48,12 @@ int RunRemap(const Words& words) {
     unsigned kind = 0;
     if (!palette || !ParseNumber(*palette, kPaletteGrey, &kind))
         return WrongUsage("remap", "give --palette and a number of 0 to 9");
+    uint32_t index;
+    std::string error;
+    if (!ParseIndex(operands[1], &index, &error)) return WrongUsage("remap", error);
     Document document;
     Block image;
-    if (!OpenImageBlock(operands[0], operands[1], &document, &image)) return kExitFailed;
+    if (!OpenImageBlock(operands[0], index, options, &document, &image)) return kExitFailed;
     OwnedMemory fitted(FitToPalette(image.data, static_cast<int>(kind), options.Has("--dither")));
     if (!fitted) {
         Complain(operands[0], "out of memory");

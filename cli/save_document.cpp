@@ -1,24 +1,18 @@
 #include "cli/save_document.h"
 
 #include "cli/complaints.h"
+#include "cli/names.h"
+#include "cli/save_warnings.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
-#include "platform/identity.h"
-#include "platform/text_encoding.h"
-
-namespace {
-
-std::string NameOf(const Options& options, const char* option) {
-    const std::string* name = options.Value(option);
-    return name ? Windows1252FromUtf8(*name) : std::string();
-}
-
-}  // namespace
 
 int SaveDocument(BlockList* list, const std::string& path, const Options& options) {
-    SetUserIdentity(NameOf(options, "--owner").c_str(), NameOf(options, "--organisation").c_str());
+    UseNames(options);
     FitLogicalScreen(list);
-    if (WriteGifFile(*list, path.c_str())) return kExitDone;
-    Complain(path, WhyNotWritten(path));
-    return kExitFailed;
+    if (!WriteGifFile(*list, path.c_str())) {
+        Complain(path, WhyNotWritten(path));
+        return kExitFailed;
+    }
+    WarnOfLosses(*list, path);
+    return kExitDone;
 }

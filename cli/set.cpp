@@ -1,11 +1,15 @@
 // zephyr set: changing the fields of one block.
+#include <algorithm>
+
 #include "cli/block_fields.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/document.h"
+#include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
+#include "gif/descriptor.h"
 
 namespace {
 
@@ -23,23 +27,45 @@ std::string ReadAssignments(const Words& operands, std::vector<Assignment>* assi
     return "";
 }
 
-// Puts the block back also after a failure, as it may hold a new text by then.
-bool SetFields(BlockList* list, const Words& operands, const std::vector<Assignment>& assignments) {
+// Changes the block where it is: it gives up its old text before another field may fail. Returns the exit status.
+int SetFields(const BlockList& list, uint32_t index, const std::string& path,
+              const std::vector<Assignment>& assignments) {
     Block block;
-    uint32_t index;
-    if (!FindBlock(*list, operands[0], operands[2], &block, &index)) return false;
-    std::string error;
-    for (size_t i = 0; i < assignments.size() && error.empty(); ++i)
-        error = SetBlockField(&block, assignments[i].field, assignments[i].value);
-    if (!PutBlock(list, block, index) && error.empty()) error = "out of memory";
-    if (!error.empty()) Complain(operands[0], "block " + operands[2] + ": " + error);
-    return error.empty();
+    if (!FindBlock(list, path, index, &block)) return kExitFailed;
+    MemoryLock lock(list.blocks);
+    if (!lock) return Complain(path, "out of memory"), kExitFailed;
+    for (const auto& [field, value] : assignments) {
+        FieldRefusal refusal = SetBlockField(&lock.As<Block>()[index], field, value);
+        if (refusal.wrongWords) return WrongUsage("set", refusal.text);
+        if (refusal.text.empty()) continue;
+        Complain(path, "block " + std::to_string(index) + ": " + refusal.text);
+        return kExitFailed;
+    }
+    return kExitDone;
+}
+
+// Tells when the screen was set to something else than what the images need.
+void WarnOfScreen(const BlockList& saved, const Block& asked, uint32_t index,
+                  const std::vector<Assignment>& assignments, const std::string& path) {
+    Block header;
+    if (index != 0 || !GetBlock(saved, &header, 0)) return;
+    HeaderFields wanted = GetHeaderFields(asked);
+    HeaderFields kept = GetHeaderFields(header);
+    auto warn = [&](const char* field, uint16_t wish, uint16_t fact) {
+        bool isAsked = std::any_of(assignments.begin(), assignments.end(),
+                                   [field](const Assignment& given) { return given.field == field; });
+        if (isAsked && wish != fact)
+            Complain(path, std::string("warning: ") + field + " became " + std::to_string(fact) + ", not " +
+                               std::to_string(wish) + ": saving fits the screen to the images");
+    };
+    warn("width", wanted.screenWidth, kept.screenWidth);
+    warn("height", wanted.screenHeight, kept.screenHeight);
 }
 
 }  // namespace
 
 const char kSetHelp[] =
-    "Usage: zephyr set [--owner NAME] [--organisation NAME]\n"
+    "Usage: zephyr set [--strict] [--owner NAME] [--organisation NAME]\n"
     "                  IN OUT INDEX FIELD=VALUE...\n"
     "\n"
     "Loads the GIF file IN, changes fields of block number INDEX (0 is the header),\n"
@@ -62,18 +88,30 @@ const char kSetHelp[] =
     "is kept in Windows-1252. A block whose text is made empty is left out of OUT.\n"
     "The screen's width and height only last where no image reaches: saving sets\n"
     "them to the right and bottom edge of the images.\n"
-    "The names go into the file-identity comment; they are empty by default.\n";
+    "The names go into the file-identity comment; by default they are those that\n"
+    "Windows is registered to, elsewhere empty.\n"
+    "With --strict it fails, and writes nothing, when the load of IN ended before its\n"
+    "trailer.\n";
 
 int RunSet(const Words& words) {
-    Options options(words, {}, {"--owner", "--organisation"});
+    Options options(words, {"--strict"}, {"--owner", "--organisation"});
     if (!options.Error().empty()) return WrongUsage("set", options.Error());
+    if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("set", wrong);
     const Words& operands = options.Operands();
     if (operands.size() < 4) return WrongUsage("set", "give IN, OUT, INDEX and at least one FIELD=VALUE");
     std::vector<Assignment> assignments;
     std::string malformed = ReadAssignments(operands, &assignments);
     if (!malformed.empty()) return WrongUsage("set", "give FIELD=VALUE, not " + malformed);
+    uint32_t index;
+    std::string error;
+    if (!ParseIndex(operands[2], &index, &error)) return WrongUsage("set", error);
     Document document;
-    if (document.Open(operands[0]) != kReadDone) return kExitFailed;
-    if (!SetFields(&document.list, operands, assignments)) return kExitFailed;
-    return SaveDocument(&document.list, operands[1], options);
+    if (!document.Open(operands[0], options)) return kExitFailed;
+    int status = SetFields(document.list, index, operands[0], assignments);
+    if (status != kExitDone) return status;
+    Block asked = {};
+    GetBlock(document.list, &asked, 0);
+    status = SaveDocument(&document.list, operands[1], options);
+    if (status == kExitDone) WarnOfScreen(document.list, asked, index, assignments, operands[1]);
+    return status;
 }

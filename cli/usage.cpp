@@ -5,10 +5,11 @@
 #include <cstring>
 
 #include "cli/commands.h"
+#include "cli/printable.h"
 
 int WrongUsage(const char* command, const std::string& what) {
     std::string name = *command ? std::string("zephyr ") + command : "zephyr";
-    fprintf(stderr, "%s: %s (see %s --help)\n", name.c_str(), what.c_str(), name.c_str());
+    fprintf(stderr, "%s: %s (see %s --help)\n", name.c_str(), Printable(what).c_str(), name.c_str());
     return kExitUsage;
 }
 

@@ -7,7 +7,6 @@
 #include "imaging/dither.h"
 #include "imaging/remap.h"
 #include "platform/prompts.h"
-#include "platform/text_encoding.h"
 #include "resources/string_ids.h"
 
 namespace {
@@ -45,7 +44,7 @@ BuildOutcome AppendImage(OwnedMemory* image, const std::string& path, BlockList*
     Block block;
     if (!MakeDefaultBlock(nullptr, document, &block, kImageBlock, image->Release(), nullptr))
         return BuildOutcome::kOutOfMemory;
-    if (SetBlockName(Windows1252FromUtf8(path).c_str(), &block)) return Append(document, &block);
+    if (SetBlockNameFromUtf8(path, &block)) return Append(document, &block);
     FreeBlock(&block);
     return BuildOutcome::kOutOfMemory;
 }

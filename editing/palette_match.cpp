@@ -38,13 +38,14 @@ bool ConvertToPalette(const Block& header, bool dither, Block* image) {
     return true;
 }
 
-bool DescribeBitmap(Block* image) {
+bool DescribeBitmap(bool needsLocalPalette, Block* image) {
     int width, height, bitCount;
     if (!GetImageInfo(image->data, &width, &height, &bitCount, nullptr)) return false;
     ImageFields fields = GetImageFields(*image);
     fields.width = static_cast<uint16_t>(width);
     fields.height = static_cast<uint16_t>(height);
     fields.packed = WithDepth(fields.packed, std::min(bitCount, 8));
+    if (needsLocalPalette) fields.packed |= kHasPalette;
     PutImageFields(image, fields);
     return true;
 }
@@ -62,6 +63,8 @@ bool MatchImportedPalette(WindowHandle owner, BlockList* document, Block* image)
     int bitCount;
     if (!GetImageInfo(image->data, nullptr, nullptr, &bitCount, colours)) return false;
 
+    // An image without any palette to be shown in makes a file that nobody can read.
+    bool needsLocalPalette = !(GetHeaderFields(header).packed & kHasPalette);
     if (!PalettesMatch(header, bitCount, colours)) {
         int choice = AskPaletteChoice(owner, *image);
         if (choice == kPaletteCancel) return false;
@@ -69,6 +72,11 @@ bool MatchImportedPalette(WindowHandle owner, BlockList* document, Block* image)
             bool dither = choice == kPaletteDither && bitCount > 1;
             if (!ConvertToPalette(header, dither, image)) return ReportOutOfMemory(owner);
         }
+        needsLocalPalette |= choice == kPaletteKeepAsLocal;
+    } else if (paletteChoiceForInsert == kPaletteKeepAsLocal) {
+        // Black entries match those that a smaller palette does not even have.
+        needsLocalPalette |=
+            DepthOfPacked(GetImageFields(*image).packed) > DepthOfPacked(GetHeaderFields(header).packed);
     }
-    return DescribeBitmap(image) || ReportOutOfMemory(owner);
+    return DescribeBitmap(needsLocalPalette, image) || ReportOutOfMemory(owner);
 }

@@ -9,9 +9,10 @@
 constexpr int kPaletteCancel = 2;
 constexpr int kPaletteRemap = 102;
 constexpr int kPaletteDither = 103;
-// What the Animation Wizard and the command line remember to keep an image's own palette, as any number but these three
-// and kAskForPalette does.
+// What the Animation Wizard remembers to keep an image as it is, as any number but these does.
 constexpr int kPaletteKeep = 108;
+// What the command line remembers to keep an image's colours, as its local palette where they are not the global ones.
+constexpr int kPaletteKeepAsLocal = 208;
 
 constexpr int kAskForPalette = -1;
 

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstring>
 
+#include "platform/text_encoding.h"
+
 namespace {
 
 constexpr uint32_t kTextSlack = 16;  // room behind a text: its terminating NUL and then some
@@ -18,6 +20,13 @@ MemoryHandle CopyOfText(const void* text, size_t length) {
     return memory.Release();
 }
 
+bool TakeName(MemoryHandle name, Block* block) {
+    if (!name) return false;
+    FreeMemory(block->name);
+    block->name = name;
+    return true;
+}
+
 }  // namespace
 
 void FreeBlock(Block* block) {
@@ -28,11 +37,15 @@ void FreeBlock(Block* block) {
 }
 
 bool SetBlockName(std::string_view text, Block* block) {
-    MemoryHandle name = CopyOfText(text.data(), text.size());
-    if (!name) return false;
-    FreeMemory(block->name);
-    block->name = name;
-    return true;
+    return TakeName(CopyOfText(text.data(), text.size()), block);
+}
+
+bool SetBlockNameFromUtf8(std::string_view utf8, Block* block) {
+    OwnedMemory name(AllocateMemory(uint64_t{Windows1252FromUtf8(utf8, nullptr)} + kTextSlack));
+    MemoryLock lock(name.Get());
+    if (!lock) return false;
+    Windows1252FromUtf8(utf8, lock.As<char>());
+    return TakeName(name.Release(), block);
 }
 
 bool GetBlockName(char* text, const Block& block) {

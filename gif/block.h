@@ -46,6 +46,9 @@ void FreeBlock(Block* block);
 // Replaces the block's name by a copy of `text`. False, with the name unchanged, when memory runs out.
 bool SetBlockName(std::string_view text, Block* block);
 
+// The same for a text in UTF-8; what Windows-1252 lacks becomes "?".
+bool SetBlockNameFromUtf8(std::string_view utf8, Block* block);
+
 constexpr int kNameBytes = 261;  // longer names are not shown
 
 // Copies the block's name into `text` (kNameBytes bytes). False, with an empty text, when the block has no name, it

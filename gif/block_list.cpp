@@ -10,11 +10,13 @@
 
 namespace {
 
-// Makes room for one more record. The capacity grows in small steps; the memory below grows by half, so that appending
+// Makes room for more records. The capacity grows in small steps; the memory below grows by half, so that appending
 // costs the same however long the list is.
-bool MakeRoom(BlockList* list) {
-    if (list->count + 1 < list->capacity) return true;
-    uint64_t capacity = uint64_t{list->capacity} + kBlockListStep;
+bool MakeRoom(BlockList* list, uint32_t more) {
+    uint64_t wanted = uint64_t{list->count} + more;
+    if (wanted < list->capacity) return true;
+    uint64_t steps = (wanted - list->capacity) / kBlockListStep + 1;
+    uint64_t capacity = list->capacity + steps * kBlockListStep;
     uint64_t needed = capacity * sizeof(Block);
     if (capacity > UINT32_MAX) return false;
     if (needed > MemorySize(list->blocks)) {
@@ -73,7 +75,7 @@ bool PutBlock(BlockList* list, const Block& block, uint32_t index) {
 }
 
 bool AppendBlock(BlockList* list, Block* block) {
-    if (!MakeRoom(list)) return false;
+    if (!MakeRoom(list, 1)) return false;
     block->owner = list;
     ++list->count;
     if (PutBlock(list, *block, list->count - 1)) return true;
@@ -83,7 +85,7 @@ bool AppendBlock(BlockList* list, Block* block) {
 
 bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
                  const char* path) {
-    if (!MakeRoom(list)) return false;
+    if (!MakeRoom(list, 1)) return Refuse(owner, IDS_OUT_OF_MEMORY);
     Block block;
     if (ready)
         block = *ready;
@@ -95,7 +97,7 @@ bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t k
     MemoryLock lock(list->blocks);
     if (!lock) {
         if (!ready) FreeBlock(&block);
-        return false;
+        return Refuse(owner, IDS_BLOCK_ACCESS);
     }
     auto* blocks = lock.As<Block>();
     std::copy_backward(blocks + index, blocks + list->count, blocks + list->count + 1);
@@ -118,6 +120,45 @@ bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection) {
     RenumberFrom(blocks, index, --list->count);
     if (index >= list->count) *selection = static_cast<int>(list->count) - 1;
     FreeBlock(&block);
+    return true;
+}
+
+bool InsertBlocks(BlockList* list, uint32_t index, BlockList* from) {
+    if (from->count == 0) return true;
+    if (!MakeRoom(list, from->count)) return false;
+    MemoryLock lock(list->blocks), fromLock(from->blocks);
+    if (!lock || !fromLock) return false;
+    auto* blocks = lock.As<Block>();
+    auto* moved = fromLock.As<Block>();
+    index = std::min(index, list->count);
+    std::copy_backward(blocks + index, blocks + list->count, blocks + list->count + from->count);
+    std::copy(moved, moved + from->count, blocks + index);
+    for (uint32_t i = index; i < index + from->count; ++i) blocks[i].owner = list;
+    list->count += from->count;
+    from->count = 0;
+    RenumberFrom(blocks, index, list->count);
+    return true;
+}
+
+bool DeleteBlocks(BlockList* list, const std::vector<uint32_t>& indexes) {
+    MemoryLock lock(list->blocks);
+    if (!lock) return false;
+    auto* blocks = lock.As<Block>();
+    auto isDeletable = [&](uint32_t index) { return index < list->count && blocks[index].kind != kHeaderBlock; };
+    if (!std::all_of(indexes.begin(), indexes.end(), isDeletable)) return false;
+    if (indexes.empty()) return true;
+    auto next = indexes.begin();
+    uint32_t kept = indexes.front();
+    for (uint32_t i = kept; i < list->count; ++i) {
+        if (next != indexes.end() && *next == i) {
+            FreeBlock(&blocks[i]);
+            ++next;
+        } else {
+            blocks[kept++] = blocks[i];
+        }
+    }
+    list->count = kept;
+    RenumberFrom(blocks, indexes.front(), list->count);
     return true;
 }
 

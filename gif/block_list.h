@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include "gif/block.h"
 #include "platform/window_handle.h"
@@ -40,13 +41,22 @@ bool PutBlock(BlockList* list, const Block& block, uint32_t index);
 
 // Inserts a block right after the selected one (after the header when `*selection` is 0 or less) and selects it.
 // The block is `ready`, whose handles the list takes over, or, when that is null, a new default block of `kind`; for an
-// image it is read from the file at `path`. False, with nothing changed, when that fails.
+// image it is read from the file at `path`. False, with nothing changed, when that fails; the user has been told then,
+// but for an image that could not be read or was not wanted.
 bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
                  const char* path);
 
 // Deletes the selected block and releases it. `*selection` stays, or becomes the last block when it was deleted.
 // False when the block can't be read or is the header, which the user is told.
 bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection);
+
+// Moves all blocks of `from` into `list`, in front of its block `index` (the end when there is none), in one pass.
+// False, with both lists unchanged, when memory runs out.
+[[nodiscard]] bool InsertBlocks(BlockList* list, uint32_t index, BlockList* from);
+
+// Deletes and releases the blocks with these indexes, ascending and each once, in one pass. False, with the list
+// unchanged, when it can't be accessed or one of them is the header or not there.
+[[nodiscard]] bool DeleteBlocks(BlockList* list, const std::vector<uint32_t>& indexes);
 
 // Index of the first block of `kind`, or -1.
 int FindBlock(const BlockList& list, uint16_t kind);

@@ -9,7 +9,6 @@
 #include "imaging/standard_palette.h"
 #include "platform/bytes.h"
 #include "platform/prompts.h"
-#include "platform/text_encoding.h"
 #include "resources/string_ids.h"
 
 PlainTextGrid defaultPlainTextGrid = {80, 25, 8, 16};
@@ -35,11 +34,14 @@ bool FillControl(Block* block) {
     return true;
 }
 
-bool FillText(WindowHandle owner, Block* block) {
-    const char* text = LoadStr(IDS_NEW_TEXT);
-    if (SetBlockText(block, text, static_cast<uint32_t>(strlen(text)))) return true;
+bool TellOutOfMemory(WindowHandle owner) {
     ShowMessage(owner, LoadStr(IDS_OUT_OF_MEMORY));
     return false;
+}
+
+bool FillText(WindowHandle owner, Block* block) {
+    const char* text = LoadStr(IDS_NEW_TEXT);
+    return SetBlockText(block, text, static_cast<uint32_t>(strlen(text))) || TellOutOfMemory(owner);
 }
 
 bool FillPlainText(WindowHandle owner, const BlockList& list, Block* block) {
@@ -66,11 +68,11 @@ bool FillLoop(Block* block) {
     return true;
 }
 
-bool NameAfterFile(const char* path, Block* block) {
+bool NameAfterFile(WindowHandle owner, const char* path, Block* block) {
     const char* name = path;
     for (const char* at = path; *at; ++at)
         if (*at == '/' || *at == '\\' || *at == ':') name = at + 1;
-    return SetBlockName(Windows1252FromUtf8(name).c_str(), block);
+    return SetBlockNameFromUtf8(name, block) || TellOutOfMemory(owner);
 }
 
 // Size, depth and palette of the block as the bitmap in `data` has them; a depth above 0 is the file's own.
@@ -87,7 +89,7 @@ bool FillImage(WindowHandle owner, BlockList* list, Block* block, MemoryHandle b
     int fileDepth = 0;
     block->data = bitmap ? bitmap : ReadFirstImage(owner, path, &fileDepth);
     if (!block->data || !DescribeBitmap(block, fileDepth)) return false;
-    if (path && !NameAfterFile(path, block)) return false;
+    if (path && !NameAfterFile(owner, path, block)) return false;
     return bitmap || MatchImportedPalette(owner, list, block);
 }
 

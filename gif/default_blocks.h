@@ -10,7 +10,8 @@
 // Fills `block` with the defaults of `kind` for `list`. An IMAGE takes over `bitmap`, or, with none given, reads the
 // first image of the GIF file at `path` (null: the user is asked for one) and fits it to the document's palette; either
 // way `path` names the block. False, with `block` zeroed and `bitmap` released, when that fails or the kind can't be
-// made (EMPTY, APPLICATION-DEFINED and those above LOOP). Memory running out for a text is told to the user.
+// made (EMPTY, APPLICATION-DEFINED and those above LOOP). Memory running out for a text or the
+// name is told to the user.
 [[nodiscard]] bool MakeDefaultBlock(WindowHandle owner, BlockList* list, Block* block, uint16_t kind,
                                     MemoryHandle bitmap, const char* path);
 

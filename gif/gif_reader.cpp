@@ -1,5 +1,7 @@
 #include "gif/gif_reader.h"
 
+#include <cstring>
+
 #include "gif/block_names.h"
 #include "gif/descriptor.h"
 #include "gif/extension_reader.h"
@@ -15,29 +17,41 @@ bool Keep(BlockList* list, Block* block, bool wasRead) {
     return false;
 }
 
+// The header is block 0 as long as a document is read: nothing is searched, however many images come.
+int GlobalPaletteOfHeader(const BlockList& list, RgbTriple* palette) {
+    Block header;
+    if (!GetBlock(list, &header, 0)) return 0;
+    memcpy(palette, header.palette, kPaletteBytes);
+    uint8_t packed = GetHeaderFields(header).packed;
+    return (packed & kHasPalette) ? DepthOfPacked(packed) : 0;
+}
+
 bool ReadAndKeepImage(BlockList* list, File& file) {
     RgbTriples globalPalette;
-    int globalDepth = FindGlobalPalette(*list, globalPalette);
+    int globalDepth = GlobalPaletteOfHeader(*list, globalPalette);
     Block block = {};
     if (!Keep(list, &block, ReadImage(file, &block, globalPalette, globalDepth))) return false;
     SkipSubBlocks(file);
     return true;
 }
 
-bool ReadAndKeepExtension(BlockList* list, File& file) {
+bool ReadAndKeepExtension(BlockList* list, File& file, ReadReport* report) {
     Block block = {};
-    return Keep(list, &block, ReadExtension(&block, file));
+    bool wasRead = ReadExtension(&block, file);
+    report->dataUnread |= wasRead && block.kind == kApplicationBlock && !block.data;
+    return Keep(list, &block, wasRead);
 }
 
 // Reads blocks until something else comes: the trailer, the end of the file, or a byte that starts no block.
 bool ReadBlocks(BlockList* list, File& file, ReadReport* report) {
     for (;;) {
         int introducer = ReadByte(file);
-        report->reachedTrailer = introducer == kTrailer;
+        report->reachedTrailer = introducer == kTrailer && !report->dataUnread;
+        report->fileEnded = introducer < 0;
         if (introducer == kImageIntroducer) {
             if (!ReadAndKeepImage(list, file)) return false;
         } else if (introducer == kExtensionIntroducer) {
-            if (!ReadAndKeepExtension(list, file)) return false;
+            if (!ReadAndKeepExtension(list, file, report)) return false;
         } else {
             return true;
         }
@@ -63,6 +77,9 @@ ReadResult ReadGif(BlockList* list, File& file, ReadReport* report) {
 ReadResult ReadGifFile(BlockList* list, const char* path, ReadReport* report) {
     File file;
     if (file.OpenForReading(path)) return ReadGif(list, file, report);
-    if (report) *report = {false, true};
+    if (report) {
+        *report = {};
+        report->couldNotOpen = true;
+    }
     return kReadFailed;
 }

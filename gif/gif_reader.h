@@ -12,7 +12,9 @@ enum ReadResult {
 
 // How a load ended, for callers that want to tell more than success.
 struct ReadReport {
-    bool reachedTrailer;  // false: the file ended, or the reader met a byte that starts no block
+    bool reachedTrailer;  // false: the file ended, or the reader met a byte that starts no block, or data was unread
+    bool dataUnread;      // that of an application block not our own; what follows it was taken from within its data
+    bool fileEnded;       // instead of going on with a block or the trailer
     bool couldNotOpen;    // only with kReadFailed
 };
 

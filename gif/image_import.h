@@ -4,6 +4,7 @@
 #include "gif/block_list.h"
 
 // Reconciles the palette of `image` (its `data` holds the bitmap, its `palette` the file's colours) with the global
-// palette of `document`, and sets the image's size and size code from the bitmap it ends up with.
+// palette of `document`, and sets the image's size and size code from the bitmap it ends up with. In a document without
+// a global palette the image's `palette` becomes its local one.
 // False when the insertion is to be abandoned; the caller then releases the block.
 bool MatchImportedPalette(WindowHandle owner, BlockList* document, Block* image);

@@ -64,8 +64,20 @@ std::string Utf8FromWindows1252(std::string_view text) {
 }
 
 std::string Windows1252FromUtf8(std::string_view text) {
-    std::string narrow;
-    narrow.reserve(text.size());
-    while (!text.empty()) narrow += Byte1252(TakeUtf8(&text));
+    std::string narrow(text.size(), '\0');
+    narrow.resize(Windows1252FromUtf8(text, narrow.data()));
     return narrow;
+}
+
+size_t Windows1252FromUtf8(std::string_view text, char* to) noexcept {
+    size_t bytes = 0;
+    for (; !text.empty(); ++bytes) {
+        char byte = Byte1252(TakeUtf8(&text));
+        if (to) to[bytes] = byte;
+    }
+    return bytes;
+}
+
+bool FitsWindows1252(std::string_view text) {
+    return Utf8FromWindows1252(Windows1252FromUtf8(text)) == text;
 }

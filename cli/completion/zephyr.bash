@@ -108,11 +108,11 @@ _zephyr() {  # PROGRAM, as it was typed
     return
   fi
   case ${words[1]} in
-    list) options=--json ;;
-    save | delete | set) options=$names ;;
-    extract) options= ;;
-    remap) options='--palette --dither' ;;
-    insert) options="--at --kind --remap --dither --keep $names" ;;
+    list) options='--json --strict' ;;
+    save | delete | set) options="--strict $names" ;;
+    extract) options=--strict ;;
+    remap) options='--palette --dither --strict' ;;
+    insert) options="--at --kind --remap --dither --keep --strict $names" ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;
   esac

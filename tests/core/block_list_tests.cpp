@@ -4,6 +4,8 @@
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
 
+using namespace std::string_literals;
+
 namespace {
 
 // A header and one comment for every letter.
@@ -85,6 +87,53 @@ TEST_F(BlockListTest, Deletion) {
     }
 }
 
+TEST_F(BlockListTest, ManyBlocksComeAndGoAtOnce) {
+    for (const auto& [indexes, letters] : {std::pair{std::vector<uint32_t>{}, ".abcdef"},
+                                           {{1}, ".bcdef"},
+                                           {{6}, ".abcde"},
+                                           {{2, 3, 6}, ".ade"},
+                                           {{1, 2, 3, 4, 5, 6}, "."}}) {
+        Fill("abcdef");
+        EXPECT_TRUE(DeleteBlocks(&list_, indexes));
+        EXPECT_EQ(Letters(), letters);
+    }
+    Fill("abc");
+    for (const auto& indexes : {std::vector<uint32_t>{0}, {0, 2}, {2, 4}}) EXPECT_FALSE(DeleteBlocks(&list_, indexes));
+    EXPECT_EQ(Letters(), ".abc");
+
+    const std::string many(200, 'm');
+    for (const auto& [at, added, letters] : {std::tuple{1u, "x"s, ".xab"s},
+                                             {2, "xyz", ".axyzb"},
+                                             {3, "xy", ".abxy"},
+                                             {99, "x", ".abx"},
+                                             {1, "", ".ab"},
+                                             {2, many, ".a" + many + "b"}}) {
+        Fill("ab");
+        OwnedBlockList from;
+        ASSERT_TRUE(CreateBlockList(&from));
+        for (char letter : added) Append(&from, MakeText(kCommentBlock, {&letter, 1}));
+        EXPECT_TRUE(InsertBlocks(&list_, at, &from));
+        EXPECT_EQ(Letters(), letters);
+        EXPECT_EQ(from.count, 0u);
+        EXPECT_EQ(list_.capacity, (list_.count / 64 + 1) * 64);
+    }
+    OwnedBlockList from;
+    for (char letter : many) Append(&from, MakeText(kCommentBlock, {&letter, 1}));
+    Fill("ab");
+    faults.allocationsUntilFailure = 0;
+    EXPECT_FALSE(InsertBlocks(&list_, 1, &from));
+    faults = {};
+    for (long locks : {0, 1}) {
+        faults.locksUntilFailure = locks;
+        EXPECT_FALSE(InsertBlocks(&list_, 1, &from));
+    }
+    faults.locksUntilFailure = 0;
+    EXPECT_FALSE(DeleteBlocks(&list_, {1}));
+    faults = {};
+    EXPECT_EQ(Letters(), ".ab");
+    EXPECT_EQ(from.count, 200u);
+}
+
 TEST_F(BlockListTest, FailuresChangeNothing) {
     Fill(std::string(62, 'a'));
     int selection = 2;
@@ -93,6 +142,8 @@ TEST_F(BlockListTest, FailuresChangeNothing) {
     EXPECT_FALSE(AppendBlock(&list_, &block)) << "it would have to grow";
     EXPECT_FALSE(InsertBlock(nullptr, &list_, &selection, kControlBlock, nullptr, nullptr));
     faults = {};
+    EXPECT_EQ(prompts.messages, std::vector<std::string>{LoadStr(IDS_OUT_OF_MEMORY)});
+    prompts = {};
     EXPECT_EQ(list_.capacity, 64u);
     faults.locksUntilFailure = 0;
     EXPECT_FALSE(AppendBlock(&list_, &block));
@@ -101,7 +152,7 @@ TEST_F(BlockListTest, FailuresChangeNothing) {
     faults.locksUntilFailure = 1;  // the new comment's text has been written
     EXPECT_FALSE(InsertBlock(nullptr, &list_, &selection, kCommentBlock, nullptr, nullptr));
     faults = {};
-    EXPECT_EQ(prompts.messages, std::vector<std::string>{LoadStr(IDS_BLOCK_ACCESS)});
+    EXPECT_EQ(prompts.messages, std::vector<std::string>(2, LoadStr(IDS_BLOCK_ACCESS)));
     EXPECT_EQ(selection, 2);
     EXPECT_EQ(Letters(), "." + std::string(62, 'a'));
 }

@@ -68,9 +68,11 @@ TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
     const std::string unread = "broken.gif: no readable GIF picture";
     const std::tuple<Words, Words, const char*, std::string> cases[] = {
         {{}, {"a.gif", "broken.gif", "b.gif"}, "", unread + " (--skip-corrupted leaves such files out)"},
-        {{}, {"a.gif", "missing.gif"}, "", "missing.gif: can't be opened: there is no such file (--skip-corrupted"},
+        {{}, {"a.gif", "missing.gif"}, "", "missing.gif: can't be opened: there is no such file\n"},
+        {{"--skip-corrupted"}, {"a.gif", "missing.gif"}, "", "missing.gif: can't be opened: there is no such file\n"},
+        {{"--skip-corrupted"}, {"a.gif", "", "b.gif"}, "", "can't be opened: it is a folder\n"},
         {{"--skip-corrupted"}, {"a.gif", "broken.gif", "b.gif"}, "1323326", "broken.gif: note: no readable"},
-        {{"--skip-corrupted"}, {"broken.gif", "missing.gif"}, "", "out.gif: not written, as none of the files"},
+        {{"--skip-corrupted"}, {"broken.gif", "broken.gif"}, "", "out.gif: not written, as none of the files"},
         {{"--skip-corrupted", "--match", "first"}, {"broken.gif", "a.gif"}, "", unread + ", so there is no palette"},
         {{"--skip-corrupted", "--match", "photo"}, {"a.gif", "broken.gif", "b.gif"}, "1323326", "broken.gif: note: no"},
     };

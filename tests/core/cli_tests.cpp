@@ -1,4 +1,5 @@
 // zephyr list, save and extract, and what all commands have in common: wrong words, failures and help.
+#include <algorithm>
 #include <cstring>
 #include <fstream>
 
@@ -32,16 +33,16 @@ protected:
 TEST_F(Cli, ListPrintsLinesOrJson) {
     CliRun lines = RunCli({"list", good_}), json = RunCli({"list", "--json", good_});
     EXPECT_EQ(lines.out,
-              "HEADER GIF87a Screen (9 x 9)\nCOMMENT \"caf\xC3\xA9\"\\\x7F\nIMAGE \xE2\x82\xAC 2 x 2, 4 colours\n"
+              "HEADER GIF87a Screen (9 x 9)\nCOMMENT \"caf\xC3\xA9\"\\\\x7f\nIMAGE \xE2\x82\xAC 2 x 2, 4 colours\n"
               "BLOCK NAMES\n");
     EXPECT_EQ(lines.err + json.err, "");
     const std::string expected =
-        R"-({"result": 1, "blocks": [{"position": 0, "kind": 1, "kindName": "HEADER", )-"
+        R"-({"result": 1, "complete": true, "ended": "trailer", "blocks": [{"position": 0, "kind": 1, "kindName": "HEADER", )-"
         R"-("line": "HEADER GIF87a Screen (9 x 9)", )-"
         R"("descriptor": "4749463837610900090081000000000000", "dataLength": 0, "palette": "000000010203020406030609)" +
         std::string(1512, '0') +
         "\"}, {\"position\": 1, \"kind\": 6, \"kindName\": \"COMMENT\", \"line\": \"COMMENT "
-        "\\\"caf\xC3\xA9\\\"\\\\\x7F\","
+        "\\\"caf\xC3\xA9\\\"\\\\\\u007f\","
         R"( "descriptor": "0000000000000000000000000000000000", "dataLength": 8, "data": "22636166e9225c7f"}, )"
         R"({"position": 2, "kind": 2, "kindName": "IMAGE", "line": "IMAGE € 2 x 2, 4 colours", )"
         R"("descriptor": "0000000002000200010000000000000000", "dataLength": 0, "name": "€", )"
@@ -52,14 +53,67 @@ TEST_F(Cli, ListPrintsLinesOrJson) {
     EXPECT_EQ(json.out, expected);
 }
 
+TEST_F(Cli, ListedLinesAreSafeToPrintAndLoseNothing) {
+    // What a file may hold in a text, how the line shows it, and how JSON does. The first 0xFE of a line is ours.
+    const std::tuple<std::string, std::string, std::string> cases[] = {
+        {"a\x1B[2J\n", "a [2J ", "a [2J "},  // texts have blanks for control characters of the first 32
+        {"b\x7F\x81\x8D\x8F\x90\x9D", "b\\x7f\\x81\\x8d\\x8f\\x90\\x9d", "b\\u007f\\u0081\\u008d\\u008f\\u0090\\u009d"},
+        {"\xFE\xFE!\xC2\x80", "\xC3\xBE\xC3\xBE!\xC3\x82\xE2\x82\xAC", "\xC3\xBE\xC3\xBE!\xC3\x82\xE2\x82\xAC"},
+        {"\\x1b", "\\x1b", "\\\\x1b"},
+    };
+    const std::string file = folder_.Path("odd.gif");
+    for (const auto& [text, line, json] : cases) {
+        GifBytes bytes = GifBytes().Header("GIF\x1B\xFE\n", 1, 1, 0);
+        bytes.Extension(0x01, std::string("\x0C\0\0\0\0\0\0\0\0\0\0\0\0", 13), text).SmallImage(0x81);
+        bytes.Extension(0xFF, "\x0BKELMORnb1.0", {"\1\0\4\0\2\0\2\0........\x1B\n\xFE\0", 20});
+        WriteAll(file, bytes.Extension(0xFF, "\x0BXM\x1B\x07\x9D\xFE\xFE\xFEXMP", "").Add({0x3B}));
+        const std::string lines = RunCli({"list", file}).out, listed = RunCli({"list", "--json", file}).out;
+        EXPECT_EQ(lines, "HEADER GIF\\x1b\xC3\xBE\\x0a Screen (1 x 1)\nPLAIN TEXT " + line +
+                             "\nIMAGE \\x1b\\x0a\xC3\xBE 2 x 2, 4 colours\nBLOCK NAMES\n"
+                             "APPLICATION-DEFINED (Type: XM\\x1b\\x07\\x9d\xC3\xBE\xC3\xBE\xC3\xBE)\n");
+        EXPECT_NE(listed.find("\"PLAIN TEXT " + json + "\""), std::string::npos) << listed;
+        EXPECT_NE(listed.find("\"name\": \"\\u001b\\u000a\xC3\xBE\""), std::string::npos) << listed;
+        const std::string printed = lines + listed;
+        EXPECT_TRUE(std::none_of(printed.begin(), printed.end(),
+                                 [](char c) { return c == 127 || (c != '\n' && c >= 0 && c < 32); }));
+    }
+    EXPECT_EQ(RunCli({"list", "no\x1B[2J\xC2\x9B\n"}).err,
+              "zephyr: no\\x1b[2J\\x9b\\x0a: can't be opened: there is no such file\n");
+    EXPECT_EQ(RunCli({"list", "--\x1B"}).err, "zephyr list: unknown option --\\x1b (see zephyr list --help)\n");
+}
+
+TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {
+    const std::string file = folder_.Path("many.gif");
+    GifBytes bytes = GifBytes().Text("GIF89a").Word(1).Word(1).Add({0x80, 0, 0}).Repeat(0, 6).SmallImage(0x82);
+    bytes.SmallImage();
+    for (int i = 3; i <= 65536; ++i) bytes.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});
+    WriteAll(file, bytes.Add({0x3B}));
+    const std::string json = RunCli({"list", "--json", file}).out;
+    auto blockAt = [&](const std::string& number) {
+        const size_t at = json.find("{\"position\": " + number + ",");
+        return at == std::string::npos ? "" : json.substr(at, json.find("{\"position\"", at + 1) - at);
+    };
+    const std::string black = "\"palette\": \"" + std::string(1536, '0') + "\"";
+    EXPECT_NE(blockAt("0").find(black), std::string::npos) << "all black, and still there";
+    EXPECT_NE(blockAt("1").find("\"palette\": \"000000010203"), std::string::npos);
+    EXPECT_EQ(blockAt("2").find("palette"), std::string::npos);
+    EXPECT_NE(blockAt("65536").find("CONTROL"), std::string::npos) << "a number of more than 16 bits";
+    WriteAll(file, GifBytes().Header("GIF89a", 1, 1, 0).Add({0x3B}));
+    EXPECT_EQ(RunCli({"list", "--json", file}).out.find("palette"), std::string::npos);
+}
+
 TEST_F(Cli, ListTellsHowLoadsEnd) {
     const std::tuple<std::string, int, const char*, const char*, const char*> cases[] = {
-        {cut_, 1, "{\"result\": 0, \"blocks\": [{\"position\": 0, ", "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
-         "corrupt GIF data, or not enough memory"},
-        {text_, 1, "{\"result\": 2, \"blocks\": []}\n", "", "not a GIF file"},
-        {none_, 1, "{\"result\": 0, \"blocks\": []}\n", "", "can't be opened: there is no such file"},
-        {folder_.Path(""), 1, "{\"result\": 0, \"blocks\": []}\n", "", "can't be opened: it is a folder"},
-        {open_, 0, "{\"result\": 1, \"blocks\": [{", "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
+        {cut_, 1, "{\"result\": 0, \"complete\": false, \"ended\": \"failure\", \"blocks\": [{\"position\": 0, ",
+         "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n", "corrupt GIF data, or not enough memory"},
+        {text_, 1, "{\"result\": 2, \"complete\": false, \"ended\": \"no GIF file\", \"blocks\": []}\n", "",
+         "not a GIF file"},
+        {none_, 1, "{\"result\": 0, \"complete\": false, \"ended\": \"not opened\", \"blocks\": []}\n", "",
+         "can't be opened: there is no such file"},
+        {folder_.Path(""), 1, "{\"result\": 0, \"complete\": false, \"ended\": \"not opened\", \"blocks\": []}\n", "",
+         "can't be opened: it is a folder"},
+        {open_, 0, "{\"result\": 1, \"complete\": false, \"ended\": \"end of file\", \"blocks\": [{",
+         "HEADER GIF89a Screen (9 x 9)\nCOMMENT x\n",
          "note: loading ended before the trailer; blocks behind that point are not in the document"},
     };
     for (const auto& [file, status, json, lines, error] : cases) {
@@ -74,18 +128,63 @@ TEST_F(Cli, ListTellsHowLoadsEnd) {
     }
 }
 
+TEST_F(Cli, StrictRefusesWhatIsNotWhole) {
+    GifBytes start = GifBytes().Header("GIF89a", 2, 2, 0x81).SmallImage();
+    const std::tuple<std::string, Bytes, std::string> files[] = {
+        {folder_.Path("whole"), GifBytes(start).Add({0x3B}), ""},
+        {folder_.Path("end"), start, "end of file"},
+        {folder_.Path("byte"), GifBytes(start).Add({0, 0x3B}), "unknown byte"},
+        {folder_.Path("data"), GifBytes(start).Extension(0xFF, "\x0BXMP DataXMP", std::string(0x3B, 'd')).Add({0x3B}),
+         "application block"},
+    };
+    for (const auto& [file, content, end] : files) {
+        WriteAll(file, content);
+        const std::string json = RunCli({"list", "--json", file}).out, isComplete = end.empty() ? "true" : "false";
+        const std::string ended = end.empty() ? "trailer" : end;
+        EXPECT_NE(json.find("\"complete\": " + isComplete + ", \"ended\": \"" + ended + "\", "), std::string::npos)
+            << json;
+        const Words commands[] = {{"list", file},
+                                  {"save", file, out_},
+                                  {"extract", file, "1", out_},
+                                  {"remap", file, "1", out_, "--palette=6"},
+                                  {"insert", file, out_, "--at=0", "--kind=comment"},
+                                  {"delete", file, out_, "1"},
+                                  {"set", file, out_, "1", "left=0"}};
+        for (Words words : commands) {
+            SCOPED_TRACE(words[0] + " " + file);
+            EXPECT_EQ(RunCli(words).status, kExitDone);
+            WriteAll(out_, {1, 2, 3});
+            words.emplace_back("--strict");
+            CliRun run = RunCli(words);
+            EXPECT_EQ(run.status, end.empty() ? kExitDone : kExitFailed);
+            EXPECT_EQ(run.out.empty(), words[0] != "list");
+            EXPECT_EQ(ReadAll(out_) == Bytes({1, 2, 3}), !end.empty() || words[0] == "list");
+            EXPECT_EQ(run.err, end.empty() ? ""
+                                           : "zephyr: " + file + ": loading ended before the trailer (" + end +
+                                                 "), which --strict does not allow\n");
+        }
+    }
+}
+
 TEST_F(Cli, SaveFitsTheScreenAndSignsTheFile) {
     GifBytes document = GifBytes().Header("GIF89a", 2, 2, 0x81).Comment("\"caf\xE9\"\\\x7F").SmallImage(1);
-    auto signedBy = [&](const char* names) {
-        return GifBytes(document)
-            .Comment(std::string("FILE IDENTITY\r\nCreated or modified by\r\n") + names)
-            .Add({0x3B});
+    auto signedBy = [&](const std::string& names) {
+        return GifBytes(document).Comment("FILE IDENTITY\r\nCreated or modified by\r\n" + names).Add({0x3B});
     };
+    Identity system;  // empty where there is no registry
+    GetUserIdentity(&system);
     EXPECT_EQ(RunCli({"save", good_, out_}).status, 0);
+    EXPECT_EQ(ReadAll(out_), signedBy(std::string(system.owner) + "\r\n" + system.organisation));
+    EXPECT_EQ(RunCli({"save", good_, out_, "--owner", "", "--organisation="}).status, 0);
     EXPECT_EQ(ReadAll(out_), signedBy("\r\n"));
+    const std::string longest(kIdentityBytes - 1, 'n');
+    EXPECT_EQ(RunCli({"save", good_, out_, "--owner=" + longest, "--organisation=" + longest}).status, 0);
+    EXPECT_EQ(ReadAll(out_), signedBy(longest + "\r\n" + longest));
     CliRun named = RunCli({"save", "--owner=Zo\xC3\xA9", good_, "--organisation", "K", out_});
     EXPECT_EQ(named.out + named.err, "");
     EXPECT_EQ(ReadAll(out_), signedBy("Zo\xE9\r\nK"));
+    EXPECT_EQ(RunCli({"save", "--owner=Z", good_, out_}).status, 0);
+    EXPECT_EQ(ReadAll(out_), signedBy(std::string("Z\r\n") + system.organisation)) << "each name for itself";
 }
 
 TEST_F(Cli, ExtractWritesABmpFile) {
@@ -105,8 +204,10 @@ TEST_F(Cli, FailuresKeepAnExistingOutput) {
         {{"save", good_, nowhere}, nowhere + ": can't be written: there is no such folder"},
         {{"extract", good_, "1", out_}, good_ + ": block 1 is not an image"},
         {{"extract", good_, "4", out_}, good_ + ": no block 4" + noBlock},
-        {{"extract", good_, "2x", out_}, good_ + ": no block 2x" + noBlock},
-        {{"extract", good_, "99999999999999999999", out_}, good_ + ": no block 99999999999999999999" + noBlock},
+        {{"remap", good_, "4294967295", out_, "--palette=6"}, good_ + ": no block 4294967295" + noBlock},
+        {{"set", good_, out_, "4", "delay=1"}, good_ + ": no block 4" + noBlock},
+        {{"delete", good_, out_, "0", "4"}, good_ + ": no block 4" + noBlock},
+        {{"insert", good_, out_, "--at=4", "--kind=control"}, good_ + ": no block 4" + noBlock},
         {{"extract", good_, "2", place}, place + ": can't be written: it is a folder"},
     };
     for (const auto& [words, error] : cases) {
@@ -120,6 +221,7 @@ TEST_F(Cli, FailuresKeepAnExistingOutput) {
 }
 
 TEST_F(Cli, WrongWordsAreToldBeforeAnythingIsRead) {
+    const std::string tooLong(260, 'n');
     const std::pair<Words, const char*> cases[] = {
         {{}, "give a command"},
         {{"paint"}, "unknown command paint"},
@@ -134,6 +236,19 @@ TEST_F(Cli, WrongWordsAreToldBeforeAnythingIsRead) {
          "give one of --remap, --dither and --keep"},
         {{"set", "a", "b", "0"}, "give IN, OUT, INDEX and at least one FIELD=VALUE"},
         {{"set", "a", "b", "0", "width=1", "=1"}, "give FIELD=VALUE, not =1"},
+        {{"extract", "a", "abc", "b"}, "give the number of a block, not abc"},
+        {{"extract", "a", "-1", "b"}, "unknown option -1"},
+        {{"extract", "a", "--", "-1", "b"}, "give the number of a block, not -1"},
+        {{"remap", "a", "99999999999", "b", "--palette=6"}, "give the number of a block, not 99999999999"},
+        {{"set", "a", "b", "2x", "width=1"}, "give the number of a block, not 2x"},
+        {{"delete", "a", "b", "1", ""}, "give the number of a block, not "},
+        {{"insert", "a", "b", "--kind=loop", "--at", "-1"}, "give the number of a block, not -1"},
+        {{"save", "a", "b", "--owner=\xE6\x97\xA5"}, "--owner takes only characters that Windows-1252 has"},
+        {{"set", "a", "b", "0", "width=1", "--owner", "\xFF"}, "--owner takes only characters that Windows-1252 has"},
+        {{"delete", "a", "b", "1", "--organisation=\xC4\x80"},
+         "--organisation takes only characters that Windows-1252 has"},
+        {{"insert", "a", "b", "--kind=loop", "--owner", tooLong}, "--owner takes at most 259 characters"},
+        {{"build", "-o", "x", "a", "b", "--owner", tooLong}, "--owner takes at most 259 characters"},
         {{"build", "-o", "x", "a"}, "give at least two files"},
         {{"build", "-o", "x", "--match", "best", "a", "b"}, "--match takes super, first, photo, drawn or sixteen"},
         {{"build", "-o", "x", "--delay", "65536", "a", "b"}, "--delay takes a number from 0 to 65535"},

@@ -4,6 +4,7 @@
 
 #include "editing/palette_match.h"
 #include "imaging/standard_palette.h"
+#include "platform/faults.h"
 #include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
 
@@ -91,4 +92,19 @@ TEST_F(DefaultBlocks, ImageOfAFile) {
     EXPECT_EQ(GetImageFields(image).packed & ~kSizeCode, 0) << "no palette of its own in the file to be";
     EXPECT_EQ(NameOf(image), "p\xE9.gif");
     EXPECT_EQ(image.palette[2], (RgbTriple{2, 4, 6}));
+}
+
+TEST_F(DefaultBlocks, MemoryForTheNameIsMissed) {
+    std::vector<std::string> told;
+    for (long n = 0;; ++n) {
+        OwnedBlock image;
+        prompts = {};
+        faults.allocationsUntilFailure = n;
+        const bool made = Make(&image, kImageBlock, path_.c_str());
+        faults = {};
+        if (made) break;
+        EXPECT_EQ(image.data, nullptr);
+        told = prompts.messages;
+    }
+    EXPECT_EQ(told, std::vector<std::string>{LoadStr(IDS_OUT_OF_MEMORY)}) << "the name comes last";
 }

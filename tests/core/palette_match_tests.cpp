@@ -74,6 +74,48 @@ TEST_F(PaletteMatch, EveryChoiceOnEveryBitCountAskedAndRemembered) {
     }
 }
 
+// Without a global palette an image has only its own, and nobody could read a file in which it has neither.
+TEST_F(PaletteMatch, ImagesOfADocumentWithoutGlobalPaletteGetALocalOne) {
+    Block header = BlockAt(document_, 0);
+    PutHeaderFields(&header, {640, 480, 7, 0, 0});
+    ASSERT_TRUE(PutBlock(&document_, header, 0));
+    for (int bitCount : {1, 4, 8})
+        for (int choice : {kPaletteRemap, kPaletteDither, kPaletteKeep, kPaletteKeepAsLocal}) {
+            SCOPED_TRACE(testing::Message() << bitCount << " " << choice);
+            TakeImage(bitCount);
+            paletteChoiceForInsert = choice;
+            EXPECT_TRUE(Match());
+            const bool converts = choice == kPaletteRemap || choice == kPaletteDither;
+            EXPECT_TRUE(HasPalette(converts ? global_ : own_)) << "the one that its indexes mean";
+            EXPECT_EQ(GetImageFields(image_).packed & kHasPalette, kHasPalette);
+        }
+    FreeBlock(&image_);
+    image_.data = CreateImageBitmap(2, 2, global_.data(), 8);
+    EXPECT_TRUE(Match());
+    EXPECT_EQ(GetImageFields(image_).packed, kHasPalette | 7) << "equal colours are not there to be shared";
+}
+
+TEST_F(PaletteMatch, KeptColoursAreLocalUnlessTheyAreTheGlobalOnes) {
+    Palette twoColours = {};
+    twoColours[0] = {1, 2, 3};
+    // The document's colours and those of an image of 16 colours, of which 4 count; whether it needs its own.
+    const std::tuple<int, Palette, Palette, bool> rows[] = {
+        {2, twoColours, twoColours, false}, {1, twoColours, twoColours, true}, {8, global_, twoColours, true}};
+    for (const auto& [depth, global, own, local] : rows) {
+        SCOPED_TRACE(depth);
+        Block header = BlockAt(document_, 0);
+        memcpy(header.palette, global.data(), kPaletteBytes);
+        PutHeaderFields(&header, {640, 480, WithDepth(kHasPalette, depth), 0, 0});
+        ASSERT_TRUE(PutBlock(&document_, header, 0));
+        FreeBlock(&image_);
+        image_.data = CreateImageBitmap(2, 2, own.data(), 4);
+        PutImageFields(&image_, {0, 0, 0, 0, WithDepth(0, 2)});
+        paletteChoiceForInsert = kPaletteKeepAsLocal;
+        EXPECT_TRUE(Match());
+        EXPECT_EQ(GetImageFields(image_).packed, 3 | (local ? kHasPalette : 0));
+    }
+}
+
 TEST_F(PaletteMatch, EqualPalettesAreNotAskedAbout) {
     for (int depth : {1, 4, 8}) {
         FreeBlock(&image_);

@@ -1,0 +1,12 @@
+// The names for the file-identity comment: the options "--owner" and "--organisation" of the commands that save.
+#pragma once
+
+#include <string>
+
+#include "cli/options.h"
+
+// What is wrong with the names that are given, or an empty text.
+std::string WrongNames(const Options& options);
+
+// Makes the names that are given those of the user. One that is not given is the system's, empty where that has none.
+void UseNames(const Options& options);
