@@ -53,6 +53,11 @@ bool WriteIdentity(File& file, const BlockList& list) {
     return written;
 }
 
+bool GetHeader(const BlockList& list, Block* header) {
+    int index = FindHeader(list);
+    return index >= 0 && GetBlock(list, header, static_cast<uint32_t>(index));
+}
+
 bool WriteDocument(File& file, const BlockList& list, const Block& header) {
     return WriteHeader(file, header) &&
            ForEachBlock(list, [&](const Block& block, uint32_t) { return WriteBlock(file, block); }) &&
@@ -73,10 +78,13 @@ bool HasIdenticalComment(const BlockList& list, const char* text) {
     return found;
 }
 
-bool WriteGifFile(const BlockList& list, const char* path) {
-    int index = FindHeader(list);
+bool WriteGif(const BlockList& list, File& file) {
     Block header;
-    if (index < 0 || !GetBlock(list, &header, static_cast<uint32_t>(index))) return false;
+    return GetHeader(list, &header) && WriteDocument(file, list, header);
+}
+
+bool WriteGifFile(const BlockList& list, const char* path) {
+    Block header;
     File file;
-    return file.Create(path) && WriteDocument(file, list, header) && file.Close();
+    return GetHeader(list, &header) && file.Create(path) && WriteDocument(file, list, header) && file.Close();
 }
