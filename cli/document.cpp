@@ -11,14 +11,19 @@ ReadResult Document::Open(const std::string& path) {
     ReadReport report;
     ReadResult result = ReadGifFile(&list, path.c_str(), &report);
     if (report.couldNotOpen)
-        Complain(path, WhyNotOpened(path));
+        Complain(path, WhyNotOpened(path, report.reason));
+    else if (report.couldNotRead)
+        Complain(path, WhyNotRead(report.reason));
     else if (result == kReadFailed)
         Complain(path, "corrupt GIF data, or not enough memory");
     else if (result == kReadNotGif)
         Complain(path, "not a GIF file");
+    else if (report.imageLeftBlank)
+        Complain(path, "not enough memory for its pictures");
     else if (!report.reachedTrailer)
         Complain(path, "note: loading ended before the trailer; blocks behind that point are not in the document");
-    return result;
+    // The editor opens such a document, whose pictures somebody sees. Here a blank one would be passed on unseen.
+    return report.imageLeftBlank ? kReadFailed : result;
 }
 
 bool FindBlock(const BlockList& list, const std::string& path, const std::string& text, Block* block, uint32_t* index) {

@@ -1,6 +1,7 @@
 #include "cli/save_document.h"
 
 #include "cli/complaints.h"
+#include "cli/output_file.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
 #include "platform/identity.h"
@@ -17,8 +18,10 @@ std::string NameOf(const Options& options, const char* option) {
 
 int SaveDocument(BlockList* list, const std::string& path, const Options& options) {
     SetUserIdentity(NameOf(options, "--owner").c_str(), NameOf(options, "--organisation").c_str());
-    FitLogicalScreen(list);
-    if (WriteGifFile(*list, path.c_str())) return kExitDone;
-    Complain(path, WhyNotWritten(path));
-    return kExitFailed;
+    if (!FitLogicalScreen(list)) {
+        Complain(path, "can't be written: not enough memory");
+        return kExitFailed;
+    }
+    bool written = WriteOutputFile(path, [list](File& file) { return WriteGif(*list, file); });
+    return written ? kExitDone : kExitFailed;
 }
