@@ -97,7 +97,7 @@ bool File::CreateReplacement(const char* path) {
     Start();
     if (!AllocateBuffer()) return false;
     replacedPath_ = path;
-    writing_ = true;
+    writing_ = gathering_ = true;
     return true;
 }
 
@@ -164,10 +164,10 @@ void File::FlushBuffer() {
 }
 
 void File::MakeRoom() {
-    if (replacedPath_.empty())
-        FlushBuffer();
-    else
+    if (gathering_)
         GrowBuffer();
+    else
+        FlushBuffer();
 }
 
 bool File::Write(const void* from, size_t bytes) {
@@ -192,10 +192,10 @@ void File::Replace() {
 bool File::Close() {
     bool wasOpen = writing_ || system_ != kClosed;
     if (writing_ && !failed_) {
-        if (replacedPath_.empty())
-            FlushBuffer();
-        else
+        if (gathering_)
             Replace();
+        else
+            FlushBuffer();
     }
     return CloseSystemFile() && wasOpen && !failed_;
 }
@@ -211,11 +211,10 @@ bool File::CloseSystemFile() {
     if (failed_ && !createdPath_.empty()) SystemDelete(createdPath_.c_str());
     system_ = kClosed;
     createdPath_.clear();
-    replacedPath_.clear();
     buffer_.reset();
     content_ = window_ = nullptr;
     next_ = filled_ = 0;
-    writing_ = false;
+    writing_ = gathering_ = false;
     return !failed_;
 }
 

@@ -78,7 +78,7 @@ private:
     std::unique_ptr<uint8_t[]> buffer_;
     size_t bufferBytes_ = 0;
     std::string createdPath_;           // of an ordinary file being written; empty otherwise
-    std::string replacedPath_;          // of a file that is written in the end, all at once; empty otherwise
+    std::string replacedPath_;          // of a file that is written in the end, all at once
     intptr_t system_ = kClosed;         // the system's descriptor or handle
     const uint8_t* content_ = nullptr;  // the whole "file" after OpenMemory, or of a stream
     size_t contentBytes_ = 0;
@@ -88,7 +88,8 @@ private:
     size_t next_ = 0;                  // index of the next byte to read in the window
     size_t filled_ = 0;                // bytes in the window, or waiting to be written
     bool writing_ = false;
-    bool failed_ = false;  // and nothing more is read or written
+    bool gathering_ = false;  // what is written, until the end
+    bool failed_ = false;     // and nothing more is read or written
     bool folderRefused_ = false;
     int error_ = 0;  // the system's number for the first failure
 };

@@ -7,9 +7,10 @@ namespace {
 sigset_t previouslyHeld;
 struct sigaction previousFileSizeAction;
 
-// Those that do not end a process, and those that must arrive where the fault happened.
-constexpr int kNotHeld[] = {SIGCHLD, SIGCONT, SIGURG, SIGWINCH, SIGSTOP, SIGTSTP, SIGTTIN,
-                            SIGTTOU, SIGSEGV, SIGBUS, SIGFPE,   SIGILL,  SIGTRAP, SIGSYS};
+// Those that do not end a process, and those that must arrive where the fault happened, and one that is
+// ignored instead.
+constexpr int kNotHeld[] = {SIGCHLD, SIGCONT, SIGURG, SIGWINCH, SIGSTOP, SIGTSTP, SIGTTIN, SIGTTOU,
+                            SIGSEGV, SIGBUS,  SIGFPE, SIGILL,   SIGTRAP, SIGSYS,  SIGXFSZ};
 
 sigset_t HeldSignals() {
     sigset_t held;

@@ -26,7 +26,7 @@ HoldInterrupts::HoldInterrupts() {
 HoldInterrupts::~HoldInterrupts() {
     SetConsoleCtrlHandler(OnConsoleEvent, FALSE);
     if (workIsDone) SetEvent(workIsDone);
-    if (Pending()) return Sleep(kPatience);  // the other thread ends the process; it may still use the event
+    if (Pending()) Sleep(kPatience);  // the other thread ends the process meanwhile
     if (workIsDone) CloseHandle(workIsDone);
     workIsDone = nullptr;
 }

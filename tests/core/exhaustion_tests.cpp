@@ -1,4 +1,5 @@
-// Memory or the disk gives out at any moment of any command. What is not released then, the sanitizers find.
+// Memory or the disk gives out at any moment of any command, for good or just once. What is not released then, the
+// sanitizers find.
 #include "platform/faults.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/gif_bytes.h"
@@ -32,18 +33,37 @@ TEST(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
         {"build", "-o", out, "--match=photo", other, in},
         {"build", "-o", out, "--match=first", other, in},
     };
+    const std::pair<const char*, long Faults::*> kinds[] = {
+        {"allocation", &Faults::allocationsUntilFailure},
+        {"lock", &Faults::locksUntilFailure},
+        {"read", &Faults::readsUntilFailure},
+        {"write", &Faults::writesUntilFailure},
+        {"seek", &Faults::seeksUntilFailure},
+    };
     const Bytes before = {1, 2, 3};
-    for (const Words& words : commands)
-        for (long Faults::*counter : {&Faults::allocationsUntilFailure, &Faults::writesUntilFailure})
-            for (long n = 0, left = 0; left == 0; ++n) {
-                WriteAll(out, before);
-                faults.*counter = n;
-                int status = RunCli(words).status;
-                left = faults.*counter;  // none: all were wanted, and perhaps more
-                faults = {};
-                SCOPED_TRACE(words[0] + " " + words[2] + ", request " + std::to_string(n));
-                EXPECT_TRUE(status == kExitDone || (status == kExitFailed && left == 0)) << status;
-                const bool mayDelete = words[0] != "extract" && words[0] != "remap";  // a saved document may
-                EXPECT_TRUE(status == kExitDone || (mayDelete && !FileExists(out)) || ReadAll(out) == before);
-            }
+    for (const Words& words : commands) {
+        WriteAll(out, before);
+        const CliRun unharmed = RunCli(words);
+        ASSERT_EQ(unharmed.status, kExitDone);
+        const Bytes result = ReadAll(out);
+        for (bool onlyOne : {false, true})
+            for (const auto& [what, counter] : kinds)
+                for (long n = 0, left = 0; left <= 0; ++n) {
+                    SCOPED_TRACE(words[0] + " " + words[2] + ", " + what + " " + std::to_string(n) +
+                                 (onlyOne ? " alone" : " and later ones"));
+                    WriteAll(out, before);
+                    faults.onlyOne = onlyOne;
+                    faults.*counter = n;
+                    CliRun run = RunCli(words);
+                    left = faults.*counter;  // some: no more than n were wanted
+                    faults = {};
+                    const bool isDone = run.status == kExitDone;
+                    EXPECT_TRUE(isDone || left <= 0);
+                    EXPECT_EQ(run.status, isDone ? kExitDone : kExitFailed);
+                    EXPECT_EQ(run.err == unharmed.err, isDone) << run.err;
+                    EXPECT_TRUE(ReadAll(out) == (isDone ? result : before)) << "the output is neither old nor new";
+                    EXPECT_EQ(isDone ? run.out : unharmed.out, unharmed.out);
+                }
+    }
+    EXPECT_EQ(folder.Names().size(), 3u) << "something was left behind";
 }
