@@ -23,15 +23,22 @@ std::string ReadAssignments(const Words& operands, std::vector<Assignment>* assi
     return "";
 }
 
-// Puts the block back also after a failure, as it may hold a new text by then.
+// The block leaves the list while it is changed, as a new text releases the old one: it must never be in two places.
 bool SetFields(BlockList* list, const Words& operands, const std::vector<Assignment>& assignments) {
     Block block;
     uint32_t index;
     if (!FindBlock(*list, operands[0], operands[2], &block, &index)) return false;
+    if (!PutBlock(list, Block{}, index)) {
+        Complain(operands[0], "out of memory");
+        return false;
+    }
     std::string error;
     for (size_t i = 0; i < assignments.size() && error.empty(); ++i)
         error = SetBlockField(&block, assignments[i].field, assignments[i].value);
-    if (!PutBlock(list, block, index) && error.empty()) error = "out of memory";
+    if (!PutBlock(list, block, index)) {
+        FreeBlock(&block);
+        error = "out of memory";
+    }
     if (!error.empty()) Complain(operands[0], "block " + operands[2] + ": " + error);
     return error.empty();
 }
