@@ -123,6 +123,7 @@ int FillAndRename(int folder, Descriptor* file, const std::string& fresh, const 
 int WriteBeside(const std::string& path, const struct stat* old, const void* content, size_t bytes) {
     std::string folderPath = FolderOf(path);
     std::string name = path.substr(folderPath.size());
+    if (name.empty()) return ENOENT;
     // By number, so that the fresh name adds nothing to the length of the path.
     Descriptor folder(open(folderPath.empty() ? "." : folderPath.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     if (!folder.IsOpen()) return errno;
