@@ -1,9 +1,9 @@
 #include "cli/bmp_file.h"
 
 #include "cli/complaints.h"
+#include "cli/output_file.h"
 #include "imaging/image_bitmap.h"
 #include "platform/bytes.h"
-#include "platform/file.h"
 
 namespace {
 
@@ -32,8 +32,5 @@ bool WriteBmpFile(MemoryHandle image, const std::string& path) {
         return false;
     }
     const auto* bitmap = lock.As<const BitmapHeader>();
-    File file;
-    if (file.CreateReplacement(path.c_str()) && WriteBmp(file, bitmap) && file.Close()) return true;
-    Complain(path, WhyNotWritten(path));
-    return false;
+    return WriteOutputFile(path, [bitmap](File& file) { return WriteBmp(file, bitmap); });
 }

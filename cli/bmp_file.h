@@ -5,6 +5,6 @@
 
 #include "platform/memory.h"
 
-// Writes a BMP file header and then the bitmap as it is in memory. An existing file is replaced only once the new one
-// is complete. False, with the reason on standard error, when that fails.
+// Writes a BMP file header and then the bitmap as it is in memory. False, with the reason on standard
+// error, when that fails; an existing file then stands.
 bool WriteBmpFile(MemoryHandle image, const std::string& path);

@@ -79,7 +79,7 @@ private:
 bool CanBeOpened(const std::string& path) {
     File file;
     if (file.OpenForReading(path.c_str())) return true;
-    Complain(path, WhyNotOpened(path));
+    Complain(path, WhyNotOpened(path, file.Reason()));
     return false;
 }
 

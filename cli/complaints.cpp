@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "cli/printable.h"
-#include "platform/file.h"
+#include "gif/first_image.h"
 
 namespace fs = std::filesystem;
 
@@ -12,24 +12,32 @@ void Complain(const std::string& path, const std::string& what) {
     fprintf(stderr, "zephyr: %s: %s\n", Printable(path).c_str(), Printable(what).c_str());
 }
 
-std::string WhyNotOpened(const std::string& path) {
+std::string WhyNotOpened(const std::string& path, const std::string& reason) {
     std::error_code unknown;
     fs::file_status status = fs::status(fs::u8path(path), unknown);
     if (status.type() == fs::file_type::not_found) return "can't be opened: there is no such file";
     if (fs::is_directory(status)) return "can't be opened: it is a folder";
-    return "can't be opened";
+    return "can't be opened: " + reason;
 }
 
-std::string WhyNotWritten(const std::string& path) {
+std::string WhyNotRead(const std::string& reason) {
+    return "can't be read: " + reason;
+}
+
+std::string WhyNotWritten(const std::string& path, const std::string& reason) {
     std::error_code unknown;
     fs::path target = fs::u8path(path);
     fs::path folder = target.parent_path();
     if (fs::is_directory(target, unknown)) return "can't be written: it is a folder";
-    if (!folder.empty() && !fs::is_directory(folder, unknown)) return "can't be written: there is no such folder";
-    return "can't be written";
+    if (!folder.empty() && fs::status(folder, unknown).type() == fs::file_type::not_found)
+        return "can't be written: there is no such folder";
+    return "can't be written: " + reason;
 }
 
 std::string WhyNoPicture(const std::string& path) {
     File file;
-    return file.OpenForReading(path.c_str()) ? "no readable GIF picture" : WhyNotOpened(path);
+    if (!file.OpenForReading(path.c_str())) return WhyNotOpened(path, file.Reason());
+    int depth;
+    OwnedMemory image(ReadFirstImage(file, &depth));
+    return file.HasFailed() ? WhyNotRead(file.Reason()) : "no readable GIF picture";
 }

@@ -6,9 +6,11 @@
 // Prints "zephyr: <path>: <what>".
 void Complain(const std::string& path, const std::string& what);
 
-// Why a file could not be opened for reading or be written, as far as that can be told.
-std::string WhyNotOpened(const std::string& path);
-std::string WhyNotWritten(const std::string& path);
+// Why a file could not be opened for reading, read or written, in plain words where we have any, otherwise with the
+// system's `reason`.
+std::string WhyNotOpened(const std::string& path, const std::string& reason);
+std::string WhyNotRead(const std::string& reason);
+std::string WhyNotWritten(const std::string& path, const std::string& reason);
 
-// Why no picture came from a GIF file.
+// Why no picture came from a GIF file, which is read again to find that out.
 std::string WhyNoPicture(const std::string& path);

@@ -17,15 +17,25 @@ void Document::Read(const std::string& path, bool strict) {
     if (!CreateBlockList(&list)) return Complain(path, "out of memory");
     result = ReadGifFile(&list, path.c_str(), &report);
     if (report.couldNotOpen)
-        Complain(path, WhyNotOpened(path));
+        Complain(path, WhyNotOpened(path, report.reason));
+    else if (report.couldNotRead)
+        Complain(path, WhyNotRead(report.reason));
     else if (result == kReadFailed)
         Complain(path, "corrupt GIF data, or not enough memory");
     else if (result == kReadNotGif)
         Complain(path, "not a GIF file");
+    else if (report.imageLeftBlank)
+        RefuseBlankImage(path);
     else if (!report.reachedTrailer && strict)
         Complain(path, kNotComplete + std::string(" (") + WhereLoadEnded(*this) + "), which --strict does not allow");
     else if (!report.reachedTrailer)
         Complain(path, "note: " + std::string(kNotComplete) + "; blocks behind that point are not in the document");
+}
+
+// The editor opens such a document, whose pictures somebody sees. Here a blank one would be passed on unseen.
+void Document::RefuseBlankImage(const std::string& path) {
+    Complain(path, "not enough memory for its pictures");
+    result = kReadFailed;
 }
 
 std::string WhereLoadEnded(const Document& document) {

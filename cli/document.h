@@ -19,6 +19,7 @@ struct Document {
 
 private:
     void Read(const std::string& path, bool strict);
+    void RefuseBlankImage(const std::string& path);
 };
 
 // Where the load of a document ended, in a few words: "trailer" when all of it was read.

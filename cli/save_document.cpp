@@ -2,17 +2,18 @@
 
 #include "cli/complaints.h"
 #include "cli/names.h"
+#include "cli/output_file.h"
 #include "cli/save_warnings.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
 
 int SaveDocument(BlockList* list, const std::string& path, const Options& options) {
     UseNames(options);
-    FitLogicalScreen(list);
-    if (!WriteGifFile(*list, path.c_str())) {
-        Complain(path, WhyNotWritten(path));
+    if (!FitLogicalScreen(list)) {
+        Complain(path, "can't be written: not enough memory");
         return kExitFailed;
     }
+    if (!WriteOutputFile(path, [list](File& file) { return WriteGif(*list, file); })) return kExitFailed;
     WarnOfLosses(*list, path);
     return kExitDone;
 }

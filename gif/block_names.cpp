@@ -30,22 +30,31 @@ bool TakeEntry(const uint8_t** at, const uint8_t* end, Entry* entry) {
 }
 
 // Names come before any others are given: a block that has one already was named by an earlier entry.
-void NameBlock(BlockList* list, const Entry& entry) {
+bool NameBlock(BlockList* list, const Entry& entry) {
     Block block;
-    if (!GetBlock(*list, &block, entry.position) || block.kind != entry.kind || block.name) return;
-    if (SetBlockName(entry.name, &block) && !PutBlock(list, block, entry.position)) FreeMemory(block.name);
+    if (entry.position >= list->count) return true;
+    if (!GetBlock(*list, &block, entry.position)) return false;
+    if (block.kind != entry.kind || block.name) return true;
+    if (!SetBlockName(entry.name, &block)) return false;
+    if (PutBlock(list, block, entry.position)) return true;
+    FreeMemory(block.name);
+    return false;
 }
 
 }  // namespace
 
-void ApplyBlockNames(BlockList* list) {
+bool ApplyBlockNames(BlockList* list) {
     Block names;
     int found = FindBlock(*list, kBlockNamesBlock);
-    if (found < 0 || !GetBlock(*list, &names, static_cast<uint32_t>(found))) return;
+    if (found < 0) return true;
+    if (!GetBlock(*list, &names, static_cast<uint32_t>(found))) return false;
     MemoryLock lock(names.data);
-    if (!lock || names.dataLength < kCountBytes) return;
+    if (!lock) return false;
+    if (names.dataLength < kCountBytes) return true;
     const uint8_t* at = lock.Bytes() + kCountBytes;
     const uint8_t* end = lock.Bytes() + names.dataLength;
     Entry entry;
-    for (int left = GetWord(lock.Bytes()); left > 0 && TakeEntry(&at, end, &entry); --left) NameBlock(list, entry);
+    for (int left = GetWord(lock.Bytes()); left > 0 && TakeEntry(&at, end, &entry); --left)
+        if (!NameBlock(list, entry)) return false;
+    return true;
 }

@@ -25,9 +25,9 @@ MemoryHandle ReadFirstImage(File& file, int* depth) {
     uint8_t packed = GetHeaderFields(header).packed;
     int globalDepth = (packed & kHasPalette) ? DepthOfPacked(packed) : 0;
     Block image = {};
-    bool wasRead = ReadImage(file, &image, header.palette, globalDepth);
+    bool wasRead = ReadImage(file, &image, header.palette, globalDepth) == kImageRead;
     OwnedMemory bitmap(image.data);
-    if (!wasRead) return nullptr;
+    if (!wasRead || file.HasFailed()) return nullptr;
     *depth = DepthOfPacked(GetImageFields(image).packed);
     return bitmap.Release();
 }

@@ -38,20 +38,22 @@ HeaderResult ReadGifHeader(File& file, Block* block) {
     return !(packed & kHasPalette) || ReadColourTable(file, block, packed) ? kHeaderRead : kHeaderCut;
 }
 
-bool ReadImage(File& file, Block* block, const RgbTriple* globalPalette, int globalDepth) {
+ImageResult ReadImage(File& file, Block* block, const RgbTriple* globalPalette, int globalDepth) {
     block->kind = kImageBlock;
-    if (file.Read(block->descriptor, kImageDescriptorBytes) != kImageDescriptorBytes) return false;
+    if (file.Read(block->descriptor, kImageDescriptorBytes) != kImageDescriptorBytes) return kImageFailed;
     ImageFields fields = GetImageFields(*block);
     bool hasOwnPalette = (fields.packed & kHasPalette) != 0;
     int depth = ReadPalette(file, block, fields.packed, globalPalette, globalDepth);
     int codeSize = depth ? ReadByte(file) : -1;
-    if (codeSize < 0) return false;
+    if (codeSize < 0) return kImageFailed;
 
     // The block remembers the depth of the colours that it is shown with, even when they are not its own.
     fields.packed = static_cast<uint8_t>((fields.packed & ~kSizeCode) | (depth - 1));
     PutImageFields(block, fields);
     block->data = CreateImageBitmap(fields.width, fields.height, block->palette, depth);
-    if (!block->data || DecodeImageData(file, codeSize, *block) == kDecodeCorrupt) return false;
+    if (!block->data) return kImageFailed;
+    DecodeResult decoded = DecodeImageData(file, codeSize, *block);
+    if (decoded == kDecodeCorrupt) return kImageFailed;
     if (!hasOwnPalette) memset(block->palette, 0, kPaletteBytes);
-    return true;
+    return decoded == kDecodeNoMemory ? kImageLeftBlank : kImageRead;
 }

@@ -4,6 +4,12 @@
 #include "gif/block.h"
 #include "platform/file.h"
 
+enum ImageResult {
+    kImageFailed,  // cut short, without a palette, corrupt, or too large for the memory
+    kImageRead,
+    kImageLeftBlank,  // its bitmap is there, but there was no memory to decode into it
+};
+
 enum HeaderResult { kHeaderCut, kHeaderRead, kHeaderNotGif };
 
 // Reads the header and the global colour table into `block`, which comes in zeroed and becomes a HEADER. A file may
@@ -13,6 +19,5 @@ HeaderResult ReadGifHeader(File& file, Block* block);
 // Reads an image, its introducer just read, into `block`, which comes in zeroed and becomes an IMAGE: its descriptor,
 // its own palette, if any, and its bitmap, decoded and coloured by its own or the global palette, which has
 // `globalDepth` bits (0 for none). Leaves the file between two sub-blocks of the image's data: SkipSubBlocks finds
-// their end. False when the image is cut short, has no palette, is corrupt or can't be held in memory; the caller
-// releases what `block` then holds.
-bool ReadImage(File& file, Block* block, const RgbTriple* globalPalette, int globalDepth);
+// their end. After kImageFailed the caller releases what `block` then holds.
+ImageResult ReadImage(File& file, Block* block, const RgbTriple* globalPalette, int globalDepth);

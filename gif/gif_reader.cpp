@@ -26,11 +26,14 @@ int GlobalPaletteOfHeader(const BlockList& list, RgbTriple* palette) {
     return (packed & kHasPalette) ? DepthOfPacked(packed) : 0;
 }
 
-bool ReadAndKeepImage(BlockList* list, File& file) {
+bool ReadAndKeepImage(BlockList* list, File& file, ReadReport* report) {
     RgbTriples globalPalette;
     int globalDepth = GlobalPaletteOfHeader(*list, globalPalette);
     Block block = {};
-    if (!Keep(list, &block, ReadImage(file, &block, globalPalette, globalDepth))) return false;
+    ImageResult result = ReadImage(file, &block, globalPalette, globalDepth);
+    // Memory that was short for a moment costs the picture, not the document.
+    report->imageLeftBlank |= result == kImageLeftBlank;
+    if (!Keep(list, &block, result != kImageFailed)) return false;
     SkipSubBlocks(file);
     return true;
 }
@@ -49,7 +52,7 @@ bool ReadBlocks(BlockList* list, File& file, ReadReport* report) {
         report->reachedTrailer = introducer == kTrailer && !report->dataUnread;
         report->fileEnded = introducer < 0;
         if (introducer == kImageIntroducer) {
-            if (!ReadAndKeepImage(list, file)) return false;
+            if (!ReadAndKeepImage(list, file, report)) return false;
         } else if (introducer == kExtensionIntroducer) {
             if (!ReadAndKeepExtension(list, file, report)) return false;
         } else {
@@ -58,20 +61,27 @@ bool ReadBlocks(BlockList* list, File& file, ReadReport* report) {
     }
 }
 
+ReadResult ReadDocument(BlockList* list, File& file, ReadReport* report) {
+    Block header = {};
+    HeaderResult result = ReadGifHeader(file, &header);
+    if (result == kHeaderNotGif) return kReadNotGif;
+    if (!Keep(list, &header, result == kHeaderRead)) return kReadFailed;
+    if (!ReadBlocks(list, file, report)) return kReadFailed;
+    return RenumberBlocks(list) && ApplyBlockNames(list) ? kReadDone : kReadFailed;
+}
+
 }  // namespace
 
 ReadResult ReadGif(BlockList* list, File& file, ReadReport* report) {
     ReadReport unwanted;
     if (!report) report = &unwanted;
     *report = {};
-    Block header = {};
-    HeaderResult result = ReadGifHeader(file, &header);
-    if (result == kHeaderNotGif) return kReadNotGif;
-    if (!Keep(list, &header, result == kHeaderRead)) return kReadFailed;
-    if (!ReadBlocks(list, file, report)) return kReadFailed;
-    RenumberBlocks(list);
-    ApplyBlockNames(list);
-    return kReadDone;
+    ReadResult result = ReadDocument(list, file, report);
+    if (!file.HasFailed()) return result;
+    // To the reader of bytes it looked like the end of the file.
+    report->couldNotRead = true;
+    report->reason = file.Reason();
+    return kReadFailed;
 }
 
 ReadResult ReadGifFile(BlockList* list, const char* path, ReadReport* report) {
@@ -80,6 +90,7 @@ ReadResult ReadGifFile(BlockList* list, const char* path, ReadReport* report) {
     if (report) {
         *report = {};
         report->couldNotOpen = true;
+        report->reason = file.Reason();
     }
     return kReadFailed;
 }

@@ -42,15 +42,35 @@ bool WriteBlock(File& file, const Block& block) {
     }
 }
 
+// Looks for a COMMENT with exactly that text. False when a block can't be read.
+bool FindIdenticalComment(const BlockList& list, const char* text, bool* found) {
+    size_t length = strlen(text);
+    *found = false;
+    bool sawAll = ForEachBlock(list, [&](const Block& block, uint32_t) {
+        if (block.kind != kCommentBlock || block.dataLength != length) return true;
+        MemoryLock lock(block.data);
+        *found = lock && memcmp(lock.Bytes(), text, length) == 0;
+        return lock && !*found;
+    });
+    return sawAll || *found;
+}
+
 bool WriteIdentity(File& file, const BlockList& list) {
     IdentityComment identity;
-    if (HasIdenticalComment(list, identity.text)) return true;
+    bool isThere;
+    if (!FindIdenticalComment(list, identity.text, &isThere)) return false;
+    if (isThere) return true;
     Block comment = {};
     comment.kind = kCommentBlock;
     bool written = SetBlockText(&comment, identity.text, static_cast<uint32_t>(strlen(identity.text))) &&
                    WriteCommentBlock(file, comment);
     FreeBlock(&comment);
     return written;
+}
+
+bool GetHeader(const BlockList& list, Block* header) {
+    int index = FindHeader(list);
+    return index >= 0 && GetBlock(list, header, static_cast<uint32_t>(index));
 }
 
 bool WriteDocument(File& file, const BlockList& list, const Block& header) {
@@ -62,21 +82,17 @@ bool WriteDocument(File& file, const BlockList& list, const Block& header) {
 }  // namespace
 
 bool HasIdenticalComment(const BlockList& list, const char* text) {
-    size_t length = strlen(text);
-    bool found = false;
-    ForEachBlock(list, [&](const Block& block, uint32_t) {
-        if (block.kind != kCommentBlock || block.dataLength != length) return true;
-        MemoryLock lock(block.data);
-        found = lock && memcmp(lock.Bytes(), text, length) == 0;
-        return !found;
-    });
-    return found;
+    bool found;
+    return FindIdenticalComment(list, text, &found) && found;
+}
+
+bool WriteGif(const BlockList& list, File& file) {
+    Block header;
+    return GetHeader(list, &header) && WriteDocument(file, list, header);
 }
 
 bool WriteGifFile(const BlockList& list, const char* path) {
-    int index = FindHeader(list);
     Block header;
-    if (index < 0 || !GetBlock(list, &header, static_cast<uint32_t>(index))) return false;
     File file;
-    return file.Create(path) && WriteDocument(file, list, header) && file.Close();
+    return GetHeader(list, &header) && file.Create(path) && WriteDocument(file, list, header) && file.Close();
 }

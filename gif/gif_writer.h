@@ -4,9 +4,13 @@
 #include "gif/block_list.h"
 #include "platform/file.h"
 
-// Saves the document at `path` (UTF-8): header, blocks, the file-identity comment unless the document carries it
-// already, trailer. False on failure; the file is then removed, except when the document has no header, which is
-// noticed before the file is touched.
+// Writes the document into a file that has been created: header, blocks, the file-identity comment unless the document
+// carries it already, trailer. False on failure (of the file, of memory, or when the document has no header, which is
+// noticed before anything is written); closing the file is the caller's.
+[[nodiscard]] bool WriteGif(const BlockList& list, File& file);
+
+// Saves the document at `path` (UTF-8), straight over what stands there. False on failure; the file is then removed,
+// except when the document has no header, which is noticed before the file is touched.
 [[nodiscard]] bool WriteGifFile(const BlockList& list, const char* path);
 
 // Whether some COMMENT block's text is exactly `text`.

@@ -7,7 +7,7 @@
 bool FitLogicalScreen(BlockList* list) {
     int right = 0;
     int bottom = 0;
-    ForEachBlock(*list, [&](const Block& block, uint32_t) {
+    bool wasRead = ForEachBlock(*list, [&](const Block& block, uint32_t) {
         if (block.kind != kImageBlock) return true;
         ImageFields image = GetImageFields(block);
         right = std::max(right, image.left + image.width);
@@ -15,7 +15,7 @@ bool FitLogicalScreen(BlockList* list) {
         return true;
     });
     Block header;
-    if (!GetBlock(*list, &header, 0)) return false;
+    if (!wasRead || !GetBlock(*list, &header, 0)) return false;
     HeaderFields fields = GetHeaderFields(header);
     // An image may lie so far out that its edge has no place in 16 bits; the widest screen is what remains.
     if (right) fields.screenWidth = static_cast<uint16_t>(std::min(right, 0xFFFF));

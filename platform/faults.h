@@ -1,19 +1,31 @@
-// Lets tests exhaust memory or fill the disk at a chosen moment. Nothing else writes these counters.
+// Lets tests exhaust memory, fill the disk or break a file at a chosen moment. Nothing else writes these counters.
 #pragma once
 
 struct Faults {
     static constexpr long kNever = -1;
-    long allocationsUntilFailure = kNever;  // 0: the next allocation or growth fails, and every later one
-    long writesUntilFailure = kNever;       // 0: the next write to a file fails, and every later one
-    long locksUntilFailure = kNever;        // 0: the next lock of a memory block fails, and every later one
+    static constexpr long kPast = -2;  // the only failure has happened
+
+    // Events of a kind until one fails: with 0 the next one does.
+    long allocationsUntilFailure = kNever;  // allocations of memory, and its growth
+    long locksUntilFailure = kNever;        // locks of a memory block
+    long readsUntilFailure = kNever;        // reads of a file by the system
+    long writesUntilFailure = kNever;       // writes to a file by the system
+    long seeksUntilFailure = kNever;        // moves within a file by the system
+
+    // True: the one event fails and all later ones succeed, which shows failures that nobody looks at. False: every
+    // later one fails too.
+    bool onlyOne = false;
 };
 
 extern Faults faults;
 
 // Counts one event; true when it has to fail.
 inline bool FaultDue(long& remaining) {
-    if (remaining == Faults::kNever) return false;
-    if (remaining == 0) return true;
-    --remaining;
-    return false;
+    if (remaining < 0) return false;
+    if (remaining > 0) {
+        --remaining;
+        return false;
+    }
+    if (faults.onlyOne) remaining = Faults::kPast;
+    return true;
 }

@@ -2,70 +2,122 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
+#include <utility>
 
-#include "platform/faults.h"
 #include "platform/file_system.h"
+#include "platform/memory.h"
+#include "platform/replace_file.h"
+
+namespace {
+constexpr int kUnknownError = -1;  // a failure without a number of the system's
+}
 
 File::~File() {
     Discard();
 }
 
+// Forgets the file before and its failures.
+void File::Start() {
+    Discard();
+    failed_ = folderRefused_ = false;
+    error_ = 0;
+    windowStart_ = systemPosition_ = 0;
+}
+
+bool File::Fail(int error) {
+    failed_ = true;
+    if (error_ == 0) error_ = error ? error : kUnknownError;
+    return false;
+}
+
+std::string File::Reason() const {
+    return HasFailed() ? SystemErrorText(error_) : std::string();
+}
+
 bool File::AllocateBuffer() {
-    if (FaultDue(faults.allocationsUntilFailure)) return false;
-    buffer_.reset(new (std::nothrow) uint8_t[kBufferBytes]);
-    return buffer_ != nullptr;
+    buffer_ = AllocateScratch(kBufferBytes);
+    bufferBytes_ = kBufferBytes;
+    window_ = buffer_.get();
+    return buffer_ || Fail(kSystemNoMemory);
+}
+
+bool File::GrowBuffer() {
+    std::unique_ptr<uint8_t[]> larger = AllocateScratch(uint64_t{bufferBytes_} * 2);
+    if (!larger) return Fail(kSystemNoMemory);
+    memcpy(larger.get(), buffer_.get(), filled_);
+    buffer_ = std::move(larger);
+    bufferBytes_ *= 2;
+    return true;
 }
 
 bool File::OpenForReading(const char* path) {
-    Discard();
+    Start();
     if (!AllocateBuffer()) return false;
-    system_ = SystemOpenForReading(path);
-    writing_ = failed_ = false;
-    window_ = buffer_.get();
-    windowStart_ = systemPosition_ = 0;
-    return system_ != kClosed;
+    bool isSeekable = false;
+    system_ = SystemOpenForReading(path, &isSeekable);
+    if (system_ == kClosed) return Fail(SystemLastError());
+    if (!isSeekable) ReadStream();
+    return true;
+}
+
+// Takes the whole stream into memory. A failure is one of reading, which those who read will find.
+void File::ReadStream() {
+    ptrdiff_t came = 0;
+    do {
+        filled_ += static_cast<size_t>(came);
+        if (filled_ == kMostStreamBytes) Fail(kSystemFileTooLarge);
+        if (filled_ == bufferBytes_ && !failed_) GrowBuffer();
+        came = failed_ ? 0 : SystemRead(system_, buffer_.get() + filled_, bufferBytes_ - filled_);
+    } while (came > 0);
+    if (came < 0) Fail(SystemLastError());
+    if (failed_) filled_ = 0;
+    content_ = window_ = buffer_.get();
+    contentBytes_ = filled_;
 }
 
 void File::OpenMemory(const void* content, size_t bytes) {
-    Discard();
+    Start();
     content_ = window_ = static_cast<const uint8_t*>(content);
     contentBytes_ = filled_ = bytes;
-    windowStart_ = 0;
 }
 
 bool File::Create(const char* path) {
-    Discard();
+    Start();
     if (!AllocateBuffer()) return false;
     bool isOrdinary = false;
     system_ = SystemCreate(path, &isOrdinary);
-    if (system_ == kClosed) return false;
+    if (system_ == kClosed) return Fail(SystemLastError());
     if (isOrdinary) createdPath_ = path;
     writing_ = true;
-    failed_ = false;
     return true;
 }
 
 bool File::CreateReplacement(const char* path) {
     if (SystemIsSpecial(path)) return Create(path);
-    if (!Create((std::string(path) + ".zephyr-new").c_str())) return false;
+    Start();
+    if (!AllocateBuffer()) return false;
     replacedPath_ = path;
+    writing_ = gathering_ = true;
     return true;
 }
 
 void File::Fill() {
     windowStart_ += filled_;
     next_ = filled_ = 0;
-    if (content_ && windowStart_ < contentBytes_) {
+    if (failed_ || writing_) return;
+    if (content_) {
+        if (windowStart_ >= contentBytes_) return;
         window_ = content_ + windowStart_;
         filled_ = contentBytes_ - static_cast<size_t>(windowStart_);
+        return;
     }
-    if (system_ == kClosed || writing_) return;
-    if (systemPosition_ != windowStart_) {
-        if (!SystemSeek(system_, windowStart_)) return;
+    if (system_ == kClosed) return;
+    ptrdiff_t came = -1;
+    if (systemPosition_ == windowStart_ || SystemSeek(system_, windowStart_)) {
         systemPosition_ = windowStart_;
+        came = SystemRead(system_, buffer_.get(), kBufferBytes);
     }
-    ptrdiff_t came = SystemRead(system_, buffer_.get(), kBufferBytes);
+    if (came < 0) Fail(SystemLastError());
     if (came <= 0) return;
     filled_ = static_cast<size_t>(came);
     systemPosition_ += filled_;
@@ -102,33 +154,49 @@ void File::Seek(uint64_t position) {
 void File::FlushBuffer() {
     size_t done = 0;
     while (!failed_ && done < filled_) {
-        ptrdiff_t written =
-            FaultDue(faults.writesUntilFailure) ? -1 : SystemWrite(system_, buffer_.get() + done, filled_ - done);
+        ptrdiff_t written = SystemWrite(system_, buffer_.get() + done, filled_ - done);
         if (written <= 0)
-            failed_ = true;
+            Fail(SystemLastError());
         else
             done += static_cast<size_t>(written);
     }
     filled_ = 0;
 }
 
+void File::MakeRoom() {
+    if (gathering_)
+        GrowBuffer();
+    else
+        FlushBuffer();
+}
+
 bool File::Write(const void* from, size_t bytes) {
-    if (system_ == kClosed || !writing_) return false;
+    if (!writing_) return false;
     const auto* in = static_cast<const uint8_t*>(from);
     while (bytes > 0 && !failed_) {
-        size_t piece = std::min(bytes, kBufferBytes - filled_);
+        size_t piece = std::min(bytes, bufferBytes_ - filled_);
         memcpy(buffer_.get() + filled_, in, piece);
         filled_ += piece;
         in += piece;
         bytes -= piece;
-        if (filled_ == kBufferBytes) FlushBuffer();
+        if (filled_ == bufferBytes_) MakeRoom();
     }
     return !failed_;
 }
 
+void File::Replace() {
+    int error = ReplaceFileContent(replacedPath_.c_str(), buffer_.get(), filled_, &folderRefused_);
+    if (error) Fail(error);
+}
+
 bool File::Close() {
-    bool wasOpen = system_ != kClosed;
-    if (wasOpen && writing_) FlushBuffer();
+    bool wasOpen = writing_ || system_ != kClosed;
+    if (writing_ && !failed_) {
+        if (gathering_)
+            Replace();
+        else
+            FlushBuffer();
+    }
     return CloseSystemFile() && wasOpen && !failed_;
 }
 
@@ -137,19 +205,16 @@ void File::Discard() {
     CloseSystemFile();
 }
 
-// Forgets everything about the file but whether it failed. A created one that did goes, one that did not takes its
-// place.
+// Forgets everything about the file but whether it failed. A created one that did goes.
 bool File::CloseSystemFile() {
-    if (system_ != kClosed && !SystemClose(system_)) failed_ = true;
-    if (!failed_ && !replacedPath_.empty()) failed_ = !SystemReplace(createdPath_.c_str(), replacedPath_.c_str());
+    if (system_ != kClosed && !SystemClose(system_)) Fail(SystemLastError());
     if (failed_ && !createdPath_.empty()) SystemDelete(createdPath_.c_str());
     system_ = kClosed;
     createdPath_.clear();
-    replacedPath_.clear();
     buffer_.reset();
     content_ = window_ = nullptr;
     next_ = filled_ = 0;
-    writing_ = false;
+    writing_ = gathering_ = false;
     return !failed_;
 }
 

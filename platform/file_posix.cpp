@@ -4,8 +4,13 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <cstring>
 
+#include "platform/faults.h"
 #include "platform/file_system.h"
+
+const int kSystemNoMemory = ENOMEM;
+const int kSystemFileTooLarge = EFBIG;
 
 namespace {
 
@@ -16,15 +21,28 @@ bool GetMode(int file, mode_t* mode) {
     return true;
 }
 
+// Closes without losing the reason why something failed.
+int CloseAfter(int file, int error) {
+    close(file);
+    errno = error;
+    return -1;
+}
+
+bool Fails(long& remaining, int error) {
+    if (!FaultDue(remaining)) return false;
+    errno = error;
+    return true;
+}
+
 }  // namespace
 
-intptr_t SystemOpenForReading(const char* path) {
+intptr_t SystemOpenForReading(const char* path, bool* isSeekable) {
     int file = open(path, O_RDONLY | O_CLOEXEC);
+    if (file < 0) return -1;
     mode_t mode = 0;
-    if (file >= 0 && (!GetMode(file, &mode) || S_ISDIR(mode))) {
-        close(file);
-        file = -1;
-    }
+    if (!GetMode(file, &mode)) return CloseAfter(file, errno);
+    if (S_ISDIR(mode)) return CloseAfter(file, EISDIR);
+    *isSeekable = S_ISREG(mode) || S_ISBLK(mode);
     return file;
 }
 
@@ -36,6 +54,7 @@ intptr_t SystemCreate(const char* path, bool* isOrdinary) {
 }
 
 ptrdiff_t SystemRead(intptr_t file, void* to, size_t bytes) {
+    if (Fails(faults.readsUntilFailure, EIO)) return -1;
     ptrdiff_t came;
     do came = read(static_cast<int>(file), to, bytes);
     while (came < 0 && errno == EINTR);
@@ -43,6 +62,7 @@ ptrdiff_t SystemRead(intptr_t file, void* to, size_t bytes) {
 }
 
 ptrdiff_t SystemWrite(intptr_t file, const void* from, size_t bytes) {
+    if (Fails(faults.writesUntilFailure, ENOSPC)) return -1;
     ptrdiff_t written;
     do written = write(static_cast<int>(file), from, bytes);
     while (written < 0 && errno == EINTR);
@@ -50,6 +70,7 @@ ptrdiff_t SystemWrite(intptr_t file, const void* from, size_t bytes) {
 }
 
 bool SystemSeek(intptr_t file, uint64_t position) {
+    if (Fails(faults.seeksUntilFailure, EIO)) return false;
     return lseek(static_cast<int>(file), static_cast<off_t>(position), SEEK_SET) >= 0;
 }
 
@@ -66,6 +87,10 @@ void SystemDelete(const char* path) {
     unlink(path);
 }
 
-bool SystemReplace(const char* from, const char* to) {
-    return rename(from, to) == 0;
+int SystemLastError() {
+    return errno;
+}
+
+std::string SystemErrorText(int error) {
+    return strerror(error);
 }

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <fstream>
 
+#include "platform/faults.h"
 #include "platform/identity.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/gif_bytes.h"
@@ -164,6 +165,19 @@ TEST_F(Cli, StrictRefusesWhatIsNotWhole) {
                                                  "), which --strict does not allow\n");
         }
     }
+}
+
+TEST_F(Cli, NoPictureIsBlankForWantOfMemory) {
+    WriteAll(good_, GifBytes().Header("GIF89a", 9, 9, 0x81).SmallImage().Add({0x3B}));
+    int told = 0;
+    for (long n = 0; n < 10; ++n) {
+        faults.allocationsUntilFailure = n;
+        CliRun run = RunCli({"list", good_});
+        faults = {};
+        EXPECT_EQ(run.status == 0, run.err.empty());
+        told += run.err == "zephyr: " + good_ + ": not enough memory for its pictures\n";
+    }
+    EXPECT_EQ(told, 1);
 }
 
 TEST_F(Cli, SaveFitsTheScreenAndSignsTheFile) {

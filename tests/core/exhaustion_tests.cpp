@@ -1,53 +1,118 @@
-// Memory or the disk gives out at any moment of any command. What is not released then, the sanitizers find.
+// Memory or the disk gives out at any moment of any command, for good or just once. What is not released then, the
+// sanitizers find.
 #include "platform/faults.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/gif_bytes.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
+#include "tests/support/scripted_prompts.h"
 
-TEST(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
-    TempFolder folder;
-    const std::string in = folder.Path("in.gif"), out = folder.Path("out"), other = folder.Path("other.gif");
-    GifBytes names = GifBytes().Word(1).Word(2).Word(2).Word(1).Repeat(0, 8).Text({"a\0", 2});
-    GifBytes document = GifBytes().Header("GIF89a", 5, 4, 0x87).SmallImage(0x87).Comment("c");
-    document.Extension(0x01, std::string(13, 'f'), "text").Extension(0xFF, "\x0DXMP DataXMP", "data");
-    document.Extension(0xFF, "\x0BKELMORnb1.0", {reinterpret_cast<const char*>(names.data()), names.size()});
-    for (int i = 0; i < 57; ++i) document.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // so many that one more lets it grow
-    WriteAll(in, document);
-    Random random(6);
-    OwnedMemory picture(RandomImage(random, 60, 50, 8, Palette{}));
-    WritePicture(other, picture.Get(), 8);
-    const Words commands[] = {
-        {"list", "--json", in},
-        {"save", in, out},
-        {"extract", in, "1", out},
-        {"remap", in, "1", out, "--palette", "6"},
-        {"remap", other, "1", out, "--palette", "0", "--dither"},
-        {"insert", in, out, "--kind=image", "--at=2", "--remap", other, in},
-        {"insert", in, out, "--kind=image", "--at=2", "--dither", other},
-        {"insert", in, out, "--kind=plaintext", "--at=1"},
-        {"delete", in, out, "1", "2"},
-        {"set", in, out, "2", "text=new"},
-        {"build", "-o", out, "--loop", other, in},
-        {"build", "-o", out, "--match=photo", other, in},
-        {"build", "-o", out, "--match=first", other, in},
+namespace {
+
+class Exhaustion : public testing::Test {
+protected:
+    Exhaustion() {
+        GifBytes names = GifBytes().Word(1).Word(2).Word(2).Word(1).Repeat(0, 8).Text({"a\0", 2});
+        GifBytes document = GifBytes().Header("GIF89a", 5, 4, 0x87).SmallImage(0x87).Comment("c");
+        document.Extension(0x01, std::string(13, 'f'), "text").Extension(0xFF, "\x0DXMP DataXMP", "data");
+        document.Extension(0xFF, "\x0BKELMORnb1.0", {reinterpret_cast<const char*>(names.data()), names.size()});
+        for (int i = 0; i < 57; ++i)
+            document.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // so many that one more lets it grow
+        document.Add({0x3B});
+        WriteAll(in_, document);
+        Random random(6);
+        OwnedMemory picture(RandomImage(random, 60, 50, 8, Palette{}));
+        WritePicture(other_, picture.Get(), 8);
+    }
+    ~Exhaustion() override { faults = {}; }
+
+    struct Outcome {
+        CliRun run;
+        Bytes out;
+        bool complained;
+        long left;  // of the counter: some, when no more than that were wanted
     };
-    const Bytes before = {1, 2, 3};
-    for (const Words& words : commands)
-        for (long Faults::*counter : {&Faults::allocationsUntilFailure, &Faults::writesUntilFailure})
-            for (long n = 0, left = 0; left == 0; ++n) {
-                WriteAll(out, before);
-                faults.*counter = n;
-                int status = RunCli(words).status;
-                left = faults.*counter;  // none: all were wanted, and perhaps more
-                faults = {};
-                SCOPED_TRACE(words[0] + " " + words[2] + ", request " + std::to_string(n));
-                if (status == kExitDone) continue;
-                EXPECT_EQ(status, kExitFailed);
-                EXPECT_EQ(left, 0);
-                const bool mayDelete = words[0] != "extract" && words[0] != "remap";  // a saved document may
-                if (!mayDelete || FileExists(out)) {
-                    EXPECT_TRUE(ReadAll(out) == before);
+
+    Outcome Run(const Words& words, long Faults::*counter, long n, bool onlyOne) {
+        WriteAll(out_, before_);
+        prompts.messages.clear();
+        faults.onlyOne = onlyOne;
+        faults.*counter = n;
+        CliRun run = RunCli(words);
+        long left = faults.*counter;
+        faults = {};
+        return {run, ReadAll(out_), !prompts.messages.empty() || !run.err.empty(), left};
+    }
+
+    // Either all is as without the fault, or the command says that it failed and leaves everything as it was.
+    void ExpectAllOrNothing(const Outcome& faulted, const Outcome& unharmed) {
+        const bool isDone = faulted.run.status == kExitDone;
+        EXPECT_EQ(faulted.run.status, isDone ? kExitDone : kExitFailed);
+        EXPECT_EQ(faulted.complained, !isDone) << faulted.run.err;
+        EXPECT_TRUE(faulted.out == (isDone ? unharmed.out : before_)) << "the output is neither old nor new";
+        EXPECT_TRUE(!isDone || faulted.run.out == unharmed.run.out);
+        EXPECT_EQ(folder_.Names().size(), 3u) << "something was left behind";
+    }
+
+    TempFolder folder_;
+    const std::string in_ = folder_.Path("in.gif"), out_ = folder_.Path("out"), other_ = folder_.Path("other.gif");
+    const Bytes before_ = {1, 2, 3};
+};
+
+}  // namespace
+
+TEST_F(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
+    const Words commands[] = {
+        {"list", "--json", in_},
+        {"save", in_, out_},
+        {"extract", in_, "1", out_},
+        {"remap", in_, "1", out_, "--palette", "6"},
+        {"remap", other_, "1", out_, "--palette", "0", "--dither"},
+        {"insert", in_, out_, "--kind=image", "--at=2", "--remap", other_, in_},
+        {"insert", in_, out_, "--kind=image", "--at=2", "--dither", other_},
+        {"insert", in_, out_, "--kind=plaintext", "--at=1"},
+        {"delete", in_, out_, "1", "2"},
+        {"set", in_, out_, "2", "text=new"},
+        {"build", "-o", out_, "--loop", other_, in_},
+        {"build", "-o", out_, "--match=photo", other_, in_},
+        {"build", "-o", out_, "--match=first", other_, in_},
+    };
+    const std::pair<const char*, long Faults::*> kinds[] = {
+        {"allocation", &Faults::allocationsUntilFailure},
+        {"read", &Faults::readsUntilFailure},
+        {"write", &Faults::writesUntilFailure},
+        {"seek", &Faults::seeksUntilFailure},
+    };
+    for (const Words& words : commands) {
+        const Outcome unharmed = Run(words, &Faults::readsUntilFailure, Faults::kNever, false);
+        ASSERT_EQ(unharmed.run.status, kExitDone);
+        for (bool onlyOne : {false, true})
+            for (const auto& [what, counter] : kinds)
+                for (long n = 0, left = 0; left <= 0; ++n) {
+                    SCOPED_TRACE(words[0] + " " + words[2] + ", " + what + " " + std::to_string(n) +
+                                 (onlyOne ? " alone" : " and later ones"));
+                    Outcome faulted = Run(words, counter, n, onlyOne);
+                    left = faulted.left;
+                    EXPECT_TRUE(left <= 0 || faulted.run.status == kExitDone);
+                    ExpectAllOrNothing(faulted, unharmed);
                 }
-            }
+    }
+}
+
+TEST_F(Exhaustion, NoLockThatFailsGoesUnnoticed) {
+    constexpr long kEnough = 1000000;
+    const Words commands[] = {{"save", in_, out_},
+                              {"extract", in_, "1", out_},
+                              {"remap", in_, "1", out_, "--palette", "6"},
+                              {"delete", in_, out_, "1", "2"},
+                              {"set", in_, out_, "2", "text=new"}};
+    for (const Words& words : commands) {
+        const Outcome unharmed = Run(words, &Faults::locksUntilFailure, kEnough, true);
+        ASSERT_EQ(unharmed.run.status, kExitDone);
+        const long locks = kEnough - unharmed.left;
+        for (long n = 0; n < locks - 1; ++n) {  // the last one is for releasing the document
+            SCOPED_TRACE(words[0] + ", lock " + std::to_string(n));
+            ExpectAllOrNothing(Run(words, &Faults::locksUntilFailure, n, true), unharmed);
+        }
+    }
 }

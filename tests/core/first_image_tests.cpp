@@ -1,5 +1,6 @@
 #include "gif/first_image.h"
 
+#include "platform/faults.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
@@ -32,4 +33,22 @@ TEST(FirstImage, WhereItIsFound) {
         EXPECT_EQ(PixelsOf(image), pixels) << what;
         EXPECT_EQ(depth, itsDepth) << what;
     }
+}
+
+TEST(FirstImage, NoneWhenTheFileCannotBeRead) {
+    TempFolder folder;
+    const std::string path = folder.Path("large.gif");
+    GifBytes bytes = Start().ImageHead(400, 300, 0).Add({2}).SubBlocks(std::string(200000, '\0'));
+    WriteAll(path, bytes.Add({0x3B}));
+    long n = 0;
+    for (bool failed = true; failed; ++n) {
+        faults.onlyOne = true;
+        faults.readsUntilFailure = n;
+        int depth;
+        OwnedMemory image(ReadFirstImage(nullptr, path.c_str(), &depth));
+        failed = faults.readsUntilFailure == Faults::kPast;
+        faults = {};
+        EXPECT_EQ(static_cast<bool>(image), !failed) << n;
+    }
+    EXPECT_GT(n, 3) << "too few reads to tell anything";
 }

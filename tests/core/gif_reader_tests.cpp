@@ -1,5 +1,7 @@
 #include "gif/gif_reader.h"
 
+#include "gif/first_image.h"
+#include "platform/faults.h"
 #include "tests/support/test_blocks.h"
 
 using namespace std::string_literals;
@@ -159,4 +161,68 @@ TEST(GifReader, BlockNames) {
         EXPECT_EQ(NameOf(BlockAt(loaded, 2)), comment);
     }
     EXPECT_EQ(LoadedGif(WithNames({1})).result, kReadDone) << "half a count";
+}
+
+// A file that comes in many pieces, and in which the reader has to go back: an image with more pixels than it has room
+// for, one that nobody can decode, and a long text.
+TEST(GifReader, AReadErrorIsNotTheEnd) {
+    TempFolder folder;
+    const std::string large = folder.Path("large.gif"), noGif = folder.Path("text");
+    std::string clearsAndPixels;
+    for (int i = 0; i < 40000; ++i) clearsAndPixels += "\x04\x41\x10";
+    GifBytes file = Start().ImageHead(2, 2, 0).Add({2}).SubBlocks(clearsAndPixels);
+    file.ImageHead(2, 2, 0).Add({9}).SubBlocks(Repeated(150000, 'x')).Comment(Repeated(70000, 'c'));
+    WriteAll(large, file.Add({0x3B}));
+    WriteAll(noGif, Repeated(200, 'x'));
+    const std::tuple<std::string, long Faults::*, ReadResult, long> cases[] = {
+        {large, &Faults::readsUntilFailure, kReadDone, 6},
+        {large, &Faults::seeksUntilFailure, kReadDone, 1},
+        {noGif, &Faults::readsUntilFailure, kReadNotGif, 1},
+    };
+    for (const auto& [path, counter, wholeResult, leastRequests] : cases) {
+        long n = 0;
+        for (bool failed = true; failed; ++n) {
+            SCOPED_TRACE(path + ", request " + std::to_string(n));
+            OwnedBlockList list;
+            ASSERT_TRUE(CreateBlockList(&list));
+            faults.onlyOne = true;
+            faults.*counter = n;
+            ReadReport report;
+            ReadResult result = ReadGifFile(&list, path.c_str(), &report);
+            failed = faults.*counter == Faults::kPast;
+            faults = {};
+            EXPECT_EQ(result, failed ? kReadFailed : wholeResult);
+            EXPECT_EQ(report.couldNotRead, failed);
+            EXPECT_EQ(report.reason.empty(), !failed);
+            EXPECT_FALSE(report.couldNotOpen);
+        }
+        EXPECT_GT(n, leastRequests) << "too few requests to tell anything";
+    }
+}
+
+TEST(GifReader, AnImageWithoutMemoryIsBlankAndReported) {
+    const Bytes bytes = Start().SmallImage().Add({0x3B});
+    int blank = 0;
+    for (long n = 0; n < 8; ++n) {
+        File file;
+        file.OpenMemory(bytes.data(), bytes.size());
+        OwnedBlockList list;
+        ASSERT_TRUE(CreateBlockList(&list));
+        faults.allocationsUntilFailure = n;
+        ReadReport report;
+        ReadResult result = ReadGif(&list, file, &report);
+        faults = {};
+        std::string pixels = PixelsOf(BlockAt(list, 1));
+        EXPECT_EQ(pixels, result == kReadFailed ? "(none)" : report.imageLeftBlank ? "00 00" : "12 30") << n;
+        blank += report.imageLeftBlank;
+
+        faults.allocationsUntilFailure = n;
+        file.OpenMemory(bytes.data(), bytes.size());
+        OwnedBlock image;
+        int depth;
+        image.data = ReadFirstImage(file, &depth);
+        faults = {};
+        EXPECT_EQ(PixelsOf(image), n < 2 ? "(none)" : "12 30") << "an import is whole or none";
+    }
+    EXPECT_EQ(blank, 1);
 }

@@ -128,6 +128,11 @@ TEST_F(LifecycleTest, AFileThatCannotBeReadLeavesNoDocument) {
         EXPECT_EQ(first, currentFileName) << "an open that fails keeps the name";
     }
     EXPECT_EQ(RecentFiles(), Texts{first});
+    Open(first);
+    faults.readsUntilFailure = 0;
+    EXPECT_EQ(Told([&] { Open(first); }), kOpenFailed) << "the disk, not the end of the file";
+    faults.readsUntilFailure = Faults::kNever;
+    ExpectFace("NO FILE");
     for (bool isNew : {true, false}) {
         Open(first);
         faults.allocationsUntilFailure = 0;
