@@ -7,6 +7,7 @@
 #include "editing/dialogs/scoped_value.h"
 #include "gif/descriptor.h"
 #include "imaging/draw/draw_image.h"
+#include "imaging/draw/full_screen.h"
 #include "imaging/draw/gdi_guards.h"
 
 namespace {
@@ -102,14 +103,11 @@ void RunUntilClosed() {
 
 bool Pick(HWND parent) {
     EyedropperClass windowClass;
-    HWND window = CreateWindowExW(0, kClassName, L"", WS_POPUP | WS_MAXIMIZE, CW_USEDEFAULT, CW_USEDEFAULT,
-                                  CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, hInstance, nullptr);
-    if (!window) return false;
     EnableWindow(parent, FALSE);
-    ShowWindow(window, SW_SHOWMAXIMIZED);
-    RunUntilClosed();
+    HWND window = ShowFullScreen(parent, kClassName, 0, nullptr);
+    if (window) RunUntilClosed();
     EnableWindow(parent, TRUE);
-    return *eyedropper.result != kNoPixel;
+    return window && *eyedropper.result != kNoPixel;
 }
 
 }  // namespace

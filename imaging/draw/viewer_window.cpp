@@ -1,5 +1,6 @@
 // The viewer's window and its message loop.
 #include "app/services/shell_objects.h"
+#include "imaging/draw/full_screen.h"
 #include "imaging/draw/gdi_guards.h"
 #include "imaging/draw/viewer.h"
 #include "imaging/draw/viewer_state.h"
@@ -103,15 +104,6 @@ void RegisterViewerClass(HBRUSH background) {
     RegisterClassExW(&viewer);  // fails inside another viewing, whose class then serves
 }
 
-HWND CreateViewerWindow(HWND owner, ViewerState* state) {
-    HWND window = CreateWindowExW(0, kViewerClass, L"", WS_POPUP | WS_VISIBLE | WS_MAXIMIZE | WS_BORDER, CW_USEDEFAULT,
-                                  CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, owner, nullptr, hInstance, state);
-    if (!window) return nullptr;
-    ShowWindow(window, SW_MAXIMIZE);
-    UpdateWindow(window);
-    return window;
-}
-
 void Handle(const MSG& message) {
     TranslateMessage(&message);
     DispatchMessageW(&message);
@@ -171,8 +163,11 @@ void RunViewer(HWND owner, BlockList* list) {
         return;
     }
     RegisterViewerClass(state.backgroundBrush);
-    HWND window = CreateViewerWindow(owner, &state);
-    if (window) RunMessages();
+    HWND window = ShowFullScreen(owner, kViewerClass, WS_VISIBLE | WS_BORDER, &state);
+    if (window) {
+        UpdateWindow(window);
+        RunMessages();
+    }
     // The end of an outer viewing ends this one's messages before its window.
     if (IsWindow(window)) DestroyWindow(window);
     EndViewing(&state);
