@@ -151,6 +151,37 @@ TEST(Viewer, AnImageThatLeftTheDocumentIsNotPaintedAgain) {
     EXPECT_TRUE(!IsWindow(stage.Window()) && pendingWait == 0);
 }
 
+TEST(Viewer, AnInterlacedImageIsShownAtOnceWhenItsViewerIsToBeClosed) {
+    constexpr int kHigh = 20000;  // rows, a second each
+    // What waits for the viewer: harmless keys and clicks, and among them something that closes it.
+    const std::vector<std::pair<UINT, WPARAM>> cases[] = {{{WM_KEYDOWN, 'A'}, {WM_KEYDOWN, VK_ESCAPE}},
+                                                          {{WM_CHAR, 'a'}, {WM_CHAR, VK_ESCAPE}, {WM_CHAR, 'b'}},
+                                                          {{WM_RBUTTONUP, 0}, {WM_RBUTTONDOWN, 0}},
+                                                          {{WM_LBUTTONDOWN, 0}, {WM_RBUTTONDBLCLK, 0}},
+                                                          {{WM_SYSCOMMAND, SC_HOTKEY}, {WM_SYSCOMMAND, SC_CLOSE}},
+                                                          {{WM_SYSKEYDOWN, VK_F3}, {WM_SYSKEYDOWN, VK_F4}},
+                                                          {{WM_COMMAND, 13}, {WM_COMMAND, IDCANCEL}},
+                                                          {{WM_KEYUP, VK_ESCAPE}, {WM_CLOSE, 0}}};
+    for (const auto& waiting : cases)
+        for (int transparent : {-1, 1}) {
+            SCOPED_TRACE(testing::Message() << &waiting - cases << ", " << transparent);
+            Animation animation(41, 31);
+            animation.Control(1, 0, transparent).Image({0, 0, 1, kHigh, 8, true});
+            ViewerStage stage(animation.List(), 61, 50);
+            settings.interlaceDelay = UINT32_MAX;
+            stage.Step();
+            for (const auto& [message, parameter] : waiting)
+                PostMessageW(stage.Window(), message, parameter, KF_ALTDOWN << 16);
+            stage.Step();
+            EXPECT_EQ(stage.State().currentImage, animation.At(2).data);
+            for (MSG message; IsWindow(stage.Window()) && PeekMessageW(&message, stage.Window(), 0, 0, PM_REMOVE);) {
+                TranslateMessage(&message);
+                DispatchMessageW(&message);
+            }
+            EXPECT_FALSE(IsWindow(stage.Window())) << "what closes it got lost";
+        }
+}
+
 TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItsOwnerIsClosed) {
     Animation animation(200, 100);
     animation.Control(1, 1).Image({0, 0, 200, 100}).Control(3, 2).Image({20, 10, 60, 50, 4, true, true, 9});
