@@ -45,7 +45,9 @@ void ApplyLoop(ViewerState& state) {
     if (state.delay == 0) state.delay = 1;
 }
 
+// Goes on to the next block in any case, also when memory runs out here.
 void ShowText(HWND window, const ViewerState& state) {
+    Post(window, WM_VIEWER_NEXT);
     WindowDc dc(window);
     DrawPlainText(dc.Get(), window, state.current, nullptr, state.transparentIndex);
 }
@@ -67,7 +69,7 @@ void PlayNextBlock(HWND window, ViewerState& state) {
     switch (block.kind) {
         case kImageBlock: return ShowImage(window, state);
         case kControlBlock: ApplyControl(state); break;
-        case kPlainTextBlock: ShowText(window, state); break;
+        case kPlainTextBlock: return ShowText(window, state);
         case kLoopBlock: ApplyLoop(state); break;
     }
     Post(window, WM_VIEWER_NEXT);

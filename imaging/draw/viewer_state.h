@@ -1,4 +1,5 @@
-// The animation viewer from inside: one state per viewing, and what its window does with it.
+// The animation viewer from inside: one state per viewing, which its window finds by StateOfViewer, and what the window
+// does with it.
 #pragma once
 
 #include "gif/block_list.h"
@@ -38,9 +39,6 @@ struct ViewerState {
     MemoryHandle brushPattern;  // the bitmap of the brush, if it has one
     BlockList* list;
 };
-
-extern ViewerState* currentViewer;  // the innermost viewing; its window finds its own state by StateOfViewer
-extern BlockList* viewedList;
 
 // Hundredths of a second while the delay timer runs, 1 after an image that waits for the user's input, otherwise 0.
 extern int32_t pendingWait;

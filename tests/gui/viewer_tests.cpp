@@ -3,9 +3,23 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <new>
+
 #include "app/services/shell_objects.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/viewer_stage.h"
+
+namespace {
+
+bool memoryIsExhausted;
+
+}  // namespace
+
+void* operator new(size_t bytes) {
+    void* memory = memoryIsExhausted ? nullptr : malloc(bytes);
+    return memory ? memory : throw std::bad_alloc();
+}
 
 namespace {
 
@@ -13,8 +27,13 @@ HWND FindViewer() {
     return FindWindowW(kViewerClass, nullptr);
 }
 
+const ViewerState* FindState() {
+    return FindViewer() ? StateOfViewer(FindViewer()) : nullptr;
+}
+
 bool HasPlayed() {
-    return currentViewer && currentViewer->nextIndex == viewedList->count && pendingWait == 0;
+    const ViewerState* state = FindState();
+    return state && state->nextIndex == state->list->count && pendingWait == 0;
 }
 
 bool CloseWhenPlayed() {
@@ -32,7 +51,8 @@ protected:
         DestroyWindow(owner_);
         WNDCLASSW viewer;
         EXPECT_FALSE(GetClassInfoW(hInstance, kViewerClass, &viewer));
-        EXPECT_TRUE(!FindViewer() && !currentViewer && !viewedList && pendingWait == 0);
+        EXPECT_EQ(FindViewer(), nullptr);
+        EXPECT_EQ(pendingWait, 0);
         EXPECT_FALSE(TakeQuitMessage());
     }
     static BOOL TakeQuitMessage() {
@@ -58,7 +78,7 @@ protected:
 int32_t loopsLeft;  // when the last message was taken from the queue
 
 LRESULT CALLBACK NoteLoops(int, WPARAM, LPARAM) {
-    if (currentViewer) loopsLeft = currentViewer->loopsLeft;
+    if (const ViewerState* state = FindState()) loopsLeft = state->loopsLeft;
     return 0;
 }
 
@@ -182,6 +202,18 @@ TEST(Viewer, AnInterlacedImageIsShownAtOnceWhenItsViewerIsToBeClosed) {
         }
 }
 
+TEST(Viewer, ATextThatMemoryIsTooShortForDoesNotHoldUpTheRest) {
+    Animation animation(50, 40);
+    animation.PlainText("longer than what needs no memory", {0, 0, 20, 3, 8, 16, 1, 2}).Comment();
+    ViewerStage stage(animation.List(), 61, 50);
+    memoryIsExhausted = true;
+    const UINT step = stage.Step();
+    memoryIsExhausted = false;
+    EXPECT_EQ(step, WM_VIEWER_NEXT);
+    stage.PlayToEnd();
+    EXPECT_EQ(stage.State().nextIndex, animation.List()->count);
+}
+
 TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItsOwnerIsClosed) {
     Animation animation(200, 100);
     animation.Control(1, 1).Image({0, 0, 200, 100}).Control(3, 2).Image({20, 10, 60, 50, 4, true, true, 9});
@@ -206,8 +238,9 @@ TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAloneAndIsClosedWithIt) {
     EXPECT_TRUE(View(&outer, [&] {
         HWND first = HasPlayed() ? FindViewer() : nullptr;
         if (!first) return false;
-        const ViewerState* state = currentViewer;
-        EXPECT_TRUE(View(&inner, CloseWhenPlayed) && currentViewer == state && viewedList == outer.List());
+        EXPECT_TRUE(View(&inner, CloseWhenPlayed));
+        EXPECT_EQ(FindViewer(), first);
+        EXPECT_EQ(FindState()->list, outer.List());
         return View(&inner, [=] { return HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
     }));
 }
