@@ -23,8 +23,11 @@ enum Disposal : uint32_t { kDisposeNothing = 0, kDisposeLeave = 1, kDisposeBackg
 struct ViewerState {
     uint32_t screenWidth, screenHeight;
     uint32_t nextIndex;
-    uint32_t imageLeft, imageTop, imageWidth, imageHeight;  // of the last image drawn
-    uint32_t transparentIndex;                              // kNoTransparentIndex: none
+    uint32_t imageLeft, imageTop, imageWidth, imageHeight;  // of the last image drawn, as all that begin with image...
+    uint32_t imageTransparentIndex;                         // kNoTransparentIndex: none
+    bool imageInterlaced;
+    RgbTriples imagePalette;
+    uint32_t transparentIndex;  // for the next images, as the controls say
     uint32_t disposal;
     uint32_t delay;  // hundredths of a second
     uint32_t waitForInput;

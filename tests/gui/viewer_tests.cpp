@@ -171,6 +171,27 @@ TEST(Viewer, AnImageThatLeftTheDocumentIsNotPaintedAgain) {
     EXPECT_TRUE(!IsWindow(stage.Window()) && pendingWait == 0);
 }
 
+TEST(Viewer, PaintsTheLastImageAgainAsItWasWhateverFollowedIt) {
+    for (bool interlaced : {false, true})
+        for (bool hasOwnPalette : {false, true})
+            for (int transparent : {-1, 1}) {
+                SCOPED_TRACE(testing::Message() << interlaced << hasOwnPalette << ", " << transparent);
+                Animation animation(41, 31);
+                animation.Control(1, 0, transparent).Image({5, 7, 20, 4, 4, interlaced, hasOwnPalette, 9});
+                animation.Control(1, 0, transparent < 0 ? 2 : -1).Comment();
+                ViewerStage stage(animation.List(), 61, 50);
+                stage.PlayToEnd();
+                stage.Expose(RDW_ERASE);
+                const Block owner = animation.At(hasOwnPalette ? 2 : 0);
+                Picture shown(61, 50, ColourRef(animation.Colour(kBackgroundIndex)));
+                shown.Put(animation.At(2).data, 15, 17, owner.palette, static_cast<uint32_t>(transparent), interlaced);
+                EXPECT_EQ(Difference(shown, stage.Look()), "");
+                RgbTriples left;
+                GetImageInfo(animation.At(2).data, nullptr, nullptr, nullptr, left);
+                EXPECT_EQ(ColourRef(left[3]), ColourRef(owner.palette[3])) << "the colours in the document";
+            }
+}
+
 TEST(Viewer, AnInterlacedImageIsShownAtOnceWhenItsViewerIsToBeClosed) {
     constexpr int kHigh = 20000;  // rows, a second each
     // What waits for the viewer: harmless keys and clicks, and among them something that closes it.
