@@ -1,12 +1,14 @@
 #include "editing/dialogs/pick_colour.h"
 
 #include <cstring>
+#include <exception>
 
 #include "app/services/shell_objects.h"
 #include "editing/block_queries.h"
 #include "editing/dialogs/scoped_value.h"
 #include "gif/descriptor.h"
 #include "imaging/draw/draw_image.h"
+#include "imaging/draw/full_screen.h"
 #include "imaging/draw/gdi_guards.h"
 
 namespace {
@@ -18,7 +20,7 @@ constexpr WPARAM kEscapeKey = 27;
 // What the eyedropper works on while it runs.
 struct Eyedropper {
     const Block* image;
-    uint32_t* result;
+    uint32_t picked;  // kNoPixel until a pixel is
 };
 Eyedropper eyedropper = {};
 
@@ -40,8 +42,8 @@ LRESULT OnPaint(HWND window) {
 }
 
 // Ends the picking. The owner takes input again before the window goes, so that Windows activates it and no stranger.
-LRESULT Finish(HWND window, uint32_t result) {
-    *eyedropper.result = result;
+LRESULT Finish(HWND window, uint32_t picked) {
+    eyedropper.picked = picked;
     EnableWindow(GetWindow(window, GW_OWNER), TRUE);
     DestroyWindow(window);
     return 0;
@@ -58,7 +60,13 @@ LRESULT OnPick(HWND window, int x, int y) {
     return pixel == kNoPixel ? 0 : Finish(window, pixel);
 }
 
-LRESULT CALLBACK EyedropperProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+// Its window may be destroyed by what another thread sends: the loop, which waits for messages, has to see it.
+LRESULT OnDestroy() {
+    PostMessageW(nullptr, WM_NULL, 0, 0);
+    return 0;
+}
+
+LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_PAINT: return OnPaint(window);
         case WM_LBUTTONUP: return OnPick(window, LOWORD(lParam), HIWORD(lParam));
@@ -68,9 +76,17 @@ LRESULT CALLBACK EyedropperProc(HWND window, UINT message, WPARAM wParam, LPARAM
             if (wParam == kEnterKey || wParam == kEscapeKey) return Finish(window, kNoPixel);
             break;
         case WM_PALETTECHANGED: return InvalidateRect(window, nullptr, FALSE), 0;
-        case WM_DESTROY: return PostQuitMessage(0), 0;
+        case WM_DESTROY: return OnDestroy();
     }
     return DefWindowProcW(window, message, wParam, lParam);
+}
+
+LRESULT CALLBACK EyedropperProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        return Dispatch(window, message, wParam, lParam);
+    } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
+        return 0;
+    }
 }
 
 // The window class, registered for one use.
@@ -92,9 +108,15 @@ public:
     EyedropperClass& operator=(const EyedropperClass&) = delete;
 };
 
-void RunUntilClosed() {
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+// A request to quit is somebody else's and is passed on: the window has then to go without a pixel.
+void RunUntilClosed(HWND window) {
+    MSG message = {};
+    while (IsWindow(window)) {
+        if (GetMessageW(&message, nullptr, 0, 0) <= 0) {
+            PostQuitMessage(static_cast<int>(message.wParam));
+            Finish(window, kNoPixel);
+            return;
+        }
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }
@@ -102,21 +124,19 @@ void RunUntilClosed() {
 
 bool Pick(HWND parent) {
     EyedropperClass windowClass;
-    HWND window = CreateWindowExW(0, kClassName, L"", WS_POPUP | WS_MAXIMIZE, CW_USEDEFAULT, CW_USEDEFAULT,
-                                  CW_USEDEFAULT, CW_USEDEFAULT, parent, nullptr, hInstance, nullptr);
-    if (!window) return false;
     EnableWindow(parent, FALSE);
-    ShowWindow(window, SW_SHOWMAXIMIZED);
-    RunUntilClosed();
+    HWND window = ShowFullScreen(parent, kClassName, 0, nullptr);
+    if (window) RunUntilClosed(window);
     EnableWindow(parent, TRUE);
-    return *eyedropper.result != kNoPixel;
+    return window != nullptr;
 }
 
 }  // namespace
 
 bool PickColourFromImage(HWND parent, const Block& image, uint32_t* index) {
-    ScopedValue<Eyedropper> running(&eyedropper, {&image, index});
-    bool picked = Pick(parent);
+    ScopedValue<Eyedropper> running(&eyedropper, {&image, kNoPixel});
+    const bool shown = Pick(parent);
+    if (shown) *index = eyedropper.picked;
     if (parent) UpdateWindow(parent);
-    return picked;
+    return shown && eyedropper.picked != kNoPixel;
 }

@@ -9,9 +9,10 @@
 // Nothing happens when the image can't be locked.
 void DrawImageStraight(HDC dc, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource);
 
-// As DrawImageStraight, but row by row in the order in which an interlaced GIF brings them, 4 ms a row. Images of less
-// than 5 rows miss some. The caller waits for it; pending input that closes the viewer cuts the waiting short. Messages
-// sent by other threads may be answered meanwhile; the image is not locked then, and drawing ends if it is released.
+// As DrawImageStraight, but row by row in the order in which an interlaced GIF brings them, at the pace of RevealPace.
+// Images of less than 5 rows miss some. The caller waits for it; input that closes the window of `dc` cuts the waiting
+// short. Messages sent by other threads and keys for that window may be answered meanwhile; the image is not locked
+// then, and drawing ends if it is released.
 void DrawImageProgressive(HDC dc, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource);
 
 // Draws the image's own colours, leaving the target alone where pixels equal `transparentIndex`. The source offset

@@ -43,7 +43,7 @@ void DrawImageProgressive(HDC dc, MemoryHandle image, const RgbTriple* palette, 
     if (header.width <= 0) return;
     RealizedPalette realized(dc, colours, header.bitCount);
     RowWalk order(header.height, true);
-    RevealPace pace;
+    RevealPace pace(dc);
     for (int turn = 0; turn < header.height; ++turn) {
         if (!DrawRowOf(dc, image, header, order.Row(), xSource, ySource)) return;
         pace.WaitForNextRow();

@@ -56,7 +56,7 @@ HBITMAP MakeMaskBitmap(HDC dc, ConstLockedBitmap bitmap, uint32_t transparentInd
 
 void RevealCutOut(HDC dc, const CutOut& cutOut, int height, int xSource, int ySource) {
     RowWalk order(height, true);
-    RevealPace pace;
+    RevealPace pace(dc);
     for (int turn = 0; turn < height; ++turn) {
         if (order.Row() < height) cutOut.Draw(dc, order.Row(), 1, xSource, order.Row() - ySource);
         pace.WaitForNextRow();

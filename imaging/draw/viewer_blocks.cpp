@@ -1,4 +1,6 @@
 // What the viewer does with each block of the document, and when.
+#include <cstring>
+
 #include "gif/descriptor.h"
 #include "imaging/draw/gdi_guards.h"
 #include "imaging/draw/plain_text.h"
@@ -13,17 +15,26 @@ void Post(HWND window, UINT message) {
     PostMessageW(window, message, 0, 0);
 }
 
-// The image must be on screen before its delay starts, so it is painted here and now.
-void ShowImage(HWND window, ViewerState& state) {
-    ForgetSavedUnder(state);
-    state.currentImage = state.current.data;
-    InvalidateRect(window, nullptr, FALSE);
-    UpdateWindow(window);
+// What a later painting needs too, when the player has gone on to other blocks.
+void RememberImage(ViewerState& state) {
     const ImageFields fields = GetImageFields(state.current);
     state.imageLeft = fields.left;
     state.imageTop = fields.top;
     state.imageWidth = fields.width;
     state.imageHeight = fields.height;
+    state.imageTransparentIndex = state.transparentIndex;
+    state.imageInterlaced = (fields.packed & kImageInterlaced) != 0;
+    const RgbTriple* palette = fields.packed & kHasPalette ? state.current.palette : state.globalPalette;
+    memcpy(state.imagePalette, palette, kPaletteBytes);
+    state.currentImage = state.current.data;
+}
+
+// The image must be on screen before its delay starts, so it is painted here and now.
+void ShowImage(HWND window, ViewerState& state) {
+    ForgetSavedUnder(state);
+    RememberImage(state);
+    InvalidateRect(window, nullptr, FALSE);
+    UpdateWindow(window);
     Post(window, WM_VIEWER_DELAY);
 }
 
@@ -45,7 +56,9 @@ void ApplyLoop(ViewerState& state) {
     if (state.delay == 0) state.delay = 1;
 }
 
+// Goes on to the next block in any case, also when memory runs out here.
 void ShowText(HWND window, const ViewerState& state) {
+    Post(window, WM_VIEWER_NEXT);
     WindowDc dc(window);
     DrawPlainText(dc.Get(), window, state.current, nullptr, state.transparentIndex);
 }
@@ -67,7 +80,7 @@ void PlayNextBlock(HWND window, ViewerState& state) {
     switch (block.kind) {
         case kImageBlock: return ShowImage(window, state);
         case kControlBlock: ApplyControl(state); break;
-        case kPlainTextBlock: ShowText(window, state); break;
+        case kPlainTextBlock: return ShowText(window, state);
         case kLoopBlock: ApplyLoop(state); break;
     }
     Post(window, WM_VIEWER_NEXT);

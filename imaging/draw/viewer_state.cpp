@@ -4,8 +4,6 @@
 
 #include "gif/descriptor.h"
 
-ViewerState* currentViewer;
-BlockList* viewedList;
 int32_t pendingWait;
 
 namespace {

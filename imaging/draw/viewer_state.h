@@ -1,4 +1,5 @@
-// The animation viewer from inside: one state per viewing, and what its window does with it.
+// The animation viewer from inside: one state per viewing, which its window finds by StateOfViewer, and what the window
+// does with it.
 #pragma once
 
 #include "gif/block_list.h"
@@ -22,8 +23,11 @@ enum Disposal : uint32_t { kDisposeNothing = 0, kDisposeLeave = 1, kDisposeBackg
 struct ViewerState {
     uint32_t screenWidth, screenHeight;
     uint32_t nextIndex;
-    uint32_t imageLeft, imageTop, imageWidth, imageHeight;  // of the last image drawn
-    uint32_t transparentIndex;                              // kNoTransparentIndex: none
+    uint32_t imageLeft, imageTop, imageWidth, imageHeight;  // of the last image drawn, as all that begin with image...
+    uint32_t imageTransparentIndex;                         // kNoTransparentIndex: none
+    bool imageInterlaced;
+    RgbTriples imagePalette;
+    uint32_t transparentIndex;  // for the next images, as the controls say
     uint32_t disposal;
     uint32_t delay;  // hundredths of a second
     uint32_t waitForInput;
@@ -38,9 +42,6 @@ struct ViewerState {
     MemoryHandle brushPattern;  // the bitmap of the brush, if it has one
     BlockList* list;
 };
-
-extern ViewerState* currentViewer;  // the innermost viewing; its window finds its own state by StateOfViewer
-extern BlockList* viewedList;
 
 // Hundredths of a second while the delay timer runs, 1 after an image that waits for the user's input, otherwise 0.
 extern int32_t pendingWait;

@@ -1,5 +1,8 @@
 // The viewer's window and its message loop.
+#include <exception>
+
 #include "app/services/shell_objects.h"
+#include "imaging/draw/full_screen.h"
 #include "imaging/draw/gdi_guards.h"
 #include "imaging/draw/viewer.h"
 #include "imaging/draw/viewer_state.h"
@@ -10,26 +13,16 @@ namespace {
 
 constexpr int kClickCommand = 13;  // what a left click sends; nobody acts on it
 
-// Puts the globals of an outer viewing back.
-class NestedViewing {
+// Puts the wait of an outer viewing back.
+class NestedWait {
 public:
-    NestedViewing(ViewerState* state, BlockList* list)
-        : outerViewer_(currentViewer), outerList_(viewedList), outerWait_(pendingWait) {
-        currentViewer = state;
-        viewedList = list;
-    }
-    ~NestedViewing() {
-        currentViewer = outerViewer_;
-        viewedList = outerList_;
-        pendingWait = outerWait_;
-    }
-    NestedViewing(const NestedViewing&) = delete;
-    NestedViewing& operator=(const NestedViewing&) = delete;
+    NestedWait() : outer_(pendingWait) {}
+    ~NestedWait() { pendingWait = outer_; }
+    NestedWait(const NestedWait&) = delete;
+    NestedWait& operator=(const NestedWait&) = delete;
 
 private:
-    ViewerState* outerViewer_;
-    BlockList* outerList_;
-    int32_t outerWait_;
+    int32_t outer_;
 };
 
 LRESULT Default(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -90,6 +83,25 @@ LRESULT OnDestroy(HWND window, WPARAM wParam, LPARAM lParam) {
     return Default(window, WM_DESTROY, wParam, lParam);
 }
 
+LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam, ViewerState& state) {
+    switch (message) {
+        case WM_VIEWER_NEXT: PlayNextBlock(window, state); return 0;
+        case WM_VIEWER_DELAY: StartDelay(window, state); return 0;
+        case WM_TIMER: EndDelay(window); return 0;
+        case WM_VIEWER_DISPOSE: return OnDispose(window, state);
+        case WM_ERASEBKGND: return OnEraseBackground(window, reinterpret_cast<HDC>(wParam), state);
+        case WM_PAINT: return OnPaint(window, wParam, lParam, state);
+        case WM_CHAR: return OnChar(window, wParam, state);
+        case WM_COMMAND: return OnCommand(window, wParam, lParam);
+        case WM_RBUTTONDOWN:
+        case WM_RBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, IDCANCEL);
+        case WM_LBUTTONDOWN:
+        case WM_LBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, kClickCommand);
+        case WM_DESTROY: return OnDestroy(window, wParam, lParam);
+    }
+    return Default(window, message, wParam, lParam);
+}
+
 void RegisterViewerClass(HBRUSH background) {
     WNDCLASSEXW viewer = {};
     viewer.cbSize = sizeof viewer;
@@ -101,15 +113,6 @@ void RegisterViewerClass(HBRUSH background) {
     viewer.hbrBackground = background;
     viewer.lpszClassName = kViewerClass;
     RegisterClassExW(&viewer);  // fails inside another viewing, whose class then serves
-}
-
-HWND CreateViewerWindow(HWND owner, ViewerState* state) {
-    HWND window = CreateWindowExW(0, kViewerClass, L"", WS_POPUP | WS_VISIBLE | WS_MAXIMIZE | WS_BORDER, CW_USEDEFAULT,
-                                  CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, owner, nullptr, hInstance, state);
-    if (!window) return nullptr;
-    ShowWindow(window, SW_MAXIMIZE);
-    UpdateWindow(window);
-    return window;
 }
 
 void Handle(const MSG& message) {
@@ -145,34 +148,26 @@ LRESULT CALLBACK ViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     if (message == WM_CREATE) return OnCreate(window, reinterpret_cast<const CREATESTRUCTW*>(lParam));
     ViewerState* state = StateOfViewer(window);
     if (!state) return Default(window, message, wParam, lParam);
-    switch (message) {
-        case WM_VIEWER_NEXT: PlayNextBlock(window, *state); return 0;
-        case WM_VIEWER_DELAY: StartDelay(window, *state); return 0;
-        case WM_TIMER: EndDelay(window); return 0;
-        case WM_VIEWER_DISPOSE: return OnDispose(window, *state);
-        case WM_ERASEBKGND: return OnEraseBackground(window, reinterpret_cast<HDC>(wParam), *state);
-        case WM_PAINT: return OnPaint(window, wParam, lParam, *state);
-        case WM_CHAR: return OnChar(window, wParam, *state);
-        case WM_COMMAND: return OnCommand(window, wParam, lParam);
-        case WM_RBUTTONDOWN:
-        case WM_RBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, IDCANCEL);
-        case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, kClickCommand);
-        case WM_DESTROY: return OnDestroy(window, wParam, lParam);
+    try {
+        return Dispatch(window, message, wParam, lParam, *state);
+    } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
+        return 0;
     }
-    return Default(window, message, wParam, lParam);
 }
 
 void RunViewer(HWND owner, BlockList* list) {
     ViewerState state = {};
-    NestedViewing nested(&state, list);
+    NestedWait nested;
     if (!BeginViewing(&state, list)) {
         ShowMessage(owner, LoadStr(IDS_MISSING));
         return;
     }
     RegisterViewerClass(state.backgroundBrush);
-    HWND window = CreateViewerWindow(owner, &state);
-    if (window) RunMessages();
+    HWND window = ShowFullScreen(owner, kViewerClass, WS_VISIBLE | WS_BORDER, &state);
+    if (window) {
+        UpdateWindow(window);
+        RunMessages();
+    }
     // The end of an outer viewing ends this one's messages before its window.
     if (IsWindow(window)) DestroyWindow(window);
     EndViewing(&state);

@@ -52,6 +52,40 @@ TEST_F(ColourPickers, TheEyedropperEndsWithoutAPixelButNotBesideTheImage) {
     EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
 }
 
+TEST_F(ColourPickers, TheEyedropperCoversTheMonitor) {
+    DialogAnswers answers({[](HWND window) {
+        RECT client;
+        GetClientRect(window, &client);
+        EXPECT_EQ(client.right, GetSystemMetrics(SM_CXSCREEN));
+        EXPECT_EQ(client.bottom, GetSystemMetrics(SM_CYSCREEN));
+        EXPECT_EQ(GetWindow(window, GW_OWNER), hMainWindow);
+        SendMessageW(window, WM_CLOSE, 0, 0);
+    }});
+    uint32_t index = 5;
+    EXPECT_FALSE(PickColourFromImage(hMainWindow, At(kSampleSecondImage), &index));
+}
+
+TEST_F(ColourPickers, TheEyedropperPicksNothingWhenItsOwnerOrTheProgramEnds) {
+    const std::tuple<const char*, void (*)(), WPARAM> ends[] = {{"quit", [] { PostQuitMessage(7); }, 7},
+                                                                {"owner", [] { DestroyWindow(hMainWindow); }, 0}};
+    for (const auto& [name, end, exitCode] : ends) {
+        SCOPED_TRACE(name);
+        HWND eyedropper = nullptr;
+        DialogAnswers answers({[&, end = end](HWND window) {
+            eyedropper = window;
+            end();
+        }});
+        uint32_t index = 5;
+        EXPECT_FALSE(PickColourFromImage(hMainWindow, At(kSampleSecondImage), &index));
+        EXPECT_EQ(index, kNoPixel);
+        EXPECT_FALSE(IsWindow(eyedropper));
+        MSG message = {};
+        EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE)) << "the program goes on";
+        EXPECT_EQ(message.wParam, exitCode);
+        EXPECT_EQ(IsWindowEnabled(hMainWindow), IsWindow(hMainWindow));
+    }
+}
+
 constexpr int kWidth = 40, kHeight = 24;
 constexpr COLORREF kWhite = RGB(255, 255, 255), kBlack = RGB(0, 0, 0);
 

@@ -82,18 +82,36 @@ TEST(DrawImage, EqualsTheSamePixelsOneByOne) {
             }
 }
 
-TEST(DrawImage, ProgressiveLeavesInputToItsOwnerAndEndsWhenTheImageIsReleased) {
-    settings.interlaceDelay = 100;
+TEST(DrawImage, ProgressiveHandlesKeysOfItsWindowAndEndsWhenTheImageIsReleased) {
+    settings.interlaceDelay = UINT32_MAX;
     OwnedMemory image(Sample(11, 9, 8));
-    Canvas canvas(kWidth, kHeight, kGround);
-    PostMessageW(nullptr, WM_KEYDOWN, VK_SPACE, 0);
+    HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, kWidth, kHeight, nullptr, nullptr,
+                                  nullptr, nullptr);
+    UpdateWindow(window);
+    for (HWND target : {HWND{nullptr}, window}) PostMessageW(target, WM_KEYDOWN, VK_SPACE, 0);
     toRelease = &image;
     HHOOK hook = SetWindowsHookExW(WH_GETMESSAGE, ReleaseImage, nullptr, GetCurrentThreadId());
-    DrawImageProgressive(canvas.Dc(), image.Get(), nullptr, 0, 0);
+    {
+        WindowDc dc(window);
+        DrawImageProgressive(dc.Get(), image.Get(), nullptr, 0, 0);
+        EXPECT_EQ(GetPixel(dc.Get(), 0, 0), ColourRef(kOwn.entries[0]));
+        EXPECT_EQ(GetPixel(dc.Get(), 0, 8), GetSysColor(COLOR_BTNFACE)) << "not reached";
+    }
     UnhookWindowsHookEx(hook);
-    EXPECT_TRUE(!image && canvas.Look().At(0, 0) != kGround && canvas.Look().At(0, 8) == kGround);
+    EXPECT_FALSE(image);
     MSG message;
-    EXPECT_TRUE(PeekMessageW(&message, nullptr, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE));
+    EXPECT_TRUE(PeekMessageW(&message, reinterpret_cast<HWND>(-1), WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE))
+        << "the key for no window";
+    DestroyWindow(window);
+}
+
+TEST(DrawImage, ProgressiveWaitsASecondForARowAtMost) {
+    settings.interlaceDelay = UINT32_MAX;
+    OwnedMemory image(Sample(11, 1, 8));
+    Canvas canvas(kWidth, kHeight, kGround);
+    const DWORD start = GetTickCount();
+    DrawImageProgressive(canvas.Dc(), image.Get(), nullptr, 0, 0);
+    EXPECT_GE(GetTickCount() - start, 1000u);
 }
 
 TEST(DeviceBitmaps, AreGrabbedCutToTheDevice) {

@@ -29,7 +29,7 @@ TEST_F(EnduranceTest, NothingIsLeftBehind) {
     const char text[] = "A text of some length,\r\nsince what has been lost\r\nmust show among the rest.";
     auto watch = [](HWND viewer) {
         MSG message;
-        while (currentViewer->nextIndex <= kSampleSecondImage + 1 && GetMessageW(&message, nullptr, 0, 0) > 0)
+        while (StateOfViewer(viewer)->nextIndex <= kSampleSecondImage + 1 && GetMessageW(&message, nullptr, 0, 0) > 0)
             DispatchMessageW(&message);
         PostMessageW(viewer, WM_CHAR, VK_ESCAPE, 0);
     };

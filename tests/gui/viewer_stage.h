@@ -55,8 +55,10 @@ public:
     HWND Window() const { return window_; }
     const ViewerState& State() const { return state_; }
     Picture Look() const { return ::Look(WindowDc(window_).Get(), width_, height_); }
-    // Has everything painted again, as when another window went away.
-    void Expose() const { RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW); }
+    // Has everything painted again, as when another window went away; after erasing it with RDW_ERASE.
+    void Expose(UINT erase = 0) const {
+        RedrawWindow(window_, nullptr, nullptr, RDW_INVALIDATE | RDW_UPDATENOW | erase);
+    }
 
 private:
     ViewerState state_ = {};

@@ -3,9 +3,23 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+#include <new>
+
 #include "app/services/shell_objects.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/viewer_stage.h"
+
+namespace {
+
+bool memoryIsExhausted;
+
+}  // namespace
+
+void* operator new(size_t bytes) {
+    void* memory = memoryIsExhausted ? nullptr : malloc(bytes);
+    return memory ? memory : throw std::bad_alloc();
+}
 
 namespace {
 
@@ -13,8 +27,13 @@ HWND FindViewer() {
     return FindWindowW(kViewerClass, nullptr);
 }
 
+const ViewerState* FindState() {
+    return FindViewer() ? StateOfViewer(FindViewer()) : nullptr;
+}
+
 bool HasPlayed() {
-    return currentViewer && currentViewer->nextIndex == viewedList->count && pendingWait == 0;
+    const ViewerState* state = FindState();
+    return state && state->nextIndex == state->list->count && pendingWait == 0;
 }
 
 bool CloseWhenPlayed() {
@@ -32,7 +51,8 @@ protected:
         DestroyWindow(owner_);
         WNDCLASSW viewer;
         EXPECT_FALSE(GetClassInfoW(hInstance, kViewerClass, &viewer));
-        EXPECT_TRUE(!FindViewer() && !currentViewer && !viewedList && pendingWait == 0);
+        EXPECT_EQ(FindViewer(), nullptr);
+        EXPECT_EQ(pendingWait, 0);
         EXPECT_FALSE(TakeQuitMessage());
     }
     static BOOL TakeQuitMessage() {
@@ -58,7 +78,7 @@ protected:
 int32_t loopsLeft;  // when the last message was taken from the queue
 
 LRESULT CALLBACK NoteLoops(int, WPARAM, LPARAM) {
-    if (currentViewer) loopsLeft = currentViewer->loopsLeft;
+    if (const ViewerState* state = FindState()) loopsLeft = state->loopsLeft;
     return 0;
 }
 
@@ -151,6 +171,70 @@ TEST(Viewer, AnImageThatLeftTheDocumentIsNotPaintedAgain) {
     EXPECT_TRUE(!IsWindow(stage.Window()) && pendingWait == 0);
 }
 
+TEST(Viewer, PaintsTheLastImageAgainAsItWasWhateverFollowedIt) {
+    for (bool interlaced : {false, true})
+        for (bool hasOwnPalette : {false, true})
+            for (int transparent : {-1, 1}) {
+                SCOPED_TRACE(testing::Message() << interlaced << hasOwnPalette << ", " << transparent);
+                Animation animation(41, 31);
+                animation.Control(1, 0, transparent).Image({5, 7, 20, 4, 4, interlaced, hasOwnPalette, 9});
+                animation.Control(1, 0, transparent < 0 ? 2 : -1).Comment();
+                ViewerStage stage(animation.List(), 61, 50);
+                stage.PlayToEnd();
+                stage.Expose(RDW_ERASE);
+                const Block owner = animation.At(hasOwnPalette ? 2 : 0);
+                Picture shown(61, 50, ColourRef(animation.Colour(kBackgroundIndex)));
+                shown.Put(animation.At(2).data, 15, 17, owner.palette, static_cast<uint32_t>(transparent), interlaced);
+                EXPECT_EQ(Difference(shown, stage.Look()), "");
+                RgbTriples left;
+                GetImageInfo(animation.At(2).data, nullptr, nullptr, nullptr, left);
+                EXPECT_EQ(ColourRef(left[3]), ColourRef(owner.palette[3])) << "the colours in the document";
+            }
+}
+
+TEST(Viewer, AnInterlacedImageIsShownAtOnceWhenItsViewerIsToBeClosed) {
+    constexpr int kHigh = 20000;  // rows, a second each
+    // What waits for the viewer: harmless keys and clicks, and among them something that closes it.
+    const std::vector<std::pair<UINT, WPARAM>> cases[] = {{{WM_KEYDOWN, 'A'}, {WM_KEYDOWN, VK_ESCAPE}},
+                                                          {{WM_CHAR, 'a'}, {WM_CHAR, VK_ESCAPE}, {WM_CHAR, 'b'}},
+                                                          {{WM_RBUTTONUP, 0}, {WM_RBUTTONDOWN, 0}},
+                                                          {{WM_LBUTTONDOWN, 0}, {WM_RBUTTONDBLCLK, 0}},
+                                                          {{WM_SYSCOMMAND, SC_HOTKEY}, {WM_SYSCOMMAND, SC_CLOSE}},
+                                                          {{WM_SYSKEYDOWN, VK_F3}, {WM_SYSKEYDOWN, VK_F4}},
+                                                          {{WM_COMMAND, 13}, {WM_COMMAND, IDCANCEL}},
+                                                          {{WM_KEYUP, VK_ESCAPE}, {WM_CLOSE, 0}}};
+    for (const auto& waiting : cases)
+        for (int transparent : {-1, 1}) {
+            SCOPED_TRACE(testing::Message() << &waiting - cases << ", " << transparent);
+            Animation animation(41, 31);
+            animation.Control(1, 0, transparent).Image({0, 0, 1, kHigh, 8, true});
+            ViewerStage stage(animation.List(), 61, 50);
+            settings.interlaceDelay = UINT32_MAX;
+            stage.Step();
+            for (const auto& [message, parameter] : waiting)
+                PostMessageW(stage.Window(), message, parameter, KF_ALTDOWN << 16);
+            stage.Step();
+            EXPECT_EQ(stage.State().currentImage, animation.At(2).data);
+            for (MSG message; IsWindow(stage.Window()) && PeekMessageW(&message, stage.Window(), 0, 0, PM_REMOVE);) {
+                TranslateMessage(&message);
+                DispatchMessageW(&message);
+            }
+            EXPECT_FALSE(IsWindow(stage.Window())) << "what closes it got lost";
+        }
+}
+
+TEST(Viewer, ATextThatMemoryIsTooShortForDoesNotHoldUpTheRest) {
+    Animation animation(50, 40);
+    animation.PlainText("longer than what needs no memory", {0, 0, 20, 3, 8, 16, 1, 2}).Comment();
+    ViewerStage stage(animation.List(), 61, 50);
+    memoryIsExhausted = true;
+    const UINT step = stage.Step();
+    memoryIsExhausted = false;
+    EXPECT_EQ(step, WM_VIEWER_NEXT);
+    stage.PlayToEnd();
+    EXPECT_EQ(stage.State().nextIndex, animation.List()->count);
+}
+
 TEST_F(ViewerRunTest, PlaysOverTheWholeScreenUntilItsOwnerIsClosed) {
     Animation animation(200, 100);
     animation.Control(1, 1).Image({0, 0, 200, 100}).Control(3, 2).Image({20, 10, 60, 50, 4, true, true, 9});
@@ -175,8 +259,9 @@ TEST_F(ViewerRunTest, AViewingInsideAnotherLeavesItAloneAndIsClosedWithIt) {
     EXPECT_TRUE(View(&outer, [&] {
         HWND first = HasPlayed() ? FindViewer() : nullptr;
         if (!first) return false;
-        const ViewerState* state = currentViewer;
-        EXPECT_TRUE(View(&inner, CloseWhenPlayed) && currentViewer == state && viewedList == outer.List());
+        EXPECT_TRUE(View(&inner, CloseWhenPlayed));
+        EXPECT_EQ(FindViewer(), first);
+        EXPECT_EQ(FindState()->list, outer.List());
         return View(&inner, [=] { return HasPlayed() && PostMessageW(first, WM_CLOSE, 0, 0); });
     }));
 }
