@@ -43,7 +43,7 @@ void KeepFocusUsable(HWND dialog) {
 }  // namespace
 
 void EnableWizardButtons(HWND dialog) {
-    const int page = Edited<Wizard>()->page;
+    const int page = Edited<Wizard>(dialog)->page;
     const LRESULT files = FileCount(dialog);
     EnableControl(dialog, IDC_WIZARD_BACK, page > 0);
     EnableControl(dialog, IDC_WIZARD_NEXT, page != kWizardFilesPage || files >= kFewestFiles);
@@ -52,7 +52,7 @@ void EnableWizardButtons(HWND dialog) {
 }
 
 void ShowWizardPage(HWND dialog) {
-    const int page = Edited<Wizard>()->page;
+    const int page = Edited<Wizard>(dialog)->page;
     EnumChildWindows(dialog, ShowChildOfPage, page * kPageIds + IDC_WIZARD_FIRST);
     SetDlgItemTextW(dialog, IDC_WIZARD_NEXT, page < kWizardLastPage ? L"Next" : L"Done");
     EnableWizardButtons(dialog);
