@@ -21,24 +21,32 @@ bool ReadText(const Block& block, std::wstring* text) {
     return true;
 }
 
-std::string TextOf(HWND edit) {
+std::wstring TextOf(HWND edit) {
     auto units = static_cast<size_t>(GetWindowTextLengthW(edit));
     std::wstring text(units + 1, L'\0');
     text.resize(static_cast<size_t>(GetWindowTextW(edit, text.data(), static_cast<int>(text.size()))));
-    return Ansi1252FromWide(text);
+    return text;
+}
+
+// Whether the field still holds what was shown. The block may have more than that: what lies behind a NUL.
+bool IsUnchanged(const std::wstring& text, const Block& block) {
+    std::wstring shown;
+    return block.dataLength > 0 && ReadText(block, &shown) && text == shown;
 }
 
 bool StoreText(HWND edit, Block* block) {
-    Block made = {};
     try {
-        std::string text = TextOf(edit);
+        const std::wstring wide = TextOf(edit);
+        if (IsUnchanged(wide, *block)) return true;
+        const std::string text = Ansi1252FromWide(wide);
+        Block made = {};
         if (!text.empty() && !SetBlockText(&made, text.data(), static_cast<uint32_t>(text.size()))) return false;
+        block->data = made.data;
+        block->dataLength = made.dataLength;
+        return true;
     } catch (const std::bad_alloc&) {
         return false;
     }
-    block->data = made.data;
-    block->dataLength = made.dataLength;
-    return true;
 }
 
 }  // namespace
