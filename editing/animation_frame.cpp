@@ -42,10 +42,11 @@ BuildOutcome FitToPalette(PaletteMatching matching, const AnimationPalette& pale
 }
 
 BuildOutcome AppendImage(OwnedMemory* image, const std::string& path, BlockList* document) {
+    const std::string name = Windows1252FromUtf8(path);  // before there is a block that a throw would lose
     Block block;
     if (!MakeDefaultBlock(nullptr, document, &block, kImageBlock, image->Release(), nullptr))
         return BuildOutcome::kOutOfMemory;
-    if (SetBlockName(Windows1252FromUtf8(path).c_str(), &block)) return Append(document, &block);
+    if (SetBlockName(name.c_str(), &block)) return Append(document, &block);
     FreeBlock(&block);
     return BuildOutcome::kOutOfMemory;
 }

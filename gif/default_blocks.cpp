@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "gif/descriptor.h"
 #include "gif/first_image.h"
@@ -70,7 +71,11 @@ bool NameAfterFile(const char* path, Block* block) {
     const char* name = path;
     for (const char* at = path; *at; ++at)
         if (*at == '/' || *at == '\\' || *at == ':') name = at + 1;
-    return SetBlockName(Windows1252FromUtf8(name).c_str(), block);
+    try {
+        return SetBlockName(Windows1252FromUtf8(name).c_str(), block);
+    } catch (const std::bad_alloc&) {  // the block has its bitmap, which somebody has to release
+        return false;
+    }
 }
 
 // Size, depth and palette of the block as the bitmap in `data` has them; a depth above 0 is the file's own.
