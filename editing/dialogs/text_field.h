@@ -4,7 +4,7 @@
 #include "gif/block.h"
 #include "platform/windows_api.h"
 
-// Sets the edit field up (fixed pitch, limit of kMaxTextBytes) and shows the block's text up to its first NUL.
+// Sets the edit field up (fixed pitch, limit of kMaxTextBytes, Ctrl+A selects all) and shows the block's text up to its first NUL.
 // False when it can't be shown whole; taking it back would then lose text.
 [[nodiscard]] bool ShowBlockText(HWND dialog, int id, const Block& block);
 

@@ -116,6 +116,7 @@ TEST_F(Editors, CommentLosesNothing) {
     edit("old", type(L"d\u00E9j\u00E0\r\u20AC 5 \u4E2D "), "d\xE9j\xE0\r\n\x80 5 ? old");
     longText.pop_back();
     edit(longText, type(L"yz"), "y" + longText);
+    edit("all", type(L"\x01new"), "new");
     edit("gone", Press(IDOK, {{IDC_COMMENT_TEXT, ""}}), "");
     EXPECT_EQ(At(kSampleComment).data, nullptr);
 }
