@@ -14,6 +14,7 @@ struct Steps {
 INT_PTR OnInitDialog(HWND dialog, LPARAM lParam) {
     SetWindowLongPtrW(dialog, DWLP_USER, lParam);
     const auto* steps = reinterpret_cast<const Steps*>(lParam);
+    GiveProgramIcon(dialog);
     (*steps->fill)(dialog);
     CentreWindow(dialog);
     return TRUE;

@@ -54,6 +54,7 @@ bool Show(HWND dialog, const DialogKind& kind) {
 }
 
 INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
+    GiveProgramIcon(dialog);
     if (hListFont) SetChildFonts(dialog, hListFont, false);
     ConfigureUpDowns(dialog);
     if (!Show(dialog, kind)) {

@@ -19,7 +19,10 @@ class ServicesTest : public ShellTest {};
 
 TEST_F(ServicesTest, DialogsShowTheirTextsInTheMiddleOfTheScreen) {
     DialogAnswers answers;
-    answers.Do([](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });  // Escape: there is no such button
+    answers.Do([](HWND dialog) {
+        EXPECT_EQ(SendMessageW(dialog, WM_GETICON, ICON_BIG, 0), GetClassLongPtrW(hMainWindow, GCLP_HICON));
+        SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);  // Escape: there is no such button
+    });
     EXPECT_EQ(YesnoBox(hMainWindow, "caf\xE9 & \x80"), IDNO);
     EXPECT_EQ(answers.Texts(), std::vector<std::string>{"caf\xE9 & \x80"});
     EXPECT_EQ(RunDialog(hMainWindow, L"NoSuchBox", nullptr, nullptr), 0);
