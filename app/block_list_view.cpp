@@ -1,5 +1,6 @@
 #include "app/block_list_view.h"
 
+#include <algorithm>
 #include <string_view>
 
 #include "app/services/shell_objects.h"
@@ -26,6 +27,22 @@ public:
 
 private:
     HWND window_;
+};
+
+// Puts the line that is at the top of the list back there at the end of the scope, as far as the list still reaches.
+class KeptScrollPlace {
+public:
+    explicit KeptScrollPlace(HWND list) : list_(list), top_(SendMessageW(list, LB_GETTOPINDEX, 0, 0)) {}
+    ~KeptScrollPlace() {
+        LRESULT last = SendMessageW(list_, LB_GETCOUNT, 0, 0) - 1;
+        SendMessageW(list_, LB_SETTOPINDEX, static_cast<WPARAM>(std::min(top_, last)), 0);
+    }
+    KeptScrollPlace(const KeptScrollPlace&) = delete;
+    KeptScrollPlace& operator=(const KeptScrollPlace&) = delete;
+
+private:
+    HWND list_;
+    LRESULT top_;
 };
 
 RECT ListPlace(HWND window) {
@@ -81,6 +98,7 @@ bool FillBlockListView(HWND window, const BlockList* list) {
     bool complete = true;
     {
         FrozenWindow frozen(view);
+        KeptScrollPlace place(view);
         SendMessageW(view, LB_RESETCONTENT, 0, 0);
         for (uint32_t i = 0; list && i < list->count; ++i) {
             Block block;
@@ -98,10 +116,9 @@ bool FillBlockListView(HWND window, const BlockList* list) {
 void ReplaceHeaderLine(HWND window, const Block& header) {
     HWND view = ListOf(window);
     int selection = SelectedLine(window);
-    {
-        FrozenWindow frozen(view);
-        if (SendMessageW(view, LB_DELETESTRING, 0, 0) != LB_ERR) PutLine(view, LB_INSERTSTRING, 0, header);
-    }
+    FrozenWindow frozen(view);
+    KeptScrollPlace place(view);
+    if (SendMessageW(view, LB_DELETESTRING, 0, 0) != LB_ERR) PutLine(view, LB_INSERTSTRING, 0, header);
     if (selection != kNoLine) SelectLine(window, selection);
 }
 
@@ -111,6 +128,17 @@ int SelectedLine(HWND window) {
 
 void SelectLine(HWND window, int line) {
     SendMessageW(ListOf(window), LB_SETCURSEL, static_cast<WPARAM>(line), 0);
+}
+
+void RevealLine(HWND window, int line) {
+    HWND view = ListOf(window);
+    RECT client = {};
+    GetClientRect(view, &client);
+    LRESULT lineHeight = std::max<LRESULT>(SendMessageW(view, LB_GETITEMHEIGHT, 0, 0), 1);
+    LRESULT lines = std::max<LRESULT>(client.bottom / lineHeight, 1);  // that are seen whole
+    LRESULT top = SendMessageW(view, LB_GETTOPINDEX, 0, 0);
+    LRESULT wanted = std::clamp<LRESULT>(top, line - lines + 1, line);
+    if (wanted != top) SendMessageW(view, LB_SETTOPINDEX, static_cast<WPARAM>(wanted), 0);
 }
 
 void DrawBlockLine(const DRAWITEMSTRUCT& item) {

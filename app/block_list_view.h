@@ -10,15 +10,18 @@ constexpr int kNoLine = -1;
 void CreateBlockListView(HWND window);
 void FitBlockListView(HWND window);
 
-// Replaces all lines by those of `list` (none: the list stays empty). Selects nothing. False when a block could not be
-// read and has no line.
+// Replaces all lines by those of `list` (none: the list stays empty). Selects nothing; the place that the list is
+// scrolled to stays. False when a block could not be read and has no line.
 bool FillBlockListView(HWND window, const BlockList* list);
 
-// Replaces the first line by the one of `header`, keeping the selection.
+// Replaces the first line by the one of `header`, keeping the selection and the place.
 void ReplaceHeaderLine(HWND window, const Block& header);
 
-int SelectedLine(HWND window);  // kNoLine when none is
-void SelectLine(HWND window, int line);
+int SelectedLine(HWND window);           // kNoLine when none is
+void SelectLine(HWND window, int line);  // and scrolls no further than to show it
+
+// Scrolls the list no further than to show the whole line.
+void RevealLine(HWND window, int line);
 
 // Paints one line: the kind name, then the details faintly behind it.
 void DrawBlockLine(const DRAWITEMSTRUCT& item);

@@ -11,7 +11,9 @@
 #include "editing/dialogs/insert_box.h"
 #include "editing/palette_match.h"
 #include "gif/block_list.h"
+#include "gif/first_image.h"
 #include "platform/memory.h"
+#include "platform/wide_text.h"
 #include "resources/string_ids.h"
 
 namespace {
@@ -24,7 +26,17 @@ bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const char
     if (!InsertBlock(window, &document, place, kind, nullptr, path)) return false;
     FillBlockListView(window, &document);
     SelectLine(window, shown);
+    RevealLine(window, *place);  // the new one, while the selected one can be seen with it
+    RevealLine(window, shown);
     return true;
+}
+
+// Says so when it is the file that can't be inserted. All else has been told, or was what the user wanted.
+void TellIfUnreadable(HWND window, const std::string& path) {
+    int depth;
+    if (OwnedMemory(ReadFirstImage(window, path.c_str(), &depth))) return;
+    const std::string name = path.substr(path.find_last_of('\\') + 1);  // all of it without a folder
+    MessageBox(window, WideFromUtf8(name) + L": " + WideFrom1252(LoadStr(IDS_OPEN_FAILED)));
 }
 
 void MarkInserted() {
@@ -37,7 +49,9 @@ bool InsertImage(HWND window, int* place, int shown, const std::string& path) {
         MessageBox(window, kPathTooLong);
         return false;
     }
-    return InsertAndShow(window, place, shown, kImageBlock, path.c_str());
+    if (InsertAndShow(window, place, shown, kImageBlock, path.c_str())) return true;
+    TellIfUnreadable(window, path);
+    return false;
 }
 
 void InsertImages(HWND window, int line) {

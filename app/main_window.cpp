@@ -6,6 +6,7 @@
 #include "app/commands.h"
 #include "app/document_commands.h"
 #include "app/services/dialogs.h"
+#include "app/services/focus_handover.h"
 #include "app/services/help.h"
 #include "app/services/shell_objects.h"
 #include "app/settings_file.h"
@@ -37,6 +38,11 @@ LRESULT OnSize(HWND window, WPARAM how) {
     return 0;
 }
 
+LRESULT OnMouseActivate(HWND window, WPARAM wParam, LPARAM lParam) {
+    NoteActivation(window, lParam);
+    return DefWindowProcW(window, WM_MOUSEACTIVATE, wParam, lParam);
+}
+
 // The close box runs Exit and then closes the window in any case, also when the user cancelled Exit.
 LRESULT OnSysCommand(HWND window, WPARAM wParam, LPARAM lParam) {
     constexpr WPARAM kCommandBits = 0xFFF0;
@@ -59,6 +65,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CREATE: return OnCreate(window);
         case WM_DESTROY: return OnDestroy(window);
         case WM_SIZE: return OnSize(window, wParam);
+        case WM_MOUSEACTIVATE: return OnMouseActivate(window, wParam, lParam);
         case WM_QUERYENDSESSION: return TRUE;
         case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
         case WM_DRAWITEM: return OnDrawItem(wParam, lParam);

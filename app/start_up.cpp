@@ -7,6 +7,7 @@
 #include "app/information_panel.h"
 #include "app/main_window.h"
 #include "app/services/dialogs.h"
+#include "app/services/focus_handover.h"
 #include "app/services/help.h"
 #include "app/services/settings.h"
 #include "app/services/shell_objects.h"
@@ -89,6 +90,7 @@ void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, 
     if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);
     PostMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(commandLine));
     SetFocus(hMainWindow);
+    FocusHandover handover;
     RunMessageLoop();
     DestroyBlockList(&document);  // still there when the close box was used and its question cancelled
     DeleteShellObjects();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 
 #include "gif/descriptor.h"
 #include "gif/first_image.h"

@@ -1,5 +1,7 @@
 #include "app/services/dialogs.h"
 
+#include <initializer_list>
+
 #include "app/services/shell_objects.h"
 
 HBRUSH ControlColour(HWND window, HDC dc) {
@@ -22,6 +24,11 @@ INT_PTR AnswerControlColour(UINT message, WPARAM wParam, LPARAM lParam) {
                 ControlColour(reinterpret_cast<HWND>(lParam), reinterpret_cast<HDC>(wParam)));
         default: return 0;
     }
+}
+
+void GiveProgramIcon(HWND dialog) {
+    auto icon = reinterpret_cast<LPARAM>(LoadIconW(hInstance, L"KLMZEP"));
+    for (WPARAM size : {WPARAM{ICON_BIG}, WPARAM{ICON_SMALL}}) SendMessageW(dialog, WM_SETICON, size, icon);
 }
 
 void CentreWindow(HWND window) {

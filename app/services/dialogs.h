@@ -10,6 +10,9 @@ HBRUSH ControlColour(HWND window, HDC dc);
 // The same for a window or dialog procedure: the brush when `message` is one of the four, 0 ("not handled") otherwise.
 INT_PTR AnswerControlColour(UINT message, WPARAM wParam, LPARAM lParam);
 
+// Gives a dialog the program's icon, which desktops show beside its title and in their lists of windows.
+void GiveProgramIcon(HWND dialog);
+
 // Moves the window to the centre of the screen, keeping its size.
 void CentreWindow(HWND window);
 

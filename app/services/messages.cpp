@@ -1,22 +1,36 @@
 #include "app/services/messages.h"
 
+#include <new>
+
 #include "app/services/plain_dialog.h"
 #include "platform/wide_text.h"
 #include "resources/message_ids.h"
 
 namespace {
 
-int Ask(HWND owner, const wchar_t* name, const char* text) {
-    return RunPlainDialog(owner, name, [text](HWND dialog) {
-        SetDlgItemTextW(dialog, IDC_MESSAGE_TEXT, WideFrom1252(text).c_str());
+int Ask(HWND owner, const wchar_t* name, const std::wstring& text) {
+    return RunPlainDialog(owner, name, [&text](HWND dialog) {
+        SetDlgItemTextW(dialog, IDC_MESSAGE_TEXT, text.c_str());
         for (int id : {IDOK, IDYES})
             if (HWND button = GetDlgItem(dialog, id)) SetFocus(button);
     });
 }
 
+int Ask(HWND owner, const wchar_t* name, const char* text) {
+    try {
+        return Ask(owner, name, WideFrom1252(text));
+    } catch (const std::bad_alloc&) {
+        return 0;  // as if it could not be shown
+    }
+}
+
 }  // namespace
 
 void MessageBox(HWND owner, const char* text) {
+    Ask(owner, L"MessageBox", text);
+}
+
+void MessageBox(HWND owner, const std::wstring& text) {
     Ask(owner, L"MessageBox", text);
 }
 

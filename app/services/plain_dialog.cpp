@@ -1,5 +1,7 @@
 #include "app/services/plain_dialog.h"
 
+#include <exception>
+
 #include "app/services/dialogs.h"
 
 namespace {
@@ -12,6 +14,7 @@ struct Steps {
 INT_PTR OnInitDialog(HWND dialog, LPARAM lParam) {
     SetWindowLongPtrW(dialog, DWLP_USER, lParam);
     const auto* steps = reinterpret_cast<const Steps*>(lParam);
+    GiveProgramIcon(dialog);
     (*steps->fill)(dialog);
     CentreWindow(dialog);
     return TRUE;
@@ -25,11 +28,20 @@ INT_PTR OnCommand(HWND dialog, int id) {
     return TRUE;
 }
 
-INT_PTR CALLBACK PlainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+INT_PTR OnMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_INITDIALOG: return OnInitDialog(dialog, lParam);
         case WM_COMMAND: return OnCommand(dialog, LOWORD(wParam));
         default: return AnswerControlColour(message, wParam, lParam);
+    }
+}
+
+// A step fails when memory has run out; no exception may cross the system's code.
+INT_PTR CALLBACK PlainDialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        return OnMessage(dialog, message, wParam, lParam);
+    } catch (const std::exception&) {
+        return EndDialog(dialog, 0);
     }
 }
 

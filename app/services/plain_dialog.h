@@ -8,5 +8,6 @@
 using DialogStep = std::function<void(HWND dialog)>;
 
 // Shows the dialog template `name` in the centre of the screen until OK, Cancel, Yes or No is pressed. Returns that
-// button's id, or 0 when the dialog could not be shown. `fill` is called before it appears, `take` before it goes.
+// button's id, or 0 when the dialog could not be shown. `fill` is called before it appears, `take` before it goes; one
+// that throws ends the dialog with 0.
 int RunPlainDialog(HWND owner, const wchar_t* name, const DialogStep& fill, const DialogStep& take = nullptr);

@@ -1,26 +1,24 @@
 // The string table as the editor has it: in the program's resources.
-#include <algorithm>
 #include <cstring>
-#include <string>
 
 #include "app/services/shell_objects.h"
 #include "platform/prompts.h"
-#include "platform/wide_text.h"
+#include "platform/windows_api.h"
 
 namespace {
 
 constexpr int kStringBytes = 256;
+constexpr UINT kWindows1252 = 1252;
 char stringBuffer[kStringBytes];
 
 }  // namespace
 
+// Takes no memory: this is where the texts come from that tell of none.
 const char* LoadStr(unsigned id) {
     wchar_t wide[kStringBytes];
-    int length = LoadStringW(hInstance, id, wide, kStringBytes);
-    std::string text = length > 0 ? Ansi1252FromWide({wide, static_cast<size_t>(length)})
-                                  : "String table error - this application may be damaged";
-    size_t bytes = std::min<size_t>(text.size(), kStringBytes - 1);
-    memcpy(stringBuffer, text.data(), bytes);
+    int units = LoadStringW(hInstance, id, wide, kStringBytes);
+    if (units <= 0) return strcpy(stringBuffer, "String table error - this application may be damaged");
+    int bytes = WideCharToMultiByte(kWindows1252, 0, wide, units, stringBuffer, kStringBytes - 1, nullptr, nullptr);
     stringBuffer[bytes] = 0;
     return stringBuffer;
 }

@@ -1,7 +1,7 @@
 #include "editing/dialogs/dialog_frame.h"
 
 #include <cstdio>
-#include <new>
+#include <exception>
 
 #include "app/services/dialogs.h"
 #include "app/services/help.h"
@@ -35,16 +35,26 @@ void ConfigureUpDowns(HWND dialog) {
     while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) ConfigureUpDown(upDown);
 }
 
+// A running dialog; lives as long as it is shown.
+struct Run {
+    const DialogKind* kind;
+    void* subject;
+};
+
+const Run* RunOf(HWND dialog) {
+    return reinterpret_cast<const Run*>(GetWindowLongPtrW(dialog, DWLP_USER));
+}
+
 bool Show(HWND dialog, const DialogKind& kind) {
     try {
         return !kind.show || kind.show(dialog);
-    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
         return false;
     }
 }
 
 INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
-    SetWindowLongPtrW(dialog, DWLP_USER, reinterpret_cast<LONG_PTR>(&kind));
+    GiveProgramIcon(dialog);
     if (hListFont) SetChildFonts(dialog, hListFont, false);
     ConfigureUpDowns(dialog);
     if (!Show(dialog, kind)) {
@@ -79,13 +89,16 @@ INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wPar
     return kind.onMessage ? kind.onMessage(dialog, message, wParam, lParam) : FALSE;
 }
 
+// No exception may cross the system's code. What a command could not do for want of memory, the user may do again.
 INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_INITDIALOG) return OnInitDialog(dialog, *reinterpret_cast<const DialogKind*>(lParam));
-    const auto* kind = reinterpret_cast<const DialogKind*>(GetWindowLongPtrW(dialog, DWLP_USER));
-    if (!kind) return FALSE;
+    if (message == WM_INITDIALOG) SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+    const Run* run = RunOf(dialog);
+    if (!run) return FALSE;
     try {
-        return OnMessage(dialog, *kind, message, wParam, lParam);
-    } catch (const std::bad_alloc&) {
+        if (message == WM_INITDIALOG) return OnInitDialog(dialog, *run->kind);
+        return OnMessage(dialog, *run->kind, message, wParam, lParam);
+    } catch (const std::exception&) {
+        if (message == WM_COMMAND) MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
         return FALSE;
     }
 }
@@ -94,9 +107,14 @@ INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lPa
 
 void* editedBlock = nullptr;
 
+void* SubjectOf(HWND dialog) {
+    return RunOf(dialog)->subject;
+}
+
 int RunEditingDialog(HWND parent, const DialogKind& kind, void* edited) {
     INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_UPDOWN_CLASS};
     InitCommonControlsEx(&classes);
     ScopedValue<void*> subject(&editedBlock, edited);
-    return static_cast<int>(RunDialog(parent, kind.templateName, DialogProc, const_cast<DialogKind*>(&kind)));
+    Run run = {&kind, edited};
+    return static_cast<int>(RunDialog(parent, kind.templateName, DialogProc, &run));
 }

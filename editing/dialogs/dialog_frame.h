@@ -5,7 +5,8 @@
 
 struct PaletteButtons;
 
-// One kind of dialog. Every procedure reaches what is edited through editedBlock; any of them may be null.
+// One kind of dialog. Its procedures reach what is edited with Edited (editing/dialogs/edited_block.h); any of them may
+// be null.
 struct DialogKind {
     const wchar_t* templateName;
     const char* helpKeyword;                  // the page that the Help button opens
@@ -18,5 +19,6 @@ struct DialogKind {
 };
 
 // Runs the dialog over `edited`, as its own DialogKind describes. Returns what it ended with, or 0 when it can't be
-// shown. `kind` must outlive the dialog.
+// shown. `kind` must outlive the dialog. A procedure that throws, as memory has run out, makes the dialog tell so; only
+// `show` then ends it.
 int RunEditingDialog(HWND parent, const DialogKind& kind, void* edited);

@@ -7,11 +7,11 @@
 namespace {
 
 bool ShowComment(HWND dialog) {
-    return ShowBlockText(dialog, IDC_COMMENT_TEXT, *Edited<Block>());
+    return ShowBlockText(dialog, IDC_COMMENT_TEXT, *Edited<Block>(dialog));
 }
 
 int TakeComment(HWND dialog) {
-    TakeBlockText(dialog, IDC_COMMENT_TEXT, Edited<Block>());
+    TakeBlockText(dialog, IDC_COMMENT_TEXT, Edited<Block>(dialog));
     return 1;
 }
 

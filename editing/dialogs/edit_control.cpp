@@ -29,7 +29,7 @@ bool IsTransparent(const Block& block) {
 }
 
 void ShowTransparency(HWND dialog) {
-    const Block& block = *Edited<Block>();
+    const Block& block = *Edited<Block>(dialog);
     Block image;
     bool transparent = IsTransparent(block);
     ShowCheck(dialog, IDC_CONTROL_TRANSPARENT, transparent);
@@ -48,7 +48,7 @@ void ShowDisposal(HWND dialog, uint8_t packed) {
 }
 
 bool ShowControl(HWND dialog) {
-    ControlFields control = GetControlFields(*Edited<Block>());
+    ControlFields control = GetControlFields(*Edited<Block>(dialog));
     ShowTransparency(dialog);
     ShowCheck(dialog, IDC_CONTROL_USER_INPUT, control.packed & kControlUserInput);
     ShowPaletteButtons(dialog, kButtons);
@@ -58,22 +58,22 @@ bool ShowControl(HWND dialog) {
 }
 
 int TakeControl(HWND dialog) {
-    ControlFields control = GetControlFields(*Edited<Block>());
+    ControlFields control = GetControlFields(*Edited<Block>(dialog));
     control.packed = TakeFlag(dialog, IDC_CONTROL_TRANSPARENT, control.packed, kControlTransparent);
     control.packed = TakeFlag(dialog, IDC_CONTROL_USER_INPUT, control.packed, kControlUserInput);
     control.delay = TakeNumber(dialog, IDC_CONTROL_DELAY);
     LRESULT disposal = SendDlgItemMessageW(dialog, IDC_CONTROL_DISPOSAL, CB_GETCURSEL, 0, 0);
     if (disposal != CB_ERR)
         control.packed = static_cast<uint8_t>((control.packed & ~kControlDisposal) | disposal << kControlDisposalShift);
-    PutControlFields(Edited<Block>(), control);
+    PutControlFields(Edited<Block>(dialog), control);
     return 1;
 }
 
 bool OnControlClick(HWND dialog, int id) {
     if (id != IDC_CONTROL_TRANSPARENT) return false;
-    ControlFields control = GetControlFields(*Edited<Block>());
+    ControlFields control = GetControlFields(*Edited<Block>(dialog));
     control.packed ^= kControlTransparent;
-    PutControlFields(Edited<Block>(), control);
+    PutControlFields(Edited<Block>(dialog), control);
     ShowTransparency(dialog);
     return true;
 }

@@ -22,7 +22,7 @@ constexpr PaletteButtons kButtons = {
     nullptr};
 
 bool ShowHeader(HWND dialog) {
-    HeaderFields header = GetHeaderFields(*Edited<Block>());
+    HeaderFields header = GetHeaderFields(*Edited<Block>(dialog));
     ShowNumber(dialog, IDC_HEADER_WIDTH, header.screenWidth);
     ShowNumber(dialog, IDC_HEADER_DEPTH, header.screenHeight);
     ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed & kHasPalette);
@@ -33,12 +33,12 @@ bool ShowHeader(HWND dialog) {
 }
 
 int TakeHeader(HWND dialog) {
-    HeaderFields header = GetHeaderFields(*Edited<Block>());
+    HeaderFields header = GetHeaderFields(*Edited<Block>(dialog));
     header.packed = TakeFlag(dialog, IDC_HEADER_SORTED, header.packed, kHeaderSorted);
     header.packed = TakeFlag(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed, kHasPalette);
     header.screenWidth = TakeNumber(dialog, IDC_HEADER_WIDTH);
     header.screenHeight = TakeNumber(dialog, IDC_HEADER_DEPTH);
-    PutHeaderFields(Edited<Block>(), header);
+    PutHeaderFields(Edited<Block>(dialog), header);
     return 1;
 }
 
@@ -54,7 +54,7 @@ bool CanDropGlobalPalette(HWND dialog, const Block& header) {
 
 bool OnHeaderClick(HWND dialog, int id) {
     if (id != IDC_HEADER_GLOBAL_PALETTE) return false;
-    const Block& header = *Edited<Block>();
+    const Block& header = *Edited<Block>(dialog);
     if (TakeCheck(dialog, IDC_HEADER_GLOBAL_PALETTE)) {
         if (CanDropGlobalPalette(dialog, header)) ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, false);
         return true;

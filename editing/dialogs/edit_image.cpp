@@ -13,7 +13,7 @@
 namespace {
 
 bool ShowImage(HWND dialog) {
-    const Block& block = *Edited<Block>();
+    const Block& block = *Edited<Block>(dialog);
     ImageFields image = GetImageFields(block);
     ShowNumber(dialog, IDC_IMAGE_WIDTH, image.width);
     ShowNumber(dialog, IDC_IMAGE_DEPTH, image.height);
@@ -39,13 +39,13 @@ void TakeName(HWND dialog, Block* block) {
 }
 
 int TakeImage(HWND dialog) {
-    ImageFields image = GetImageFields(*Edited<Block>());
+    ImageFields image = GetImageFields(*Edited<Block>(dialog));
     image.left = TakeNumber(dialog, IDC_IMAGE_LEFT);
     image.top = TakeNumber(dialog, IDC_IMAGE_TOP);
     image.packed = TakeFlag(dialog, IDC_IMAGE_LOCAL_PALETTE, image.packed, kHasPalette);
     image.packed = TakeFlag(dialog, IDC_IMAGE_INTERLACED, image.packed, kImageInterlaced);
-    PutImageFields(Edited<Block>(), image);
-    TakeName(dialog, Edited<Block>());
+    PutImageFields(Edited<Block>(dialog), image);
+    TakeName(dialog, Edited<Block>(dialog));
     return 1;
 }
 

@@ -8,12 +8,12 @@
 namespace {
 
 bool ShowLoop(HWND dialog) {
-    ShowNumber(dialog, IDC_LOOP_ITERATIONS, GetLoopIterations(*Edited<Block>()));
+    ShowNumber(dialog, IDC_LOOP_ITERATIONS, GetLoopIterations(*Edited<Block>(dialog)));
     return true;
 }
 
 int TakeLoop(HWND dialog) {
-    PutLoopIterations(Edited<Block>(), TakeNumber(dialog, IDC_LOOP_ITERATIONS));
+    PutLoopIterations(Edited<Block>(dialog), TakeNumber(dialog, IDC_LOOP_ITERATIONS));
     return 1;
 }
 

@@ -31,7 +31,7 @@ constexpr PaletteButtons kButtons = {
     FindImage};
 
 bool ShowPlainText(HWND dialog) {
-    const Block& block = *Edited<Block>();
+    const Block& block = *Edited<Block>(dialog);
     PlainTextFields text = GetPlainTextFields(block);
     ShowNumber(dialog, IDC_PLAIN_LEFT, text.left);
     ShowNumber(dialog, IDC_PLAIN_TOP, text.top);
@@ -46,15 +46,15 @@ bool ShowPlainText(HWND dialog) {
 }
 
 int TakePlainText(HWND dialog) {
-    PlainTextFields text = GetPlainTextFields(*Edited<Block>());
+    PlainTextFields text = GetPlainTextFields(*Edited<Block>(dialog));
     text.left = TakeNumber(dialog, IDC_PLAIN_LEFT);
     text.top = TakeNumber(dialog, IDC_PLAIN_TOP);
     text.gridWidth = TakeNumber(dialog, IDC_PLAIN_GRID_WIDTH);
     text.gridHeight = TakeNumber(dialog, IDC_PLAIN_GRID_HEIGHT);
     text.cellWidth = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_WIDTH));
     text.cellHeight = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_HEIGHT));
-    PutPlainTextFields(Edited<Block>(), text);
-    TakeBlockText(dialog, IDC_PLAIN_TEXT, Edited<Block>());
+    PutPlainTextFields(Edited<Block>(dialog), text);
+    TakeBlockText(dialog, IDC_PLAIN_TEXT, Edited<Block>(dialog));
     defaultPlainTextGrid = {text.gridWidth, text.gridHeight, text.cellWidth, text.cellHeight};
     return kKeep;
 }

@@ -20,7 +20,7 @@ constexpr KindButton kButtons[] = {
 
 // A plain text needs colours of the global palette.
 bool ShowKinds(HWND dialog) {
-    EnableControl(dialog, IDC_INSERT_PLAIN_TEXT, GetGlobalPalette(*Edited<BlockList>(), nullptr) > 0);
+    EnableControl(dialog, IDC_INSERT_PLAIN_TEXT, GetGlobalPalette(*Edited<BlockList>(dialog), nullptr) > 0);
     return true;
 }
 

@@ -23,7 +23,7 @@ bool HasTarget(const Block& image) {
 }
 
 bool ShowChoices(HWND dialog) {
-    const Block& image = *Edited<const Block>();
+    const Block& image = *Edited<const Block>(dialog);
     bool target = HasTarget(image);
     bool twoColours = HasTwoColours(image);  // nothing to dither
     EnableControl(dialog, IDC_PALETTE_REMAP, target);

@@ -13,12 +13,12 @@
 namespace {
 
 void StoreIndex(HWND dialog, const PaletteButtons& buttons, const ColourButton& button, uint32_t index) {
-    button.store(Edited<Block>(), static_cast<uint8_t>(index));
+    button.store(Edited<Block>(dialog), static_cast<uint8_t>(index));
     ShowPaletteButtons(dialog, buttons);
 }
 
 void OnColour(HWND dialog, const PaletteButtons& buttons, const ColourButton& button) {
-    const Block& block = *Edited<Block>();
+    const Block& block = *Edited<Block>(dialog);
     uint32_t index = button.index(block);
     if (SelectColour(dialog, block.palette, buttons.colourCount(block), &index))
         StoreIndex(dialog, buttons, button, index);
@@ -26,8 +26,8 @@ void OnColour(HWND dialog, const PaletteButtons& buttons, const ColourButton& bu
 
 void OnEyedropper(HWND dialog, const PaletteButtons& buttons, const ColourButton& button) {
     Block image;
-    uint32_t index = button.index(*Edited<Block>());
-    if (buttons.findImage(*Edited<Block>(), &image) && PickColourFromImage(dialog, image, &index))
+    uint32_t index = button.index(*Edited<Block>(dialog));
+    if (buttons.findImage(*Edited<Block>(dialog), &image) && PickColourFromImage(dialog, image, &index))
         StoreIndex(dialog, buttons, button, index);
 }
 
@@ -36,7 +36,7 @@ void OnEyedropper(HWND dialog, const PaletteButtons& buttons, const ColourButton
 void ShowPaletteButtons(HWND dialog, const PaletteButtons& buttons) {
     for (const ColourButton& button : buttons.buttons) {
         if (!button.id) continue;
-        ShowNumber(dialog, button.id, button.index(*Edited<Block>()));
+        ShowNumber(dialog, button.id, button.index(*Edited<Block>(dialog)));
         InvalidateRect(GetDlgItem(dialog, button.id), nullptr, FALSE);
     }
 }
@@ -47,6 +47,7 @@ void EnableEyedroppers(HWND dialog, const PaletteButtons& buttons, bool enable) 
 }
 
 bool OnPaletteButton(HWND dialog, const PaletteButtons& buttons, int id) {
+    if (id == 0) return false;  // that of a button that isn't there
     return std::any_of(std::begin(buttons.buttons), std::end(buttons.buttons), [&](const ColourButton& button) {
         if (id == button.id) OnColour(dialog, buttons, button);
         if (id == button.eyedropper) OnEyedropper(dialog, buttons, button);
@@ -55,8 +56,9 @@ bool OnPaletteButton(HWND dialog, const PaletteButtons& buttons, int id) {
 }
 
 BOOL DrawPaletteButton(HWND dialog, const PaletteButtons& buttons, const DRAWITEMSTRUCT& item) {
-    const Block& block = *Edited<Block>();
+    const Block& block = *Edited<Block>(dialog);
     auto id = static_cast<int>(item.CtlID);
+    if (id == 0) return FALSE;  // that of a button that isn't there
     for (const ColourButton& button : buttons.buttons) {
         if (id == button.id)
             DrawColourButton(dialog, item, block.palette, button.index(block));

@@ -45,7 +45,7 @@ void DrawCell(HDC dc, int index, RgbTriple colour) {
 }
 
 INT_PTR OnPaint(HWND dialog) {
-    const ColourRequest& request = *Edited<ColourRequest>();
+    const ColourRequest& request = *Edited<ColourRequest>(dialog);
     WindowPaint paint(dialog);
     // The count stands where a depth is expected, so that only tiny palettes are realised: on the screens of today
     // nothing else would be seen.
@@ -60,7 +60,7 @@ INT_PTR OnClick(HWND dialog, int x, int y) {
     int cell = CellSize();
     if (cell == 0) return TRUE;
     auto index = static_cast<uint32_t>(x / cell + kColumns * (y / cell));
-    ColourRequest* request = Edited<ColourRequest>();
+    ColourRequest* request = Edited<ColourRequest>(dialog);
     if (index >= request->count) return TRUE;
     request->current = index;
     return EndDialog(dialog, IDOK);

@@ -11,6 +11,20 @@
 
 namespace {
 
+constexpr WPARAM kSelectAllKey = 1;  // the character that Ctrl+A makes
+
+// An edit field of several lines has no key to select everything; this window procedure before its own has.
+LRESULT CALLBACK SelectAllProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_CHAR && wParam == kSelectAllKey) return SendMessageW(edit, EM_SETSEL, 0, -1);
+    auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(edit, GWLP_USERDATA));
+    return CallWindowProcW(own, edit, message, wParam, lParam);
+}
+
+void LetCtrlASelectAll(HWND edit) {
+    SetWindowLongPtrW(edit, GWLP_USERDATA, GetWindowLongPtrW(edit, GWLP_WNDPROC));
+    SetWindowLongPtrW(edit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SelectAllProc));
+}
+
 // The block's bytes as the edit field holds them. False when they can't be read.
 bool ReadText(const Block& block, std::wstring* text) {
     if (!block.data) return true;
@@ -21,24 +35,32 @@ bool ReadText(const Block& block, std::wstring* text) {
     return true;
 }
 
-std::string TextOf(HWND edit) {
+std::wstring TextOf(HWND edit) {
     auto units = static_cast<size_t>(GetWindowTextLengthW(edit));
     std::wstring text(units + 1, L'\0');
     text.resize(static_cast<size_t>(GetWindowTextW(edit, text.data(), static_cast<int>(text.size()))));
-    return Ansi1252FromWide(text);
+    return text;
+}
+
+// Whether the field still holds what was shown. The block may have more than that: what lies behind a NUL.
+bool IsUnchanged(const std::wstring& text, const Block& block) {
+    std::wstring shown;
+    return block.dataLength > 0 && ReadText(block, &shown) && text == shown;
 }
 
 bool StoreText(HWND edit, Block* block) {
-    Block made = {};
     try {
-        std::string text = TextOf(edit);
+        const std::wstring wide = TextOf(edit);
+        if (IsUnchanged(wide, *block)) return true;
+        const std::string text = Ansi1252FromWide(wide);
+        Block made = {};
         if (!text.empty() && !SetBlockText(&made, text.data(), static_cast<uint32_t>(text.size()))) return false;
+        block->data = made.data;
+        block->dataLength = made.dataLength;
+        return true;
     } catch (const std::bad_alloc&) {
         return false;
     }
-    block->data = made.data;
-    block->dataLength = made.dataLength;
-    return true;
 }
 
 }  // namespace
@@ -47,6 +69,7 @@ bool ShowBlockText(HWND dialog, int id, const Block& block) {
     HWND edit = GetDlgItem(dialog, id);
     SendMessageW(edit, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), FALSE);
     SendMessageW(edit, EM_LIMITTEXT, kMaxTextBytes, 0);
+    LetCtrlASelectAll(edit);
     std::wstring text;
     if (!ReadText(block, &text)) return false;
     SetWindowTextW(edit, text.c_str());

@@ -65,7 +65,8 @@ AnimationSettings TakeSettings(HWND dialog) {
 BuildOutcome Build(HWND dialog) {
     WaitCursor wait;
     try {
-        return BuildAnimation(dialog, TakeSettings(dialog), WizardFiles(dialog), Edited<Wizard>()->document).outcome;
+        return BuildAnimation(dialog, TakeSettings(dialog), WizardFiles(dialog), Edited<Wizard>(dialog)->document)
+            .outcome;
     } catch (const std::bad_alloc&) {
         return BuildOutcome::kOutOfMemory;
     }
@@ -90,13 +91,13 @@ void OnDone(HWND dialog) {
 }
 
 void OnBack(HWND dialog) {
-    int& page = Edited<Wizard>()->page;
+    int& page = Edited<Wizard>(dialog)->page;
     if (page > 0) --page;
     ShowWizardPage(dialog);
 }
 
 void OnNext(HWND dialog) {
-    int& page = Edited<Wizard>()->page;
+    int& page = Edited<Wizard>(dialog)->page;
     if (page == kWizardLastPage) return OnDone(dialog);
     ++page;
     ShowWizardPage(dialog);

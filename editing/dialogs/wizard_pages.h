@@ -6,7 +6,7 @@
 constexpr int kWizardFilesPage = 5;
 constexpr int kWizardLastPage = 6;
 
-// What the wizard's dialog works on, reached through editedBlock.
+// What the wizard's dialog works on.
 struct Wizard {
     struct BlockList* document;  // where the animation goes
     int page;                    // 0 to kWizardLastPage

@@ -1,4 +1,5 @@
 // The list's lines as they are painted, and its place in the window.
+#include "resources/insert_ids.h"
 #include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
 
@@ -56,6 +57,47 @@ TEST_F(BlockListViewTest, ShowsOnTheScreenWhatItHolds) {
         const COLORREF colour = GetSysColor(shown ? COLOR_HIGHLIGHT : COLOR_WINDOW);
         EXPECT_TRUE(GetPixel(WindowDc(list).Get(), 300, 5) == colour && GetFocus() == list);
     }
+}
+
+TEST_F(BlockListViewTest, StaysWhereItIsScrolledTo) {
+    HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
+    auto top = [=] { return SendMessageW(list, LB_GETTOPINDEX, 0, 0); };
+    auto scrollTo = [=](int line) { SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(line), 0); };
+    Command(IDM_NEW);
+    for (int i = 0; i < 100; ++i) {
+        Block control;
+        ASSERT_TRUE(MakeDefaultBlock(nullptr, &document, &control, kControlBlock, nullptr, nullptr));
+        ASSERT_TRUE(AppendBlock(&document, &control));
+    }
+    FillBlockListView(hMainWindow, &document);
+    RECT client = {};
+    GetClientRect(list, &client);
+    const int seen = static_cast<int>(client.bottom / SendMessageW(list, LB_GETITEMHEIGHT, 0, 0));
+    Select(55);
+    scrollTo(50);
+    Command(IDM_DELETE);
+    EXPECT_EQ(top(), 50);
+    auto insertComment = [&] {
+        DialogAnswers answers;
+        answers.Press(IDC_INSERT_COMMENT);
+        Command(IDM_INSERT);
+    };
+    insertComment();
+    EXPECT_EQ(top(), 50);
+    Select(50 + seen - 1);
+    insertComment();
+    EXPECT_EQ(top(), 51) << "the new line is seen too";
+    scrollTo(20);
+    Block header = {};
+    ASSERT_TRUE(GetBlock(document, &header, 0));
+    ReplaceHeaderLine(hMainWindow, header);
+    EXPECT_EQ(top(), 20) << "although the selected line is not seen";
+    Select(100);
+    Command(IDM_DELETE);
+    EXPECT_EQ(top(), 101 - seen) << "there is nothing behind the last line";
+    documentChanged = false;
+    Command(IDM_NEW);
+    EXPECT_EQ(top(), 0);
 }
 
 TEST_F(BlockListViewTest, FollowsTheWindowSizeDownToTheMinimum) {

@@ -29,12 +29,52 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
                 EXPECT_EQ(ChildWindowFromPoint(dialog, {x + cell - 1, y + cell - 1}), dialog) << i;
             }
             ChooseCell(column, row)(dialog);
-            EXPECT_EQ(Edited<ColourRequest>()->current, chosen);
+            EXPECT_EQ(Edited<ColourRequest>(dialog)->current, chosen);
             if (chosen == kUnchanged) PressButton(dialog, IDCANCEL);
         }});
         EXPECT_EQ(SelectColour(hMainWindow, palette, count, &current), chosen != kUnchanged);
         EXPECT_EQ(current, chosen);
     }
+}
+
+TEST_F(ColourPickers, ADialogBehindTheGridGoesOnWithItsOwnBlock) {
+    constexpr uint8_t kBackground = 40;
+    Block before = At(kSampleHeader);
+    PutHeaderFields(&before, {640, 480, 0x87, kBackground, 0});
+    Put(before);
+    const COLORREF colour = ColourRef(before.palette[kBackground]);
+    auto buttonColour = [](HWND dialog) {
+        HWND button = GetDlgItem(dialog, IDC_COLOUR);
+        InvalidateRect(button, nullptr, FALSE);
+        return PixelAt(button, 4, 4);
+    };
+    auto inGrid = [&](HWND grid) {
+        HWND header = GetWindow(grid, GW_OWNER);
+        SetWindowPos(grid, nullptr, 0, 0, 0, 0, SWP_NOSIZE);
+        EXPECT_EQ(editedBlock, SubjectOf(grid));
+        EXPECT_NE(editedBlock, SubjectOf(header));
+        EXPECT_EQ(buttonColour(header), colour);
+        PressButton(grid, IDCANCEL);
+    };
+    auto takeBehindGrid = [&](HWND grid) {
+        HWND header = GetWindow(grid, GW_OWNER);
+        SetDlgItemInt(header, IDC_HEADER_WIDTH, 321, FALSE);
+        PressButton(header, IDOK);
+        PressButton(grid, IDCANCEL);
+    };
+    auto inHeader = [&](HWND header) {
+        SendMessageW(header, WM_COMMAND, 0, 0);  // the number of the second button, which there is not
+        const DRAWITEMSTRUCT none = {ODT_BUTTON, 0, 0, ODA_DRAWENTIRE, 0, header, nullptr, {}, 0};
+        EXPECT_FALSE(SendMessageW(header, WM_DRAWITEM, 0, reinterpret_cast<LPARAM>(&none)));
+        EXPECT_EQ(buttonColour(header), colour);
+        PressButton(header, IDC_COLOUR);
+        EXPECT_EQ(buttonColour(header), colour);
+        PressButton(header, IDC_COLOUR);
+    };
+    EXPECT_EQ(Edit(kSampleHeader, {inHeader, inGrid, takeBehindGrid}), kBlockEdited);
+    EXPECT_EQ(editedBlock, nullptr);
+    EXPECT_EQ(LineOf(kSampleHeader), "HEADER\xFE GIF89a Screen (321 x 480)");
+    EXPECT_EQ(GetHeaderFields(At(kSampleHeader)).backgroundIndex, kBackground);
 }
 
 TEST_F(ColourPickers, TheEyedropperEndsWithoutAPixelButNotBesideTheImage) {

@@ -105,7 +105,8 @@ TEST_F(Editors, CommentLosesNothing) {
     longText.resize(kMaxTextBytes);
     for (const std::string& text : {everyByte, longText, "  \t a\r\nb\nc\rd\r\n\r\ne\n\nf\r\r\ng \r\n "s})
         edit(text, Press(IDOK), text);
-    edit("seen\0unseen"s, Press(IDOK), "seen");
+    for (const std::string& text : {"seen\0unseen"s, "\0unseen"s, "\0"s}) edit(text, Press(IDOK), text);
+    edit("seen\0unseen"s, Press(IDOK, {{IDC_COMMENT_TEXT, "typed"}}), "typed");
     auto type = [](const std::wstring& letters) {
         return [=](HWND dialog) {
             for (wchar_t letter : letters) SendDlgItemMessageW(dialog, IDC_COMMENT_TEXT, WM_CHAR, letter, 0);
@@ -115,6 +116,7 @@ TEST_F(Editors, CommentLosesNothing) {
     edit("old", type(L"d\u00E9j\u00E0\r\u20AC 5 \u4E2D "), "d\xE9j\xE0\r\n\x80 5 ? old");
     longText.pop_back();
     edit(longText, type(L"yz"), "y" + longText);
+    edit("all", type(L"\x01new"), "new");
     edit("gone", Press(IDOK, {{IDC_COMMENT_TEXT, ""}}), "");
     EXPECT_EQ(At(kSampleComment).data, nullptr);
 }
@@ -126,8 +128,11 @@ TEST_F(Editors, CancelAndFailuresKeepTheOldComment) {
     EXPECT_EQ(Edit(kSampleComment, {Press(IDCANCEL, {{IDC_COMMENT_TEXT, "new"}})}), kBlockUnchanged);
     faultsAtButton.allocationsUntilFailure = 0;
     EXPECT_EQ(Edit(kSampleComment, {change, outOfMemory}), kBlockEdited);
-    faultsAtButton.locksUntilFailure = 1;  // the new text is stored, but the list can't be reached
+    faultsAtButton.locksUntilFailure = 2;  // the old text is read and the new one stored, but the list can't be reached
     EXPECT_EQ(Edit(kSampleComment, {change}), kBlockInaccessible);
+    faults = {};
+    faultsAtButton.locksUntilFailure = 0;  // nothing can be read or stored
+    EXPECT_EQ(Edit(kSampleComment, {change, outOfMemory}), kBlockEdited);
     faults.locksUntilFailure = 1;  // the list is read, the text is not: shown empty, it would be lost with OK
     EXPECT_EQ(Edit(kSampleComment, {outOfMemory}), kBlockUnchanged);
     EXPECT_EQ(LineOf(kSampleComment), line);

@@ -1,10 +1,14 @@
 // The services that every window uses.
 #include <filesystem>
+#include <new>
+#include <stdexcept>
 
 #include "app/services/dialogs.h"
 #include "app/services/file_dialogs.h"
 #include "app/services/help.h"
 #include "app/services/messages.h"
+#include "app/services/plain_dialog.h"
+#include "editing/dialogs/dialog_frame.h"
 #include "platform/prompts.h"
 #include "resources/editor_ids.h"
 #include "tests/gui/window_driver.h"
@@ -15,7 +19,10 @@ class ServicesTest : public ShellTest {};
 
 TEST_F(ServicesTest, DialogsShowTheirTextsInTheMiddleOfTheScreen) {
     DialogAnswers answers;
-    answers.Do([](HWND dialog) { SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });  // Escape: there is no such button
+    answers.Do([](HWND dialog) {
+        EXPECT_EQ(SendMessageW(dialog, WM_GETICON, ICON_BIG, 0), GetClassLongPtrW(hMainWindow, GCLP_HICON));
+        SendMessageW(dialog, WM_COMMAND, IDCANCEL, 0);  // Escape: there is no such button
+    });
     EXPECT_EQ(YesnoBox(hMainWindow, "caf\xE9 & \x80"), IDNO);
     EXPECT_EQ(answers.Texts(), std::vector<std::string>{"caf\xE9 & \x80"});
     EXPECT_EQ(RunDialog(hMainWindow, L"NoSuchBox", nullptr, nullptr), 0);
@@ -25,6 +32,30 @@ TEST_F(ServicesTest, DialogsShowTheirTextsInTheMiddleOfTheScreen) {
     GetWindowRect(hMainWindow, &place);
     EXPECT_EQ(place.left, (GetSystemMetrics(SM_CXSCREEN) - 501) / 2);
     EXPECT_EQ(place.top, (GetSystemMetrics(SM_CYSCREEN) - 447) / 2);
+}
+
+// As it is when memory runs out. Nothing may pass through the system's code on its way here.
+TEST_F(ServicesTest, AStepThatFailsEndsItsDialogOnly) {
+    auto fail = [](HWND) { throw std::bad_alloc(); };
+    EXPECT_EQ(RunPlainDialog(hMainWindow, L"MessageBox", fail), 0);
+    DialogAnswers answers;
+    answers.Press(IDOK);
+    EXPECT_EQ(RunPlainDialog(
+                  hMainWindow, L"MessageBox", [](HWND) {}, fail),
+              0);
+    EXPECT_TRUE(IsWindowEnabled(hMainWindow));
+
+    const DialogKind failing[] = {{L"EditLoopBox", nullptr, [](HWND) -> bool { throw std::length_error(""); }},
+                                  {L"EditLoopBox", nullptr, nullptr, [](HWND) -> int { throw std::length_error(""); }}};
+    answers.Press(IDOK);  // the message
+    EXPECT_EQ(RunEditingDialog(hMainWindow, failing[0], nullptr), 0);
+    answers.Do([](HWND dialog) {
+        PressButton(dialog, IDOK);  // tells, and leaves the dialog to the user
+        PressButton(dialog, IDCANCEL);
+    });
+    answers.Press(IDOK);
+    EXPECT_EQ(RunEditingDialog(hMainWindow, failing[1], nullptr), 0);
+    for (size_t message : {1u, 3u}) EXPECT_EQ(answers.Texts()[message], "There has been an error allocating memory.");
 }
 
 TEST_F(ServicesTest, TheCommandLineIsWhatFollowsTheProgram) {

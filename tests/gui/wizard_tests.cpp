@@ -102,6 +102,20 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
     EXPECT_EQ(document.count, 0u);
 }
 
+TEST_F(WizardTest, TheFocusLeavesAPageForTheButtonThatEnterPresses) {
+    Run(IDM_WIZARD, {[](HWND dialog) {
+            PressButton(dialog, IDC_WIZARD_NEXT);
+            for (int control : {IDC_WIZARD_WEB, IDC_WIZARD_ONCE, IDC_WIZARD_DRAWN, IDC_WIZARD_DELAYS}) {
+                SetFocus(GetDlgItem(dialog, control));
+                PressButton(dialog, IDC_WIZARD_NEXT);
+                const int meant = control == IDC_WIZARD_DELAYS ? IDC_WIZARD_SELECT : IDC_WIZARD_NEXT;
+                EXPECT_EQ(GetDlgCtrlID(GetFocus()), meant);
+                EXPECT_TRUE(SendDlgItemMessageW(dialog, meant, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) << meant;
+            }
+            PressButton(dialog, IDCANCEL);
+        }});
+}
+
 TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
     const std::string first = MakeGif("a.gif", 20, 10), second = MakeGif("b.gif", 8, 30);
     for (const auto& [matching, colours] : {std::pair(IDC_WIZARD_SUPER_PALETTE, "2"),
