@@ -37,3 +37,11 @@ std::wstring WideFrom1252(std::string_view text) {
 std::string Ansi1252FromWide(std::wstring_view text) {
     return Narrow(1252, text);
 }
+
+std::wstring WideFromAnsi(std::string_view text) {
+    return Widen(CP_ACP, text);
+}
+
+std::string AnsiFromWide(std::wstring_view text) {
+    return Narrow(CP_ACP, text);
+}
