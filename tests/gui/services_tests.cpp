@@ -46,6 +46,19 @@ TEST_F(ServicesTest, TheOpenDialogStartsInTheFolderOfAName) {
     EXPECT_EQ(name, File("a.gif"));
 }
 
+TEST_F(ServicesTest, ANameLongerThanTheSystemTakesIsToldAndLeavesTheOldOne) {
+    const std::string folder = File(std::string(150, 'd'));
+    std::filesystem::create_directory(WideFromUtf8(folder));
+    DialogAnswers answers;
+    answers.ChooseFile(folder + "\\" + std::string(256 - folder.size(), 'f') + ".gif");  // 261 characters
+    answers.Press(IDOK);
+    std::string name = "old.gif";
+    EXPECT_FALSE(SaveGifDialog(hMainWindow, &name));
+    EXPECT_EQ(answers.Texts().back(),
+              "This file name is too long. Please use a shorter name or move the file to a folder with a shorter path.");
+    EXPECT_EQ(name, "old.gif");
+}
+
 // A system of which everything is known: what it can do, and what it was asked for.
 struct {
     bool viewerStarts, viewerShows, hasBrowser;
