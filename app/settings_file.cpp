@@ -108,7 +108,7 @@ void ReadRecentFiles(HWND window, const std::string& folder) {
 void WriteSettings(HWND window, const std::string& folder) {
     std::string path = SettingsPath(folder);
     File file;
-    if (path.empty() || !file.Create(path.c_str())) return;
+    if (path.empty() || !file.CreateReplacement(path.c_str())) return;
     WriteLine(&file, ";Kelmor Zephyr configuration file");
     WriteLine(&file, ";KLM Zephyr");
     WriteLine(&file, ";Last updated " + LocalTime());
