@@ -6,6 +6,7 @@
 #include "editing/dialogs/edit_block.h"
 #include "gif/block_list.h"
 #include "imaging/draw/viewer.h"
+#include "platform/prompts.h"
 #include "resources/string_ids.h"
 
 namespace {

@@ -3,7 +3,6 @@
 
 #include "app/block_list_view.h"
 #include "app/commands.h"
-#include "app/document_commands.h"
 #include "app/services/chosen_files.h"
 #include "app/services/file_dialogs.h"
 #include "app/services/messages.h"
@@ -12,14 +11,13 @@
 #include "editing/palette_match.h"
 #include "gif/block_list.h"
 #include "gif/first_image.h"
-#include "platform/memory.h"
+#include "platform/prompts.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
 
 namespace {
 
 constexpr size_t kMaxInsertedFiles = 260;
-constexpr char kPathTooLong[] = "This image can't be inserted, as its file name with all its folders is too long.";
 
 // Inserts a block behind `*place`, which moves on to it, and shows the document with line `shown` selected.
 bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const char* path) {
@@ -45,22 +43,16 @@ void MarkInserted() {
 }
 
 bool InsertImage(HWND window, int* place, int shown, const std::string& path) {
-    if (path.size() >= kPathBytes) {
-        MessageBox(window, kPathTooLong);
-        return false;
-    }
     if (InsertAndShow(window, place, shown, kImageBlock, path.c_str())) return true;
     TellIfUnreadable(window, path);
     return false;
 }
 
 void InsertImages(HWND window, int line) {
-    OwnedMemory buffer(AllocateMemory(kImagesBufferBytes));
-    MemoryLock names(buffer.Get());
-    if (!names) return TellOutOfMemory(window);
-    if (!OpenImagesDialog(window, names.As<char>())) return;
+    std::string names;
+    if (!OpenImagesDialog(window, &names)) return;
     int place = line;
-    for (const std::string& path : ChosenPaths(names.As<char>(), kMaxInsertedFiles))
+    for (const std::string& path : ChosenPaths(names, kMaxInsertedFiles))
         if (!InsertImage(window, &place, line, path)) break;
     MarkInserted();
 }

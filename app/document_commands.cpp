@@ -1,6 +1,7 @@
 #include "app/document_commands.h"
 
-#include <cstring>
+#include <string>
+#include <utility>
 
 #include "app/block_list_view.h"
 #include "app/document_face.h"
@@ -15,12 +16,11 @@
 #include "gif/gif_reader.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
+#include "platform/prompts.h"
 #include "resources/command_ids.h"
 #include "resources/string_ids.h"
 
 namespace {
-
-constexpr char kNameTooLong[] = "This file can't be opened, as its name with all its folders is too long.";
 
 void RunCommand(HWND window, int id) {
     SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
@@ -57,34 +57,33 @@ void ShowLoadFailure(HWND window, const char* message) {
     EnableDocumentCommands(window, false);
 }
 
-void ShowLoadedFile(HWND window, const char* name) {
-    AddRecentFile(window, name);
-    SetTitle(window, name);
+void ShowLoadedFile(HWND window, std::string name) {
+    currentFileName = std::move(name);  // before all else: from now on a save would write this document
+    AddRecentFile(window, currentFileName);
+    SetTitle(window, currentFileName.c_str());
     ShowDocument(window);
     documentChanged = false;
-    // The name may be the current one itself.
-    memmove(currentFileName, name, strlen(name) + 1);
 }
 
-bool ReadDocument(const char* name) {
+bool ReadDocument(const std::string& name) {
     WaitCursor wait;
-    return ReadGifFile(&document, name) != kReadFailed;
+    return ReadGifFile(&document, name.c_str()) != kReadFailed;
 }
 
 // Fits the screen to the images and writes the document. False, with the failure told, when it can't be written.
-bool WriteDocument(HWND window, const char* name) {
+bool WriteDocument(HWND window, const std::string& name) {
     bool written;
     {
         WaitCursor wait;
         Block header;
         if (FitLogicalScreen(&document) && GetBlock(document, &header, 0)) ReplaceHeaderLine(window, header);
-        written = WriteGifFile(document, name);
+        written = WriteGifFile(document, name.c_str());
     }
     if (!written) {
         MessageBox(window, LoadStr(IDS_WRITE_FAILED));
         return false;
     }
-    SetTitle(window, name);
+    SetTitle(window, name.c_str());
     documentChanged = false;
     return true;
 }
@@ -109,22 +108,22 @@ void OnNew(HWND window) {
 }
 
 void OnOpen(HWND window) {
-    char name[kPathBytes] = "";
-    if (!OpenGifDialog(window, name)) return;
+    std::string name;
+    if (!OpenGifDialog(window, &name)) return;
     RunCommand(window, IDM_CLOSE);
     if (documentChanged) return;  // only Cancel at the save question leaves it set
-    SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name));
+    SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name.c_str()));
 }
 
-void OnOpenFile(HWND window, const char* name) {
-    if (!name || !*name) return;
+void OnOpenFile(HWND window, const char* sent) {
+    if (!sent || !*sent) return;
+    std::string name = sent;
     DestroyBlockList(&document);  // those who send a name have closed the document; this is for those who forgot
-    if (strlen(name) >= kPathBytes) return ShowLoadFailure(window, kNameTooLong);
     if (!CreateBlockList(&document)) return TellOutOfMemory(window);
     FillBlockListView(window, nullptr);
     // A file without a GIF signature opens as a document without blocks.
     if (ReadDocument(name))
-        ShowLoadedFile(window, name);
+        ShowLoadedFile(window, std::move(name));
     else
         ShowLoadFailure(window, LoadStr(IDS_OPEN_FAILED));
 }
@@ -139,14 +138,12 @@ void OnClose(HWND window) {
 }
 
 void OnSaveAs(HWND window) {
-    char name[kPathBytes];
-    strcpy(name, LoadStr(IDS_UNTITLED));
-    if (!SaveGifDialog(window, name) || !WriteDocument(window, name)) return;
-    strcpy(currentFileName, name);
+    std::string name = LoadStr(IDS_UNTITLED);
+    if (SaveGifDialog(window, &name) && WriteDocument(window, name)) currentFileName = std::move(name);
 }
 
 void OnSave(HWND window) {
-    if (*currentFileName && strcmp(currentFileName, LoadStr(IDS_UNTITLED)) != 0)
+    if (!currentFileName.empty() && currentFileName != LoadStr(IDS_UNTITLED))
         WriteDocument(window, currentFileName);
     else
         RunCommand(window, IDM_SAVE_AS);
@@ -162,11 +159,11 @@ void OnWizard(HWND window) {
 }
 
 void OnRecentFile(HWND window, int id) {
-    char name[kPathBytes];
-    if (!GetRecentFile(window, id, name)) return;
+    std::string name = GetRecentFile(window, id);
+    if (name.empty()) return;
     if (!AskToSave(window)) return;
     CloseUnasked(window);
-    SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name));
+    SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name.c_str()));
 }
 
 void OnExit(HWND window) {

@@ -1,44 +1,42 @@
 #include "app/recent_files.h"
 
 #include <algorithm>
-#include <cstring>
-#include <string>
+#include <new>
+#include <vector>
 
 #include "app/services/settings.h"
-#include "platform/memory.h"
 #include "platform/wide_text.h"
 #include "resources/command_ids.h"
 
 namespace {
 
-constexpr size_t kRowBytes = kPathBytes + 1;
-
-// The names in the menu, one per row; an empty row stands for an item without a name.
-using NameRow = char[kRowBytes];
+using Names = std::vector<std::wstring>;
 
 HMENU FileMenu(HWND window) {
     return GetSubMenu(GetMenu(window), 0);
 }
 
-bool IsFullPath(const char* name) {
-    char letter = static_cast<char>(*name | 0x20);
-    return letter >= 'a' && letter <= 'z' && name[1] == ':' && name[2] == '\\';
+bool IsFullPath(const std::wstring& name) {
+    wchar_t letter = name.empty() ? L' ' : static_cast<wchar_t>(name[0] | 0x20);
+    return letter >= L'a' && letter <= L'z' && name.compare(1, 2, L":\\") == 0;
 }
 
-void TrimEnd(char* name) {
-    size_t length = strlen(name);
-    while (length > 0 && static_cast<unsigned char>(name[length - 1]) <= ' ') --length;
-    name[length] = 0;
+void TrimEnd(std::wstring* name) {
+    while (!name->empty() && name->back() <= L' ') name->pop_back();
 }
 
-std::wstring UpperCase(const char* name) {
-    std::wstring text = WideFromUtf8(name);
+std::wstring UpperCase(std::wstring text) {
     CharUpperBuffW(text.data(), static_cast<DWORD>(text.size()));
     return text;
 }
 
-void AppendItem(HMENU menu, int index, const char* name) {
-    AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(RecentFileId(index)), WideFromUtf8(name).c_str());
+std::wstring ItemText(HMENU menu, int id) {
+    auto item = static_cast<UINT>(id);
+    int length = std::max(GetMenuStringW(menu, item, nullptr, 0, MF_BYCOMMAND), 0);
+    std::wstring text(static_cast<size_t>(length) + 1, L'\0');
+    GetMenuStringW(menu, item, text.data(), length + 1, MF_BYCOMMAND);
+    text.pop_back();
+    return text;
 }
 
 int CountItems(HMENU menu) {
@@ -47,27 +45,31 @@ int CountItems(HMENU menu) {
     return count;
 }
 
-// Reads the first `rows` items; returns how many there are.
-int ReadItems(HWND window, NameRow* names, uint32_t rows) {
-    int count = RecentFileCount(window);
-    for (int i = 0; i < count && static_cast<uint32_t>(i) < rows; ++i)
-        if (GetRecentFile(window, RecentFileId(i), names[i])) TrimEnd(names[i]);
-    return count;
+Names ItemTexts(HMENU menu) {
+    Names names(static_cast<size_t>(CountItems(menu)));
+    for (size_t i = 0; i < names.size(); ++i) {
+        names[i] = ItemText(menu, RecentFileId(static_cast<int>(i)));
+        TrimEnd(&names[i]);
+    }
+    return names;
 }
 
-bool IsListed(const char* name, const NameRow* names, uint32_t rows) {
+bool IsListed(const std::wstring& name, const Names& names) {
     std::wstring wanted = UpperCase(name);
-    for (uint32_t i = 0; i < rows; ++i)
-        if (UpperCase(names[i]) == wanted) return true;
-    return false;
+    return std::any_of(names.begin(), names.end(),
+                       [&](const std::wstring& listed) { return UpperCase(listed) == wanted; });
 }
 
-void ReplaceItems(HMENU menu, int oldCount, const char* first, const NameRow* others, uint32_t rows) {
-    for (int i = 0; i < oldCount; ++i) DeleteMenu(menu, static_cast<UINT>(RecentFileId(i)), MF_BYCOMMAND);
+void ReplaceItems(HMENU menu, const std::wstring& first, const Names& others) {
+    for (size_t i = 0; i < others.size(); ++i)
+        DeleteMenu(menu, static_cast<UINT>(RecentFileId(static_cast<int>(i))), MF_BYCOMMAND);
     int count = 0;
-    AppendItem(menu, count++, first);
-    for (uint32_t i = 0; i < rows && static_cast<uint32_t>(count) < settings.fileMenuRange; ++i)
-        if (IsFullPath(others[i])) AppendItem(menu, count++, others[i]);
+    auto append = [&](const std::wstring& name) {
+        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(RecentFileId(count++)), name.c_str());
+    };
+    append(first);
+    for (const std::wstring& name : others)
+        if (static_cast<uint32_t>(count) < settings.fileMenuRange && IsFullPath(name)) append(name);
 }
 
 }  // namespace
@@ -80,26 +82,18 @@ int RecentFileId(int index) {
     return IDM_RECENT_FIRST + index;
 }
 
-bool GetRecentFile(HWND window, int id, char* name) {
-    if (id < IDM_RECENT_FIRST) return false;
-    wchar_t text[kPathBytes];
-    int length = GetMenuStringW(FileMenu(window), static_cast<UINT>(id), text, kPathBytes, MF_BYCOMMAND);
-    std::string path = Utf8FromWide({text, static_cast<size_t>(length > 0 ? length : 0)});
-    if (path.empty() || path.size() >= kPathBytes) return false;
-    strcpy(name, path.c_str());
-    return true;
+std::string GetRecentFile(HWND window, int id) {
+    return id < IDM_RECENT_FIRST ? std::string() : Utf8FromWide(ItemText(FileMenu(window), id));
 }
 
-void AddRecentFile(HWND window, const char* name) {
-    if (settings.fileMenuRange == 0 || !IsFullPath(name) || strlen(name) >= kPathBytes) return;
-    char trimmed[kPathBytes];
-    strcpy(trimmed, name);
-    TrimEnd(trimmed);
-    OwnedMemory table(AllocateMemory(uint64_t{settings.fileMenuRange} * kRowBytes));
-    MemoryLock lock(table.Get());
-    if (!lock) return;
-    auto* names = lock.As<NameRow>();
-    int count = ReadItems(window, names, settings.fileMenuRange);
-    uint32_t rows = std::min(static_cast<uint32_t>(count), settings.fileMenuRange);
-    if (!IsListed(trimmed, names, rows)) ReplaceItems(FileMenu(window), count, trimmed, names, rows);
+void AddRecentFile(HWND window, const std::string& name) {
+    try {
+        std::wstring added = WideFromUtf8(name);
+        if (settings.fileMenuRange == 0 || !IsFullPath(added)) return;
+        TrimEnd(&added);
+        const Names listed = ItemTexts(FileMenu(window));
+        if (!IsListed(added, listed)) ReplaceItems(FileMenu(window), added, listed);
+    } catch (const std::bad_alloc&) {  // the file that was opened is worth more than its place in the menu
+        return;
+    }
 }

@@ -1,18 +1,15 @@
 #include "app/settings_file.h"
 
 #include <cstdio>
-#include <cstring>
 #include <ctime>
-#include <string>
 
 #include "app/recent_files.h"
 #include "app/services/settings.h"
 #include "app/settings_lines.h"
 #include "platform/file.h"
-#include "platform/prompts.h"
 #include "platform/wide_text.h"
 
-char settingsFolder[kPathBytes];
+std::string settingsFolder;
 
 namespace {
 
@@ -20,7 +17,7 @@ enum SettingType { kYesNo = 1, kText = 2, kNumber = 4 };
 
 struct SettingRow {
     const char* name;
-    void* value;  // uint32_t, or kPathBytes characters for a text
+    void* value;  // uint32_t, or std::string for a text
     SettingType type;
     bool skipOnRead;
 };
@@ -33,7 +30,7 @@ const SettingRow kRows[] = {
     {"FileMenuRange", &settings.fileMenuRange, kNumber, false},
 };
 
-std::string SettingsPath(const char* folder) {
+std::string SettingsPath(const std::string& folder) {
     std::string path = folder;
     if (path.empty()) return path;
     if (path.back() != '\\') path += '\\';
@@ -42,9 +39,7 @@ std::string SettingsPath(const char* folder) {
 
 void TakeSetting(const SettingRow& row, std::string_view value) {
     if (row.type == kText) {
-        auto* text = static_cast<char*>(row.value);
-        size_t bytes = value.copy(text, kPathBytes - 1);
-        text[bytes] = 0;
+        static_cast<std::string*>(row.value)->assign(value);
     } else {
         *static_cast<uint32_t*>(row.value) = LeadingNumber(value);
     }
@@ -58,7 +53,7 @@ void TakeLine(const SettingsLine& line) {
 }
 
 template <typename Take>
-void ForEachLine(const char* folder, Take take) {
+void ForEachLine(const std::string& folder, Take take) {
     std::string path = SettingsPath(folder);
     File file;
     if (path.empty() || !file.OpenForReading(path.c_str())) return;
@@ -74,7 +69,7 @@ std::string LocalTime() {
 }
 
 std::string SettingText(const SettingRow& row) {
-    return row.type == kText ? std::string(static_cast<const char*>(row.value))
+    return row.type == kText ? *static_cast<const std::string*>(row.value)
                              : std::to_string(*static_cast<const uint32_t*>(row.value));
 }
 
@@ -86,34 +81,34 @@ void WriteLine(File* file, const std::string& line) {
 void WriteRecentFiles(File* file, HWND window) {
     WriteLine(file, ";----- Menu items ------");
     WriteLine(file, "[KLMZephyrMenuItems]");
-    char name[kPathBytes];
-    for (int i = RecentFileCount(window) - 1; i >= 0; --i)
-        if (GetRecentFile(window, RecentFileId(i), name)) WriteLine(file, std::string(kRecentFileKey) + " = " + name);
+    for (int i = RecentFileCount(window) - 1; i >= 0; --i) {
+        std::string name = GetRecentFile(window, RecentFileId(i));
+        if (!name.empty()) WriteLine(file, std::string(kRecentFileKey) + " = " + name);
+    }
 }
 
 }  // namespace
 
 void FindSettingsFolder() {
-    wchar_t folder[kPathBytes];
-    UINT length = GetWindowsDirectoryW(folder, kPathBytes);
-    std::string path = length < kPathBytes ? Utf8FromWide({folder, length}) : std::string();
-    strcpy(settingsFolder, path.size() < kPathBytes ? path.c_str() : "");
+    wchar_t folder[MAX_PATH];
+    UINT length = GetWindowsDirectoryW(folder, MAX_PATH);
+    settingsFolder = length < MAX_PATH ? Utf8FromWide({folder, length}) : std::string();
 }
 
-void ReadSettings(const char* folder) {
+void ReadSettings(const std::string& folder) {
     ForEachLine(folder, TakeLine);
 }
 
-void ReadRecentFiles(HWND window, const char* folder) {
+void ReadRecentFiles(HWND window, const std::string& folder) {
     ForEachLine(folder, [window](const SettingsLine& line) {
-        if (KeyMatches(line.key, kRecentFileKey)) AddRecentFile(window, std::string(line.value).c_str());
+        if (KeyMatches(line.key, kRecentFileKey)) AddRecentFile(window, std::string(line.value));
     });
 }
 
-void WriteSettings(HWND window, const char* folder) {
+void WriteSettings(HWND window, const std::string& folder) {
     std::string path = SettingsPath(folder);
     File file;
-    if (path.empty() || !file.Create(path.c_str())) return;
+    if (path.empty() || !file.CreateReplacement(path.c_str())) return;
     WriteLine(&file, ";Kelmor Zephyr configuration file");
     WriteLine(&file, ";KLM Zephyr");
     WriteLine(&file, ";Last updated " + LocalTime());

@@ -2,6 +2,9 @@
 
 #include <algorithm>
 
+#include "platform/text_encoding.h"
+#include "platform/wide_text.h"
+
 namespace {
 
 constexpr char kTextEnd = 26;  // ends a text file on Windows
@@ -30,22 +33,45 @@ SettingsLine SplitLine(std::string_view text) {
     return {key, value};
 }
 
+bool IsUtf8(File* file) {
+    Utf8Check check;
+    for (int c = ReadByte(*file); c >= 0; c = ReadByte(*file)) check.Add(static_cast<uint8_t>(c));
+    return check.Holds();
+}
+
+bool ContinuesCharacter(int byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
+// Takes the last character, of which not all bytes are there.
+void DropLastCharacter(std::string* utf8) {
+    while (!utf8->empty() && ContinuesCharacter(utf8->back())) utf8->pop_back();
+    if (!utf8->empty()) utf8->pop_back();
+}
+
 }  // namespace
 
+SettingsReader::SettingsReader(File* file) : file_(file), isUtf8_(IsUtf8(file)) {
+    file->Seek(0);
+}
+
 bool SettingsReader::ReadLine() {
-    length_ = 0;
+    text_.clear();
     int c = ReadByte(*file_);
     if (c < 0 || c == kTextEnd) return false;
-    for (; c >= 0 && c != '\n'; c = ReadByte(*file_))
-        if (length_ < kSettingsLineBytes) text_[length_++] = static_cast<char>(c);
+    for (; c >= 0 && c != '\n' && text_.size() < kSettingsLineBytes; c = ReadByte(*file_))
+        text_ += static_cast<char>(c);
+    if (isUtf8_ && ContinuesCharacter(c)) DropLastCharacter(&text_);
+    while (c >= 0 && c != '\n') c = ReadByte(*file_);
     return true;
 }
 
 bool SettingsReader::Next(SettingsLine* line) {
     do {
         if (!ReadLine()) return false;
-    } while (length_ > 0 && text_[0] == ';');
-    *line = SplitLine({text_, static_cast<size_t>(length_)});
+    } while (!text_.empty() && text_[0] == ';');
+    if (!isUtf8_) text_ = Utf8FromWide(WideFromSystemAnsi(text_));
+    *line = SplitLine(text_);
     return true;
 }
 

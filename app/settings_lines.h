@@ -1,31 +1,35 @@
 // The lines of a settings file.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "platform/file.h"
 
-constexpr int kSettingsLineBytes = 127;  // what is longer is cut
+constexpr size_t kSettingsLineBytes = 127;  // what is longer is cut
 
 struct SettingsLine {
     std::string_view key;    // may be empty
     std::string_view value;  // what stands behind the equals signs
 };
 
-// Reads the lines of a settings file one by one.
+// Reads the lines of a settings file one by one: in UTF-8 when the whole file is, otherwise in the system's ANSI code
+// page, in which other programs and older systems may have written it.
 class SettingsReader {
 public:
-    explicit SettingsReader(File* file) : file_(file) {}
+    // `file` is open for reading and stands at its start.
+    explicit SettingsReader(File* file);
 
-    // Gets the next line that is no comment. False at the end of the file. The texts are valid until the next call.
+    // Gets the next line that is no comment, in UTF-8. False at the end of the file. The texts are valid until the next
+    // call.
     bool Next(SettingsLine* line);
 
 private:
     bool ReadLine();
 
     File* file_;
-    char text_[kSettingsLineBytes] = {};
-    int length_ = 0;
+    bool isUtf8_;
+    std::string text_;
 };
 
 // Whether a line with this key is about the setting `name`. The beginning of a name is enough, so that an empty key

@@ -2,5 +2,5 @@
 
 BlockList document;
 bool documentChanged;
-char currentFileName[kPathBytes];
+std::string currentFileName;
 uint32_t selectedLine;

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 
 #include "gif/block_list.h"
-#include "platform/prompts.h"
 
-extern BlockList document;                // all zero when no file is open
-extern bool documentChanged;              // edited and not saved since
-extern char currentFileName[kPathBytes];  // UTF-8; the name last opened or saved as. Close and New keep it
-extern uint32_t selectedLine;             // the last line that a selection change reported
+extern BlockList document;           // all zero when no file is open
+extern bool documentChanged;         // edited and not saved since
+extern std::string currentFileName;  // UTF-8; the name last opened or saved as. Close and New keep it
+extern uint32_t selectedLine;        // the last line that a selection change reported
 
 constexpr uint32_t kNoSelectedLine = 65535;

@@ -16,7 +16,7 @@ int AskYesNo(WindowHandle, const char* text) {
     return kAnswerNo;
 }
 
-bool AskForGifFile(WindowHandle, char*) {
+bool AskForGifFile(WindowHandle, std::string*) {
     return false;
 }
 

@@ -41,7 +41,6 @@ BuildOutcome FitToPalette(PaletteMatching matching, const AnimationPalette& pale
 }
 
 BuildOutcome AppendImage(OwnedMemory* image, const std::string& path, BlockList* document) {
-    const std::string name = Windows1252FromUtf8(path);  // before there is a block that a throw would lose
     Block block;
     if (!MakeDefaultBlock(nullptr, document, &block, kImageBlock, image->Release(), nullptr))
         return BuildOutcome::kOutOfMemory;

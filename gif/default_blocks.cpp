@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <new>
 
 #include "gif/descriptor.h"
 #include "gif/first_image.h"

@@ -1,5 +1,7 @@
 #include "gif/first_image.h"
 
+#include <string>
+
 #include "gif/descriptor.h"
 #include "gif/extension_reader.h"
 #include "gif/gif_header.h"
@@ -33,10 +35,10 @@ MemoryHandle ReadFirstImage(File& file, int* depth) {
 }
 
 MemoryHandle ReadFirstImage(WindowHandle owner, const char* path, int* depth) {
-    char chosen[kPathBytes] = "";
+    std::string chosen;
     if (!path) {
-        if (!AskForGifFile(owner, chosen)) return nullptr;
-        path = chosen;
+        if (!AskForGifFile(owner, &chosen)) return nullptr;
+        path = chosen.c_str();
     }
     File file;
     return file.OpenForReading(path) ? ReadFirstImage(file, depth) : nullptr;

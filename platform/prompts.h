@@ -2,10 +2,11 @@
 // texts on standard error and options, the tests scripted answers. No core file knows which.
 #pragma once
 
+#include <string>
+
 #include "platform/window_handle.h"
 
-constexpr int kPathBytes = 260;  // every path buffer, its terminating NUL included
-constexpr int kAnswerYes = 6;    // AskYesNo
+constexpr int kAnswerYes = 6;  // AskYesNo
 constexpr int kAnswerNo = 7;
 
 // The text number `id` of the string table (resources/string_ids.h), in Windows-1252. A number without a text gives
@@ -19,6 +20,6 @@ void ShowMessage(WindowHandle owner, const char* text);
 // Asks a question; returns kAnswerYes or kAnswerNo.
 int AskYesNo(WindowHandle owner, const char* text);
 
-// Lets the user choose an existing GIF file. `path` has kPathBytes bytes: in, a file in the folder to start from, or
-// empty; out, the chosen path in UTF-8. False when the user cancelled; `path` is then unspecified.
-bool AskForGifFile(WindowHandle owner, char* path);
+// Lets the user choose an existing GIF file. `path` is UTF-8: in, a file in the folder to start from, or empty; out,
+// the chosen file. False when the user cancelled; `path` then stays.
+bool AskForGifFile(WindowHandle owner, std::string* path);

@@ -63,6 +63,24 @@ std::string Utf8FromWindows1252(std::string_view text) {
     return utf8;
 }
 
+void Utf8Check::Begin(uint8_t lead) {
+    if (lead < 0x80) return;
+    if (lead < 0xC2 || lead > 0xF4) broken_ = true;
+    missing_ = lead < 0xE0 ? 1 : lead < 0xF0 ? 2 : 3;
+    if (lead == 0xE0) least_ = 0xA0;
+    if (lead == 0xED) most_ = 0x9F;
+    if (lead == 0xF0) least_ = 0x90;
+    if (lead == 0xF4) most_ = 0x8F;
+}
+
+void Utf8Check::Add(uint8_t byte) {
+    if (missing_ == 0) return Begin(byte);
+    if (byte < least_ || byte > most_) broken_ = true;
+    --missing_;
+    least_ = 0x80;
+    most_ = 0xBF;
+}
+
 std::string Windows1252FromUtf8(std::string_view text) {
     std::string narrow(text.size(), '\0');
     narrow.resize(Windows1252FromUtf8(text, narrow.data()));

@@ -20,6 +20,13 @@ std::string Narrow(UINT codePage, std::wstring_view text) {
     return narrow;
 }
 
+UINT SystemAnsiCodePage() {
+    DWORD codePage = CP_ACP;
+    GetLocaleInfoW(LOCALE_SYSTEM_DEFAULT, LOCALE_IDEFAULTANSICODEPAGE | LOCALE_RETURN_NUMBER,
+                   reinterpret_cast<wchar_t*>(&codePage), sizeof codePage / sizeof(wchar_t));
+    return codePage;
+}
+
 }  // namespace
 
 std::wstring WideFromUtf8(std::string_view text) {
@@ -36,4 +43,16 @@ std::wstring WideFrom1252(std::string_view text) {
 
 std::string Ansi1252FromWide(std::wstring_view text) {
     return Narrow(1252, text);
+}
+
+std::wstring WideFromAnsi(std::string_view text) {
+    return Widen(CP_ACP, text);
+}
+
+std::string AnsiFromWide(std::wstring_view text) {
+    return Narrow(CP_ACP, text);
+}
+
+std::wstring WideFromSystemAnsi(std::string_view text) {
+    return Widen(SystemAnsiCodePage(), text);
 }

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <cstring>
 
-std::vector<std::string> ChosenPaths(const char* names, size_t most) {
-    std::string folder = names;
-    const char* name = names + folder.size() + 1;
+std::vector<std::string> ChosenPaths(const std::string& names, size_t most) {
+    std::string folder = names.c_str();
+    const char* name = names.c_str() + std::min(folder.size() + 1, names.size());
     if (!*name) return {folder};
     if (folder.back() != '\\') folder += '\\';
     std::vector<std::string> paths;

@@ -7,6 +7,6 @@
 
 constexpr size_t kAllFiles = static_cast<size_t>(-1);
 
-// The paths that the dialog's buffer stands for: one path as it is; or of a folder and names, the first `most`, sorted
+// The paths that the dialog's `names` stand for: one path as it is; or of a folder and names, the first `most`, sorted
 // by their plain bytes (upper case before lower case).
-std::vector<std::string> ChosenPaths(const char* names, size_t most = kAllFiles);
+std::vector<std::string> ChosenPaths(const std::string& names, size_t most = kAllFiles);

@@ -1,18 +1,17 @@
 #include "app/services/file_dialogs.h"
 
-#include <cstring>
-#include <memory>
-#include <new>
-#include <string>
+#include <cwchar>
 
 #include "app/services/messages.h"
 #include "app/services/shell_objects.h"
+#include "platform/memory.h"
 #include "platform/prompts.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
 
 namespace {
 
+constexpr DWORD kImagesBufferUnits = 32767;
 constexpr DWORD kTitleUnits = 261;
 constexpr DWORD kSaveTitleUnits = 260;
 constexpr wchar_t kFilters[] = L"GIF files\0*.GIF\0All files\0*.GIF\0";  // both list GIF files alone
@@ -35,8 +34,7 @@ OPENFILENAMEW GifDialog(HWND owner, wchar_t* file, DWORD units) {
     return dialog;
 }
 
-std::wstring FolderOf(const char* path) {
-    std::string folder = path;
+std::wstring FolderOf(std::string folder) {
     folder.resize(folder.find_last_of("\\/:") + 1);  // nothing found: npos + 1 is 0
     if (!folder.empty() && folder.back() != '\\') folder += '\\';
     return WideFromUtf8(folder);
@@ -62,64 +60,53 @@ bool RunOpenDialog(HWND owner, OPENFILENAMEW* dialog, const char* overrun) {
     return confirmed;
 }
 
-bool TakeName(HWND owner, const wchar_t* chosen, char* name) {
-    std::string path = Utf8FromWide(chosen);
-    if (path.size() >= kPathBytes) {
-        MessageBox(owner, kNameTooLong);
-        return false;
-    }
-    strcpy(name, path.c_str());
-    return true;
-}
-
-// Copies the list of NUL-terminated texts ended by an empty one. False when it does not fit.
-bool TakeNames(const wchar_t* chosen, char* names) {
-    size_t used = 0;
-    for (; *chosen; chosen += wcslen(chosen) + 1) {
-        std::string text = Utf8FromWide(chosen);
-        if (used + text.size() + 2 > kImagesBufferBytes) return false;
-        memcpy(names + used, text.c_str(), text.size() + 1);
-        used += text.size() + 1;
-    }
-    names[used] = 0;
-    return true;
+// The list of NUL-terminated texts ended by an empty one, without that.
+std::wstring_view ListedTexts(const wchar_t* list) {
+    const wchar_t* end = list;
+    while (*end) end += wcslen(end) + 1;
+    return {list, static_cast<size_t>(end - list)};
 }
 
 }  // namespace
 
-bool OpenGifDialog(HWND owner, char* name) {
-    wchar_t file[kPathBytes] = L"";
-    std::wstring folder = FolderOf(name);
-    OPENFILENAMEW dialog = GifDialog(owner, file, kPathBytes);
+bool OpenGifDialog(HWND owner, std::string* name) {
+    wchar_t file[MAX_PATH] = L"";
+    std::wstring folder = FolderOf(*name);
+    OPENFILENAMEW dialog = GifDialog(owner, file, MAX_PATH);
     dialog.lpstrInitialDir = folder.empty() ? nullptr : folder.c_str();
     dialog.lpstrDefExt = L"GIF";
-    return RunOpenDialog(owner, &dialog, kNameTooLong) && TakeName(owner, file, name);
+    if (!RunOpenDialog(owner, &dialog, kNameTooLong)) return false;
+    *name = Utf8FromWide(file);
+    return true;
 }
 
-bool OpenImagesDialog(HWND owner, char* names) {
-    std::unique_ptr<wchar_t[]> files(new (std::nothrow) wchar_t[kImagesBufferBytes]());
-    if (!files) {
+bool OpenImagesDialog(HWND owner, std::string* names) {
+    OwnedMemory buffer(AllocateMemory(kImagesBufferUnits * sizeof(wchar_t)));
+    MemoryLock lock(buffer.Get());
+    if (!lock) {
         MessageBox(owner, LoadStr(IDS_OUT_OF_MEMORY));
         return false;
     }
-    OPENFILENAMEW dialog = GifDialog(owner, files.get(), kImagesBufferBytes - 1);
+    auto* files = lock.As<wchar_t>();
+    OPENFILENAMEW dialog = GifDialog(owner, files, kImagesBufferUnits - 1);
     dialog.Flags |= OFN_ALLOWMULTISELECT;
     if (!RunOpenDialog(owner, &dialog, kTooManyFiles)) return false;
-    if (TakeNames(files.get(), names)) return true;
-    MessageBox(owner, kTooManyFiles);
-    return false;
+    *names = Utf8FromWide(ListedTexts(files));
+    return true;
 }
 
-bool SaveGifDialog(HWND owner, char* name) {
-    wchar_t file[kPathBytes] = L"";
+bool SaveGifDialog(HWND owner, std::string* name) {
+    wchar_t file[MAX_PATH] = L"";
     wchar_t title[kSaveTitleUnits] = L"";
-    std::wstring proposed = WideFromUtf8(name);
-    if (proposed.size() < kPathBytes) wcscpy(file, proposed.c_str());
-    OPENFILENAMEW dialog = GifDialog(owner, file, kPathBytes);
+    std::wstring proposed = WideFromUtf8(*name);
+    if (proposed.size() < MAX_PATH) wcscpy(file, proposed.c_str());
+    OPENFILENAMEW dialog = GifDialog(owner, file, MAX_PATH);
     dialog.lpstrFileTitle = title;
     dialog.nMaxFileTitle = kSaveTitleUnits;
     dialog.nFilterIndex = 1;
     dialog.lpstrDefExt = L"GIF";
     dialog.Flags |= OFN_OVERWRITEPROMPT;
-    return Finish(owner, GetSaveFileNameW(&dialog), kNameTooLong) && TakeName(owner, file, name);
+    if (!Finish(owner, GetSaveFileNameW(&dialog), kNameTooLong)) return false;
+    *name = Utf8FromWide(file);
+    return true;
 }

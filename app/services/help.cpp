@@ -1,24 +1,19 @@
 #include "app/services/help.h"
 
-#include <cstring>
-#include <string>
-
 #include "app/services/help_system.h"
 #include "app/services/messages.h"
 #include "app/services/shell_objects.h"
-#include "platform/prompts.h"
 #include "platform/wide_text.h"
 
 namespace {
 
-constexpr size_t kHelpNameRoom = 13;  // an 8.3 name with its terminating NUL
+constexpr size_t kHelpNameUnits = 13;  // an 8.3 name with its terminating NUL
 constexpr char kNoFiles[] =
     "The help can't be shown, as its files are missing. TELVAR.HLP and the folder \"help\" belong beside the program.";
 constexpr char kNoBrowser[] =
     "Neither a help viewer nor a Web browser could be started. The pages of the help are in the folder \"help\" beside "
     "the program.";
 
-char helpFilePath[kPathBytes];
 HelpSystem helpSystem = {CallHelpViewer, HelpViewerAppears, OpenInBrowser, false};
 
 std::string ProgramPath() {
@@ -33,11 +28,8 @@ std::string ProgramPath() {
     return Utf8FromWide(path);
 }
 
-size_t FolderBytes(const char* program) {
-    const char* end = program;
-    for (const char* at = program; *at; ++at)
-        if (*at == '\\' || *at == ':') end = at + 1;
-    return static_cast<size_t>(end - program);
+std::string FolderOf(const std::string& program) {
+    return program.substr(0, program.find_last_of("\\:") + 1);  // nothing found: npos + 1 is 0
 }
 
 bool IsFile(const std::wstring& path) {
@@ -47,16 +39,13 @@ bool IsFile(const std::wstring& path) {
 
 // The help system takes its file, keyword and window record as bytes, in the system's encoding. A path that this can't
 // express, it can't be given.
-bool CallHelp(HelpSystem* system, HWND owner, const char* helpFile, UINT command, const void* data) {
+bool CallHelp(HelpSystem* system, HWND owner, const std::string& helpFile, UINT command, const void* data) {
     std::wstring path = WideFromUtf8(helpFile);
-    char bytes[kPathBytes * 2] = {};
-    wchar_t back[kPathBytes] = {};
-    if (!WideCharToMultiByte(CP_ACP, 0, path.c_str(), -1, bytes, sizeof bytes, nullptr, nullptr)) return false;
-    if (!MultiByteToWideChar(CP_ACP, 0, bytes, -1, back, kPathBytes) || path != back) return false;
-    return system->callViewer(owner, bytes, command, data);
+    std::string bytes = AnsiFromWide(path);
+    return WideFromAnsi(bytes) == path && system->callViewer(owner, bytes.c_str(), command, data);
 }
 
-bool OpenInViewer(HelpSystem* system, HWND owner, const char* helpFile, const char* keyword) {
+bool OpenInViewer(HelpSystem* system, HWND owner, const std::string& helpFile, const char* keyword) {
     if (system->viewerFailed || !IsFile(WideFromUtf8(helpFile))) return false;
     system->viewerFailed = !CallHelp(system, owner, helpFile, HELP_KEY, keyword) || !system->viewerAppears();
     return !system->viewerFailed;
@@ -64,24 +53,19 @@ bool OpenInViewer(HelpSystem* system, HWND owner, const char* helpFile, const ch
 
 }  // namespace
 
-void HelpFileBeside(const char* program, char* path) {
-    size_t folderBytes = FolderBytes(program);
-    bool fits = folderBytes + kHelpNameRoom < kPathBytes;
-    if (folderBytes > kPathBytes - 2) folderBytes = kPathBytes - 2;
-    memcpy(path, program, folderBytes);
-    strcpy(path + folderBytes, fits ? "TELVAR.HLP" : "?");
+std::string HelpFileBeside(const std::string& program) {
+    std::string folder = FolderOf(program);
+    bool fits = WideFromUtf8(folder).size() + kHelpNameUnits < MAX_PATH;
+    return folder + (fits ? "TELVAR.HLP" : "?");
 }
 
-const char* HelpFilePath() {
-    HelpFileBeside(ProgramPath().c_str(), helpFilePath);
-    return helpFilePath;
+std::string HelpFilePath() {
+    return HelpFileBeside(ProgramPath());
 }
 
-HelpOutcome OpenHelp(HWND owner, const char* program, const char* keyword, HelpSystem* system) {
-    char helpFile[kPathBytes];
-    HelpFileBeside(program, helpFile);
-    if (OpenInViewer(system, owner, helpFile, keyword)) return HelpOutcome::kInViewer;
-    std::string page = std::string(program, FolderBytes(program)) + "help\\" + keyword + ".html";
+HelpOutcome OpenHelp(HWND owner, const std::string& program, const char* keyword, HelpSystem* system) {
+    if (OpenInViewer(system, owner, HelpFileBeside(program), keyword)) return HelpOutcome::kInViewer;
+    std::string page = FolderOf(program) + "help\\" + keyword + ".html";
     std::wstring path = WideFromUtf8(page);
     if (!IsFile(path)) return HelpOutcome::kNoFiles;
     return system->openPage(owner, path.c_str()) ? HelpOutcome::kInBrowser : HelpOutcome::kNoBrowser;
@@ -89,7 +73,7 @@ HelpOutcome OpenHelp(HWND owner, const char* program, const char* keyword, HelpS
 
 void ShowHelp(HWND owner, const char* keyword) {
     AllowSetForegroundWindow(ASFW_ANY);  // the page is to come up in front of us
-    switch (OpenHelp(owner, ProgramPath().c_str(), keyword, &helpSystem)) {
+    switch (OpenHelp(owner, ProgramPath(), keyword, &helpSystem)) {
         case HelpOutcome::kNoFiles: return MessageBox(owner, kNoFiles);
         case HelpOutcome::kNoBrowser: return MessageBox(owner, kNoBrowser);
         case HelpOutcome::kInViewer:

@@ -1,17 +1,19 @@
 // The help beside the program: TELVAR.HLP for the help viewer, and the same pages as help\KEYWORD.html for a browser.
 #pragma once
 
+#include <string>
+
 #include "platform/windows_api.h"
 
 // Shows the page of `keyword` ("KLMHeader" and so on): in the help viewer or, if that shows nothing, in the browser.
 // When neither can be had, the user is told.
 void ShowHelp(HWND owner, const char* keyword);
 
-// The help file's path (UTF-8, shared buffer); ends in "?", which names no file, when it would be too long.
-const char* HelpFilePath();
+// The help file's path (UTF-8); ends in "?", which names no file, when it would be too long.
+std::string HelpFilePath();
 
-// What HelpFilePath answers for a program at `program`. `path` has kPathBytes (platform/prompts.h) bytes.
-void HelpFileBeside(const char* program, char* path);
+// What HelpFilePath answers for a program at `program`.
+std::string HelpFileBeside(const std::string& program);
 
 // Tells the help system where to open its window: the left half of the screen.
 void PlaceHelpWindow(HWND owner);
@@ -34,4 +36,4 @@ struct HelpSystem {
 enum class HelpOutcome { kInViewer, kInBrowser, kNoFiles, kNoBrowser };
 
 // ShowHelp for a program at `program` (UTF-8), without telling the user.
-HelpOutcome OpenHelp(HWND owner, const char* program, const char* keyword, HelpSystem* system);
+HelpOutcome OpenHelp(HWND owner, const std::string& program, const char* keyword, HelpSystem* system);

@@ -14,6 +14,6 @@ int AskYesNo(WindowHandle owner, const char* text) {
     return YesnoBox(owner, text);
 }
 
-bool AskForGifFile(WindowHandle owner, char* path) {
+bool AskForGifFile(WindowHandle owner, std::string* path) {
     return OpenGifDialog(owner, path);
 }

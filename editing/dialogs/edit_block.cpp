@@ -34,7 +34,7 @@ int EditCopy(HWND mainWindow, BlockList* document, uint32_t index, const Block& 
 }
 
 void ShowApplicationBlock(HWND owner, const Block& block) {
-    char text[kPathBytes];
+    char text[kFormattedBytes];
     const auto* descriptor = reinterpret_cast<const char*>(block.descriptor);
     FormatStr(text, IDS_APPLICATION_BLOCK, descriptor + kIdentifierOffset, descriptor + kAuthenticationOffset);
     MessageBox(owner, text);

@@ -20,6 +20,8 @@ bool TakeCheck(HWND dialog, int id);
 // `packed` with the bits of `mask` set or cleared as the check box is.
 uint8_t TakeFlag(HWND dialog, int id, uint8_t packed, uint8_t mask);
 
+constexpr size_t kFormattedBytes = 260;  // room for every formatted text of the dialogs
+
 // Fills `text` with the string number `id`, a printf format that `values` go into. (The string table's texts and the
 // arguments here are fixed together, which the compiler can't see.)
 #pragma GCC diagnostic push

@@ -7,7 +7,6 @@
 #include "app/services/messages.h"
 #include "editing/dialogs/wizard_pages.h"
 #include "imaging/draw/gdi_guards.h"
-#include "platform/memory.h"
 #include "platform/prompts.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
@@ -65,10 +64,9 @@ bool AddFiles(HWND dialog, const std::vector<std::string>& paths) {
 
 // One run of the file dialog. Returns whether there is to be another one.
 bool SelectSomeFiles(HWND dialog) {
-    OwnedMemory buffer(AllocateMemory(kImagesBufferBytes));
-    MemoryLock names(buffer.Get());
-    if (names && !OpenImagesDialog(dialog, names.As<char>())) return false;
-    if (names && AddFiles(dialog, ChosenPaths(names.As<char>()))) return true;
+    std::string names;
+    if (!OpenImagesDialog(dialog, &names)) return false;
+    if (AddFiles(dialog, ChosenPaths(names))) return true;
     MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
     return false;
 }

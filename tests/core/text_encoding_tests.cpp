@@ -33,3 +33,32 @@ TEST(TextEncoding, WhatHasNoPlaceBecomesAQuestionMark) {
     };
     for (const auto& [utf8, narrow] : cases) EXPECT_EQ(Windows1252FromUtf8(utf8), narrow) << utf8;
 }
+
+TEST(TextEncoding, TellsUtf8FromOtherBytes) {
+    const std::tuple<const char*, bool> cases[] = {
+        {"", true},
+        {"plain\r\n\x7F", true},
+        {"\xC2\x80\xDF\xBF", true},
+        {"\xE0\xA0\x80\xED\x9F\xBF\xEE\x80\x80\xEF\xBF\xBF", true},
+        {"\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", true},
+        {"\xE9t\xE9", false},  // Windows-1252
+        {"\xC3\xA9 \xE9", false},
+        {"\x80", false},
+        {"\xE6\xBC", false},  // cut
+        {"\xE6\xBC ", false},
+        {"\xE6 \xBC\xA2", false},
+        {"\xC0\x80", false},  // overlong
+        {"\xC1\xBF", false},
+        {"\xE0\x9F\xBF", false},
+        {"\xF0\x8F\xBF\xBF", false},
+        {"\xED\xA0\x80", false},      // half of a pair
+        {"\xF4\x90\x80\x80", false},  // beyond the last character
+        {"\xF5\x80\x80\x80", false},
+        {"\xE0\xA0\x80\x80", false},
+    };
+    for (const auto& [text, isUtf8] : cases) {
+        Utf8Check check;
+        for (const char* c = text; *c; ++c) check.Add(static_cast<uint8_t>(*c));
+        EXPECT_EQ(check.Holds(), isUtf8) << text;
+    }
+}

@@ -70,12 +70,24 @@ TEST_F(ServicesTest, TheCommandLineIsWhatFollowsTheProgram) {
 
 TEST_F(ServicesTest, TheOpenDialogStartsInTheFolderOfAName) {
     MakeGif("a.gif");
-    char name[kPathBytes];
-    strcpy(name, File("other.gif").c_str());
+    std::string name = File("other.gif");
     DialogAnswers answers;
     answers.ChooseFile("a.gif");  // no folder: it is looked for where the dialog started
-    EXPECT_TRUE(OpenGifDialog(hMainWindow, name));
+    EXPECT_TRUE(OpenGifDialog(hMainWindow, &name));
     EXPECT_EQ(name, File("a.gif"));
+}
+
+TEST_F(ServicesTest, ANameLongerThanTheSystemTakesIsToldAndLeavesTheOldOne) {
+    const std::string folder = File(std::string(150, 'd'));
+    std::filesystem::create_directory(WideFromUtf8(folder));
+    DialogAnswers answers;
+    answers.ChooseFile(folder + "\\" + std::string(256 - folder.size(), 'f') + ".gif");  // 261 characters
+    answers.Press(IDOK);
+    std::string name = "old.gif";
+    EXPECT_FALSE(SaveGifDialog(hMainWindow, &name));
+    EXPECT_EQ(answers.Texts().back(),
+              "This file name is too long. Please use a shorter name or move the file to a folder with a shorter path.");
+    EXPECT_EQ(name, "old.gif");
 }
 
 // A system of which everything is known: what it can do, and what it was asked for.
@@ -115,19 +127,14 @@ TEST_F(ServicesTest, TheHelpPageIsShownByWhatTheSystemHas) {
         known = {starts, shows, browser, ""};
         HelpSystem system = {CallViewer, [] { return known.viewerShows; }, OpenPage, false};
         for (int time = 0; time < 2; ++time)
-            EXPECT_EQ(OpenHelp(hMainWindow, File("klmzep.exe").c_str(), "loop", &system), outcome) << asked;
+            EXPECT_EQ(OpenHelp(hMainWindow, File("klmzep.exe"), "loop", &system), outcome) << asked;
         EXPECT_EQ(known.asked, asked);
     }
     const std::string deep = "C:" + std::string(244, 'd');  // 246 and 13 stay below 260
-    const std::pair<std::string, std::string> places[] = {{"C:", "C:TELVAR.HLP"},
-                                                          {deep.substr(1) + "\\", deep.substr(1) + "\\TELVAR.HLP"},
-                                                          {deep + "\\", deep + "\\?"},
-                                                          {deep + deep + "\\", (deep + deep).substr(0, 258) + "?"}};
-    char path[kPathBytes];
-    for (const auto& [folder, help] : places) {
-        HelpFileBeside((folder + "k.exe").c_str(), path);
-        EXPECT_EQ(path, help);
-    }
+    const std::string fits = deep.substr(1) + "\\", wide = "C:\\" + Repeated("\xE6\xBC\xA2", 100) + "\\";
+    const std::pair<std::string, std::string> places[] = {
+        {"C:", "C:TELVAR.HLP"}, {fits, fits + "TELVAR.HLP"}, {wide, wide + "TELVAR.HLP"}, {deep + "\\", deep + "\\?"}};
+    for (const auto& [folder, help] : places) EXPECT_EQ(HelpFileBeside(folder + "k.exe"), help);
 }
 
 // No help lies beside the test program.

@@ -1,4 +1,6 @@
 // The settings file and the list of recent files.
+#include <filesystem>
+
 #include "app/recent_files.h"
 #include "platform/faults.h"
 #include "tests/gui/window_driver.h"
@@ -10,7 +12,11 @@ using Names = std::vector<std::string>;
 class SettingsFileTest : public ShellTest {
 protected:
     void Add(const Names& names) {
-        for (const std::string& name : names) AddRecentFile(hMainWindow, name.c_str());
+        for (const std::string& name : names) AddRecentFile(hMainWindow, name);
+    }
+    void ClearMenu() {
+        for (UINT id : {IDM_RECENT_FIRST + 0u, IDM_RECENT_FIRST + 1u})
+            DeleteMenu(GetMenu(hMainWindow), id, MF_BYCOMMAND);
     }
 };
 
@@ -22,6 +28,7 @@ TEST_F(SettingsFileTest, ReadsWhatALineMeans) {
         {"show = 0\r\nShowStartupBanners = 0\r\n;FileMenuRange = 2\r\n[KLMZephyr]\r\n", {1, 4, 10}},
         {"\r\n", {0, 4, 10}},  // an empty key is the beginning of the first name
         {"InterlaceDelay = 99999999999999999999\r\n = 6\r\n", {6, 4294967295u, 10}},
+        {"Show =\r\nInterlaceDelay = x\r\nFileMenuRange = -3\r\n", {0, 0, 0}},
         {"InterlaceDelay = 8\x1A\r\nFileMenuRange = 2\r\n\x1A\r\nShow = 0", {1, 8, 2}},
         {"InterlaceDelay = " + std::string(108, '0') + "12345\r\nFileMenuRange = 3\r\n", {1, 12, 3}},  // 127 bytes
     };
@@ -50,17 +57,50 @@ TEST_F(SettingsFileTest, TheWindowWritesTheFileWhenItGoes) {
               "[KLMZephyrMenuItems]\r\nFileMenuItem = C:\\one.gif\r\nFileMenuItem = d:\\\xC3\xA9t\xC3\xA9.gif\r\n");
 }
 
+TEST_F(SettingsFileTest, AFailedWriteLeavesTheOldFile) {
+    const std::string old = "FileMenuRange = 3\r\nMine = 1\r\n";
+    WriteAll(File("KLMZEP.INI"), old);
+    faults.writesUntilFailure = 0;
+    WriteSettings(hMainWindow, Folder());
+    faults.writesUntilFailure = Faults::kNever;
+    EXPECT_EQ(ReadAll(File("KLMZEP.INI")), Bytes(old.begin(), old.end()));
+    WriteSettings(hMainWindow, Folder());
+    EXPECT_NE(ReadAll(File("KLMZEP.INI")), Bytes(old.begin(), old.end()));
+    auto files = std::filesystem::directory_iterator(WideFromUtf8(Folder()));
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing else is left behind";
+}
+
+TEST_F(SettingsFileTest, NamesAreUtf8OrElseInTheSystemsCodePage) {
+    ASSERT_EQ(WideFromSystemAnsi("\xE9"), L"\xE9") << "the code page that this test is written for";
+    const std::string kStart = "C:\\" + std::string(107, 'x'), kHan = "\xE6\xBC\xA2";  // with the key 125 bytes
+    const std::pair<std::string, Names> cases[] = {
+        {"FileMenuItem = C:\\\xE9.gif\r\n", {"C:\\\xC3\xA9.gif"}},
+        {"FileMenuItem = C:\\\xC3\xA9.gif\r\n", {"C:\\\xC3\xA9.gif"}},
+        {"FileMenuItem = C:\\\xC3\xA9.gif\r\n;\xE9\r\n", {"C:\\\xC3\x83\xC2\xA9.gif"}},    // the file is of one kind
+        {"FileMenuItem = " + kStart + "\xE9\xE9\xE9\r\n", {kStart + "\xC3\xA9\xC3\xA9"}},  // cut at 127 bytes
+        {"FileMenuItem = " + kStart + "\xC3\xA9\xC3\xA9\r\n", {kStart + "\xC3\xA9"}},
+        {"FileMenuItem = " + kStart + kHan + "\r\nFile = C:\\a", {"C:\\a", kStart}},  // not within a character
+    };
+    for (const auto& [content, listed] : cases) {
+        ClearMenu();
+        WriteAll(File("KLMZEP.INI"), content);
+        ReadRecentFiles(hMainWindow, Folder());
+        EXPECT_EQ(RecentFiles(), listed) << content;
+    }
+}
+
 TEST_F(SettingsFileTest, ListsFullPathsOnceNewestFirst) {
+    const std::string kLong = "C:\\" + Repeated("\xE6\xBC\xA2", 256);  // 259 characters of 774 bytes
     const std::tuple<uint32_t, Names, Names> cases[] = {
         {10, {"C:\\A.GIF", "C:\\b.gif \t\r\n", "c:\\a.gif"}, {"C:\\b.gif", "C:\\A.GIF"}},
         {10, {"C:\\\xC3\x89.gif", "C:\\\xC3\xA9.gif"}, {"C:\\\xC3\x89.gif"}},
-        {10, {"\\a.gif", "1:\\a.gif", "{:\\a.gif", "C:a.gif", "C:/a.gif", "", "C:\\" + std::string(260, 'x')}, {}},
+        {10, {"\\a.gif", "1:\\a.gif", "{:\\a.gif", "C:a.gif", "C:/a.gif", ""}, {}},
         {2, {"C:\\a.gif", "C:\\b.gif", "C:\\c.gif"}, {"C:\\c.gif", "C:\\b.gif"}},
+        {UINT32_MAX, {"C:\\a.gif", kLong}, {kLong, "C:\\a.gif"}},
         {0, {"C:\\a.gif"}, {}},
     };
     for (const auto& [range, added, listed] : cases) {
-        for (UINT id : {IDM_RECENT_FIRST + 0u, IDM_RECENT_FIRST + 1u})
-            DeleteMenu(GetMenu(hMainWindow), id, MF_BYCOMMAND);
+        ClearMenu();
         settings.fileMenuRange = range;
         Add(added);
         EXPECT_EQ(RecentFiles(), listed) << added[0];
@@ -71,9 +111,6 @@ TEST_F(SettingsFileTest, ARecentFileOpensByItsCommand) {
     // Keys may be cut short.
     WriteAll(File("KLMZEP.INI"), "File = C:\\a.gif\r\n = C:\\b.gif\r\nFileMenuItems = C:\\c.gif\r\nFile = d.gif");
     ReadRecentFiles(hMainWindow, Folder().c_str());
-    faults.allocationsUntilFailure = 0;
-    Add({"C:\\e.gif"});  // without memory the list stays
-    faults.allocationsUntilFailure = Faults::kNever;
     std::string a = MakeGif("a.gif"), b = MakeGif("b & b.gif");
     Open(b);
     Open(a);

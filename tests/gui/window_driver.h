@@ -52,10 +52,10 @@ protected:
     // All of SetUp but the window, for tests that start the program themselves.
     void StartAfresh() {
         settings = Settings();
-        strcpy(settingsFolder, Folder().c_str());
+        settingsFolder = Folder();
         document = {};
         documentChanged = false;
-        currentFileName[0] = 0;
+        currentFileName.clear();
         selectedLine = 0;
     }
 

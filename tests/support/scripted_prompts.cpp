@@ -1,7 +1,5 @@
 #include "tests/support/scripted_prompts.h"
 
-#include <cstring>
-
 #include "editing/palette_match.h"
 
 ScriptedPrompts prompts;
@@ -19,9 +17,9 @@ int AskYesNo(WindowHandle, const char* text) {
     return answer;
 }
 
-bool AskForGifFile(WindowHandle, char* path) {
-    if (prompts.gifFile.empty() || prompts.gifFile.size() >= kPathBytes) return false;
-    strcpy(path, prompts.gifFile.c_str());
+bool AskForGifFile(WindowHandle, std::string* path) {
+    if (prompts.gifFile.empty()) return false;
+    *path = prompts.gifFile;
     return true;
 }
 

@@ -32,6 +32,12 @@ std::vector<std::string> TempFolder::Names() const {
     return names;
 }
 
+std::string Repeated(const std::string& text, int times) {
+    std::string all;
+    for (int i = 0; i < times; ++i) all += text;
+    return all;
+}
+
 Bytes ReadAll(const std::string& path) {
     std::ifstream in(fs::u8path(path), std::ios::binary);
     return Bytes(std::istreambuf_iterator<char>(in), {});

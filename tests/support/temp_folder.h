@@ -25,6 +25,9 @@ private:
     std::string path_;
 };
 
+// `text` so many times: for names that are long in one way and short in another.
+std::string Repeated(const std::string& text, int times);
+
 // Content of the file at the UTF-8 path; empty when there is none.
 Bytes ReadAll(const std::string& path);
 void WriteAll(const std::string& path, const Bytes& content);
