@@ -223,11 +223,11 @@ TEST_F(FilePosix, PipesAreReadToTheirEndAndWrittenDirectly) {
     std::thread writer([&] { failure = Replace(pipe, content); });
     File file;
     ASSERT_TRUE(file.OpenForReading(pipe.c_str()));
+    Bytes read(content.size() + 1);
+    EXPECT_EQ(file.Read(read.data(), read.size()), content.size());
     writer.join();
     EXPECT_EQ(failure, "");
     EXPECT_TRUE(fs::is_fifo(pipe));
-    Bytes read(content.size() + 1);
-    EXPECT_EQ(file.Read(read.data(), read.size()), content.size());
     for (size_t at : {size_t{70000}, size_t{5}, content.size() - 1}) {
         file.Seek(at);
         EXPECT_EQ(ReadByte(file), content[at]);
