@@ -199,9 +199,9 @@ TEST(HoldInterruptsPosix, PutsSignalsOff) {
     auto previous = signal(SIGTERM, [](int) { arrived = 1; });
     {
         HoldInterrupts hold;
-        EXPECT_FALSE(hold.Pending());
+        EXPECT_FALSE(HoldInterrupts::Pending());
         raise(SIGTERM);
-        EXPECT_TRUE(hold.Pending());
+        EXPECT_TRUE(HoldInterrupts::Pending());
         EXPECT_EQ(arrived, 0);
     }
     EXPECT_EQ(arrived, 1);
@@ -209,7 +209,7 @@ TEST(HoldInterruptsPosix, PutsSignalsOff) {
     {
         HoldInterrupts hold;
         raise(SIGTERM);
-        EXPECT_FALSE(hold.Pending()) << "it is ignored, as by nohup";
+        EXPECT_FALSE(HoldInterrupts::Pending()) << "it is ignored, as by nohup";
     }
     signal(SIGTERM, previous);
 }
