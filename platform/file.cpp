@@ -42,7 +42,7 @@ bool File::AllocateBuffer() {
 }
 
 bool File::GrowBuffer() {
-    std::unique_ptr<uint8_t[]> larger = AllocateScratch(uint64_t{bufferBytes_} * 2);
+    std::unique_ptr<uint8_t[]> larger = AllocateScratch(2 * static_cast<uint64_t>(bufferBytes_));
     if (!larger) return Fail(kSystemNoMemory);
     memcpy(larger.get(), buffer_.get(), filled_);
     buffer_ = std::move(larger);

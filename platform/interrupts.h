@@ -11,6 +11,6 @@ public:
     HoldInterrupts(const HoldInterrupts&) = delete;
     HoldInterrupts& operator=(const HoldInterrupts&) = delete;
 
-    // Whether one is waiting, so that the work had better be undone.
-    bool Pending() const;
+    // Whether a signal is waiting for the end of the scope, so that the work had better be undone.
+    static bool Pending();
 };

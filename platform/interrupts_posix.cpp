@@ -40,7 +40,7 @@ HoldInterrupts::~HoldInterrupts() {
     sigprocmask(SIG_SETMASK, &previouslyHeld, nullptr);
 }
 
-bool HoldInterrupts::Pending() const {
+bool HoldInterrupts::Pending() {
     sigset_t pending;
     if (sigpending(&pending) != 0) return false;
     // One that our parent holds back or ignores is none of ours, but waits all the same.

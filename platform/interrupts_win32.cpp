@@ -31,6 +31,6 @@ HoldInterrupts::~HoldInterrupts() {
     workIsDone = nullptr;
 }
 
-bool HoldInterrupts::Pending() const {
+bool HoldInterrupts::Pending() {
     return InterlockedCompareExchange(&interrupted, 0, 0) != 0;
 }

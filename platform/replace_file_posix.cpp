@@ -71,10 +71,10 @@ int FollowLinks(std::string* path, bool* isOpenFile) {
     return ELOOP;
 }
 
-int WriteContent(int file, const void* content, size_t bytes, const HoldInterrupts* stop) {
+int WriteContent(int file, const void* content, size_t bytes, bool mayStop) {
     const auto* from = static_cast<const uint8_t*>(content);
     while (bytes > 0) {
-        if (stop && stop->Pending()) return EINTR;
+        if (mayStop && HoldInterrupts::Pending()) return EINTR;
         ptrdiff_t written = SystemWrite(file, from, std::min(bytes, kPieceBytes));
         if (written < 0) return errno;
         if (written == 0) return EIO;
@@ -112,9 +112,9 @@ int CarryOver(const struct stat& from, int to) {
 
 // Fills the new file and gives it the name. `old` is what it replaces, if anything.
 int FillAndRename(int folder, Descriptor* file, const std::string& fresh, const std::string& name,
-                  const struct stat* old, const void* content, size_t bytes, const HoldInterrupts& hold) {
+                  const struct stat* old, const void* content, size_t bytes) {
     if (int error = old ? CarryOver(*old, file->Get()) : 0) return error;
-    if (int error = WriteContent(file->Get(), content, bytes, &hold)) return error;
+    if (int error = WriteContent(file->Get(), content, bytes, true)) return error;
     if (int error = Sync(file->Get())) return error;
     if (!file->Close()) return errno;
     return renameat(folder, fresh.c_str(), folder, name.c_str()) == 0 ? 0 : errno;
@@ -131,7 +131,7 @@ int WriteBeside(const std::string& path, const struct stat* old, const void* con
     std::string fresh;
     Descriptor file(OpenFresh(folder.Get(), old != nullptr, &fresh));
     if (!file.IsOpen()) return errno;
-    int error = FillAndRename(folder.Get(), &file, fresh, name, old, content, bytes, hold);
+    int error = FillAndRename(folder.Get(), &file, fresh, name, old, content, bytes);
     if (error) unlinkat(folder.Get(), fresh.c_str(), 0);
     return error;
 }
@@ -155,7 +155,7 @@ int Reserve(int file, off_t oldBytes, off_t bytes) {
 int WriteInPlace(int file, const struct stat& old, const void* content, size_t bytes) {
     HoldInterrupts hold;
     if (int error = Reserve(file, old.st_size, static_cast<off_t>(bytes))) return error;
-    if (int error = WriteContent(file, content, bytes, nullptr)) return error;
+    if (int error = WriteContent(file, content, bytes, false)) return error;
     return ftruncate(file, static_cast<off_t>(bytes)) == 0 ? Sync(file) : errno;
 }
 

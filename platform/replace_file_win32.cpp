@@ -38,10 +38,10 @@ HANDLE OpenForWriting(const std::wstring& path, DWORD disposition) {
     return CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-int WriteContent(HANDLE file, const void* content, size_t bytes, const HoldInterrupts* stop) {
+int WriteContent(HANDLE file, const void* content, size_t bytes, bool mayStop) {
     const auto* from = static_cast<const uint8_t*>(content);
     while (bytes > 0) {
-        if (stop && stop->Pending()) return ERROR_OPERATION_ABORTED;
+        if (mayStop && HoldInterrupts::Pending()) return ERROR_OPERATION_ABORTED;
         ptrdiff_t written = SystemWrite(reinterpret_cast<intptr_t>(file), from, std::min(bytes, kPieceBytes));
         if (written < 0) return SystemLastError();
         if (written == 0) return ERROR_WRITE_FAULT;
@@ -80,7 +80,7 @@ int WriteBeside(const std::wstring& path, bool replaces, const void* content, si
     std::wstring fresh;
     Handle file(OpenFresh(path, &fresh));
     if (!file.IsOpen()) return SystemLastError();
-    int error = WriteContent(file.Get(), content, bytes, &hold);
+    int error = WriteContent(file.Get(), content, bytes, true);
     if (!error) error = Sync(file.Get());
     if (!file.Close() && !error) error = SystemLastError();
     if (!error && !MoveOver(fresh, path, replaces)) error = SystemLastError();
@@ -101,7 +101,7 @@ int WriteInPlace(HANDLE file, const void* content, size_t bytes) {
     // A larger size reserves the space, before the old content is touched.
     if (bytes > static_cast<uint64_t>(oldBytes.QuadPart) && !SetSize(file, bytes)) return SystemLastError();
     if (!SetFilePointerEx(file, start, nullptr, FILE_BEGIN)) return SystemLastError();
-    if (int error = WriteContent(file, content, bytes, nullptr)) return error;
+    if (int error = WriteContent(file, content, bytes, false)) return error;
     return SetSize(file, bytes) ? Sync(file) : SystemLastError();
 }
 

@@ -199,9 +199,9 @@ TEST(HoldInterruptsPosix, PutsSignalsOff) {
     auto previous = signal(SIGTERM, [](int) { arrived = 1; });
     {
         HoldInterrupts hold;
-        EXPECT_FALSE(hold.Pending());
+        EXPECT_FALSE(HoldInterrupts::Pending());
         raise(SIGTERM);
-        EXPECT_TRUE(hold.Pending());
+        EXPECT_TRUE(HoldInterrupts::Pending());
         EXPECT_EQ(arrived, 0);
     }
     EXPECT_EQ(arrived, 1);
@@ -209,7 +209,7 @@ TEST(HoldInterruptsPosix, PutsSignalsOff) {
     {
         HoldInterrupts hold;
         raise(SIGTERM);
-        EXPECT_FALSE(hold.Pending()) << "it is ignored, as by nohup";
+        EXPECT_FALSE(HoldInterrupts::Pending()) << "it is ignored, as by nohup";
     }
     signal(SIGTERM, previous);
 }
@@ -223,11 +223,11 @@ TEST_F(FilePosix, PipesAreReadToTheirEndAndWrittenDirectly) {
     std::thread writer([&] { failure = Replace(pipe, content); });
     File file;
     ASSERT_TRUE(file.OpenForReading(pipe.c_str()));
+    Bytes read(content.size() + 1);
+    EXPECT_EQ(file.Read(read.data(), read.size()), content.size());
     writer.join();
     EXPECT_EQ(failure, "");
     EXPECT_TRUE(fs::is_fifo(pipe));
-    Bytes read(content.size() + 1);
-    EXPECT_EQ(file.Read(read.data(), read.size()), content.size());
     for (size_t at : {size_t{70000}, size_t{5}, content.size() - 1}) {
         file.Seek(at);
         EXPECT_EQ(ReadByte(file), content[at]);

@@ -1,5 +1,6 @@
 #include "gif/gif_writer.h"
 
+#include "platform/faults.h"
 #include "platform/identity.h"
 #include "tests/support/test_blocks.h"
 
@@ -105,6 +106,27 @@ TEST_F(GifWriter, IdentityCommentStandsOnce) {
     EXPECT_FALSE(HasIdenticalComment(others, "text"));
     Append(&others, MakeText(kCommentBlock, "text"));
     EXPECT_TRUE(HasIdenticalComment(others, "text"));
+}
+
+TEST_F(GifWriter, ASaveIsWholeOrGone) {
+    LoadedGif document(EveryKind("GIF89a"));
+    const Bytes whole = Saved(document);
+    for (long Faults::*counter :
+         {&Faults::allocationsUntilFailure, &Faults::locksUntilFailure, &Faults::writesUntilFailure}) {
+        long n = 0;
+        for (bool failed = true; failed; ++n) {
+            remove(path_.c_str());
+            faults.onlyOne = true;
+            faults.*counter = n;
+            bool saved = WriteGifFile(document, path_.c_str());
+            failed = faults.*counter == Faults::kPast;
+            faults = {};
+            EXPECT_EQ(saved, !failed) << n;
+            EXPECT_EQ(ReadAll(path_), failed ? Bytes() : whole) << n;
+            EXPECT_EQ(FileExists(path_), !failed) << n;
+        }
+        EXPECT_GT(n, 1);
+    }
 }
 
 TEST_F(GifWriter, DocumentWithoutHeaderLeavesTheTargetAlone) {
