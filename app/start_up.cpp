@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <cwchar>
 
 #include "app/document_face.h"
 #include "app/information_panel.h"
@@ -13,21 +14,27 @@
 #include "app/services/shell_objects.h"
 #include "app/settings_file.h"
 #include "app/shell_state.h"
+#include "imaging/dither.h"
 #include "resources/string_ids.h"
 
 namespace {
 
 constexpr int kFontHeight = 14;
 
-// The profile file lies where the system looks for a bare name: in the Windows directory.
-uint32_t ReadDitherSetting(const wchar_t* key) {
-    constexpr int kUsual = 20;
-    return GetPrivateProfileIntW(L"Telvar", key, kUsual, L"TELVAR.INI");
+// The number that a key of the profile file starts with, 0 for other texts; `usual` without a text. The file lies where
+// the system looks for a bare name: in the Windows directory. The system's own reading of numbers lets large ones wrap
+// around; here they stay large.
+int ReadDitherSetting(const wchar_t* key, int usual) {
+    constexpr DWORD kTextUnits = 32;
+    wchar_t text[kTextUnits] = L"";
+    GetPrivateProfileStringW(L"Telvar", key, L"", text, kTextUnits, L"TELVAR.INI");
+    return *text ? static_cast<int>(wcstol(text, nullptr, 10)) : usual;  // a long has 32 bits on Windows
 }
 
 void ReadDitherSettings() {
-    ditherSettings.brightness = ReadDitherSetting(L"DitherBrightness");
-    ditherSettings.contrast = ReadDitherSetting(L"DitherContrast");
+    constexpr DitherSettings kUsual;
+    ditherSettings.brightness = ReadDitherSetting(L"DitherBrightness", kUsual.brightness);
+    ditherSettings.contrast = ReadDitherSetting(L"DitherContrast", kUsual.contrast);
 }
 
 void RunMessageLoop() {

@@ -10,23 +10,22 @@
 
 namespace {
 
-// Stretches the scale of greys: the ends of it, 20 levels each, are given to full black and white.
-constexpr int kContrast = 20;
-constexpr int kBrightness = 20;
+using Levels = std::array<uint8_t, 256>;
 
-constexpr std::array<uint8_t, 256> MakeLevels() {
-    std::array<uint8_t, 256> levels = {};
-    double step = 256.0 / (256 - 2 * kContrast);
-    double value = kBrightness - kContrast;
+// Stretches the scale of greys. With the usual settings its ends, 20 levels each, are given to full black and white.
+// Sums fall just short of whole numbers there (entry 27 is 31, not 32), so more precision would change images; volatile
+// makes compilers for 32 bits, which keep sums in wider registers, round each to a double.
+Levels MakeLevels(const DitherSettings& settings) {
+    int contrast = std::clamp(settings.contrast, 0, 127);
+    volatile double step = 256.0 / (256 - 2 * contrast);
+    volatile double value = std::clamp(settings.brightness, 0, 255) - contrast;
+    Levels levels;
     for (uint8_t& level : levels) {
-        level = value >= 254 ? 254 : value < 1 ? 1 : static_cast<uint8_t>(value);
-        value += step;
+        level = static_cast<uint8_t>(std::clamp(double{value}, 1.0, 254.0));
+        value = value + step;
     }
     return levels;
 }
-constexpr std::array<uint8_t, 256> kLevels = MakeLevels();
-// The sums fall just short of 32 and 64 here. A compiler that computes with more precision would change images.
-static_assert(kLevels[27] == 31 && kLevels[54] == 63, "levels are sums of double precision");
 
 // The whole image in grey, in stored order, each row padded to 4 bytes; row errors are added to it in place.
 struct GreyImage {
@@ -68,10 +67,10 @@ void Spread(const GreyImage& grey, uint8_t* pixel, int x, bool lastRow, int shar
     Give(below, 5 * share);
 }
 
-void DiffuseRow(const GreyImage& grey, uint8_t* row, bool lastRow, uint8_t* bits) {
+void DiffuseRow(const GreyImage& grey, const Levels& levels, uint8_t* row, bool lastRow, uint8_t* bits) {
     int threshold = (grey.lightest + grey.darkest) >> 1;
     for (int x = 0; x < grey.width; ++x) {
-        int level = kLevels[row[x]];
+        int level = levels[row[x]];
         bits[x] = level > threshold;
         int error = level - (bits[x] ? grey.lightest : grey.darkest);
         Spread(grey, row + x, x, lastRow, error >> 4);
@@ -80,7 +79,8 @@ void DiffuseRow(const GreyImage& grey, uint8_t* row, bool lastRow, uint8_t* bits
 
 }  // namespace
 
-MemoryHandle DitherToTwoColours(ConstLockedBitmap source, const RgbTriple* palette, unsigned flags) {
+MemoryHandle DitherToTwoColours(ConstLockedBitmap source, const RgbTriple* palette, unsigned flags,
+                                const DitherSettings& settings) {
     auto width = static_cast<uint32_t>(source->width);
     GreyImage grey = {nullptr, source->width, source->height, RowBytes(width, 8)};
     OwnedMemory result(CreateImageBitmap(source->width, source->height, palette, 1));
@@ -92,11 +92,12 @@ MemoryHandle DitherToTwoColours(ConstLockedBitmap source, const RgbTriple* palet
     grey.pixels = greyLock.Bytes();
     FillGrey(source, pixelLock.Bytes(), &grey);
 
+    const Levels levels = MakeLevels(settings);
     uint8_t* row = grey.pixels;
     for (int y = grey.height - 1; y >= 0; --y, row += grey.rowBytes) {
         if (StopRequested(flags)) return nullptr;
         uint8_t* bits = pixelLock.Bytes();
-        DiffuseRow(grey, row, y == 0, bits);
+        DiffuseRow(grey, levels, row, y == 0, bits);
         PackRow(ImageRow(to, y), bits, grey.width, 1);
     }
     return result.Release();

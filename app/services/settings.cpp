@@ -1,4 +1,3 @@
 #include "app/services/settings.h"
 
 Settings settings;
-DitherSettings ditherSettings;

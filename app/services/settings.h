@@ -9,10 +9,3 @@ struct Settings {
     uint32_t fileMenuRange = 10;     // how many recent files are kept; 0: none
 };
 extern Settings settings;
-
-// How dithering is to weigh its picture; read at start from TELVAR.INI. The conversions stay with the default of both.
-struct DitherSettings {
-    uint32_t brightness = 20;
-    uint32_t contrast = 20;
-};
-extern DitherSettings ditherSettings;

@@ -1,4 +1,6 @@
 // Everything that makes one image from another, beside its plain form and some results worked out by hand.
+#include <climits>
+
 #include "imaging/dither.h"
 #include "imaging/inverse_colour_table.h"
 #include "imaging/remap.h"
@@ -74,6 +76,9 @@ TEST(ColourConversions, WorkedOutByHand) {
             {"unused entries lose high bits", kRemap, 24, {}, {0, 0x33, 0x070707, 0xC8C86F}, light, 4, {0, 5, 0, 11}},
             {"own colours never meet unused ones", kRemap, 8, dark, {0, 1}, light, 4, {0, 15}},
             {"a luminance of 129 is white", kRemap, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},
+            // Sums that fall just short: the levels of 27 and 54 are 31 and 63, which are not above the thresholds.
+            {"levels of doubles", kDither, 24, {}, {0x1C1C1C, 0x252525}, {}, 1, {0, 1}},
+            {"levels of doubles", kDither, 24, {}, {0x373737, 0x494949}, {}, 1, {0, 1}},
             // 100 -> 0, + 43 = 143 -> 1, - 49 = 51 -> 0, + 22 = 122 -> 0 (its cell is 120)
             {"errors go right", kDither, 24, {}, {k100, k100, k100, k100}, blackAndWhite, 2, {0, 1, 0, 0}},
         };
@@ -83,6 +88,42 @@ TEST(ColourConversions, WorkedOutByHand) {
         OwnedMemory worked(MakeRow(depth, expected, palette.data()));
         EXPECT_TRUE(SameBitmap(result.Get(), worked.Get())) << what;
     }
+}
+
+TEST(ColourConversions, DitherToTwoColoursAsTheSettingsSay) {
+    const Palette blackAndWhite = {{{0, 0, 0}, {255, 255, 255}}};
+    auto dither = [&](const DitherSettings& values, const OwnedMemory& image) {
+        ditherSettings = values;
+        return DitherImage(image.Get(), blackAndWhite.data(), 1, 0);
+    };
+    // The luminances are 27 and 36; 31 is the threshold. The first pixel hands an error on. Beside: their levels.
+    const std::pair<DitherSettings, std::vector<uint32_t>> cases[] = {
+        {{20, 20}, {0, 1}},   // 31, 42
+        {{4, 0}, {0, 1}},     // 31, 40
+        {{5, 0}, {1, 1}},     // 32, 34
+        {{60, 20}, {1, 1}},   // 72, 99
+        {{0, 20}, {0, 0}},    // 11, 14
+        {{20, 120}, {1, 1}},  // 254, 254: the most there is
+        {{0, 100}, {0, 1}},   // 23, 32
+    };
+    OwnedMemory row(MakeRow(24, {0x1C1C1C, 0x252525}));
+    for (const auto& [values, expected] : cases) {
+        OwnedMemory made(dither(values, row)), worked(MakeRow(1, expected, blackAndWhite.data()));
+        EXPECT_TRUE(SameBitmap(made.Get(), worked.Get())) << values.brightness << ", " << values.contrast;
+    }
+    const std::pair<DitherSettings, DitherSettings> ends[] = {
+        {{-1, 20}, {0, 20}},    {{256, 100}, {255, 100}},   {{INT_MIN, INT_MIN}, {0, 0}},
+        {{20, 128}, {20, 127}}, {{90, INT_MAX}, {90, 127}},
+    };
+    Random random(4);
+    OwnedMemory image(RandomImage(random, 67, 41, 8, TestPalettes(random)[0]));
+    for (const auto& [outside, end] : ends) {
+        OwnedMemory made(dither(outside, image)), wanted(dither(end, image));
+        OwnedMemory plain(LiteralDither(image.Get(), blackAndWhite.data(), 1, {}));
+        EXPECT_TRUE(SameBitmap(made.Get(), wanted.Get())) << outside.brightness << ", " << outside.contrast;
+        EXPECT_TRUE(SameBitmap(wanted.Get(), plain.Get())) << end.brightness << ", " << end.contrast;
+    }
+    ditherSettings = {};
 }
 
 TEST(ColourConversions, RefuseDepthsOfNoPalette) {

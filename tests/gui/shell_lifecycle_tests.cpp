@@ -1,6 +1,8 @@
 // The program from its start to its end, and creating, loading, saving and discarding documents.
+#include <climits>
 #include <filesystem>
 
+#include "imaging/dither.h"
 #include "platform/faults.h"
 #include "resources/insert_ids.h"
 #include "resources/panel_ids.h"
@@ -46,6 +48,7 @@ TEST_F(LifecycleTest, TheProgramOpensTheFileOfItsCommandLineAndRemembersItsSetti
     std::string path = MakeGif("a b.gif");
     WriteAll(File("KLMZEP.INI"), "FileMenuRange = 2\r\nFileMenuItem = C:\\1.gif\r\nFileMenuItem = C:\\2.gif\r\n");
     WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", L"35", L"TELVAR.INI");
+    WritePrivateProfileStringW(L"Telvar", L"DitherContrast", L"4294967301 of 5", L"TELVAR.INI");
     DialogAnswers answers;
     answers.Do([](HWND panel) {
         EXPECT_TRUE(IsDlgButtonChecked(panel, IDC_SHOW_AGAIN));
@@ -65,8 +68,9 @@ TEST_F(LifecycleTest, TheProgramOpensTheFileOfItsCommandLineAndRemembersItsSetti
     answers.Press(IDCANCEL);  // the question, which doesn't keep the close box from ending the program
     RunEditor(GetModuleHandleW(nullptr), nullptr, path.c_str(), SW_SHOW);
     EXPECT_TRUE(!document.blocks && !hListFont && !hFaceBrush);
-    EXPECT_TRUE(ditherSettings.brightness == 35 && ditherSettings.contrast == 20);
-    WritePrivateProfileStringW(L"Telvar", L"DitherBrightness", nullptr, L"TELVAR.INI");
+    EXPECT_EQ(ditherSettings.brightness, 35);
+    EXPECT_EQ(ditherSettings.contrast, INT_MAX) << "no number wraps around";
+    WritePrivateProfileStringW(L"Telvar", nullptr, nullptr, L"TELVAR.INI");
     documentChanged = false;
     answers.Do([this](HWND message) {
         EXPECT_TRUE(Title() == "Kelmor Zephyr [ NO FILE ] " && !IsEnabled(IDM_SAVE));
@@ -75,7 +79,8 @@ TEST_F(LifecycleTest, TheProgramOpensTheFileOfItsCommandLineAndRemembersItsSetti
     });
     RunEditor(GetModuleHandleW(nullptr), nullptr, "missing.gif", SW_SHOW);
     EXPECT_EQ(answers.Texts().back(), kOpenFailed) << "no panel the second time";
-    EXPECT_EQ(ditherSettings.brightness, 20u);
+    EXPECT_EQ(ditherSettings.brightness, 20);
+    EXPECT_EQ(ditherSettings.contrast, 20);
 }
 
 TEST_F(LifecycleTest, ANewDocumentAsksForANameTheFirstTimeItIsSaved) {

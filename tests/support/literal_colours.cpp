@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 
+#include "imaging/dither.h"
+
 namespace {
 
 using Colour = std::array<int, 3>;  // red, green, blue
@@ -75,7 +77,9 @@ void DitherTwoColours(ConstLockedBitmap from, LockedBitmap to) {
             lightest = std::max(lightest, value);
         }
     int levels[256];
-    volatile double step = 256.0 / (256 - 2 * 20), value = 20 - 20;  // volatile: rounded to double everywhere
+    const auto [brightness, contrast] = ditherSettings;  // in range
+    volatile double step = 256.0 / (256 - 2 * contrast),
+                    value = brightness - contrast;  // volatile: rounded to double everywhere
     for (int& level : levels) {
         level = std::clamp(static_cast<int>(value), 1, 254);
         value = value + step;
