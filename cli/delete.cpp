@@ -28,7 +28,9 @@ bool Delete(BlockList* list, const std::vector<uint32_t>& indexes, const std::st
     Block block;
     for (uint32_t index : {indexes.back(), indexes.front()}) {
         if (!FindBlock(*list, path, index, &block)) return false;
-        if (block.kind == kHeaderBlock) return Complain(path, LoadStr(IDS_HEADER_FIXED)), false;
+        if (block.kind != kHeaderBlock) continue;
+        Complain(path, LoadStr(IDS_HEADER_FIXED));
+        return false;
     }
     if (DeleteBlocks(list, indexes)) return true;
     Complain(path, LoadStr(IDS_BLOCK_ACCESS));

@@ -113,7 +113,10 @@ std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
 
 bool InsertOther(BlockList* list, uint32_t place, uint16_t kind, const std::string& path) {
     std::string reason = WhyNotAllowed(*list, kind);
-    if (!reason.empty()) return Complain(path, reason), false;
+    if (!reason.empty()) {
+        Complain(path, reason);
+        return false;
+    }
     int selection = static_cast<int>(place);
     return InsertBlock(nullptr, list, &selection, kind, nullptr, nullptr);
 }

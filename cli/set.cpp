@@ -33,9 +33,12 @@ int SetFields(const BlockList& list, uint32_t index, const std::string& path,
     Block block;
     if (!FindBlock(list, path, index, &block)) return kExitFailed;
     MemoryLock lock(list.blocks);
-    if (!lock) return Complain(path, "out of memory"), kExitFailed;
-    for (const auto& [field, value] : assignments) {
-        FieldRefusal refusal = SetBlockField(&lock.As<Block>()[index], field, value);
+    if (!lock) {
+        Complain(path, "out of memory");
+        return kExitFailed;
+    }
+    for (const Assignment& given : assignments) {
+        FieldRefusal refusal = SetBlockField(&lock.As<Block>()[index], given.field, given.value);
         if (refusal.wrongWords) return WrongUsage("set", refusal.text);
         if (refusal.text.empty()) continue;
         Complain(path, "block " + std::to_string(index) + ": " + refusal.text);
