@@ -1,6 +1,7 @@
 #include "app/main_window.h"
 
 #include <exception>
+#include <initializer_list>
 
 #include "app/block_list_view.h"
 #include "app/commands.h"
@@ -14,11 +15,6 @@
 
 namespace {
 
-LRESULT OnCreate(HWND window) {
-    CentreWindow(window);
-    return 0;
-}
-
 LRESULT OnDestroy(HWND window) {
     WriteSettings(window, settingsFolder);
     CloseHelp(window);
@@ -26,15 +22,68 @@ LRESULT OnDestroy(HWND window) {
     return 0;
 }
 
-// Too small a window jumps back to its minimum size when it has been made so.
+constexpr UINT_PTR kSnapTimer = 1;
+constexpr UINT kSnapMilliseconds = 100;
+bool isSnapDue;  // the timer runs
+bool isDragged;  // by the system itself; a window manager does not say so
+
+LRESULT OnCreate(HWND window) {
+    isSnapDue = isDragged = false;
+    CentreWindow(window);
+    return 0;
+}
+
+bool IsTooSmall(const RECT& place) {
+    return place.right - place.left < kMinimumWidth || place.bottom - place.top < kMinimumHeight;
+}
+
+bool IsSmallest(const RECT& place) {
+    return place.right - place.left == kMinimumWidth && place.bottom - place.top == kMinimumHeight;
+}
+
+void StopSnap(HWND window) {
+    KillTimer(window, kSnapTimer);
+    isSnapDue = false;
+}
+
+void SnapLater(HWND window) {
+    if (!isSnapDue) isSnapDue = SetTimer(window, kSnapTimer, kSnapMilliseconds, nullptr) != 0;
+}
+
+// Too small a window jumps back to its minimum size when it has been made so. Where a window manager made it so, Wine
+// takes that for done without asking for it: that has to wait until the message has been handled.
 LRESULT OnSize(HWND window, WPARAM how) {
     if (how == SIZE_MINIMIZED) return 0;  // an icon has no size to keep
     RECT place = {};
     GetWindowRect(window, &place);
-    if (place.right - place.left >= kMinimumWidth && place.bottom - place.top >= kMinimumHeight)
-        FitBlockListView(window);
-    else
-        MoveWindow(window, place.left, place.top, kMinimumWidth, kMinimumHeight, TRUE);
+    if (!IsTooSmall(place)) {
+        if (!IsSmallest(place)) StopSnap(window);  // it has been made larger meanwhile
+        return FitBlockListView(window), 0;
+    }
+    MoveWindow(window, place.left, place.top, kMinimumWidth, kMinimumHeight, TRUE);
+    SnapLater(window);
+    return 0;
+}
+
+// Asks for the minimum size, first for another one, as this one is believed to be so already. Whoever still drags the
+// edge may overrule it; we hear of that by being too small again.
+LRESULT OnSnapTimer(HWND window) {
+    StopSnap(window);
+    if (isDragged || IsIconic(window) || IsZoomed(window)) return 0;
+    for (int more : {1, 0})
+        SetWindowPos(window, nullptr, 0, 0, kMinimumWidth + more, kMinimumHeight + more,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return 0;
+}
+
+LRESULT OnTimer(HWND window, WPARAM timer) {
+    return timer == kSnapTimer ? OnSnapTimer(window) : 0;
+}
+
+// The system sizes a dragged window again at the next move of the mouse; the last size stands.
+LRESULT OnDrag(HWND window, bool begins) {
+    isDragged = begins;
+    if (!begins && !IsIconic(window)) OnSize(window, SIZE_RESTORED);
     return 0;
 }
 
@@ -66,6 +115,9 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DESTROY: return OnDestroy(window);
         case WM_SIZE: return OnSize(window, wParam);
         case WM_MOUSEACTIVATE: return OnMouseActivate(window, wParam, lParam);
+        case WM_TIMER: return OnTimer(window, wParam);
+        case WM_ENTERSIZEMOVE:
+        case WM_EXITSIZEMOVE: return OnDrag(window, message == WM_ENTERSIZEMOVE);
         case WM_QUERYENDSESSION: return TRUE;
         case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
         case WM_DRAWITEM: return OnDrawItem(wParam, lParam);

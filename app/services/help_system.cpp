@@ -1,5 +1,6 @@
 #include "app/services/help_system.h"
 
+#include <psapi.h>
 #include <shellapi.h>
 
 #include <cwchar>
@@ -36,6 +37,36 @@ void PaintMeanwhile(DWORD milliseconds) {
     DispatchMessageW(&message);
 }
 
+// Wine always has this program for pages. It looks for a browser of the host and ends with an error when there is none;
+// having started it says nothing. On the host it may only have found a program that looks on, which nobody can see
+// here.
+bool IsWinesLauncher(HANDLE process) {
+    wchar_t image[MAX_PATH] = L"";
+    if (!GetProcessImageFileNameW(process, image, MAX_PATH)) return false;
+    const wchar_t* name = wcsrchr(image, L'\\');
+    return name && !_wcsicmp(name + 1, L"winebrowser.exe");
+}
+
+// Whether Wine's launcher found a browser. One that takes longer has found something.
+bool LauncherSucceeds(HANDLE launcher) {
+    constexpr DWORD kLongestWait = 3000, kLook = 20;  // milliseconds
+    WaitCursor wait;
+    DWORD start = GetTickCount(), status = STILL_ACTIVE;
+    while (GetExitCodeProcess(launcher, &status) && status == STILL_ACTIVE && GetTickCount() - start < kLongestWait)
+        PaintMeanwhile(kLook);
+    return status == STILL_ACTIVE || status == 0;
+}
+
+// Opens the page, which may be known to be of a class. False when there is nothing to open it with.
+bool Execute(SHELLEXECUTEINFOW page) {
+    page.fMask |= SEE_MASK_NOCLOSEPROCESS;
+    if (!ShellExecuteExW(&page)) return false;
+    if (!page.hProcess) return true;
+    const bool shown = !IsWinesLauncher(page.hProcess) || LauncherSucceeds(page.hProcess);
+    CloseHandle(page.hProcess);
+    return shown;
+}
+
 }  // namespace
 
 bool CallHelpViewer(HWND owner, const char* file, UINT command, const void* data) {
@@ -64,8 +95,8 @@ bool OpenInBrowser(HWND owner, const wchar_t* path) {
     page.lpVerb = L"open";
     page.lpFile = path;
     page.nShow = SW_SHOWNORMAL;
-    if (ShellExecuteExW(&page)) return true;
+    if (Execute(page)) return true;
     page.fMask |= SEE_MASK_CLASSNAME;
     page.lpClass = L"htmlfile";
-    return ShellExecuteExW(&page) != FALSE;
+    return Execute(page);
 }

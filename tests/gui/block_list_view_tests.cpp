@@ -114,6 +114,12 @@ TEST_F(BlockListViewTest, FollowsTheWindowSizeDownToTheMinimum) {
         const long below = client.bottom - list.bottom;
         EXPECT_TRUE(below >= 8 && below < 40) << "a list box may round its height down to whole lines";
     }
+    SetWindowPos(hMainWindow, nullptr, 0, 0, 640, 500, SWP_NOMOVE | SWP_NOZORDER);
+    Sleep(200);  // for the second jump, which a window made larger meanwhile must not make
+    PumpMessages();
+    RECT outer = {};
+    GetWindowRect(hMainWindow, &outer);
+    EXPECT_EQ(outer.right - outer.left, 640);
 }
 
 }  // namespace

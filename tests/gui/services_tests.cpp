@@ -6,6 +6,7 @@
 #include "app/services/dialogs.h"
 #include "app/services/file_dialogs.h"
 #include "app/services/help.h"
+#include "app/services/help_system.h"
 #include "app/services/messages.h"
 #include "app/services/plain_dialog.h"
 #include "editing/dialogs/dialog_frame.h"
@@ -135,6 +136,22 @@ TEST_F(ServicesTest, TheHelpPageIsShownByWhatTheSystemHas) {
     const std::pair<std::string, std::string> places[] = {
         {"C:", "C:TELVAR.HLP"}, {fits, fits + "TELVAR.HLP"}, {wide, wide + "TELVAR.HLP"}, {deep + "\\", deep + "\\?"}};
     for (const auto& [folder, help] : places) EXPECT_EQ(HelpFileBeside(folder + "k.exe"), help);
+}
+
+// Wine's launcher takes the browsers of the host from the registry.
+TEST_F(ServicesTest, ABrowserThatIsNotThereIsNotTakenForOne) {
+    const wchar_t key[] = L"Software\\Wine\\WineBrowser", value[] = L"Browsers";
+    WriteAll(File("page.html"), "x");
+    for (const auto& [browser, found] : {std::pair(L"no-such-browser", false), {L"no-such-browser,true", true}}) {
+        const auto bytes = static_cast<DWORD>((wcslen(browser) + 1) * sizeof *browser);
+        HKEY browsers = nullptr;
+        ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, key, &browsers), ERROR_SUCCESS);
+        ASSERT_EQ(RegSetValueExW(browsers, value, 0, REG_SZ, reinterpret_cast<const BYTE*>(browser), bytes),
+                  ERROR_SUCCESS);
+        EXPECT_EQ(OpenInBrowser(hMainWindow, WideFromUtf8(File("page.html")).c_str()), found);
+        RegCloseKey(browsers);
+        RegDeleteKeyW(HKEY_CURRENT_USER, key);
+    }
 }
 
 // No help lies beside the test program.
