@@ -32,8 +32,11 @@ bool IsWaiting(HWND window, UINT kind, MSG* message) {
 bool TakeKeysUpToClosingOne(HWND window) {
     MSG message;
     while (PeekMessageW(&message, window, WM_KEYFIRST, WM_SYSCOMMAND, PM_REMOVE)) {
-        if (message.message == WM_QUIT) return PostQuitMessage(static_cast<int>(message.wParam)), true;
-        if (WillClose(message)) return PostMessageW(window, message.message, message.wParam, message.lParam), true;
+        const bool quits = message.message == WM_QUIT;
+        if (quits) PostQuitMessage(static_cast<int>(message.wParam));
+        const bool closes = !quits && WillClose(message);
+        if (closes) PostMessageW(window, message.message, message.wParam, message.lParam);
+        if (quits || closes) return true;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

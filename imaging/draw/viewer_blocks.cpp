@@ -24,7 +24,7 @@ void RememberImage(ViewerState& state) {
     state.imageHeight = fields.height;
     state.imageTransparentIndex = state.transparentIndex;
     state.imageInterlaced = (fields.packed & kImageInterlaced) != 0;
-    const RgbTriple* palette = fields.packed & kHasPalette ? state.current.palette : state.globalPalette;
+    const RgbTriple* palette = (fields.packed & kHasPalette) ? state.current.palette : state.globalPalette;
     memcpy(state.imagePalette, palette, kPaletteBytes);
     state.currentImage = state.current.data;
 }

@@ -92,19 +92,6 @@ TEST_F(ColourPickers, TheEyedropperEndsWithoutAPixelButNotBesideTheImage) {
     EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
 }
 
-TEST_F(ColourPickers, TheEyedropperCoversTheMonitor) {
-    DialogAnswers answers({[](HWND window) {
-        RECT client;
-        GetClientRect(window, &client);
-        EXPECT_EQ(client.right, GetSystemMetrics(SM_CXSCREEN));
-        EXPECT_EQ(client.bottom, GetSystemMetrics(SM_CYSCREEN));
-        EXPECT_EQ(GetWindow(window, GW_OWNER), hMainWindow);
-        SendMessageW(window, WM_CLOSE, 0, 0);
-    }});
-    uint32_t index = 5;
-    EXPECT_FALSE(PickColourFromImage(hMainWindow, At(kSampleSecondImage), &index));
-}
-
 TEST_F(ColourPickers, TheEyedropperPicksNothingWhenItsOwnerOrTheProgramEnds) {
     const std::tuple<const char*, void (*)(), WPARAM> ends[] = {{"quit", [] { PostQuitMessage(7); }, 7},
                                                                 {"owner", [] { DestroyWindow(hMainWindow); }, 0}};
