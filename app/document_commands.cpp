@@ -115,15 +115,15 @@ void OnOpen(HWND window) {
     SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name.c_str()));
 }
 
-void OnOpenFile(HWND window, const char* sent) {
-    if (!sent || !*sent) return;
-    std::string name = sent;
+void OnOpenFile(HWND window, const char* name) {
+    if (!name || !*name) return;
+    std::string path = name;
     DestroyBlockList(&document);  // those who send a name have closed the document; this is for those who forgot
     if (!CreateBlockList(&document)) return TellOutOfMemory(window);
     FillBlockListView(window, nullptr);
     // A file without a GIF signature opens as a document without blocks.
-    if (ReadDocument(name))
-        ShowLoadedFile(window, std::move(name));
+    if (ReadDocument(path))
+        ShowLoadedFile(window, std::move(path));
     else
         ShowLoadFailure(window, LoadStr(IDS_OPEN_FAILED));
 }

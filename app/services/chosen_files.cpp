@@ -4,7 +4,7 @@
 #include <cstring>
 
 std::vector<std::string> ChosenPaths(const std::string& names, size_t most) {
-    std::string folder = names.c_str();
+    std::string folder = names.substr(0, names.find('\0'));
     const char* name = names.c_str() + std::min(folder.size() + 1, names.size());
     if (!*name) return {folder};
     if (folder.back() != '\\') folder += '\\';

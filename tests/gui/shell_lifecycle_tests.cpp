@@ -160,8 +160,18 @@ TEST_F(LifecycleTest, NamesMayBeAsLongAsTheSystemTakesInEveryScript) {
     documentChanged = true;
     Command(IDM_SAVE);
     EXPECT_FALSE(documentChanged);
+    ASSERT_TRUE(FileExists(copy));
     Open(copy);
     EXPECT_EQ(Lines().size(), 5u);
+    {
+        const size_t nameAt = path.rfind('\\') + 1;
+        DialogAnswers answers;
+        answers.Press(IDC_INSERT_IMAGE);
+        answers.Do(DialogAnswers::ChooseFiles(
+            {path.substr(0, nameAt), "\"" + copy.substr(nameAt) + "\" \"" + path.substr(nameAt) + "\""}));
+        Command(IDM_INSERT);
+    }
+    EXPECT_EQ(Lines().size(), 7u);
 }
 
 TEST_F(LifecycleTest, AFileThatCannotBeReadLeavesNoDocument) {
