@@ -12,8 +12,8 @@
 namespace {
 
 void ShowChangedDocument(HWND window, int line) {
+    documentChanged = true;  // first: showing it may fail for want of memory
     FillBlockListView(window, &document);
-    documentChanged = true;
     SelectLine(window, line);
 }
 

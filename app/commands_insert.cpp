@@ -19,9 +19,15 @@ namespace {
 
 constexpr size_t kMaxInsertedFiles = 260;
 
+void MarkInserted() {
+    documentChanged = true;
+    selectedLine = kNoSelectedLine;
+}
+
 // Inserts a block behind `*place`, which moves on to it, and shows the document with line `shown` selected.
 bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const char* path) {
     if (!InsertBlock(window, &document, place, kind, nullptr, path)) return false;
+    MarkInserted();  // first: showing it may fail for want of memory
     FillBlockListView(window, &document);
     SelectLine(window, shown);
     RevealLine(window, *place);  // the new one, while the selected one can be seen with it
@@ -37,11 +43,6 @@ void TellIfUnreadable(HWND window, const std::string& path) {
     MessageBox(window, WideFromUtf8(name) + L": " + WideFrom1252(LoadStr(IDS_OPEN_FAILED)));
 }
 
-void MarkInserted() {
-    documentChanged = true;
-    selectedLine = kNoSelectedLine;
-}
-
 bool InsertImage(HWND window, int* place, int shown, const std::string& path) {
     if (InsertAndShow(window, place, shown, kImageBlock, path.c_str())) return true;
     TellIfUnreadable(window, path);
@@ -51,15 +52,15 @@ bool InsertImage(HWND window, int* place, int shown, const std::string& path) {
 void InsertImages(HWND window, int line) {
     std::string names;
     if (!OpenImagesDialog(window, &names)) return;
+    MarkInserted();  // also when the first image can't be inserted
     int place = line;
     for (const std::string& path : ChosenPaths(names, kMaxInsertedFiles))
         if (!InsertImage(window, &place, line, path)) break;
-    MarkInserted();
 }
 
 void InsertOther(HWND window, int line, uint16_t kind) {
     int place = line;
-    if (InsertAndShow(window, &place, line, kind, nullptr)) MarkInserted();
+    InsertAndShow(window, &place, line, kind, nullptr);
 }
 
 void InsertLoop(HWND window) {
