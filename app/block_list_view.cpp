@@ -52,9 +52,8 @@ RECT ListPlace(HWND window) {
 }
 
 void PutLine(HWND list, UINT message, int line, const Block& block) {
-    char text[kBlockLineBytes];
-    FormatBlockLine(text, block);
-    SendMessageW(list, message, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(WideFrom1252(text).c_str()));
+    const std::wstring text = WideFrom1252(FormatBlockLine(block));
+    SendMessageW(list, message, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(text.c_str()));
 }
 
 void DrawPart(HDC dc, int x, int y, std::wstring_view text, COLORREF colour) {
@@ -93,24 +92,16 @@ void FitBlockListView(HWND window) {
     if (list) MoveWindow(list, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
 }
 
-bool FillBlockListView(HWND window, const BlockList* list) {
+void FillBlockListView(HWND window, const BlockList* list) {
     HWND view = ListOf(window);
-    bool complete = true;
     {
         FrozenWindow frozen(view);
         KeptScrollPlace place(view);
         SendMessageW(view, LB_RESETCONTENT, 0, 0);
-        for (uint32_t i = 0; list && i < list->count; ++i) {
-            Block block;
-            if (GetBlock(*list, &block, i))
-                PutLine(view, LB_ADDSTRING, 0, block);
-            else
-                complete = false;
-        }
+        for (uint32_t i = 0; list && i < list->count; ++i) PutLine(view, LB_ADDSTRING, 0, list->blocks[i]);
     }
     SetFocus(view);
     UpdateWindow(window);
-    return complete;
 }
 
 void ReplaceHeaderLine(HWND window, const Block& header) {
@@ -142,14 +133,12 @@ void RevealLine(HWND window, int line) {
 }
 
 void DrawBlockLine(const DRAWITEMSTRUCT& item) {
-    wchar_t line[kBlockLineBytes];
     LRESULT length = SendMessageW(item.hwndItem, LB_GETTEXTLEN, item.itemID, 0);
-    if (length < 0 || length >= kBlockLineBytes) return;
-    length = SendMessageW(item.hwndItem, LB_GETTEXT, item.itemID, reinterpret_cast<LPARAM>(line));
     if (length < 0) return;
+    std::wstring line(static_cast<size_t>(length), L'\0');
+    if (SendMessageW(item.hwndItem, LB_GETTEXT, item.itemID, reinterpret_cast<LPARAM>(line.data())) < 0) return;
     bool selected = item.itemState & ODS_SELECTED;
     HBRUSH back = selected ? GetSysColorBrush(COLOR_HIGHLIGHT) : static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
     FillRect(item.hDC, &item.rcItem, back);
-    DrawLineText(item.hDC, item.rcItem, {line, static_cast<size_t>(length)},
-                 selected ? RGB(255, 255, 255) : RGB(0, 0, 0));
+    DrawLineText(item.hDC, item.rcItem, line, selected ? RGB(255, 255, 255) : RGB(0, 0, 0));
 }

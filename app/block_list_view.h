@@ -11,8 +11,8 @@ void CreateBlockListView(HWND window);
 void FitBlockListView(HWND window);
 
 // Replaces all lines by those of `list` (none: the list stays empty). Selects nothing; the place that the list is
-// scrolled to stays. False when a block could not be read and has no line.
-bool FillBlockListView(HWND window, const BlockList* list);
+// scrolled to stays.
+void FillBlockListView(HWND window, const BlockList* list);
 
 // Replaces the first line by the one of `header`, keeping the selection and the place.
 void ReplaceHeaderLine(HWND window, const Block& header);

@@ -3,10 +3,10 @@
 #include "app/commands.h"
 #include "app/services/messages.h"
 #include "app/shell_state.h"
+#include "editing/dialogs/document_operations.h"
 #include "editing/dialogs/edit_block.h"
-#include "gif/block_list.h"
 #include "imaging/draw/viewer.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/string_ids.h"
 
 namespace {

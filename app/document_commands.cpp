@@ -11,12 +11,13 @@
 #include "app/services/messages.h"
 #include "app/services/wait_cursor.h"
 #include "app/shell_state.h"
+#include "editing/dialogs/document_operations.h"
 #include "editing/dialogs/wizard.h"
 #include "gif/default_blocks.h"
 #include "gif/gif_reader.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/command_ids.h"
 #include "resources/string_ids.h"
 
@@ -75,8 +76,7 @@ bool WriteDocument(HWND window, const std::string& name) {
     bool written;
     {
         WaitCursor wait;
-        Block header;
-        if (FitLogicalScreen(&document) && GetBlock(document, &header, 0)) ReplaceHeaderLine(window, header);
+        if (FitLogicalScreen(&document)) ReplaceHeaderLine(window, document.blocks[0]);
         written = WriteGifFile(document, name.c_str());
     }
     if (!written) {
@@ -89,10 +89,6 @@ bool WriteDocument(HWND window, const std::string& name) {
 }
 
 }  // namespace
-
-void TellOutOfMemory(HWND window) {
-    MessageBox(window, LoadStr(IDS_OUT_OF_MEMORY));
-}
 
 void OnNew(HWND window) {
     if (!AskToSave(window)) return;

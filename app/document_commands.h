@@ -12,6 +12,3 @@ void OnSaveAs(HWND window);
 void OnWizard(HWND window);
 void OnRecentFile(HWND window, int id);
 void OnExit(HWND window);
-
-// Says that memory has run out.
-void TellOutOfMemory(HWND window);

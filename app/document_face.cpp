@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/wide_text.h"
 #include "resources/command_ids.h"
 #include "resources/string_ids.h"

@@ -4,6 +4,7 @@
 #include <benchmark/benchmark.h>
 #include <gif_lib.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 
@@ -33,14 +34,13 @@ bool Load(BlockList* list, const std::string& path) {
 }
 
 double PixelsOf(const std::string& path) {
-    OwnedBlockList list;
+    BlockList list;
     double pixels = 0;
     if (Load(&list, path))
-        ForEachBlock(list, [&](const Block& block, uint32_t) {
+        for (const Block& block : list.All()) {
             ImageFields image = GetImageFields(block);
             if (block.kind == kImageBlock) pixels += 1.0 * image.width * image.height;
-            return true;
-        });
+        }
     return pixels;
 }
 
@@ -52,7 +52,7 @@ GifFileType* OpenWithGiflib(const std::string& path) {
 void BM_Decode(benchmark::State& state) {
     const std::string path = PathOf(state);
     for (auto _ : state) {
-        OwnedBlockList list;
+        BlockList list;
         if (!Load(&list, path)) return state.SkipWithError("the file can't be read");
     }
     Report(state, PixelsOf(path));
@@ -70,11 +70,11 @@ void BM_DecodeGiflib(benchmark::State& state) {
 
 void BM_Encode(benchmark::State& state) {
     const std::string path = PathOf(state);
-    OwnedBlockList list;
+    BlockList list;
     if (!Load(&list, path)) return state.SkipWithError("the file can't be read");
     for (auto _ : state) {
         File file;
-        bool written = file.Create("/dev/null") && ForEachBlock(list, [&](const Block& block, uint32_t) {
+        bool written = file.Create("/dev/null") && std::ranges::all_of(list.All(), [&](const Block& block) {
                            return block.kind != kImageBlock || EncodeImageData(file, block);
                        });
         if (!written || !file.Close()) return state.SkipWithError("writing failed");

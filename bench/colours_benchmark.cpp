@@ -12,17 +12,17 @@ namespace {
 constexpr int kWidth = 1024, kHeight = 768;
 constexpr int kRandomPalette = 17;  // of the test palettes: 256 random colours
 
-Palette PaletteNumber(int64_t number) {
+Colours PaletteNumber(int64_t number) {
     Random random(1);
     return TestPalettes(random)[static_cast<size_t>(number)];
 }
 
 // Of 24 bits: smooth shades of tens of thousands of colours, as in a photo, or noise of a palette's 256 colours.
 MemoryHandle MakeImage(bool drawn) {
-    const Palette palette = PaletteNumber(kRandomPalette);
+    const Colours palette = PaletteNumber(kRandomPalette);
     Random random(2);
     MemoryHandle image = CreateImageBitmap(kWidth, kHeight, nullptr, 24);
-    MemoryLock lock(image);
+    ImageWriteLock bitmap(&image);
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x) {
             auto noise = static_cast<uint32_t>(random());
@@ -30,7 +30,7 @@ MemoryHandle MakeImage(bool drawn) {
             uint32_t drawing = colour.red | uint32_t{colour.green} << 8 | uint32_t{colour.blue} << 16;
             auto shade = static_cast<uint32_t>(x * 200 / kWidth << 16 | y * 200 / kHeight << 8 |
                                                (x + y) * 100 / (kWidth + kHeight));
-            SetImagePixel(lock.As<BitmapHeader>(), x, y, drawn ? drawing : shade + (noise & 0x0F0F0F));
+            SetImagePixel(bitmap, x, y, drawn ? drawing : shade + (noise & 0x0F0F0F));
         }
     return image;
 }
@@ -42,7 +42,7 @@ void CountPixels(benchmark::State& state, double pixels) {
 
 // Palettes: 6 web colours, 9 greys, 14 with 8 colours used, 17 with 256 random colours, 18 crowded.
 void RunInverseTable(benchmark::State& state, bool plain) {
-    Palette palette = PaletteNumber(state.range(0));
+    Colours palette = PaletteNumber(state.range(0));
     InverseColourTable table;
     for (auto _ : state)
         if (plain)
@@ -55,13 +55,14 @@ void RunInverseTable(benchmark::State& state, bool plain) {
 // The fast form, or the plain one where there is one, on an image of its own; the argument is the result's depth.
 template <typename Fast, typename Plain>
 void RunConversion(benchmark::State& state, bool drawn, bool plain, Fast convert, Plain convertPlainly) {
-    OwnedMemory image(MakeImage(drawn));
-    Palette palette = PaletteNumber(kRandomPalette);
+    MemoryHandle image = MakeImage(drawn);
+    Colours palette = PaletteNumber(kRandomPalette);
     auto depth = static_cast<int>(state.range(0));
     for (auto _ : state)
-        OwnedMemory result(plain
-                               ? convertPlainly(image.Get(), palette.data(), depth, LiteralInverseTable(palette.data()))
-                               : convert(image.Get(), palette.data(), depth, 0));
+        if (plain)
+            benchmark::DoNotOptimize(convertPlainly(image, palette.data(), depth, LiteralInverseTable(palette.data())));
+        else
+            benchmark::DoNotOptimize(*convert(image, palette.data(), depth, nullptr));
     CountPixels(state, kWidth * kHeight);
 }
 

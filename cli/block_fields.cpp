@@ -58,8 +58,9 @@ Wanted SetColour(Block* block, const std::string& item, const std::string& value
     const char* end = value.data() + value.size();
     if (value.size() != 7 || value[0] != '#' || std::from_chars(value.data() + 1, end, colour, 16).ptr != end)
         return {"a colour like #ff8000"};
-    block->palette[entry] = {static_cast<uint8_t>(colour >> 16), static_cast<uint8_t>(colour >> 8),
-                             static_cast<uint8_t>(colour)};
+    RgbTriple triple = {static_cast<uint8_t>(colour >> 16), static_cast<uint8_t>(colour >> 8),
+                        static_cast<uint8_t>(colour)};
+    if (!block->palette.SetEntry(entry, triple)) return {"more memory", true};
     return {};
 }
 
@@ -111,7 +112,6 @@ std::string WithDocumentLineEnds(const std::string& text) {
 
 // As in the editor, an empty text is no text at all; saving leaves such a block out.
 void DropText(Block* block) {
-    FreeMemory(block->data);
     block->data = nullptr;
     block->dataLength = 0;
 }
@@ -173,13 +173,12 @@ const Field* FindField(uint16_t kind, const std::string& name) {
 }
 
 std::string NoSuchField(uint16_t kind, const std::string& field) {
-    char kindName[kBlockLineBytes];
-    FormatKindName(kindName, kind);
+    std::string kindName = FormatKindName(kind);
     std::string names;
     for (const Field& known : kFields)
         if (known.kind == kind) names.append(names.empty() ? "" : ", ").append(known.name);
-    if (names.empty()) return std::string(kindName) + " blocks can't be changed";
-    return std::string(kindName) + " blocks have no field " + field + ", but " + names;
+    if (names.empty()) return kindName + " blocks can't be changed";
+    return kindName + " blocks have no field " + field + ", but " + names;
 }
 
 }  // namespace

@@ -25,12 +25,11 @@ bool WriteBmp(File& file, ConstLockedBitmap bitmap) {
 
 }  // namespace
 
-bool WriteBmpFile(MemoryHandle image, const std::string& path) {
-    MemoryLock lock(image);
-    if (!lock) {
+bool WriteBmpFile(const MemoryHandle& image, const std::string& path) {
+    ImageLock bitmap(image);
+    if (!bitmap) {
         Complain(path, "out of memory");
         return false;
     }
-    const auto* bitmap = lock.As<const BitmapHeader>();
-    return WriteOutputFile(path, [bitmap](File& file) { return WriteBmp(file, bitmap); });
+    return WriteOutputFile(path, [&bitmap](File& file) { return WriteBmp(file, bitmap); });
 }

@@ -7,4 +7,4 @@
 
 // Writes a BMP file header and then the bitmap as it is in memory. False, with the reason on standard
 // error, when that fails; an existing file then stands.
-bool WriteBmpFile(MemoryHandle image, const std::string& path);
+bool WriteBmpFile(const MemoryHandle& image, const std::string& path);

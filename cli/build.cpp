@@ -2,18 +2,14 @@
 #include <algorithm>
 #include <cstdio>
 
-#include "cli/answers.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/document.h"
 #include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/terminal.h"
 #include "cli/usage.h"
 #include "editing/animation_build.h"
-#include "platform/file.h"
-#include "platform/prompts.h"
 
 namespace {
 
@@ -55,65 +51,58 @@ std::string TakeSettings(const Options& options, AnimationSettings* settings) {
     return "";
 }
 
-// A line that is written over and over, for people only.
-class ProgressLine {
+// The options' answers, and for people at a terminal a line that is written over and over.
+class BuildAnswers : public Questions {
 public:
-    ProgressLine() : shown_(ErrorsGoToTerminal()) {}
-    ~ProgressLine() {
+    explicit BuildAnswers(bool skipCorrupted) : skipCorrupted_(skipCorrupted), shown_(ErrorsGoToTerminal()) {}
+    ~BuildAnswers() override {
         if (width_ > 0) fprintf(stderr, "\r%*s\r", width_, "");
     }
-    ProgressLine(const ProgressLine&) = delete;
-    ProgressLine& operator=(const ProgressLine&) = delete;
 
-    void Show(int frame, int count) {
-        if (!shown_) return;
-        width_ = fprintf(stderr, "\rframe %d of %d", frame, count);
+    PaletteChoice ChoosePalette(const Block&) override { return PaletteChoice::kCancel; }  // no build asks
+    bool MayLeaveOut(const std::string&, Failure why) override { return skipCorrupted_ && IsCorrupted(why); }
+    void OnFile(size_t number, size_t count) override {
+        if (shown_) width_ = fprintf(stderr, "\rframe %zu of %zu", number, count);
     }
 
+    // A file that the system does not give is a mistake, and never left out.
+    static bool IsCorrupted(Failure why) { return why != Failure::kCantOpen && why != Failure::kCantRead; }
+
 private:
+    bool skipCorrupted_;
     bool shown_;
     int width_ = 0;  // of what is to be wiped in the end; blanks do that on every terminal
 };
 
-// Damaged files may be skipped, but a file that the system does not give is a mistake. False, told on standard error.
-bool CanBeOpened(const std::string& path) {
-    File file;
-    if (file.OpenForReading(path.c_str())) return true;
-    Complain(path, WhyNotOpened(path, file.Reason()));
-    return false;
-}
-
-BuildResult Build(const AnimationSettings& settings, const Words& files, bool skipCorrupted, Document* document) {
-    AnswerYesNo answer(skipCorrupted ? kAnswerYes : kAnswerNo);
-    ProgressLine line;
-    return BuildAnimation(nullptr, settings, files, &document->list,
-                          [&](int frame, int count) { line.Show(frame, count); });
+// Why there is no animation, in a line about one of the files.
+std::string WhyNotBuilt(const BuildResult& result, const std::string& file) {
+    std::string noPicture = WhyNoPicture(file, result.why, result.reason);
+    bool mayBeSkipped = BuildAnswers::IsCorrupted(result.why);
+    switch (result.outcome) {
+        case BuildOutcome::kFirstFileUnreadable:
+            return mayBeSkipped ? noPicture + ", so there is no palette to match" : noPicture;
+        case BuildOutcome::kFileRefused:
+            return mayBeSkipped ? noPicture + " (--skip-corrupted leaves such files out)" : noPicture;
+        case BuildOutcome::kStoppedByUser: return "stopped";
+        default: return "out of memory";
+    }
 }
 
 // Tells on standard error what went wrong or was left out. False when there is no animation to be saved.
 bool Report(const BuildResult& result, const Words& files, const std::string& out) {
-    for (size_t skipped : result.skipped) {
-        if (!CanBeOpened(files[skipped])) return false;
-        Complain(files[skipped], "note: " + WhyNoPicture(files[skipped]) + ", left out");
+    for (size_t skipped : result.skipped) Complain(files[skipped], "note: no readable GIF picture, left out");
+    if (result.outcome != BuildOutcome::kDone) {
+        Complain(files[result.file], WhyNotBuilt(result, files[result.file]));
+        return false;
     }
-    switch (result.outcome) {
-        case BuildOutcome::kDone:
-            if (result.skipped.size() < files.size()) return true;
-            Complain(out, "not written, as none of the files is a readable GIF picture");
-            return false;
-        case BuildOutcome::kFirstFileUnreadable:
-            Complain(files[0], WhyNoPicture(files[0]) + ", so there is no palette to match");
-            return false;
-        case BuildOutcome::kCorruptedFileRefused:
-            Complain(files[result.file],
-                     WhyNoPicture(files[result.file]) + " (--skip-corrupted leaves such files out)");
-            return false;
-        case BuildOutcome::kStoppedByUser: Complain(files[result.file], "stopped"); return false;
-        case BuildOutcome::kOutOfMemory:
-        case BuildOutcome::kListFailed: break;
-    }
-    Complain(files[result.file], "out of memory");
+    if (result.skipped.size() < files.size()) return true;
+    Complain(out, "not written, as none of the files is a readable GIF picture");
     return false;
+}
+
+BuildResult Build(const AnimationSettings& settings, const Words& files, bool skipCorrupted, BlockList* document) {
+    BuildAnswers answers(skipCorrupted);
+    return BuildAnimation(settings, files, document, answers);
 }
 
 }  // namespace
@@ -153,10 +142,9 @@ int RunBuild(const Words& words) {
     if (error.empty() && files.size() < kFewestFiles) error = "give at least two files";
     if (error.empty()) error = WrongNames(options);
     if (!error.empty()) return WrongUsage("build", error);
-    if (!std::all_of(files.begin(), files.end(), CanBeOpened)) return kExitFailed;
 
-    Document document;
+    BlockList document;
     BuildResult result = Build(settings, files, options.Has("--skip-corrupted"), &document);
     if (!Report(result, files, *out)) return kExitFailed;
-    return SaveDocument(&document.list, *out, options);
+    return SaveDocument(&document, *out, options);
 }

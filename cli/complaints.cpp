@@ -4,9 +4,16 @@
 #include <filesystem>
 
 #include "cli/printable.h"
-#include "gif/first_image.h"
 
 namespace fs = std::filesystem;
+
+namespace {
+
+fs::path PathOf(const std::string& utf8) {
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
+}  // namespace
 
 void Complain(const std::string& path, const std::string& what) {
     fprintf(stderr, "zephyr: %s: %s\n", Printable(path).c_str(), Printable(what).c_str());
@@ -14,7 +21,7 @@ void Complain(const std::string& path, const std::string& what) {
 
 std::string WhyNotOpened(const std::string& path, const std::string& reason) {
     std::error_code unknown;
-    fs::file_status status = fs::status(fs::u8path(path), unknown);
+    fs::file_status status = fs::status(PathOf(path), unknown);
     if (status.type() == fs::file_type::not_found) return "can't be opened: there is no such file";
     if (fs::is_directory(status)) return "can't be opened: it is a folder";
     return "can't be opened: " + reason;
@@ -26,7 +33,7 @@ std::string WhyNotRead(const std::string& reason) {
 
 std::string WhyNotWritten(const std::string& path, const std::string& reason) {
     std::error_code unknown;
-    fs::path target = fs::u8path(path);
+    fs::path target = PathOf(path);
     fs::path folder = target.parent_path();
     if (fs::is_directory(target, unknown)) return "can't be written: it is a folder";
     if (!folder.empty() && fs::status(folder, unknown).type() == fs::file_type::not_found)
@@ -34,10 +41,7 @@ std::string WhyNotWritten(const std::string& path, const std::string& reason) {
     return "can't be written: " + reason;
 }
 
-std::string WhyNoPicture(const std::string& path) {
-    File file;
-    if (!file.OpenForReading(path.c_str())) return WhyNotOpened(path, file.Reason());
-    int depth;
-    OwnedMemory image(ReadFirstImage(file, &depth));
-    return file.HasFailed() ? WhyNotRead(file.Reason()) : "no readable GIF picture";
+std::string WhyNoPicture(const std::string& path, Failure why, const std::string& reason) {
+    if (why == Failure::kCantOpen) return WhyNotOpened(path, reason);
+    return why == Failure::kCantRead ? WhyNotRead(reason) : "no readable GIF picture";
 }

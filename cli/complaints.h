@@ -3,6 +3,8 @@
 
 #include <string>
 
+#include "platform/result.h"
+
 // Prints "zephyr: <path>: <what>".
 void Complain(const std::string& path, const std::string& what);
 
@@ -12,5 +14,5 @@ std::string WhyNotOpened(const std::string& path, const std::string& reason);
 std::string WhyNotRead(const std::string& reason);
 std::string WhyNotWritten(const std::string& path, const std::string& reason);
 
-// Why no picture came from a GIF file, which is read again to find that out.
-std::string WhyNoPicture(const std::string& path);
+// Why no picture came from a file.
+std::string WhyNoPicture(const std::string& path, Failure why, const std::string& reason);

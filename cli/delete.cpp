@@ -4,13 +4,13 @@
 
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/document.h"
+#include "cli/loaded_file.h"
 #include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
-#include "platform/prompts.h"
 #include "resources/string_ids.h"
+#include "resources/strings.h"
 
 namespace {
 
@@ -24,17 +24,16 @@ std::string ReadIndexes(const Words& operands, std::vector<uint32_t>* indexes) {
     return "";
 }
 
-bool Delete(BlockList* list, const std::vector<uint32_t>& indexes, const std::string& path) {
-    Block block;
+bool Delete(LoadedFile* file, const std::vector<uint32_t>& indexes, const std::string& path) {
     for (uint32_t index : {indexes.back(), indexes.front()}) {
-        if (!FindBlock(*list, path, index, &block)) return false;
-        if (block.kind != kHeaderBlock) continue;
+        const Block* block = file->At(index);
+        if (!block) return false;
+        if (block->kind != kHeaderBlock) continue;
         Complain(path, LoadStr(IDS_HEADER_FIXED));
         return false;
     }
-    if (DeleteBlocks(list, indexes)) return true;
-    Complain(path, LoadStr(IDS_BLOCK_ACCESS));
-    return false;
+    RemoveBlocks(&file->list, indexes);
+    return true;
 }
 
 }  // namespace
@@ -60,8 +59,8 @@ int RunDelete(const Words& words) {
     if (operands.size() < 3) return WrongUsage("delete", "give IN, OUT and at least one INDEX");
     std::vector<uint32_t> indexes;
     if (std::string wrong = ReadIndexes(operands, &indexes); !wrong.empty()) return WrongUsage("delete", wrong);
-    Document document;
-    if (!document.Open(operands[0], options)) return kExitFailed;
-    if (!Delete(&document.list, indexes, operands[0])) return kExitFailed;
-    return SaveDocument(&document.list, operands[1], options);
+    LoadedFile file;
+    if (!file.Open(operands[0], options)) return kExitFailed;
+    if (!Delete(&file, indexes, operands[0])) return kExitFailed;
+    return SaveDocument(&file.list, operands[1], options);
 }

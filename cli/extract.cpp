@@ -1,7 +1,7 @@
 // zephyr extract: the picture of one image block.
 #include "cli/bmp_file.h"
 #include "cli/commands.h"
-#include "cli/image_block.h"
+#include "cli/loaded_file.h"
 #include "cli/options.h"
 #include "cli/usage.h"
 
@@ -20,8 +20,7 @@ int RunExtract(const Words& words) {
     uint32_t index;
     std::string error;
     if (!ParseIndex(operands[1], &index, &error)) return WrongUsage("extract", error);
-    Document document;
-    Block image;
-    if (!OpenImageBlock(operands[0], index, options, &document, &image)) return kExitFailed;
-    return WriteBmpFile(image.data, operands[2]) ? kExitDone : kExitFailed;
+    LoadedFile file;
+    const Block* image = file.Open(operands[0], options) ? file.ImageAt(index) : nullptr;
+    return image && WriteBmpFile(image->data, operands[2]) ? kExitDone : kExitFailed;
 }

@@ -1,16 +1,15 @@
 // zephyr insert: new blocks, as the editor's Insert command makes them.
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/document.h"
+#include "cli/loaded_file.h"
 #include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
 #include "editing/palette_match.h"
 #include "gif/default_blocks.h"
-#include "gif/first_image.h"
-#include "platform/prompts.h"
 #include "resources/string_ids.h"
+#include "resources/strings.h"
 
 namespace {
 
@@ -24,18 +23,35 @@ constexpr KindName kKindNames[] = {
     {"plaintext", kPlainTextBlock}, {"loop", kLoopBlock},
 };
 
-struct PaletteOption {
+// What to do with images whose colours are not the document's.
+enum class Colours { kNotSaid, kRemap, kDither, kKeep };
+
+struct ColourOption {
     const char* option;
-    int choice;
+    Colours colours;
 };
 
-constexpr PaletteOption kPaletteOptions[] = {
-    {"--remap", kPaletteRemap}, {"--dither", kPaletteDither}, {"--keep", kPaletteKeepAsLocal}};
+constexpr ColourOption kColourOptions[] = {
+    {"--remap", Colours::kRemap}, {"--dither", Colours::kDither}, {"--keep", Colours::kKeep}};
+
+class InsertAnswers : public Questions {
+public:
+    explicit InsertAnswers(Colours colours) : colours_(colours) {}
+    PaletteChoice ChoosePalette(const Block&) override {
+        if (colours_ == Colours::kRemap) return PaletteChoice::kRemap;
+        return colours_ == Colours::kDither ? PaletteChoice::kDither : PaletteChoice::kCancel;
+    }
+    bool KeepsColours() override { return colours_ == Colours::kKeep; }
+    bool MayLeaveOut(const std::string&, Failure) override { return false; }
+
+private:
+    Colours colours_;
+};
 
 // What the words ask for.
 struct Order {
     uint16_t kind = kEmptyBlock;
-    int paletteChoice = kAskForPalette;
+    Colours colours = Colours::kNotSaid;
     uint32_t place = 0;  // the block behind which the new ones come
     Words files;         // the images
 };
@@ -51,15 +67,15 @@ std::string ReadOrder(const Options& options, Order* order) {
         if (kind && *kind == known.name) order->kind = known.kind;
     if (order->kind == kEmptyBlock) return "give --kind and image, control, comment, plaintext or loop";
 
-    for (const PaletteOption& known : kPaletteOptions) {
+    for (const ColourOption& known : kColourOptions) {
         if (!options.Has(known.option)) continue;
-        if (order->paletteChoice != kAskForPalette) return "give one of --remap, --dither and --keep";
-        order->paletteChoice = known.choice;
+        if (order->colours != Colours::kNotSaid) return "give one of --remap, --dither and --keep";
+        order->colours = known.colours;
     }
     bool images = order->kind == kImageBlock;
     if (images && order->files.empty()) return "give at least one image FILE";
     if (!images && !order->files.empty()) return "a FILE is for --kind image only";
-    if (!images && order->paletteChoice != kAskForPalette) return "--remap, --dither and --keep are for images only";
+    if (!images && order->colours != Colours::kNotSaid) return "--remap, --dither and --keep are for images only";
     const std::string* at = options.Value("--at");
     if (!at && order->kind != kLoopBlock) return "give --at and the number of a block";
     std::string error = WrongNames(options);
@@ -67,66 +83,48 @@ std::string ReadOrder(const Options& options, Order* order) {
     return error;
 }
 
-// Why no image came from the file.
-std::string WhyNotInserted(const std::string& path) {
-    File file;
-    int depth;
-    OwnedMemory image(file.OpenForReading(path.c_str()) ? ReadFirstImage(file, &depth) : nullptr);
-    if (!image) return WhyNoPicture(path);
-    if (paletteChoiceForInsert != kAskForPalette) return "out of memory";
-    return "its colours are not the document's: give --remap, --dither or --keep";
-}
-
-bool OutOfMemory(const std::string& path) {
-    Complain(path, "out of memory");
-    return false;
-}
-
-// Appends the image of the file at `path` to `images`, fitted to `document`.
-bool TakeImage(BlockList* document, const std::string& path, BlockList* images) {
-    Block image;
-    if (!MakeDefaultBlock(nullptr, document, &image, kImageBlock, nullptr, path.c_str())) {
-        Complain(path, WhyNotInserted(path));
-        return false;
+// Why the image of the file can't join the document.
+std::string WhyNotInserted(const std::string& path, const Result<Block>& image) {
+    switch (image.Why()) {
+        case Failure::kCancelled: return "its colours are not the document's: give --remap, --dither or --keep";
+        case Failure::kNoMemory: return "out of memory";
+        default: return WhyNoPicture(path, image.Why(), image.Reason());
     }
-    if (AppendBlock(images, &image)) return true;
-    FreeBlock(&image);
-    return OutOfMemory(path);
-}
-
-// All at once, so that the blocks behind them move only once.
-bool InsertImages(BlockList* list, uint32_t place, const Words& files, const std::string& path) {
-    OwnedBlockList images;
-    if (!CreateBlockList(&images)) return OutOfMemory(path);
-    for (const std::string& file : files)
-        if (!TakeImage(list, file, &images)) return false;
-    return InsertBlocks(list, place + 1, &images) || OutOfMemory(path);
 }
 
 // Why the document can't take a block of the kind, or an empty text.
 std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
     if (kind == kLoopBlock && HasLoopBlock(list)) return LoadStr(IDS_SECOND_LOOP);
-    if (kind == kPlainTextBlock && !FindGlobalPalette(list, nullptr))
+    if (kind == kPlainTextBlock && FindGlobalPalette(list).depth == 0)
         return "there is no global palette, whose colours a plain text block needs";
     return "";
 }
 
-bool InsertOther(BlockList* list, uint32_t place, uint16_t kind, const std::string& path) {
-    std::string reason = WhyNotAllowed(*list, kind);
-    if (!reason.empty()) {
-        Complain(path, reason);
-        return false;
+// Makes the blocks that are to be inserted. False, with the reason on standard error, when one can't be had.
+bool MakeBlocks(BlockList* list, const Order& order, const std::string& path, std::vector<Block>* blocks) {
+    InsertAnswers answers(order.colours);
+    for (const std::string& file : order.files) {
+        Result<Block> image = ImportImage(list, file, answers);
+        if (!image) return Complain(file, WhyNotInserted(file, image)), false;
+        blocks->push_back(*image);
     }
-    int selection = static_cast<int>(place);
-    return InsertBlock(nullptr, list, &selection, kind, nullptr, nullptr);
+    if (order.kind == kImageBlock) return true;
+    std::string reason = WhyNotAllowed(*list, order.kind);
+    if (!reason.empty()) return Complain(path, reason), false;
+    Result<Block> block = MakeBlock(list, order.kind);
+    if (!block) return Complain(path, "out of memory"), false;
+    blocks->push_back(*block);
+    return true;
 }
 
-bool Insert(BlockList* list, const Order& order, const std::string& path) {
-    Block block;
-    if (!FindBlock(*list, path, order.place, &block)) return false;
-    paletteChoiceForInsert = order.paletteChoice;
-    if (order.kind == kImageBlock) return InsertImages(list, order.place, order.files, path);
-    return InsertOther(list, order.kind == kLoopBlock ? 0 : order.place, order.kind, path);
+// All at once, so that the blocks behind them move only once.
+bool Insert(LoadedFile* file, const Order& order, const std::string& path) {
+    std::vector<Block> blocks;
+    if (!file->At(order.place) || !MakeBlocks(&file->list, order, path, &blocks)) return false;
+    int selection = order.kind == kLoopBlock ? 0 : static_cast<int>(order.place);
+    if (InsertBlocks(&file->list, &selection, blocks)) return true;
+    Complain(path, "out of memory");
+    return false;
 }
 
 }  // namespace
@@ -171,7 +169,7 @@ int RunInsert(const Words& words) {
     if (!error.empty()) return WrongUsage("insert", error);
 
     const std::string& in = options.Operands()[0];
-    Document document;
-    if (!document.Open(in, options) || !Insert(&document.list, order, in)) return kExitFailed;
-    return SaveDocument(&document.list, options.Operands()[1], options);
+    LoadedFile file;
+    if (!file.Open(in, options) || !Insert(&file, order, in)) return kExitFailed;
+    return SaveDocument(&file.list, options.Operands()[1], options);
 }

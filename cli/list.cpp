@@ -2,8 +2,8 @@
 #include <cstdio>
 
 #include "cli/commands.h"
-#include "cli/document.h"
 #include "cli/json.h"
+#include "cli/loaded_file.h"
 #include "cli/options.h"
 #include "cli/printable.h"
 #include "cli/usage.h"
@@ -14,18 +14,10 @@
 namespace {
 
 std::string LineOf(const Block& block) {
-    char text[kBlockLineBytes];
-    FormatBlockLine(text, block);
-    std::string line = text;
+    std::string line = FormatBlockLine(block);
     size_t separator = line.find(kBlockLineSeparator);  // later ones belong to the text
     if (separator != std::string::npos) line.erase(separator, 1);
     return Utf8FromWindows1252(line);
-}
-
-std::string KindNameOf(const Block& block) {
-    char name[kBlockLineBytes];
-    FormatKindName(name, block.kind);
-    return name;
 }
 
 bool HasText(const Block& block) {
@@ -43,24 +35,24 @@ std::string PaletteField(const Block& block) {
     if (!isHeader && block.kind != kImageBlock) return "";
     uint8_t packed = isHeader ? GetHeaderFields(block).packed : GetImageFields(block).packed;
     if (!(packed & kHasPalette)) return "";
-    return ", \"palette\": " + JsonHex(reinterpret_cast<const uint8_t*>(block.palette), kPaletteBytes);
+    return ", \"palette\": " + JsonHex(reinterpret_cast<const uint8_t*>(block.palette.Colours()), kPaletteBytes);
 }
 
 std::string NameField(const Block& block) {
-    char name[kNameBytes];
-    return GetBlockName(name, block) ? ", \"name\": " + JsonText(Utf8FromWindows1252(name)) : "";
+    std::optional<std::string> name = GetBlockName(block);
+    return name ? ", \"name\": " + JsonText(Utf8FromWindows1252(*name)) : "";
 }
 
 std::string ImageField(const Block& block) {
-    int width, height, bitCount;
-    if (!GetImageInfo(block.data, &width, &height, &bitCount, nullptr)) return "";
-    return ", \"image\": {\"width\": " + std::to_string(width) + ", \"height\": " + std::to_string(height) +
-           ", \"bitCount\": " + std::to_string(bitCount) + "}";
+    std::optional<ImageInfo> info = GetImageInfo(block.data);
+    if (!info) return "";
+    return ", \"image\": {\"width\": " + std::to_string(info->width) + ", \"height\": " +
+           std::to_string(info->height) + ", \"bitCount\": " + std::to_string(info->bitCount) + "}";
 }
 
 std::string JsonOf(const Block& block, uint32_t index) {
     std::string json = "{\"position\": " + std::to_string(index) + ", \"kind\": " + std::to_string(block.kind);
-    json += ", \"kindName\": " + JsonText(KindNameOf(block));
+    json += ", \"kindName\": " + JsonText(FormatKindName(block.kind));
     json += ", \"line\": " + JsonText(LineOf(block));
     json += ", \"descriptor\": " + JsonHex(block.descriptor, kDescriptorBytes);
     json += ", \"dataLength\": " + std::to_string(HasText(block) ? block.dataLength : 0);
@@ -71,19 +63,14 @@ std::string JsonOf(const Block& block, uint32_t index) {
 }
 
 void PrintLines(const BlockList& list) {
-    ForEachBlock(list, [](const Block& block, uint32_t) {
-        puts(Printable(LineOf(block)).c_str());
-        return true;
-    });
+    for (const Block& block : list.All()) puts(Printable(LineOf(block)).c_str());
 }
 
-void PrintJson(const Document& document) {
-    printf("{\"result\": %d, \"complete\": %s, \"ended\": %s, \"blocks\": [", static_cast<int>(document.result),
-           document.report.reachedTrailer ? "true" : "false", JsonText(WhereLoadEnded(document)).c_str());
-    ForEachBlock(document.list, [](const Block& block, uint32_t index) {
-        printf("%s%s", index ? ", " : "", JsonOf(block, index).c_str());
-        return true;
-    });
+void PrintJson(const LoadedFile& file) {
+    printf("{\"result\": %d, \"complete\": %s, \"ended\": %s, \"blocks\": [", static_cast<int>(file.result),
+           file.report.reachedTrailer ? "true" : "false", JsonText(file.WhereLoadEnded()).c_str());
+    for (uint32_t index = 0; index < file.list.count; ++index)
+        printf("%s%s", index ? ", " : "", JsonOf(file.list.blocks[index], index).c_str());
     puts("]}");
 }
 
@@ -108,11 +95,11 @@ int RunList(const Words& words) {
     Options options(words, {"--json", "--strict"}, {});
     if (!options.Error().empty()) return WrongUsage("list", options.Error());
     if (options.Operands().size() != 1) return WrongUsage("list", "give one FILE");
-    Document document;
-    bool done = document.Open(options.Operands()[0], options);
+    LoadedFile file;
+    bool done = file.Open(options.Operands()[0], options);
     if (options.Has("--json"))
-        PrintJson(document);
+        PrintJson(file);
     else
-        PrintLines(document.list);
+        PrintLines(file.list);
     return FlushOutput() && done ? kExitDone : kExitFailed;
 }

@@ -4,9 +4,10 @@
 #include <string>
 
 #include "cli/options.h"
+#include "platform/identity.h"
 
 // What is wrong with the names that are given, or an empty text.
 std::string WrongNames(const Options& options);
 
-// Makes the names that are given those of the user. One that is not given is the system's, empty where that has none.
-void UseNames(const Options& options);
+// The names that are given. One that is not given is the system's, empty where that has none.
+Identity NamesOf(const Options& options);

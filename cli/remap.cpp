@@ -3,7 +3,7 @@
 #include "cli/bmp_file.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/image_block.h"
+#include "cli/loaded_file.h"
 #include "cli/options.h"
 #include "cli/usage.h"
 #include "imaging/dither.h"
@@ -12,13 +12,14 @@
 namespace {
 
 // A picture of two colours has nothing to dither and is remapped either way.
-MemoryHandle FitToPalette(MemoryHandle image, int kind, bool dither) {
+Result<MemoryHandle> FitToPalette(const MemoryHandle& image, int kind, bool dither) {
     RgbTriples colours;
-    int depth, bitCount;
+    int depth;
     StandardPalette(colours, &depth, kind);
-    if (!GetImageInfo(image, nullptr, nullptr, &bitCount, nullptr)) return nullptr;
-    auto convert = dither && bitCount > 1 ? DitherImage : RemapImage;
-    return convert(image, colours, depth, 0);
+    std::optional<ImageInfo> info = GetImageInfo(image);
+    if (!info) return Failure::kNoMemory;
+    auto convert = dither && info->bitCount > 1 ? DitherImage : RemapImage;
+    return convert(image, colours, depth, nullptr);
 }
 
 }  // namespace
@@ -51,13 +52,13 @@ int RunRemap(const Words& words) {
     uint32_t index;
     std::string error;
     if (!ParseIndex(operands[1], &index, &error)) return WrongUsage("remap", error);
-    Document document;
-    Block image;
-    if (!OpenImageBlock(operands[0], index, options, &document, &image)) return kExitFailed;
-    OwnedMemory fitted(FitToPalette(image.data, static_cast<int>(kind), options.Has("--dither")));
+    LoadedFile file;
+    const Block* image = file.Open(operands[0], options) ? file.ImageAt(index) : nullptr;
+    if (!image) return kExitFailed;
+    Result<MemoryHandle> fitted = FitToPalette(image->data, static_cast<int>(kind), options.Has("--dither"));
     if (!fitted) {
         Complain(operands[0], "out of memory");
         return kExitFailed;
     }
-    return WriteBmpFile(fitted.Get(), operands[2]) ? kExitDone : kExitFailed;
+    return WriteBmpFile(*fitted, operands[2]) ? kExitDone : kExitFailed;
 }

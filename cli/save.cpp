@@ -1,6 +1,6 @@
 // zephyr save: a document read and written again.
 #include "cli/commands.h"
-#include "cli/document.h"
+#include "cli/loaded_file.h"
 #include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
@@ -21,7 +21,7 @@ int RunSave(const Words& words) {
     if (!options.Error().empty()) return WrongUsage("save", options.Error());
     if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("save", wrong);
     if (options.Operands().size() != 2) return WrongUsage("save", "give IN and OUT");
-    Document document;
-    if (!document.Open(options.Operands()[0], options)) return kExitFailed;
-    return SaveDocument(&document.list, options.Operands()[1], options);
+    LoadedFile file;
+    if (!file.Open(options.Operands()[0], options)) return kExitFailed;
+    return SaveDocument(&file.list, options.Operands()[1], options);
 }

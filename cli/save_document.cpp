@@ -8,12 +8,12 @@
 #include "gif/logical_screen.h"
 
 int SaveDocument(BlockList* list, const std::string& path, const Options& options) {
-    UseNames(options);
     if (!FitLogicalScreen(list)) {
         Complain(path, "can't be written: not enough memory");
         return kExitFailed;
     }
-    if (!WriteOutputFile(path, [list](File& file) { return WriteGif(*list, file); })) return kExitFailed;
+    const Identity user = NamesOf(options);
+    if (!WriteOutputFile(path, [&](File& file) { return WriteGif(*list, file, user); })) return kExitFailed;
     WarnOfLosses(*list, path);
     return kExitDone;
 }

@@ -41,10 +41,8 @@ constexpr Loss kLosses[] = {
 void Warn(const BlockList& list, const Loss& loss, const std::string& path) {
     uint32_t first = 0;
     uint32_t count = 0;
-    ForEachBlock(list, [&](const Block& block, uint32_t index) {
-        if (loss.strikes(block) && count++ == 0) first = index;
-        return true;
-    });
+    for (uint32_t index = 0; index < list.count; ++index)
+        if (loss.strikes(list.blocks[index]) && count++ == 0) first = index;
     if (count == 0) return;
     std::string more = count > 1 ? " and " + std::to_string(count - 1) + " more" : "";
     Complain(path, "warning: block " + std::to_string(first) + more + ": " + loss.what);

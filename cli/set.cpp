@@ -4,7 +4,7 @@
 #include "cli/block_fields.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/document.h"
+#include "cli/loaded_file.h"
 #include "cli/names.h"
 #include "cli/options.h"
 #include "cli/save_document.h"
@@ -27,18 +27,12 @@ std::string ReadAssignments(const Words& operands, std::vector<Assignment>* assi
     return "";
 }
 
-// Changes the block where it is: it gives up its old text before another field may fail. Returns the exit status.
-int SetFields(const BlockList& list, uint32_t index, const std::string& path,
-              const std::vector<Assignment>& assignments) {
-    Block block;
-    if (!FindBlock(list, path, index, &block)) return kExitFailed;
-    MemoryLock lock(list.blocks);
-    if (!lock) {
-        Complain(path, "out of memory");
-        return kExitFailed;
-    }
+// Returns the exit status.
+int SetFields(LoadedFile* file, uint32_t index, const std::string& path, const std::vector<Assignment>& assignments) {
+    Block* block = file->At(index);
+    if (!block) return kExitFailed;
     for (const Assignment& given : assignments) {
-        FieldRefusal refusal = SetBlockField(&lock.As<Block>()[index], given.field, given.value);
+        FieldRefusal refusal = SetBlockField(block, given.field, given.value);
         if (refusal.wrongWords) return WrongUsage("set", refusal.text);
         if (refusal.text.empty()) continue;
         Complain(path, "block " + std::to_string(index) + ": " + refusal.text);
@@ -48,12 +42,8 @@ int SetFields(const BlockList& list, uint32_t index, const std::string& path,
 }
 
 // Tells when the screen was set to something else than what the images need.
-void WarnOfScreen(const BlockList& saved, const Block& asked, uint32_t index,
-                  const std::vector<Assignment>& assignments, const std::string& path) {
-    Block header;
-    if (index != 0 || !GetBlock(saved, &header, 0)) return;
-    HeaderFields wanted = GetHeaderFields(asked);
-    HeaderFields kept = GetHeaderFields(header);
+void WarnOfScreen(const HeaderFields& kept, const HeaderFields& wanted, const std::vector<Assignment>& assignments,
+                  const std::string& path) {
     auto warn = [&](const char* field, uint16_t wish, uint16_t fact) {
         bool isAsked = std::any_of(assignments.begin(), assignments.end(),
                                    [field](const Assignment& given) { return given.field == field; });
@@ -108,13 +98,13 @@ int RunSet(const Words& words) {
     uint32_t index;
     std::string error;
     if (!ParseIndex(operands[2], &index, &error)) return WrongUsage("set", error);
-    Document document;
-    if (!document.Open(operands[0], options)) return kExitFailed;
-    int status = SetFields(document.list, index, operands[0], assignments);
+    LoadedFile file;
+    if (!file.Open(operands[0], options)) return kExitFailed;
+    int status = SetFields(&file, index, operands[0], assignments);
     if (status != kExitDone) return status;
-    Block asked = {};
-    GetBlock(document.list, &asked, 0);
-    status = SaveDocument(&document.list, operands[1], options);
-    if (status == kExitDone) WarnOfScreen(document.list, asked, index, assignments, operands[1]);
+    const HeaderFields wanted = GetHeaderFields(file.list.blocks[0]);
+    status = SaveDocument(&file.list, operands[1], options);
+    if (status == kExitDone && index == 0)
+        WarnOfScreen(GetHeaderFields(file.list.blocks[0]), wanted, assignments, operands[1]);
     return status;
 }

@@ -1,7 +1,6 @@
 #include "editing/block_queries.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "gif/descriptor.h"
 
@@ -11,71 +10,60 @@ bool HasLocalPalette(const Block& image) {
     return (GetImageFields(image).packed & kHasPalette) != 0;
 }
 
-void SetLocalPalette(Block* image, const RgbTriple* palette) {
-    ImageFields fields = GetImageFields(*image);
-    fields.packed |= kHasPalette;
-    PutImageFields(image, fields);
-    memcpy(image->palette, palette, kPaletteBytes);
+bool UsesGlobalPalette(const Block& block) {
+    return block.kind == kImageBlock && !HasLocalPalette(block);
 }
 
 }  // namespace
 
-bool GetHeader(const BlockList& list, Block* header) {
-    int index = FindHeader(list);
-    return index >= 0 && GetBlock(list, header, static_cast<uint32_t>(index));
-}
-
 bool ImagesUseGlobalPalette(const BlockList& list) {
-    bool found = false;
-    ForEachBlock(list, [&](const Block& block, uint32_t) {
-        found = block.kind == kImageBlock && !HasLocalPalette(block);
-        return !found;
-    });
-    return found;
+    return std::ranges::any_of(list.All(), UsesGlobalPalette);
 }
 
-bool CopyGlobalPaletteToImages(BlockList* list, const RgbTriple* palette) {
-    return ForEachBlock(*list, [palette](Block& block, uint32_t) {
-        if (block.kind == kImageBlock && !HasLocalPalette(block)) SetLocalPalette(&block, palette);
-        return true;
-    });
+void CopyGlobalPaletteToImages(BlockList* list, const Palette& palette) {
+    for (Block& block : list->All()) {
+        if (!UsesGlobalPalette(block)) continue;
+        ImageFields fields = GetImageFields(block);
+        fields.packed |= kHasPalette;
+        PutImageFields(&block, fields);
+        block.palette = palette;
+    }
 }
 
 bool HasColours(const Block& header) {
-    return std::any_of(header.palette, header.palette + ColoursOfPacked(GetHeaderFields(header).packed),
+    const RgbTriple* colours = header.palette;
+    return std::any_of(colours, colours + ColoursOfPacked(GetHeaderFields(header).packed),
                        [](RgbTriple colour) { return colour != RgbTriple{}; });
 }
 
-bool FindNextImage(const BlockList& list, uint32_t from, Block* image) {
-    for (uint32_t i = from; GetBlock(list, image, i); ++i)
-        if (image->kind == kImageBlock) return true;
-    return false;
+const Block* FindNextImage(const BlockList& list, uint32_t from) {
+    for (uint32_t i = from; i < list.count; ++i)
+        if (list.blocks[i].kind == kImageBlock) return &list.blocks[i];
+    return nullptr;
 }
 
-bool FindPreviousImage(const BlockList& list, uint32_t index, Block* image) {
-    for (uint32_t i = index; i-- > 1;)
-        if (GetBlock(list, image, i) && image->kind == kImageBlock) return true;
-    return false;
+const Block* FindPreviousImage(const BlockList& list, uint32_t index) {
+    for (uint32_t i = std::min(index, list.count); i-- > 1;)
+        if (list.blocks[i].kind == kImageBlock) return &list.blocks[i];
+    return nullptr;
 }
 
-int GetGlobalPalette(const BlockList& list, RgbTriple* palette) {
-    Block header;
-    if (!GetHeader(list, &header)) return 0;
-    uint8_t packed = GetHeaderFields(header).packed;
-    if (!(packed & kHasPalette)) return 0;
-    if (palette) memcpy(palette, header.palette, kPaletteBytes);
-    return DepthOfPacked(packed);
+GlobalPalette GetGlobalPalette(const BlockList& list) {
+    const Block* header = FindHeader(list);
+    uint8_t packed = header ? GetHeaderFields(*header).packed : 0;
+    return packed & kHasPalette ? GlobalPalette{header->palette, DepthOfPacked(packed)} : GlobalPalette();
 }
 
 bool BorrowPalette(Block* block) {
-    Block image;
-    if (FindNextImage(*block->owner, block->position, &image) && HasLocalPalette(image)) {
-        memcpy(block->palette, image.palette, kPaletteBytes);
-        block->paletteBits = static_cast<uint16_t>(DepthOfPacked(GetImageFields(image).packed));
+    const Block* image = FindNextImage(*block->owner, block->position);
+    if (image && HasLocalPalette(*image)) {
+        block->palette = image->palette;
+        block->paletteBits = static_cast<uint16_t>(DepthOfPacked(GetImageFields(*image).packed));
         return true;
     }
-    int depth = GetGlobalPalette(*block->owner, block->palette);
-    if (depth == 0) return false;
-    block->paletteBits = static_cast<uint16_t>(depth);
+    GlobalPalette global = GetGlobalPalette(*block->owner);
+    if (global.depth == 0) return false;
+    block->palette = global.colours;
+    block->paletteBits = static_cast<uint16_t>(global.depth);
     return true;
 }

@@ -3,80 +3,87 @@
 #include <algorithm>
 #include <cstring>
 
-#include "editing/block_queries.h"
+#include "gif/default_blocks.h"
 #include "gif/descriptor.h"
-#include "gif/image_import.h"
 #include "imaging/dither.h"
 #include "imaging/remap.h"
-#include "platform/prompts.h"
-#include "resources/string_ids.h"
-
-int paletteChoiceForInsert = kAskForPalette;
 
 namespace {
 
-bool ReportOutOfMemory(WindowHandle owner) {
-    ShowMessage(owner, LoadStr(IDS_OUT_OF_MEMORY));
-    return false;
-}
-
 // All entries of the image's colour table count, also those that its pixels can't reach.
-bool PalettesMatch(const Block& header, int bitCount, const RgbTriple* colours) {
-    return bitCount <= 8 && memcmp(header.palette, colours, sizeof(RgbTriple) << bitCount) == 0;
+bool PalettesMatch(const Block& header, ConstLockedBitmap bitmap) {
+    RgbTriples colours;
+    if (bitmap->bitCount > 8) return false;
+    auto bytes = sizeof(RgbTriple) * static_cast<size_t>(GetImagePalette(bitmap, colours));
+    return memcmp(header.palette.Colours(), colours, bytes) == 0;
 }
 
-// Replaces the image's bitmap by one in the header's colours. Not abortable: the press of a hasty double click on the
-// dialog's button may still be in the queue.
-bool ConvertToPalette(const Block& header, bool dither, Block* image) {
+// Replaces the image's bitmap by one in the header's colours. Not to be stopped: the press of a hasty double click on
+// the question's button may still be in the queue.
+Failure ConvertToPalette(const Block& header, bool dither, Block* image) {
     int depth = DepthOfPacked(GetHeaderFields(header).packed);
     auto convert = dither ? DitherImage : RemapImage;
-    MemoryHandle converted = convert(image->data, header.palette, depth, 0);
-    if (!converted) return false;
-    FreeMemory(image->data);
-    image->data = converted;
-    memcpy(image->palette, header.palette, kPaletteBytes);
-    return true;
+    Result<MemoryHandle> converted = convert(image->data, header.palette, depth, nullptr);
+    if (!converted) return converted.Why();
+    image->data = *converted;
+    image->palette = header.palette;
+    return Failure::kNone;
 }
 
-bool DescribeBitmap(bool needsLocalPalette, Block* image) {
-    int width, height, bitCount;
-    if (!GetImageInfo(image->data, &width, &height, &bitCount, nullptr)) return false;
+// Lets the image have its own colours, the document's, or what is chosen. `*local` tells whether it needs a palette of
+// its own then.
+Failure FitToDocument(const Block& header, Questions& questions, Block* image, bool* local) {
+    const uint8_t packed = GetHeaderFields(header).packed;
+    // An image without any palette to be shown in makes a file that nobody can read.
+    *local = !(packed & kHasPalette);
+    ImageLock bitmap(image->data);
+    if (!bitmap) return Failure::kNoMemory;
+    bool matches = PalettesMatch(header, bitmap);
+    if (questions.KeepsColours()) {
+        // Black entries match those that a smaller palette does not even have.
+        bool fits = DepthOfPacked(GetImageFields(*image).packed) <= DepthOfPacked(packed);
+        *local |= !matches || !fits;
+        return Failure::kNone;
+    }
+    PaletteChoice choice = matches ? PaletteChoice::kKeepPixels : questions.ChoosePalette(*image);
+    if (choice == PaletteChoice::kCancel) return Failure::kCancelled;
+    if (choice == PaletteChoice::kKeepPixels) return Failure::kNone;
+    return ConvertToPalette(header, choice == PaletteChoice::kDither && bitmap->bitCount > 1, image);
+}
+
+Failure DescribeBitmap(bool local, Block* image) {
+    std::optional<ImageInfo> info = GetImageInfo(image->data);
+    if (!info) return Failure::kNoMemory;
     ImageFields fields = GetImageFields(*image);
-    fields.width = static_cast<uint16_t>(width);
-    fields.height = static_cast<uint16_t>(height);
-    fields.packed = WithDepth(fields.packed, std::min(bitCount, 8));
-    if (needsLocalPalette) fields.packed |= kHasPalette;
+    fields.width = static_cast<uint16_t>(info->width);
+    fields.height = static_cast<uint16_t>(info->height);
+    fields.packed = WithDepth(fields.packed, std::min(info->bitCount, 8));
+    if (local) fields.packed |= kHasPalette;
     PutImageFields(image, fields);
-    return true;
+    return Failure::kNone;
+}
+
+bool NameAfterFile(const std::string& path, Block* block) {
+    return SetBlockNameFromUtf8(std::string_view(path).substr(path.find_last_of("/\\:") + 1), block);
 }
 
 }  // namespace
 
-int AskPaletteChoice(WindowHandle owner, const Block& image) {
-    return paletteChoiceForInsert != kAskForPalette ? paletteChoiceForInsert : RunPaletteDialog(owner, image);
+Failure MatchImportedPalette(const BlockList& document, Block* image, Questions& questions) {
+    const Block* header = FindHeader(document);
+    if (!header) return Failure::kNoBlock;
+    bool local;
+    Failure failure = FitToDocument(*header, questions, image, &local);
+    return failure == Failure::kNone ? DescribeBitmap(local, image) : failure;
 }
 
-bool MatchImportedPalette(WindowHandle owner, BlockList* document, Block* image) {
-    Block header;
-    if (!GetHeader(*document, &header)) return false;
-    RgbTriples colours;
-    int bitCount;
-    if (!GetImageInfo(image->data, nullptr, nullptr, &bitCount, colours)) return false;
-
-    // An image without any palette to be shown in makes a file that nobody can read.
-    bool needsLocalPalette = !(GetHeaderFields(header).packed & kHasPalette);
-    if (!PalettesMatch(header, bitCount, colours)) {
-        int choice = AskPaletteChoice(owner, *image);
-        if (choice == kPaletteCancel) return false;
-        if (choice == kPaletteRemap || choice == kPaletteDither) {
-            bool dither = choice == kPaletteDither && bitCount > 1;
-            if (!ConvertToPalette(header, dither, image)) return ReportOutOfMemory(owner);
-        }
-        needsLocalPalette |= choice == kPaletteKeepAsLocal;
-    } else if (paletteChoiceForInsert == kPaletteKeepAsLocal) {
-        // Black entries match those that a smaller palette does not even have.
-        needsLocalPalette |=
-            DepthOfPacked(GetImageFields(*image).packed) > DepthOfPacked(GetHeaderFields(header).packed);
-    }
-    return DescribeBitmap(needsLocalPalette, image) || ReportOutOfMemory(owner);
+Result<Block> ImportImage(BlockList* document, const std::string& path, Questions& questions) {
+    Result<FirstImage> picture = ReadFirstImage(path);
+    if (!picture) return {picture.Why(), picture.Reason()};
+    Result<Block> image = MakeImageBlock(document, picture->bitmap, picture->depth);
+    if (!image) return image;
+    if (!NameAfterFile(path, &*image)) return Failure::kNoMemory;
+    Failure failure = MatchImportedPalette(*document, &*image, questions);
+    if (failure != Failure::kNone) return failure;
+    return image;
 }

@@ -8,31 +8,25 @@
 namespace {
 
 constexpr uint32_t kTextSlack = 16;  // room behind a text: its terminating NUL and then some
+constexpr int kMostLineBytes = 260;
 
-constexpr int kTextLineBytes = 261;
-
-// A new block of memory that holds the bytes and a NUL; null when memory runs out.
+// A new block of memory that holds the bytes and a NUL; none when memory runs out.
 MemoryHandle CopyOfText(const void* text, size_t length) {
-    OwnedMemory memory(AllocateMemory(uint64_t{length} + kTextSlack));
-    MemoryLock lock(memory.Get());
+    MemoryHandle memory = AllocateMemory(uint64_t{length} + kTextSlack);
+    WriteLock lock(&memory);
     if (!lock) return nullptr;
     if (length) memcpy(lock.Bytes(), text, length);
-    return memory.Release();
+    return memory;
 }
 
-bool TakeName(MemoryHandle name, Block* block) {
-    if (!name) return false;
-    FreeMemory(block->name);
-    block->name = name;
-    return true;
+bool TakeName(const MemoryHandle& name, Block* block) {
+    if (name) block->name = name;
+    return static_cast<bool>(name);
 }
 
 }  // namespace
 
 void FreeBlock(Block* block) {
-    FreeMemory(block->data);
-    FreeMemory(block->aux);
-    FreeMemory(block->name);
     *block = {};
 }
 
@@ -41,45 +35,42 @@ bool SetBlockName(std::string_view text, Block* block) {
 }
 
 bool SetBlockNameFromUtf8(std::string_view utf8, Block* block) {
-    OwnedMemory name(AllocateMemory(uint64_t{Windows1252FromUtf8(utf8, nullptr)} + kTextSlack));
-    MemoryLock lock(name.Get());
+    MemoryHandle name = AllocateMemory(uint64_t{Windows1252FromUtf8(utf8, nullptr)} + kTextSlack);
+    WriteLock lock(&name);
     if (!lock) return false;
     Windows1252FromUtf8(utf8, lock.As<char>());
-    return TakeName(name.Release(), block);
+    return TakeName(name, block);
 }
 
-bool GetBlockName(char* text, const Block& block) {
-    text[0] = 0;
+std::optional<std::string> GetBlockName(const Block& block) {
     MemoryLock lock(block.name);
-    if (!lock) return false;
+    if (!lock) return std::nullopt;
     size_t length = strnlen(lock.As<char>(), MemorySize(block.name));
-    if (length >= kNameBytes) return false;
-    memcpy(text, lock.Bytes(), length);
-    text[length] = 0;
-    return true;
+    if (length >= kNameBytes) return std::nullopt;
+    return std::string(lock.As<char>(), length);
 }
 
 bool SetBlockText(Block* block, const void* text, uint32_t length) {
     MemoryHandle data = CopyOfText(text, length);
     if (!data) return false;
-    FreeMemory(block->data);
     block->data = data;
     block->dataLength = length;
     return true;
 }
 
-const char* GetBlockTextLine(const Block& block, int maximum) {
-    static char line[kTextLineBytes];
-    size_t length = 0;
+std::string GetBlockText(const Block& block) {
     MemoryLock lock(block.data);
-    if (lock) {
-        const uint8_t* from = lock.Bytes();
-        const uint8_t* end = from + block.dataLength;
-        while (from < end && *from <= 32) ++from;
-        auto most = static_cast<size_t>(std::clamp(maximum, 0, kTextLineBytes - 1));
-        for (; from < end && length < most && *from != 13; ++from)
-            line[length++] = *from < 32 ? ' ' : static_cast<char>(*from);
-    }
-    line[length] = 0;
+    return lock ? std::string(lock.As<char>(), std::min<size_t>(block.dataLength, MemorySize(block.data))) : "";
+}
+
+std::string GetBlockTextLine(const Block& block, int maximum) {
+    std::string line;
+    MemoryLock lock(block.data);
+    if (!lock) return line;
+    const uint8_t* from = lock.Bytes();
+    const uint8_t* end = from + block.dataLength;
+    while (from < end && *from <= 32) ++from;
+    auto most = static_cast<size_t>(std::clamp(maximum, 0, kMostLineBytes));
+    for (; from < end && line.size() < most && *from != 13; ++from) line += *from < 32 ? ' ' : static_cast<char>(*from);
     return line;
 }

@@ -1,10 +1,13 @@
-// One block of a GIF document: a fixed-size record that is copied by value.
+// One block of a GIF document, a value: a copy shares texts, pixels and colours with the original, and keeps them.
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "imaging/image_bitmap.h"
+#include "imaging/palette.h"
 #include "platform/memory.h"
 
 struct BlockList;
@@ -25,22 +28,20 @@ enum BlockKind : uint16_t {
 constexpr int kDescriptorBytes = 17;
 constexpr uint32_t kMaxTextBytes = 32767;  // text kept of one block; what a file holds beyond that is dropped
 
-// A block in a list owns `data`, `aux` and `name`. Copies taken with GetBlock share them; the one written back with
-// PutBlock is the owner.
 struct Block {
-    uint16_t kind;         // BlockKind
-    MemoryHandle data;     // IMAGE: the bitmap; text kinds: the bytes, NUL-terminated; otherwise none
-    MemoryHandle aux;      // a second handle, released with the block
-    uint32_t dataLength;   // bytes of text in `data`, without the terminating NUL
-    uint16_t position;     // index in the list
-    uint16_t paletteBits;  // working copies of the control and plain-text editors: bit count of `palette`
-    RgbTriples palette;    // HEADER: the global colour table; IMAGE: its local one, all zero without one
-    MemoryHandle name;     // optional block name, NUL-terminated
-    uint8_t descriptor[kDescriptorBytes];  // the bytes of the file, see descriptor.h
-    BlockList* owner;                      // the list that the record was made for
+    uint16_t kind = kEmptyBlock;
+    uint16_t position = 0;     // index in the list
+    uint16_t paletteBits = 0;  // working copies of the control and plain-text editors: bit count of `palette`
+    uint8_t descriptor[kDescriptorBytes] = {};  // the bytes of the file, see descriptor.h
+    uint32_t dataLength = 0;                    // bytes of text in `data`, without the terminating NUL
+    MemoryHandle data;           // IMAGE: the bitmap; text kinds: the bytes, NUL-terminated; otherwise none
+    MemoryHandle aux;            // a second handle, for whoever wants to keep more of the block
+    MemoryHandle name;           // optional block name, NUL-terminated
+    Palette palette;             // HEADER: the global colour table; IMAGE: its local one, black without one
+    BlockList* owner = nullptr;  // the list that the record was made for
 };
 
-// Releases the block's handles and zeroes the record.
+// Drops what the block holds and makes it an EMPTY one.
 void FreeBlock(Block* block);
 
 // Replaces the block's name by a copy of `text`. False, with the name unchanged, when memory runs out.
@@ -49,16 +50,17 @@ bool SetBlockName(std::string_view text, Block* block);
 // The same for a text in UTF-8; what Windows-1252 lacks becomes "?".
 bool SetBlockNameFromUtf8(std::string_view utf8, Block* block);
 
-constexpr int kNameBytes = 261;  // longer names are not shown
+constexpr size_t kNameBytes = 261;  // longer names are not shown
 
-// Copies the block's name into `text` (kNameBytes bytes). False, with an empty text, when the block has no name, it
-// can't be read, or it does not fit.
-bool GetBlockName(char* text, const Block& block);
+// The block's name, which may be empty; nothing when it has none, it can't be read, or it is too long to be shown.
+std::optional<std::string> GetBlockName(const Block& block);
 
 // Replaces the block's text by a copy of `length` bytes. False, with the text unchanged, when memory runs out.
 bool SetBlockText(Block* block, const void* text, uint32_t length);
 
+// The bytes of a block's text; empty when there are none or they can't be read.
+std::string GetBlockText(const Block& block);
+
 // The first line of a text block, for display: leading blanks and control bytes skipped, at most `maximum` (and 260)
 // bytes up to the first carriage return, other control bytes turned into blanks. Empty when there is no readable text.
-// The result lies in a shared buffer that the next call overwrites.
-const char* GetBlockTextLine(const Block& block, int maximum);
+std::string GetBlockTextLine(const Block& block, int maximum);

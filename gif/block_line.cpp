@@ -1,16 +1,15 @@
 #include "gif/block_line.h"
 
-#include <algorithm>
 #include <cstdio>
-#include <cstring>
 
 #include "gif/descriptor.h"
-#include "platform/prompts.h"
 #include "resources/string_ids.h"
+#include "resources/strings.h"
 
 namespace {
 
 constexpr int kExcerptBytes = 32;
+constexpr size_t kLineBytes = 400;
 
 unsigned LineString(uint16_t kind) {
     switch (kind) {
@@ -32,41 +31,43 @@ unsigned LineString(uint16_t kind) {
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
 
 template <typename... Arguments>
-void Print(char* line, const char* format, Arguments... arguments) {
-    snprintf(line, kBlockLineBytes, format, arguments...);
+std::string Print(const char* format, Arguments... arguments) {
+    char line[kLineBytes];
+    snprintf(line, sizeof line, format, arguments...);
+    return line;
 }
 
 #pragma GCC diagnostic pop
 
-void FormatImageLine(char* line, const char* format, const Block& block) {
-    char name[kNameBytes + 1];
-    if (GetBlockName(name, block)) strcat(name, " ");
+std::string FormatImageLine(const char* format, const Block& block) {
+    std::string name;
+    if (auto known = GetBlockName(block)) name = *known + ' ';
     ImageFields image = GetImageFields(block);
     unsigned colours = static_cast<unsigned>(ColoursOfPacked(image.packed));
-    Print(line, format, name, unsigned{image.width}, unsigned{image.height}, colours);
+    return Print(format, name.c_str(), unsigned{image.width}, unsigned{image.height}, colours);
 }
 
 }  // namespace
 
-void FormatBlockLine(char* line, const Block& block) {
+std::string FormatBlockLine(const Block& block) {
     const char* format = LoadStr(LineString(block.kind));
     const auto* text = reinterpret_cast<const char*>(block.descriptor);
     switch (block.kind) {
         case kHeaderBlock: {
             HeaderFields header = GetHeaderFields(block);
-            return Print(line, format, text, unsigned{header.screenWidth}, unsigned{header.screenHeight});
+            return Print(format, text, unsigned{header.screenWidth}, unsigned{header.screenHeight});
         }
-        case kImageBlock: return FormatImageLine(line, format, block);
-        case kControlBlock: return Print(line, format, unsigned{GetControlFields(block).delay});
+        case kImageBlock: return FormatImageLine(format, block);
+        case kControlBlock: return Print(format, unsigned{GetControlFields(block).delay});
         case kPlainTextBlock:
-        case kCommentBlock: return Print(line, format, GetBlockTextLine(block, kExcerptBytes));
-        case kApplicationBlock: return Print(line, format, text + kIdentifierOffset);
-        case kLoopBlock: return Print(line, format, unsigned{GetLoopIterations(block)});
-        default: return Print(line, "%s", format);
+        case kCommentBlock: return Print(format, GetBlockTextLine(block, kExcerptBytes).c_str());
+        case kApplicationBlock: return Print(format, text + kIdentifierOffset);
+        case kLoopBlock: return Print(format, unsigned{GetLoopIterations(block)});
+        default: return format;
     }
 }
 
-void FormatKindName(char* name, uint16_t kind) {
-    Print(name, "%s", LoadStr(LineString(kind)));
-    *std::find(name, name + strlen(name), kBlockLineSeparator) = 0;
+std::string FormatKindName(uint16_t kind) {
+    std::string name = LoadStr(LineString(kind));
+    return name.substr(0, name.find(kBlockLineSeparator));
 }

@@ -1,13 +1,14 @@
-// The one-line description of a block, as the editor's list and the command line show it.
+// The line that stands for a block in lists.
 #pragma once
+
+#include <string>
 
 #include "gif/block.h"
 
-constexpr int kBlockLineBytes = 400;
-constexpr char kBlockLineSeparator = '\xFE';  // between the kind name and the details
+constexpr char kBlockLineSeparator = '\xFE';  // the first one of a line: between the kind name and the details
 
-// Writes the block's line (Windows-1252, NUL-terminated, at most kBlockLineBytes) into `line`.
-void FormatBlockLine(char* line, const Block& block);
+// The line of a block, in Windows-1252: the kind name, for most kinds the separator and details.
+std::string FormatBlockLine(const Block& block);
 
-// The name of a kind as lines begin with it: "HEADER", "PLAIN TEXT"; `name` has kBlockLineBytes bytes.
-void FormatKindName(char* name, uint16_t kind);
+// The kind name alone.
+std::string FormatKindName(uint16_t kind);

@@ -1,191 +1,136 @@
 #include "gif/block_list.h"
 
 #include <algorithm>
-#include <cstring>
+#include <new>
 
-#include "gif/default_blocks.h"
 #include "gif/descriptor.h"
-#include "platform/prompts.h"
-#include "resources/string_ids.h"
+#include "platform/faults.h"
 
 namespace {
 
-// Makes room for more records. The capacity grows in small steps; the memory below grows by half, so that appending
-// costs the same however long the list is.
-bool MakeRoom(BlockList* list, uint32_t more) {
-    uint64_t wanted = uint64_t{list->count} + more;
-    if (wanted < list->capacity) return true;
-    uint64_t steps = (wanted - list->capacity) / kBlockListStep + 1;
-    uint64_t capacity = list->capacity + steps * kBlockListStep;
-    uint64_t needed = capacity * sizeof(Block);
-    if (capacity > UINT32_MAX) return false;
-    if (needed > MemorySize(list->blocks)) {
-        MemoryHandle grown = ResizeMemory(list->blocks, needed + needed / 2);
-        if (!grown) grown = ResizeMemory(list->blocks, needed);
-        if (!grown) return false;
-        list->blocks = grown;
-    }
+// An array of `records` empty blocks; null when memory runs out.
+std::unique_ptr<Block[]> AllocateBlocks(uint64_t records) {
+    if (!ScratchMayBeHad() || records > SIZE_MAX / 2 / sizeof(Block)) return nullptr;
+    return std::unique_ptr<Block[]>(new (std::nothrow) Block[static_cast<size_t>(records)]);
+}
+
+// Makes room for `wanted` records. The array grows by half, so that appending costs the same however long the list is.
+bool Reserve(BlockList* list, uint64_t wanted) {
+    if (wanted <= list->reserved) return true;
+    uint64_t room = std::min<uint64_t>(wanted + wanted / 2, UINT32_MAX);
+    std::unique_ptr<Block[]> grown = AllocateBlocks(room);
+    if (!grown) grown = AllocateBlocks(room = wanted);
+    if (!grown) return false;
+    std::ranges::move(list->All(), grown.get());
+    list->blocks = std::move(grown);
+    list->reserved = static_cast<uint32_t>(room);
+    return true;
+}
+
+// Makes room for `more` records. The capacity grows in small steps as soon as only one place is left.
+bool MakeRoom(BlockList* list, size_t more) {
+    uint64_t capacity = list->capacity;
+    while (list->count + uint64_t{more} >= capacity) capacity += kBlockListStep;
+    if (capacity > UINT32_MAX || !Reserve(list, capacity)) return false;
     list->capacity = static_cast<uint32_t>(capacity);
     return true;
 }
 
-void RenumberFrom(Block* blocks, uint32_t index, uint32_t count) {
-    for (; index < count; ++index) blocks[index].position = static_cast<uint16_t>(index);
-}
-
-bool Refuse(WindowHandle owner, unsigned message) {
-    ShowMessage(owner, LoadStr(message));
-    return false;
+void RenumberFrom(BlockList* list, uint32_t index) {
+    for (; index < list->count; ++index) list->blocks[index].position = static_cast<uint16_t>(index);
 }
 
 }  // namespace
 
+BlockList& BlockList::operator=(BlockList&& other) noexcept {
+    if (this == &other) return *this;
+    blocks = std::move(other.blocks);
+    capacity = std::exchange(other.capacity, 0);
+    count = std::exchange(other.count, 0);
+    flags = std::exchange(other.flags, uint16_t{0});
+    reserved = std::exchange(other.reserved, 0);
+    for (Block& block : All()) block.owner = this;
+    return *this;
+}
+
 bool CreateBlockList(BlockList* list) {
-    *list = {};
-    list->blocks = AllocateMemory(uint64_t{kBlockListStep} * sizeof(Block));
+    DestroyBlockList(list);
+    list->blocks = AllocateBlocks(kBlockListStep);
     if (!list->blocks) return false;
-    list->capacity = kBlockListStep;
+    list->capacity = list->reserved = kBlockListStep;
     return true;
 }
 
 void DestroyBlockList(BlockList* list) {
-    ForEachBlock(*list, [](Block& block, uint32_t) {
-        FreeBlock(&block);
-        return true;
-    });
-    FreeMemory(list->blocks);
-    *list = {};
+    *list = BlockList();
 }
 
 bool GetBlock(const BlockList& list, Block* block, uint32_t index) {
     if (index >= list.count) return false;
-    MemoryLock lock(list.blocks);
-    if (!lock) return false;
-    *block = lock.As<Block>()[index];
+    *block = list.blocks[index];
     return true;
 }
 
 bool PutBlock(BlockList* list, const Block& block, uint32_t index) {
     if (index >= list->count) return false;
-    MemoryLock lock(list->blocks);
-    if (!lock) return false;
-    auto* blocks = lock.As<Block>();
-    blocks[index] = block;
+    list->blocks[index] = block;
     return true;
 }
 
-bool AppendBlock(BlockList* list, Block* block) {
+bool AppendBlock(BlockList* list, Block block) {
     if (!MakeRoom(list, 1)) return false;
-    block->owner = list;
-    ++list->count;
-    if (PutBlock(list, *block, list->count - 1)) return true;
-    --list->count;
-    return false;
-}
-
-bool InsertBlock(WindowHandle owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
-                 const char* path) {
-    if (!MakeRoom(list, 1)) return Refuse(owner, IDS_OUT_OF_MEMORY);
-    Block block;
-    if (ready)
-        block = *ready;
-    else if (!MakeDefaultBlock(owner, list, &block, kind, nullptr, path))
-        return false;
     block.owner = list;
+    list->blocks[list->count++] = std::move(block);
+    return true;
+}
 
+bool InsertBlocks(BlockList* list, int* selection, std::span<const Block> blocks) {
+    if (!MakeRoom(list, blocks.size())) return false;
+    auto more = static_cast<uint32_t>(blocks.size());
     uint32_t index = std::min(*selection <= 0 ? 1u : static_cast<uint32_t>(*selection) + 1, list->count);
-    MemoryLock lock(list->blocks);
-    if (!lock) {
-        if (!ready) FreeBlock(&block);
-        return Refuse(owner, IDS_BLOCK_ACCESS);
+    Block* place = &list->blocks[index];
+    std::move_backward(place, &list->blocks[list->count], &list->blocks[list->count + more]);
+    std::ranges::copy(blocks, place);
+    for (Block& block : std::span(place, more)) block.owner = list;
+    list->count += more;
+    RenumberFrom(list, index);
+    *selection = static_cast<int>(index + more) - 1;
+    return true;
+}
+
+void RemoveBlocks(BlockList* list, std::span<const uint32_t> gone) {
+    if (gone.empty()) return;
+    const uint32_t first = gone.front();
+    uint32_t kept = first;
+    for (uint32_t index = first; index < list->count; ++index) {
+        if (!gone.empty() && gone.front() == index)
+            gone = gone.subspan(1);
+        else
+            list->blocks[kept++] = std::move(list->blocks[index]);
     }
-    auto* blocks = lock.As<Block>();
-    std::copy_backward(blocks + index, blocks + list->count, blocks + list->count + 1);
-    blocks[index] = block;
-    RenumberFrom(blocks, index, ++list->count);
-    *selection = static_cast<int>(index);
-    return true;
-}
-
-bool DeleteBlock(WindowHandle owner, BlockList* list, int* selection) {
-    Block block;
-    if (*selection < 0 || !GetBlock(*list, &block, static_cast<uint32_t>(*selection)))
-        return Refuse(owner, IDS_BLOCK_ACCESS);
-    if (block.kind == kHeaderBlock) return Refuse(owner, IDS_HEADER_FIXED);
-    MemoryLock lock(list->blocks);
-    if (!lock) return Refuse(owner, IDS_BLOCK_ACCESS);
-    auto* blocks = lock.As<Block>();
-    auto index = static_cast<uint32_t>(*selection);
-    std::copy(blocks + index + 1, blocks + list->count, blocks + index);
-    RenumberFrom(blocks, index, --list->count);
-    if (index >= list->count) *selection = static_cast<int>(list->count) - 1;
-    FreeBlock(&block);
-    return true;
-}
-
-bool InsertBlocks(BlockList* list, uint32_t index, BlockList* from) {
-    if (from->count == 0) return true;
-    if (!MakeRoom(list, from->count)) return false;
-    MemoryLock lock(list->blocks), fromLock(from->blocks);
-    if (!lock || !fromLock) return false;
-    auto* blocks = lock.As<Block>();
-    auto* moved = fromLock.As<Block>();
-    index = std::min(index, list->count);
-    std::copy_backward(blocks + index, blocks + list->count, blocks + list->count + from->count);
-    std::copy(moved, moved + from->count, blocks + index);
-    for (uint32_t i = index; i < index + from->count; ++i) blocks[i].owner = list;
-    list->count += from->count;
-    from->count = 0;
-    RenumberFrom(blocks, index, list->count);
-    return true;
-}
-
-bool DeleteBlocks(BlockList* list, const std::vector<uint32_t>& indexes) {
-    MemoryLock lock(list->blocks);
-    if (!lock) return false;
-    auto* blocks = lock.As<Block>();
-    auto isDeletable = [&](uint32_t index) { return index < list->count && blocks[index].kind != kHeaderBlock; };
-    if (!std::all_of(indexes.begin(), indexes.end(), isDeletable)) return false;
-    if (indexes.empty()) return true;
-    auto next = indexes.begin();
-    uint32_t kept = indexes.front();
-    for (uint32_t i = kept; i < list->count; ++i) {
-        if (next != indexes.end() && *next == i) {
-            FreeBlock(&blocks[i]);
-            ++next;
-        } else {
-            blocks[kept++] = blocks[i];
-        }
-    }
+    for (uint32_t index = kept; index < list->count; ++index) FreeBlock(&list->blocks[index]);
     list->count = kept;
-    RenumberFrom(blocks, indexes.front(), list->count);
-    return true;
+    RenumberFrom(list, first);
 }
 
 int FindBlock(const BlockList& list, uint16_t kind) {
-    int found = -1;
-    ForEachBlock(list, [&](const Block& block, uint32_t index) {
-        if (block.kind == kind) found = static_cast<int>(index);
-        return found < 0;
-    });
-    return found;
+    auto found = std::ranges::find(list.All(), kind, &Block::kind);
+    return found == list.All().end() ? -1 : static_cast<int>(found - list.All().begin());
 }
 
-int FindGlobalPalette(const BlockList& list, RgbTriple* palette) {
-    int depth = 0;
-    ForEachBlock(list, [&](const Block& block, uint32_t) {
+const Block* FindHeader(const BlockList& list) {
+    int index = FindBlock(list, kHeaderBlock);
+    return index < 0 ? nullptr : &list.blocks[static_cast<uint32_t>(index)];
+}
+
+GlobalPalette FindGlobalPalette(const BlockList& list) {
+    for (const Block& block : list.All()) {
         uint8_t packed = GetHeaderFields(block).packed;
-        if (block.kind != kHeaderBlock || !(packed & kHasPalette)) return true;
-        depth = DepthOfPacked(packed);
-        if (palette) memcpy(palette, block.palette, kPaletteBytes);
-        return false;
-    });
-    return depth;
+        if (block.kind == kHeaderBlock && (packed & kHasPalette)) return {block.palette, DepthOfPacked(packed)};
+    }
+    return {};
 }
 
-bool RenumberBlocks(BlockList* list) {
-    return ForEachBlock(*list, [](Block& block, uint32_t index) {
-        block.position = static_cast<uint16_t>(index);
-        return true;
-    });
+void RenumberBlocks(BlockList* list) {
+    RenumberFrom(list, 0);
 }

@@ -31,23 +31,17 @@ bool TakeEntry(const uint8_t** at, const uint8_t* end, Entry* entry) {
 
 // Names come before any others are given: a block that has one already was named by an earlier entry.
 bool NameBlock(BlockList* list, const Entry& entry) {
-    Block block;
     if (entry.position >= list->count) return true;
-    if (!GetBlock(*list, &block, entry.position)) return false;
-    if (block.kind != entry.kind || block.name) return true;
-    if (!SetBlockName(entry.name, &block)) return false;
-    if (PutBlock(list, block, entry.position)) return true;
-    FreeMemory(block.name);
-    return false;
+    Block& block = list->blocks[entry.position];
+    return block.kind != entry.kind || block.name || SetBlockName(entry.name, &block);
 }
 
 }  // namespace
 
 bool ApplyBlockNames(BlockList* list) {
-    Block names;
     int found = FindBlock(*list, kBlockNamesBlock);
     if (found < 0) return true;
-    if (!GetBlock(*list, &names, static_cast<uint32_t>(found))) return false;
+    const Block& names = list->blocks[static_cast<uint32_t>(found)];
     MemoryLock lock(names.data);
     if (!lock) return false;
     if (names.dataLength < kCountBytes) return true;

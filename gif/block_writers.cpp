@@ -32,7 +32,7 @@ bool WriteTextExtension(File& file, int label, const Block& block, size_t fixedB
 
 bool WritePalette(File& file, const Block& block, uint8_t packed) {
     if (!(packed & kHasPalette)) return true;
-    return file.Write(block.palette, 3 * static_cast<size_t>(ColoursOfPacked(packed)));
+    return file.Write(block.palette.Colours(), 3 * static_cast<size_t>(ColoursOfPacked(packed)));
 }
 
 bool WriteImageBlock(File& file, const Block& block) {

@@ -1,21 +1,27 @@
-// The blocks that the user creates rather than loads.
+// New documents, and the blocks that users create rather than load.
 #pragma once
 
 #include "gif/block_list.h"
+#include "platform/result.h"
 
-// Makes `list` a new document: one default header (640 x 480, the 216-colour web palette).
-// False, with nothing left behind, when memory runs out.
+// Makes `list` a document of one header: 640 x 480, with the web palette. False when memory runs out.
 [[nodiscard]] bool NewDocument(BlockList* list);
 
-// Fills `block` with the defaults of `kind` for `list`. An IMAGE takes over `bitmap`, or, with none given, reads the
-// first image of the GIF file at `path` (null: the user is asked for one) and fits it to the document's palette; either
-// way `path` names the block. False, with `block` zeroed and `bitmap` released, when that fails or the kind can't be
-// made (EMPTY, APPLICATION-DEFINED and those above LOOP). Memory running out for a text or the
-// name is told to the user.
-[[nodiscard]] bool MakeDefaultBlock(WindowHandle owner, BlockList* list, Block* block, uint16_t kind,
-                                    MemoryHandle bitmap, const char* path);
+// A new block of its kind, for `list`. They fail with kNoMemory.
+Result<Block> MakeHeaderBlock(BlockList* list);
+Block MakeControlBlock(BlockList* list);
+Result<Block> MakePlainTextBlock(BlockList* list);  // in the brightest colour of the global palette
+Result<Block> MakeCommentBlock(BlockList* list);
+Block MakeLoopBlock(BlockList* list);
 
-// The grid that new plain-text blocks get; the plain-text editor changes it.
+// An IMAGE with this bitmap, whose size and colours it takes; its depth is the bitmap's, or `fileDepth` when that is
+// above 0.
+Result<Block> MakeImageBlock(BlockList* list, const MemoryHandle& bitmap, int fileDepth = 0);
+
+// A new block of `kind`. Kinds that can't be made without a picture or at all give kNotAllowed.
+Result<Block> MakeBlock(BlockList* list, uint16_t kind);
+
+// Size of the grid and the cells of new plain-text blocks.
 struct PlainTextGrid {
     uint16_t width, height;         // in characters: 80 x 25 at start
     uint8_t cellWidth, cellHeight;  // in pixels: 8 x 16 at start

@@ -5,7 +5,6 @@
 #include "gif/descriptor.h"
 #include "gif/extension_reader.h"
 #include "gif/gif_header.h"
-#include "platform/prompts.h"
 
 namespace {
 
@@ -21,25 +20,24 @@ bool FindImage(File& file) {
 
 }  // namespace
 
-MemoryHandle ReadFirstImage(File& file, int* depth) {
-    Block header = {};
-    if (ReadGifHeader(file, &header) != kHeaderRead || !FindImage(file)) return nullptr;
+Result<FirstImage> ReadFirstImage(File& file) {
+    Block header;
+    HeaderResult result = ReadGifHeader(file, &header);
+    if (file.HasFailed()) return {Failure::kCantRead, file.Reason()};
+    if (result == kHeaderNotGif) return Failure::kNotGif;
+    if (result != kHeaderRead || !FindImage(file)) return Failure::kDamaged;
     uint8_t packed = GetHeaderFields(header).packed;
-    int globalDepth = (packed & kHasPalette) ? DepthOfPacked(packed) : 0;
-    Block image = {};
-    bool wasRead = ReadImage(file, &image, header.palette, globalDepth) == kImageRead;
-    OwnedMemory bitmap(image.data);
-    if (!wasRead || file.HasFailed()) return nullptr;
-    *depth = DepthOfPacked(GetImageFields(image).packed);
-    return bitmap.Release();
+    GlobalPalette global;
+    if (packed & kHasPalette) global = {header.palette, DepthOfPacked(packed)};
+    Block image;
+    bool wasRead = ReadImage(file, &image, global) == kImageRead;
+    if (file.HasFailed()) return {Failure::kCantRead, file.Reason()};
+    if (!wasRead) return Failure::kDamaged;
+    return FirstImage{image.data, DepthOfPacked(GetImageFields(image).packed)};
 }
 
-MemoryHandle ReadFirstImage(WindowHandle owner, const char* path, int* depth) {
-    std::string chosen;
-    if (!path) {
-        if (!AskForGifFile(owner, &chosen)) return nullptr;
-        path = chosen.c_str();
-    }
+Result<FirstImage> ReadFirstImage(const std::string& path) {
     File file;
-    return file.OpenForReading(path) ? ReadFirstImage(file, depth) : nullptr;
+    if (!file.OpenForReading(path.c_str())) return {Failure::kCantOpen, file.Reason()};
+    return ReadFirstImage(file);
 }

@@ -1,7 +1,7 @@
 // The parts of a GIF file that whole documents and single pictures are read from alike.
 #pragma once
 
-#include "gif/block.h"
+#include "gif/block_list.h"
 #include "platform/file.h"
 
 enum ImageResult {
@@ -17,7 +17,6 @@ enum HeaderResult { kHeaderCut, kHeaderRead, kHeaderNotGif };
 HeaderResult ReadGifHeader(File& file, Block* block);
 
 // Reads an image, its introducer just read, into `block`, which comes in zeroed and becomes an IMAGE: its descriptor,
-// its own palette, if any, and its bitmap, decoded and coloured by its own or the global palette, which has
-// `globalDepth` bits (0 for none). Leaves the file between two sub-blocks of the image's data: SkipSubBlocks finds
-// their end. After kImageFailed the caller releases what `block` then holds.
-ImageResult ReadImage(File& file, Block* block, const RgbTriple* globalPalette, int globalDepth);
+// its own palette, if any, and its bitmap, decoded and coloured by its own or the global palette. Leaves the file
+// between two sub-blocks of the image's data: SkipSubBlocks finds their end.
+ImageResult ReadImage(File& file, Block* block, const GlobalPalette& global);

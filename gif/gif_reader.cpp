@@ -1,6 +1,6 @@
 #include "gif/gif_reader.h"
 
-#include <cstring>
+#include <utility>
 
 #include "gif/block_names.h"
 #include "gif/descriptor.h"
@@ -10,39 +10,28 @@
 
 namespace {
 
-// Appends the block, or releases it when it was not read well or there is no room.
-bool Keep(BlockList* list, Block* block, bool wasRead) {
-    if (wasRead && AppendBlock(list, block)) return true;
-    FreeBlock(block);
-    return false;
-}
-
 // The header is block 0 as long as a document is read: nothing is searched, however many images come.
-int GlobalPaletteOfHeader(const BlockList& list, RgbTriple* palette) {
-    Block header;
-    if (!GetBlock(list, &header, 0)) return 0;
-    memcpy(palette, header.palette, kPaletteBytes);
+GlobalPalette PaletteOfHeader(const BlockList& list) {
+    const Block& header = list.blocks[0];
     uint8_t packed = GetHeaderFields(header).packed;
-    return (packed & kHasPalette) ? DepthOfPacked(packed) : 0;
+    return packed & kHasPalette ? GlobalPalette{header.palette, DepthOfPacked(packed)} : GlobalPalette();
 }
 
 bool ReadAndKeepImage(BlockList* list, File& file, ReadReport* report) {
-    RgbTriples globalPalette;
-    int globalDepth = GlobalPaletteOfHeader(*list, globalPalette);
-    Block block = {};
-    ImageResult result = ReadImage(file, &block, globalPalette, globalDepth);
+    Block block;
+    ImageResult result = ReadImage(file, &block, PaletteOfHeader(*list));
     // Memory that was short for a moment costs the picture, not the document.
     report->imageLeftBlank |= result == kImageLeftBlank;
-    if (!Keep(list, &block, result != kImageFailed)) return false;
+    if (result == kImageFailed || !AppendBlock(list, std::move(block))) return false;
     SkipSubBlocks(file);
     return true;
 }
 
 bool ReadAndKeepExtension(BlockList* list, File& file, ReadReport* report) {
-    Block block = {};
-    bool wasRead = ReadExtension(&block, file);
-    report->dataUnread |= wasRead && block.kind == kApplicationBlock && !block.data;
-    return Keep(list, &block, wasRead);
+    Block block;
+    if (!ReadExtension(&block, file)) return false;
+    report->dataUnread |= block.kind == kApplicationBlock && !block.data;
+    return AppendBlock(list, std::move(block));
 }
 
 // Reads blocks until something else comes: the trailer, the end of the file, or a byte that starts no block.
@@ -62,12 +51,13 @@ bool ReadBlocks(BlockList* list, File& file, ReadReport* report) {
 }
 
 ReadResult ReadDocument(BlockList* list, File& file, ReadReport* report) {
-    Block header = {};
+    Block header;
     HeaderResult result = ReadGifHeader(file, &header);
     if (result == kHeaderNotGif) return kReadNotGif;
-    if (!Keep(list, &header, result == kHeaderRead)) return kReadFailed;
+    if (result != kHeaderRead || !AppendBlock(list, std::move(header))) return kReadFailed;
     if (!ReadBlocks(list, file, report)) return kReadFailed;
-    return RenumberBlocks(list) && ApplyBlockNames(list) ? kReadDone : kReadFailed;
+    RenumberBlocks(list);
+    return ApplyBlockNames(list) ? kReadDone : kReadFailed;
 }
 
 }  // namespace

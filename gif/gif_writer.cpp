@@ -1,26 +1,18 @@
 #include "gif/gif_writer.h"
 
+#include <algorithm>
 #include <cstring>
+#include <string>
 
 #include "gif/block_writers.h"
 #include "gif/descriptor.h"
-#include "platform/identity.h"
 
 namespace {
 
-// The comment that tells who made a file. Its length is bounded by that of the two names.
-struct IdentityComment {
-    char text[64 + 2 * kIdentityBytes];
-
-    IdentityComment() {
-        Identity user;
-        GetUserIdentity(&user);
-        strcpy(text, "FILE IDENTITY\r\nCreated or modified by\r\n");
-        strcat(text, user.owner);
-        strcat(text, "\r\n");
-        strcat(text, user.organisation);
-    }
-};
+// The comment that tells who made a file.
+std::string IdentityComment(const Identity& user) {
+    return "FILE IDENTITY\r\nCreated or modified by\r\n" + user.owner + "\r\n" + user.organisation;
+}
 
 bool WriteHeader(File& file, const Block& header) {
     uint8_t bytes[kHeaderDescriptorBytes];
@@ -43,56 +35,49 @@ bool WriteBlock(File& file, const Block& block) {
 }
 
 // Looks for a COMMENT with exactly that text. False when a block can't be read.
-bool FindIdenticalComment(const BlockList& list, const char* text, bool* found) {
-    size_t length = strlen(text);
+bool FindIdenticalComment(const BlockList& list, std::string_view text, bool* found) {
     *found = false;
-    bool sawAll = ForEachBlock(list, [&](const Block& block, uint32_t) {
-        if (block.kind != kCommentBlock || block.dataLength != length) return true;
+    for (const Block& block : list.All()) {
+        if (block.kind != kCommentBlock || block.dataLength != text.size()) continue;
         MemoryLock lock(block.data);
-        *found = lock && memcmp(lock.Bytes(), text, length) == 0;
-        return lock && !*found;
-    });
-    return sawAll || *found;
+        if (!lock) return false;
+        *found = memcmp(lock.Bytes(), text.data(), text.size()) == 0;
+        if (*found) break;
+    }
+    return true;
 }
 
-bool WriteIdentity(File& file, const BlockList& list) {
-    IdentityComment identity;
+bool WriteIdentity(File& file, const BlockList& list, const Identity& user) {
+    std::string identity = IdentityComment(user);
     bool isThere;
-    if (!FindIdenticalComment(list, identity.text, &isThere)) return false;
+    if (!FindIdenticalComment(list, identity, &isThere)) return false;
     if (isThere) return true;
-    Block comment = {};
+    Block comment;
     comment.kind = kCommentBlock;
-    bool written = SetBlockText(&comment, identity.text, static_cast<uint32_t>(strlen(identity.text))) &&
-                   WriteCommentBlock(file, comment);
-    FreeBlock(&comment);
-    return written;
+    return SetBlockText(&comment, identity.data(), static_cast<uint32_t>(identity.size())) &&
+           WriteCommentBlock(file, comment);
 }
 
-bool GetHeader(const BlockList& list, Block* header) {
-    int index = FindHeader(list);
-    return index >= 0 && GetBlock(list, header, static_cast<uint32_t>(index));
-}
-
-bool WriteDocument(File& file, const BlockList& list, const Block& header) {
+bool WriteDocument(File& file, const BlockList& list, const Block& header, const Identity& user) {
     return WriteHeader(file, header) &&
-           ForEachBlock(list, [&](const Block& block, uint32_t) { return WriteBlock(file, block); }) &&
-           WriteIdentity(file, list) && WriteByte(file, kTrailer) >= 0;
+           std::ranges::all_of(list.All(), [&](const Block& block) { return WriteBlock(file, block); }) &&
+           WriteIdentity(file, list, user) && WriteByte(file, kTrailer) >= 0;
 }
 
 }  // namespace
 
-bool HasIdenticalComment(const BlockList& list, const char* text) {
+bool HasIdenticalComment(const BlockList& list, std::string_view text) {
     bool found;
     return FindIdenticalComment(list, text, &found) && found;
 }
 
-bool WriteGif(const BlockList& list, File& file) {
-    Block header;
-    return GetHeader(list, &header) && WriteDocument(file, list, header);
+bool WriteGif(const BlockList& list, File& file, const Identity& user) {
+    const Block* header = FindHeader(list);
+    return header && WriteDocument(file, list, *header, user);
 }
 
 bool WriteGifFile(const BlockList& list, const char* path) {
-    Block header;
+    const Block* header = FindHeader(list);
     File file;
-    return GetHeader(list, &header) && file.Create(path) && WriteDocument(file, list, header) && file.Close();
+    return header && file.Create(path) && WriteDocument(file, list, *header, GetUserIdentity()) && file.Close();
 }

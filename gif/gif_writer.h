@@ -1,17 +1,20 @@
 // Writing block lists as GIF89a files.
 #pragma once
 
+#include <string_view>
+
 #include "gif/block_list.h"
 #include "platform/file.h"
+#include "platform/identity.h"
 
-// Writes the document into a file that has been created: header, blocks, the file-identity comment unless the document
-// carries it already, trailer. False on failure (of the file, of memory, or when the document has no header, which is
+// Writes the document into a file that has been created: header, blocks, the file-identity comment with the names of
+// `user` unless the document carries it already, trailer. False on failure (of the file, of memory, or when the document has no header, which is
 // noticed before anything is written); closing the file is the caller's.
-[[nodiscard]] bool WriteGif(const BlockList& list, File& file);
+[[nodiscard]] bool WriteGif(const BlockList& list, File& file, const Identity& user);
 
-// Saves the document at `path` (UTF-8), straight over what stands there. False on failure; the file is then removed,
+// Saves the document at `path` (UTF-8) with the names of the system's user, straight over what stands there. False on failure; the file is then removed,
 // except when the document has no header, which is noticed before the file is touched.
 [[nodiscard]] bool WriteGifFile(const BlockList& list, const char* path);
 
 // Whether some COMMENT block's text is exactly `text`.
-bool HasIdenticalComment(const BlockList& list, const char* text);
+bool HasIdenticalComment(const BlockList& list, std::string_view text);

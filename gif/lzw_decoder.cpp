@@ -55,12 +55,11 @@ DecodeResult DecodeChained(File& file, int codeSize, const Target& target) {
 
 }  // namespace
 
-DecodeResult DecodeImageData(File& file, int codeSize, const Block& image) {
+DecodeResult DecodeImageData(File& file, int codeSize, Block* image) {
     if (codeSize < kLeastCodeSize || codeSize > kMostCodeSize) return kDecodeBadCodeSize;
-    MemoryLock lock(image.data);
-    if (!lock) return kDecodeCorrupt;
-    auto* bitmap = lock.As<BitmapHeader>();
-    bool interlaced = (GetImageFields(image).packed & kImageInterlaced) != 0;
+    ImageWriteLock bitmap(&image->data);
+    if (!bitmap) return kDecodeCorrupt;
+    bool interlaced = (GetImageFields(*image).packed & kImageInterlaced) != 0;
     Target target = {bitmap, bitmap->width, bitmap->height, interlaced};
 
     uint64_t start = file.Position();

@@ -145,9 +145,8 @@ bool Encode(Job* job) {
 }  // namespace
 
 bool EncodeImageData(File& file, const Block& image) {
-    MemoryLock lock(image.data);
-    if (!lock) return false;
-    const auto* bitmap = lock.As<const BitmapHeader>();
+    ImageLock bitmap(image.data);
+    if (!bitmap) return false;
     ImageFields fields = GetImageFields(image);
     int depth = DepthOfPacked(fields.packed);
     // A true-colour bitmap has no indices to write, and a descriptor that tells another size would not fit the data.

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "imaging/image_bitmap.h"
-#include "imaging/user_abort.h"
+#include "imaging/stop.h"
+#include "platform/result.h"
 
 // How dithering to two colours stretches the scale of greys. Values out of range count as the nearest end.
 struct DitherSettings {
@@ -13,5 +14,6 @@ extern DitherSettings ditherSettings;  // the shell may change it at start
 
 // As RemapImage (imaging/remap.h), with Floyd-Steinberg error diffusion, for sources of 4, 8 or 24 bits.
 // A depth of 1 gives a black and white picture that only uses the indexes of `palette`, not its colours.
-// Returns null also for a 1-bit source, which has nothing to dither.
-[[nodiscard]] MemoryHandle DitherImage(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags);
+// Fails with kNoMemory also for a 1-bit source, which has nothing to dither.
+Result<MemoryHandle> DitherImage(const MemoryHandle& source, const RgbTriple* palette, int depth,
+                                 StopQuestion* stop = nullptr);

@@ -29,30 +29,24 @@ MemoryHandle CreateImageBitmap(int width, int height, const RgbTriple* colours, 
                           static_cast<uint32_t>(height);
     if (imageBytes > kMaxImageBytes) return nullptr;
 
-    OwnedMemory memory(AllocateMemory(sizeof(BitmapHeader) + entries * sizeof(RgbQuad) + imageBytes));
-    MemoryLock lock(memory.Get());
-    if (!lock) return nullptr;
-    auto* header = lock.As<BitmapHeader>();
-    header->size = sizeof(BitmapHeader);
-    header->width = width;
-    header->height = height;
-    header->planes = 1;
-    header->bitCount = static_cast<uint16_t>(bitCount);
-    header->imageBytes = static_cast<uint32_t>(imageBytes);
-    header->coloursUsed = header->coloursImportant = entries;
-    if (colours) SetImagePalette(header, colours);
-    return memory.Release();
+    MemoryHandle image = AllocateMemory(sizeof(BitmapHeader) + entries * sizeof(RgbQuad) + imageBytes);
+    ImageWriteLock bitmap(&image);
+    if (!bitmap) return nullptr;
+    bitmap->size = sizeof(BitmapHeader);
+    bitmap->width = width;
+    bitmap->height = height;
+    bitmap->planes = 1;
+    bitmap->bitCount = static_cast<uint16_t>(bitCount);
+    bitmap->imageBytes = static_cast<uint32_t>(imageBytes);
+    bitmap->coloursUsed = bitmap->coloursImportant = entries;
+    if (colours) SetImagePalette(bitmap, colours);
+    return image;
 }
 
-bool GetImageInfo(MemoryHandle image, int* width, int* height, int* bitCount, RgbTriple* palette) {
-    MemoryLock lock(image);
-    if (!lock) return false;
-    const auto* bitmap = lock.As<const BitmapHeader>();
-    if (width) *width = bitmap->width;
-    if (height) *height = bitmap->height;
-    if (bitCount) *bitCount = bitmap->bitCount;
-    if (palette) GetImagePalette(bitmap, palette);
-    return true;
+std::optional<ImageInfo> GetImageInfo(const MemoryHandle& image) {
+    ImageLock bitmap(image);
+    if (!bitmap) return std::nullopt;
+    return ImageInfo{bitmap->width, bitmap->height, bitmap->bitCount};
 }
 
 int GetImagePalette(ConstLockedBitmap bitmap, RgbTriple* palette) {

@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "platform/memory.h"
 
@@ -46,6 +47,28 @@ struct RgbQuad {
 using LockedBitmap = BitmapHeader*;
 using ConstLockedBitmap = const BitmapHeader*;
 
+// Locks a bitmap for the length of a scope, to be read; null when it can't be locked and for no bitmap.
+class ImageLock {
+public:
+    explicit ImageLock(const MemoryHandle& image) : lock_(image) {}
+    operator ConstLockedBitmap() const { return lock_.As<BitmapHeader>(); }
+    ConstLockedBitmap operator->() const { return *this; }
+
+private:
+    MemoryLock lock_;
+};
+
+// The same, to be written. A bitmap that others share is copied first, and `*image` is the copy then.
+class ImageWriteLock {
+public:
+    explicit ImageWriteLock(MemoryHandle* image) : lock_(image) {}
+    operator LockedBitmap() const { return lock_.As<BitmapHeader>(); }
+    LockedBitmap operator->() const { return *this; }
+
+private:
+    WriteLock lock_;
+};
+
 constexpr uint32_t kNoPixel = 0xFFFFFFFF;  // GetImagePixel outside the image
 
 // More pixel bytes than this are refused: one image may not ask for more memory than any screen could show.
@@ -61,13 +84,16 @@ constexpr uint32_t RowBytes(uint32_t width, uint32_t bitCount) {
 
 // Makes a bitmap of `width` x `height` pixels (0 to 65535 each), all of index 0, for colours of `depth` bits
 // (1 to 8, anything else gives 24 bits per pixel). `colours` fills the colour table and must then hold as many entries
-// as the table, at most 256; null leaves it black. Returns a handle that the caller owns, or null when the image is
-// too large or memory has run out.
+// as the table, at most 256; null leaves it black. None when the image is too large or memory has run out.
 [[nodiscard]] MemoryHandle CreateImageBitmap(int width, int height, const RgbTriple* colours, int depth);
 
-// Reads size, bits per pixel and palette of a bitmap; any output may be null. `palette` is filled as by
-// GetImagePalette. False when the bitmap can't be locked.
-bool GetImageInfo(MemoryHandle image, int* width, int* height, int* bitCount, RgbTriple* palette);
+struct ImageInfo {
+    int width, height;
+    int bitCount;  // 1, 4, 8 or 24
+};
+
+// Size and bits per pixel of a bitmap; nothing when it can't be locked.
+std::optional<ImageInfo> GetImageInfo(const MemoryHandle& image);
 
 // Copies the colour table (2, 16 or 256 entries) into `palette`, which has room for 256, and returns how many there
 // are. A 24-bit bitmap has none: nothing is copied and the result is 1, so that callers can take 0 for a failure.

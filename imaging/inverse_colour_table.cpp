@@ -4,7 +4,6 @@
 #include <cstdlib>
 
 #include "imaging/colour_index.h"
-#include "imaging/user_abort.h"
 
 namespace {
 
@@ -107,9 +106,9 @@ void InverseColourTable::Fill(const RgbTriple* palette) {
     FillCube({0, 0, 0}, kCellsPerChannel, distinct, cells);
 }
 
-bool InverseColourTable::Build(const RgbTriple* palette, unsigned flags) {
+bool InverseColourTable::Build(const RgbTriple* palette, StopQuestion* stop) {
     for (uint32_t cell = 0; cell < kColourCells; ++cell)
-        if (StopRequested(flags)) return false;
+        if (StopRequested(stop)) return false;
     Fill(palette);
     return true;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "imaging/image_bitmap.h"
+#include "imaging/stop.h"
 
 constexpr uint32_t kColourCells = 32768;
 
@@ -18,7 +19,6 @@ struct InverseColourTable {
     // Fills every cell with NearestColour of its colour among all 256 entries of `palette`.
     void Fill(const RgbTriple* palette);
 
-    // The same, with the user asked once for every cell when kMayBeAborted is in `flags`. False when the user stopped
-    // it: the cells are then undefined.
-    [[nodiscard]] bool Build(const RgbTriple* palette, unsigned flags);
+    // The same, with `stop` (or null) asked once for every cell. False when it said yes: the cells are then undefined.
+    [[nodiscard]] bool Build(const RgbTriple* palette, StopQuestion* stop);
 };

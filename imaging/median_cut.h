@@ -28,12 +28,12 @@ struct ColourBox {
 
 // The memory of one cut.
 struct ColourHistogram {
-    ColourCell cells[kHistogramCells];
-    ColourBox boxes[kPaletteEntries];
-    int32_t order[kHistogramCells];  // cells while they are sorted
+    ColourCell cells[kHistogramCells] = {};
+    ColourBox boxes[kPaletteEntries] = {};
+    int32_t order[kHistogramCells] = {};  // cells while they are sorted
 };
 
-// Gives every cell its channels; `histogram` comes zeroed.
+// Gives every cell its channels.
 void NumberCells(ColourHistogram* histogram);
 
 // Cuts the cells that have pixels, at least one, `pixels` in all, into at most `wanted` (1 to 256) boxes and puts their

@@ -96,41 +96,37 @@ void MapToBlackAndWhite(const uint8_t* row, int width, uint8_t* indexes) {
 
 // Makes the result from rows that `map` turns into one byte a pixel. The stored rows come in their order.
 template <typename Map>
-MemoryHandle MakeResult(ConstLockedBitmap source, const RgbTriple* palette, int depth, unsigned flags, const Map& map) {
-    OwnedMemory result(CreateImageBitmap(source->width, source->height, palette, depth));
-    OwnedMemory indexes(AllocateMemory(static_cast<uint32_t>(source->width)));
-    MemoryLock resultLock(result.Get()), indexLock(indexes.Get());
-    if (!resultLock || !indexLock) return nullptr;
-    auto* to = resultLock.As<BitmapHeader>();
+Result<MemoryHandle> MakeResult(ConstLockedBitmap source, const RgbTriple* palette, int depth, StopQuestion* stop,
+                                const Map& map) {
+    MemoryHandle result = CreateImageBitmap(source->width, source->height, palette, depth);
+    std::unique_ptr<uint8_t[]> indexes = AllocateScratch(static_cast<uint32_t>(source->width));
+    ImageWriteLock to(&result);
+    if (!to || !indexes) return Failure::kNoMemory;
     for (int y = source->height - 1; y >= 0; --y) {
-        if (StopRequested(flags)) return nullptr;
-        map(ImageRow(source, y), source->width, indexLock.Bytes());
-        PackRow(ImageRow(to, y), indexLock.Bytes(), source->width, to->bitCount);
+        if (StopRequested(stop)) return Failure::kStopped;
+        map(ImageRow(source, y), source->width, indexes.get());
+        PackRow(ImageRow(to, y), indexes.get(), source->width, to->bitCount);
     }
-    return result.Release();
+    return result;
 }
 
 }  // namespace
 
-MemoryHandle RemapImage(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags) {
-    abortStatus = 0;
-    MemoryLock lock(source);
-    if (!lock || depth < 1 || depth > 8) return nullptr;
-    const auto* from = lock.As<const BitmapHeader>();
+Result<MemoryHandle> RemapImage(const MemoryHandle& source, const RgbTriple* palette, int depth, StopQuestion* stop) {
+    ImageLock from(source);
+    if (!from || depth < 1 || depth > 8) return Failure::kNoMemory;
     Target target;
     target.palette = palette;
     target.depth = depth;
-    if (!target.nearest.Build(palette, flags)) return nullptr;
-    if (from->bitCount <= 8) return MakeResult(from, palette, depth, flags, MapOwnColours(from, target));
-    if (depth == 1) return MakeResult(from, palette, depth, flags, MapToBlackAndWhite);
-    return MakeResult(from, palette, depth, flags, TrueColourMap(target));
+    if (!target.nearest.Build(palette, stop)) return Failure::kStopped;
+    if (from->bitCount <= 8) return MakeResult(from, palette, depth, stop, MapOwnColours(from, target));
+    if (depth == 1) return MakeResult(from, palette, depth, stop, MapToBlackAndWhite);
+    return MakeResult(from, palette, depth, stop, TrueColourMap(target));
 }
 
-MemoryHandle RemapTrueColours(MemoryHandle source, const RgbTriple* palette, int depth) {
-    MemoryLock lock(source);
-    if (!lock || depth < 1 || depth > 8) return nullptr;
-    const auto* from = lock.As<const BitmapHeader>();
-    if (from->bitCount > 8) return RemapImage(source, palette, depth, 0);
-    abortStatus = 0;
-    return MakeResult(from, palette, depth, 0, MapTrueColours(from, palette, depth));
+Result<MemoryHandle> RemapTrueColours(const MemoryHandle& source, const RgbTriple* palette, int depth) {
+    ImageLock from(source);
+    if (!from || depth < 1 || depth > 8) return Failure::kNoMemory;
+    if (from->bitCount > 8) return RemapImage(source, palette, depth);
+    return MakeResult(from, palette, depth, nullptr, MapTrueColours(from, palette, depth));
 }

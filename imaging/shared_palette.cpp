@@ -45,10 +45,9 @@ public:
     int64_t Pixels() const { return pixels_; }
 
     // Counts the pixels of an image; false when memory ran out.
-    bool AddImage(MemoryHandle image) {
-        MemoryLock lock(image);
-        if (!lock) return false;
-        const auto* bitmap = lock.As<const BitmapHeader>();
+    bool AddImage(const MemoryHandle& image) {
+        ImageLock bitmap(image);
+        if (!bitmap) return false;
         pixels_ += int64_t{bitmap->width} * bitmap->height;
         if (bitmap->bitCount <= 8) return AddIndexes(bitmap);
         for (int y = bitmap->height - 1; y >= 0; --y) AddTrueColours(ImageRow(bitmap, y), bitmap->width);
@@ -66,15 +65,14 @@ private:
     // An index is looked up when it first appears; the cells are given the pixels of all indexes in the end.
     bool AddIndexes(ConstLockedBitmap bitmap) {
         int width = bitmap->width;
-        OwnedMemory indexes(AllocateMemory(static_cast<uint32_t>(width)));
-        MemoryLock indexLock(indexes.Get());
-        if (!indexLock) return false;
+        std::unique_ptr<uint8_t[]> indexes = AllocateScratch(static_cast<uint32_t>(width));
+        if (!indexes) return false;
         const TrueColours colours = GetTrueColours(bitmap);
         uint32_t counts[kPaletteEntries] = {};
         for (int y = bitmap->height - 1; y >= 0; --y) {
-            UnpackRow(indexLock.Bytes(), ImageRow(bitmap, y), width, bitmap->bitCount);
+            UnpackRow(indexes.get(), ImageRow(bitmap, y), width, bitmap->bitCount);
             for (int x = 0; x < width; ++x) {
-                uint8_t index = indexLock.Bytes()[x];
+                uint8_t index = indexes.get()[x];
                 RgbQuad colour = colours.of[index];
                 if (counts[index]++ == 0) exact_.Add(colour.red, colour.green, colour.blue);
             }
@@ -93,27 +91,23 @@ private:
 
 }  // namespace
 
-int BuildSharedPalette(int* wanted, RgbTriple* palette, const BlockList& list) {
-    memset(palette, 0, kPaletteBytes);
-    int most = std::clamp(*wanted, 0, kPaletteEntries);
-    OwnedMemory memory(AllocateMemory(sizeof(ColourHistogram)));
-    MemoryLock lock(memory.Get());
-    if (!lock) return kSharedPaletteNoMemory;
-    auto* histogram = lock.As<ColourHistogram>();
-    NumberCells(histogram);
+Result<SharedPalette> BuildSharedPalette(int wanted, std::span<const MemoryHandle> images) {
+    int most = std::clamp(wanted, 0, kPaletteEntries);
+    auto histogram = AllocateScratchObject<ColourHistogram>();
+    if (!histogram) return Failure::kNoMemory;
+    NumberCells(histogram.get());
 
-    Scan scan(histogram, most);
-    auto addImage = [&](const Block& block, uint32_t) {
-        return block.kind != kImageBlock || !block.data || scan.AddImage(block.data);
-    };
-    if (!ForEachBlock(list, addImage)) return kSharedPaletteNoMemory;
+    Scan scan(histogram.get(), most);
+    for (const MemoryHandle& image : images)
+        if (!scan.AddImage(image)) return Failure::kNoMemory;
 
+    SharedPalette palette;
     const ExactColours& exact = scan.Exact();
     if (!exact.Overflowed()) {
-        *wanted = exact.Count();
-        memcpy(palette, exact.Colours(), sizeof(RgbTriple) * static_cast<size_t>(exact.Count()));
-    } else {
-        *wanted = most > 0 ? MedianCut(histogram, scan.Pixels(), most, palette) : 0;
+        palette.count = exact.Count();
+        memcpy(palette.colours, exact.Colours(), sizeof(RgbTriple) * static_cast<size_t>(exact.Count()));
+    } else if (most > 0) {
+        palette.count = MedianCut(histogram.get(), scan.Pixels(), most, palette.colours);
     }
-    return kSharedPaletteDone;
+    return palette;
 }

@@ -22,13 +22,13 @@ MemoryHandle MakeTransparencyMask(ConstLockedBitmap bitmap, uint32_t transparent
     RgbTriples blackAndWhite;
     int depth = 0;
     StandardPalette(blackAndWhite, &depth, kPaletteBlackWhite);
-    OwnedMemory mask(CreateImageBitmap(bitmap->width, bitmap->height, blackAndWhite, depth));
-    OwnedMemory marks(AllocateMemory(static_cast<uint32_t>(bitmap->width)));
-    MemoryLock lock(mask.Get()), marksLock(marks.Get());
-    if (!lock || !marksLock) return nullptr;
+    MemoryHandle mask = CreateImageBitmap(bitmap->width, bitmap->height, blackAndWhite, depth);
+    std::unique_ptr<uint8_t[]> marks = AllocateScratch(static_cast<uint32_t>(bitmap->width));
+    ImageWriteLock to(&mask);
+    if (!to || !marks) return nullptr;
     for (int y = 0; y < bitmap->height; ++y) {
-        MarkOpaque(ImageRow(bitmap, y), bitmap->width, bitmap->bitCount, transparentIndex, marksLock.Bytes());
-        PackRow(ImageRow(lock.As<BitmapHeader>(), y), marksLock.Bytes(), bitmap->width, 1);
+        MarkOpaque(ImageRow(bitmap, y), bitmap->width, bitmap->bitCount, transparentIndex, marks.get());
+        PackRow(ImageRow(to, y), marks.get(), bitmap->width, 1);
     }
-    return mask.Release();
+    return mask;
 }

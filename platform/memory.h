@@ -1,5 +1,4 @@
-// Movable, zero-filled memory blocks behind opaque handles, as document data is kept in.
-// On Windows these are global memory objects; elsewhere plain heap blocks with the same contract.
+// Movable, zero-filled memory blocks as values, as document data is kept in.
 #pragma once
 
 #include <cstddef>
@@ -7,79 +6,82 @@
 #include <memory>
 #include <new>
 
-using MemoryHandle = void*;  // null means "none"
+#include "platform/shared.h"
+#include "platform/system_memory.h"
 
-// Allocates `bytes` bytes, all zero (0 bytes is allowed and gives a valid handle).
-// Returns a handle that the caller owns, or null when the memory can't be had.
+// A block of memory, or none. Copies share it and the last one releases it, so nobody frees and nothing leaks. Memory
+// that two handles reach is never written: WriteLock gives a handle that is not alone a copy of its own first.
+class MemoryHandle {
+public:
+    MemoryHandle() = default;
+    MemoryHandle(std::nullptr_t) {}
+
+    explicit operator bool() const { return static_cast<bool>(memory_); }
+    bool IsShared() const { return memory_.IsShared(); }
+    // Whether both are the same block (not: equal bytes).
+    bool operator==(const MemoryHandle& other) const { return memory_ == other.memory_; }
+
+private:
+    friend MemoryHandle AllocateMemory(uint64_t bytes);
+    friend size_t MemorySize(const MemoryHandle& memory);
+    friend class MemoryLock;
+
+    Shared<SystemMemory> memory_;
+};
+
+// Allocates `bytes` bytes, all zero (0 bytes is allowed and gives a valid handle). None when they can't be had.
 [[nodiscard]] MemoryHandle AllocateMemory(uint64_t bytes);
 
-// Changes the size of `memory`, keeping its content; new bytes are zero. The block must not be locked.
-// Returns the handle to use from now on, or null on failure, when `memory` stays valid and unchanged.
-[[nodiscard]] MemoryHandle ResizeMemory(MemoryHandle memory, uint64_t bytes);
+// Size of the block in bytes: at least what was asked for (the system may round up); 0 for none.
+size_t MemorySize(const MemoryHandle& memory);
 
-// Releases the block. Null is allowed and ignored.
-void FreeMemory(MemoryHandle memory);
-
-// Size of the block in bytes: at least what was asked for (the system may round up); 0 for null.
-size_t MemorySize(MemoryHandle memory);
-
-// Fixes the block in place and returns its address, or null when it can't be locked (null handle included).
-// Every successful lock is undone by one UnlockMemory; use MemoryLock below rather than the pair.
-void* LockMemory(MemoryHandle memory);
-void UnlockMemory(MemoryHandle memory);
-
-// Locks a block for the length of a scope.
+// Fixes a block in place for the length of a scope, to be read. Empty when it can't be locked, and for no block.
 class MemoryLock {
 public:
-    explicit MemoryLock(MemoryHandle memory) : memory_(memory), address_(LockMemory(memory)) {}
-    ~MemoryLock() {
-        if (address_) UnlockMemory(memory_);
-    }
+    explicit MemoryLock(MemoryHandle memory);
+    ~MemoryLock();
     MemoryLock(const MemoryLock&) = delete;
     MemoryLock& operator=(const MemoryLock&) = delete;
 
     explicit operator bool() const { return address_ != nullptr; }
-    // The block's first byte, seen as a T; null when the lock failed.
+    // The block's first byte, seen as a T.
+    template <typename T>
+    const T* As() const {
+        return static_cast<const T*>(address_);
+    }
+    const uint8_t* Bytes() const { return As<uint8_t>(); }
+
+protected:
+    MemoryHandle memory_;  // keeps the block, whatever becomes of the caller's handle meanwhile
+    void* address_;
+};
+
+// The same, to be written. A handle that shares its block gets a copy of its own first; the lock is empty when there is
+// no memory for that. A lock shares too: of two write locks on one handle at a time the second writes to a copy.
+class WriteLock : private MemoryLock {
+public:
+    explicit WriteLock(MemoryHandle* memory);
+    using MemoryLock::operator bool;
     template <typename T>
     T* As() const {
         return static_cast<T*>(address_);
     }
-    uint8_t* Bytes() const { return static_cast<uint8_t*>(address_); }
-
-private:
-    MemoryHandle memory_;
-    void* address_;
+    uint8_t* Bytes() const { return As<uint8_t>(); }
 };
 
-// Owns a block until it is handed over with Release.
-class OwnedMemory {
-public:
-    explicit OwnedMemory(MemoryHandle memory = nullptr) : memory_(memory) {}
-    ~OwnedMemory() { FreeMemory(memory_); }
-    OwnedMemory(const OwnedMemory&) = delete;
-    OwnedMemory& operator=(const OwnedMemory&) = delete;
-
-    explicit operator bool() const { return memory_ != nullptr; }
-    MemoryHandle Get() const { return memory_; }
-    MemoryHandle Release() {
-        MemoryHandle memory = memory_;
-        memory_ = nullptr;
-        return memory;
-    }
-    void Reset(MemoryHandle memory) {
-        if (memory != memory_) FreeMemory(memory_);
-        memory_ = memory;
-    }
-
-private:
-    MemoryHandle memory_;
-};
+bool ScratchMayBeHad();  // false when a test wants memory to be exhausted
 
 // Working memory for the length of one call: `bytes` bytes of unknown content, or null when they can't be had.
 [[nodiscard]] std::unique_ptr<uint8_t[]> AllocateScratch(uint64_t bytes);
 
+// The same for `count` numbers, all 0.
+template <typename T>
+[[nodiscard]] std::unique_ptr<T[]> AllocateScratchArray(uint64_t count) {
+    if (!ScratchMayBeHad() || count > SIZE_MAX / 2 / sizeof(T)) return nullptr;
+    return std::unique_ptr<T[]>(new (std::nothrow) T[static_cast<size_t>(count)]());
+}
+
 // The same for one object that is too large for the stack; its constructor must not throw.
-bool ScratchMayBeHad();  // false when a test wants memory to be exhausted
 template <typename T>
 [[nodiscard]] std::unique_ptr<T> AllocateScratchObject() {
     return std::unique_ptr<T>(ScratchMayBeHad() ? new (std::nothrow) T : nullptr);

@@ -3,7 +3,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/string_ids.h"
 
 namespace {

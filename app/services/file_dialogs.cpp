@@ -5,7 +5,7 @@
 #include "app/services/messages.h"
 #include "app/services/shell_objects.h"
 #include "platform/memory.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
 
@@ -81,17 +81,15 @@ bool OpenGifDialog(HWND owner, std::string* name) {
 }
 
 bool OpenImagesDialog(HWND owner, std::string* names) {
-    OwnedMemory buffer(AllocateMemory(kImagesBufferUnits * sizeof(wchar_t)));
-    MemoryLock lock(buffer.Get());
-    if (!lock) {
+    auto files = AllocateScratchArray<wchar_t>(kImagesBufferUnits);
+    if (!files) {
         MessageBox(owner, LoadStr(IDS_OUT_OF_MEMORY));
         return false;
     }
-    auto* files = lock.As<wchar_t>();
-    OPENFILENAMEW dialog = GifDialog(owner, files, kImagesBufferUnits - 1);
+    OPENFILENAMEW dialog = GifDialog(owner, files.get(), kImagesBufferUnits - 1);
     dialog.Flags |= OFN_ALLOWMULTISELECT;
     if (!RunOpenDialog(owner, &dialog, kTooManyFiles)) return false;
-    *names = Utf8FromWide(ListedTexts(files));
+    *names = Utf8FromWide(ListedTexts(files.get()));
     return true;
 }
 

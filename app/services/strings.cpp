@@ -2,7 +2,7 @@
 #include <cstring>
 
 #include "app/services/shell_objects.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/windows_api.h"
 
 namespace {

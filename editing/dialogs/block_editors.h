@@ -5,8 +5,7 @@
 #include "platform/windows_api.h"
 
 // Each lets the user edit `block`, a copy whose `owner` and `position` tell its place in the document, and returns
-// whether to keep what is in the copy then (0: no). A text or name is replaced by new memory; the old one stays the
-// document's until the copy is written back.
+// whether to keep what is in the copy then (0: no).
 int EditHeader(HWND parent, Block* block);  // may give images of the document the global palette, whatever it returns
 int EditImage(HWND parent, Block* block);
 int EditControl(HWND parent, Block* block);  // refused, with a message, when there are no colours to choose from

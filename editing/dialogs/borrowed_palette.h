@@ -7,9 +7,7 @@
 class BorrowedPalette {
 public:
     explicit BorrowedPalette(Block* block) : block_(block), found_(block->owner && BorrowPalette(block)) {}
-    ~BorrowedPalette() {
-        for (RgbTriple& entry : block_->palette) entry = {};
-    }
+    ~BorrowedPalette() { block_->palette.Clear(); }
     BorrowedPalette(const BorrowedPalette&) = delete;
     BorrowedPalette& operator=(const BorrowedPalette&) = delete;
 

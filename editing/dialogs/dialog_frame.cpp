@@ -10,7 +10,7 @@
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/palette_buttons.h"
 #include "editing/dialogs/scoped_value.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/editor_ids.h"
 #include "resources/string_ids.h"
 

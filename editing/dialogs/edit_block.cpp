@@ -4,7 +4,7 @@
 #include "editing/dialogs/block_editors.h"
 #include "editing/dialogs/fields.h"
 #include "gif/descriptor.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/string_ids.h"
 
 namespace {
@@ -18,19 +18,9 @@ constexpr BlockEditor kBlockEditors[] = {
     {kPlainTextBlock, EditPlainText}, {kCommentBlock, EditComment}, {kLoopBlock, EditLoop},
 };
 
-// Releases the texts of `dropped` that `kept` does not share.
-void ReleaseReplaced(const Block& dropped, const Block& kept) {
-    if (dropped.data != kept.data) FreeMemory(dropped.data);
-    if (dropped.name != kept.name) FreeMemory(dropped.name);
-}
-
-int EditCopy(HWND mainWindow, BlockList* document, uint32_t index, const Block& original, const BlockEditor& editor) {
-    Block copy = original;
-    bool keep = editor.edit(mainWindow, &copy) != 0;
-    bool written = keep && PutBlock(document, copy, index);
-    written ? ReleaseReplaced(original, copy) : ReleaseReplaced(copy, original);
-    if (!keep) return kBlockUnchanged;
-    return written ? kBlockEdited : kBlockInaccessible;
+int EditCopy(HWND mainWindow, BlockList* document, uint32_t index, Block copy, const BlockEditor& editor) {
+    if (!editor.edit(mainWindow, &copy)) return kBlockUnchanged;
+    return PutBlock(document, copy, index) ? kBlockEdited : kBlockInaccessible;
 }
 
 void ShowApplicationBlock(HWND owner, const Block& block) {

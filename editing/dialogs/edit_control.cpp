@@ -6,7 +6,7 @@
 #include "editing/dialogs/fields.h"
 #include "editing/dialogs/palette_buttons.h"
 #include "gif/descriptor.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/wide_text.h"
 #include "resources/editor_ids.h"
 #include "resources/string_ids.h"
@@ -15,8 +15,8 @@ namespace {
 
 constexpr unsigned kDisposals = 4;  // the codes that have a name; 4 to 7 show as no selection
 
-bool FindImage(const Block& block, Block* image) {
-    return FindNextImage(*block.owner, block.position, image);
+const Block* FindImage(const Block& block) {
+    return FindNextImage(*block.owner, block.position);
 }
 
 constexpr PaletteButtons kButtons = {
@@ -30,11 +30,10 @@ bool IsTransparent(const Block& block) {
 
 void ShowTransparency(HWND dialog) {
     const Block& block = *Edited<Block>(dialog);
-    Block image;
     bool transparent = IsTransparent(block);
     ShowCheck(dialog, IDC_CONTROL_TRANSPARENT, transparent);
     EnableControl(dialog, IDC_COLOUR, transparent);
-    EnableEyedroppers(dialog, kButtons, transparent && FindImage(block, &image));
+    EnableEyedroppers(dialog, kButtons, transparent && FindImage(block));
 }
 
 void ShowDisposal(HWND dialog, uint8_t packed) {

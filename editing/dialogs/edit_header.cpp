@@ -6,7 +6,7 @@
 #include "editing/dialogs/fields.h"
 #include "editing/dialogs/palette_buttons.h"
 #include "gif/descriptor.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/editor_ids.h"
 #include "resources/string_ids.h"
 
@@ -47,9 +47,8 @@ int TakeHeader(HWND dialog) {
 bool CanDropGlobalPalette(HWND dialog, const Block& header) {
     if (!header.owner || !ImagesUseGlobalPalette(*header.owner)) return true;
     if (YesnoBox(dialog, LoadStr(IDS_GLOBAL_PALETTE_IN_USE)) == IDNO) return false;
-    if (CopyGlobalPaletteToImages(header.owner, header.palette)) return true;
-    MessageBox(dialog, LoadStr(IDS_BLOCK_ACCESS));
-    return false;
+    CopyGlobalPaletteToImages(header.owner, header.palette);
+    return true;
 }
 
 bool OnHeaderClick(HWND dialog, int id) {

@@ -5,7 +5,7 @@
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/fields.h"
 #include "gif/descriptor.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/wide_text.h"
 #include "resources/editor_ids.h"
 #include "resources/string_ids.h"
@@ -21,7 +21,7 @@ bool ShowImage(HWND dialog) {
     ShowNumber(dialog, IDC_IMAGE_TOP, image.top);
     ShowCheck(dialog, IDC_IMAGE_LOCAL_PALETTE, image.packed & kHasPalette);
     ShowColourCount(dialog, IDC_IMAGE_COLOURS, image.packed);
-    bool hasGlobalPalette = block.owner && GetGlobalPalette(*block.owner, nullptr);
+    bool hasGlobalPalette = block.owner && FindGlobalPalette(*block.owner).depth > 0;
     EnableControl(dialog, IDC_IMAGE_LOCAL_PALETTE, hasGlobalPalette);
     ShowCheck(dialog, IDC_IMAGE_INTERLACED, image.packed & kImageInterlaced);
     return true;
@@ -30,12 +30,8 @@ bool ShowImage(HWND dialog) {
 // The dialog has no field for the name, so that what it reads there, an empty text, becomes the image's name.
 void TakeName(HWND dialog, Block* block) {
     wchar_t name[kNameBytes];
-    UINT units = GetDlgItemTextW(dialog, IDC_IMAGE_NAME, name, kNameBytes);
-    Block made = {};
-    if (SetBlockName(Ansi1252FromWide({name, units}).c_str(), &made))
-        block->name = made.name;
-    else
-        MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+    UINT units = GetDlgItemTextW(dialog, IDC_IMAGE_NAME, name, static_cast<int>(kNameBytes));
+    if (!SetBlockName(Ansi1252FromWide({name, units}).c_str(), block)) MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
 }
 
 int TakeImage(HWND dialog) {

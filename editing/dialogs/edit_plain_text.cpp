@@ -20,8 +20,8 @@ constexpr ColourButton ButtonFor(int id, int eyedropper) {
 }
 
 // The eyedroppers show what the text is drawn over: the image before it.
-bool FindImage(const Block& block, Block* image) {
-    return block.owner && FindPreviousImage(*block.owner, block.position, image);
+const Block* FindImage(const Block& block) {
+    return block.owner ? FindPreviousImage(*block.owner, block.position) : nullptr;
 }
 
 constexpr PaletteButtons kButtons = {
@@ -40,8 +40,7 @@ bool ShowPlainText(HWND dialog) {
     ShowNumber(dialog, IDC_PLAIN_CELL_WIDTH, text.cellWidth);
     ShowNumber(dialog, IDC_PLAIN_CELL_HEIGHT, text.cellHeight);
     ShowPaletteButtons(dialog, kButtons);
-    Block image;
-    if (!FindImage(block, &image)) EnableEyedroppers(dialog, kButtons, false);
+    if (!FindImage(block)) EnableEyedroppers(dialog, kButtons, false);
     return ShowBlockText(dialog, IDC_PLAIN_TEXT, block);
 }
 

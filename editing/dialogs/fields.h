@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/windows_api.h"
 
 void EnableControl(HWND dialog, int id, bool enable);

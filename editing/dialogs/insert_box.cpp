@@ -1,6 +1,5 @@
 #include "editing/dialogs/insert_box.h"
 
-#include "editing/block_queries.h"
 #include "editing/dialogs/dialog_frame.h"
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/fields.h"
@@ -20,7 +19,7 @@ constexpr KindButton kButtons[] = {
 
 // A plain text needs colours of the global palette.
 bool ShowKinds(HWND dialog) {
-    EnableControl(dialog, IDC_INSERT_PLAIN_TEXT, GetGlobalPalette(*Edited<BlockList>(dialog), nullptr) > 0);
+    EnableControl(dialog, IDC_INSERT_PLAIN_TEXT, FindGlobalPalette(*Edited<BlockList>(dialog)).depth > 0);
     return true;
 }
 

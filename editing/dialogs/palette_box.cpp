@@ -1,9 +1,9 @@
 // The editor's palette question about an imported image.
 #include "editing/block_queries.h"
 #include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/document_operations.h"
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/fields.h"
-#include "editing/palette_match.h"
 #include "resources/insert_ids.h"
 
 static_assert(IDC_PALETTE_REMAP == kPaletteRemap && IDC_PALETTE_DITHER == kPaletteDither && IDCANCEL == kPaletteCancel,
@@ -12,14 +12,14 @@ static_assert(IDC_PALETTE_REMAP == kPaletteRemap && IDC_PALETTE_DITHER == kPalet
 namespace {
 
 bool HasTwoColours(const Block& image) {
-    int bitCount = 0;
-    return GetImageInfo(image.data, nullptr, nullptr, &bitCount, nullptr) && bitCount == 1;
+    std::optional<ImageInfo> info = GetImageInfo(image.data);
+    return info && info->bitCount == 1;
 }
 
 // Whether the document has colours that an image could be fitted to.
 bool HasTarget(const Block& image) {
-    Block header;
-    return image.owner && GetHeader(*image.owner, &header) && HasColours(header);
+    const Block* header = image.owner ? FindHeader(*image.owner) : nullptr;
+    return header && HasColours(*header);
 }
 
 bool ShowChoices(HWND dialog) {
@@ -44,8 +44,8 @@ constexpr DialogKind kPaletteBox = {L"PaletteNoMatchBox", "KLMInsert", ShowChoic
 
 }  // namespace
 
-int RunPaletteDialog(WindowHandle owner, const Block& image) {
+int RunPaletteDialog(HWND owner, const Block& image) {
     Block subject = image;
-    int choice = RunEditingDialog(static_cast<HWND>(owner), kPaletteBox, &subject);
+    int choice = RunEditingDialog(owner, kPaletteBox, &subject);
     return choice ? choice : kPaletteCancel;  // a dialog that can't be shown agrees to nothing
 }

@@ -25,9 +25,9 @@ void OnColour(HWND dialog, const PaletteButtons& buttons, const ColourButton& bu
 }
 
 void OnEyedropper(HWND dialog, const PaletteButtons& buttons, const ColourButton& button) {
-    Block image;
     uint32_t index = button.index(*Edited<Block>(dialog));
-    if (buttons.findImage(*Edited<Block>(dialog), &image) && PickColourFromImage(dialog, image, &index))
+    const Block* image = buttons.findImage(*Edited<Block>(dialog));
+    if (image && PickColourFromImage(dialog, *image, &index))
         StoreIndex(dialog, buttons, button, index);
 }
 

@@ -27,8 +27,8 @@ constexpr ColourButton ColourButtonFor(int id, int eyedropper) {
 
 struct PaletteButtons {
     ColourButton buttons[2];
-    uint32_t (*colourCount)(const Block& block);          // how many entries of its palette can be chosen
-    bool (*findImage)(const Block& block, Block* image);  // the image that the eyedroppers show
+    uint32_t (*colourCount)(const Block& block);    // how many entries of its palette can be chosen
+    const Block* (*findImage)(const Block& block);  // the image that the eyedroppers show; null when there is none
 };
 
 // Shows the indexes as the texts of the colour buttons and draws them afresh.

@@ -1,6 +1,6 @@
 #include "editing/dialogs/pick_colour.h"
 
-#include <cstring>
+#include <optional>
 #include <exception>
 
 #include "app/services/shell_objects.h"
@@ -19,25 +19,23 @@ constexpr WPARAM kEscapeKey = 27;
 
 // What the eyedropper works on while it runs.
 struct Eyedropper {
-    const Block* image;
-    uint32_t picked;  // kNoPixel until a pixel is
+    Block image;
+    uint32_t picked = kNoPixel;  // until a pixel is
 };
-Eyedropper eyedropper = {};
+Eyedropper eyedropper;
 
-// The colours that the image is seen in; false when neither it nor its document brings any, and its bitmap's count.
-bool FindColours(const Block& image, RgbTriple* palette) {
-    if (!(GetImageFields(image).packed & kHasPalette)) return image.owner && GetGlobalPalette(*image.owner, palette);
-    memcpy(palette, image.palette, kPaletteBytes);
-    return true;
+// The colours that the image is seen in; none when neither it nor its document brings any, and its bitmap's count.
+std::optional<Palette> FindColours(const Block& image) {
+    if (GetImageFields(image).packed & kHasPalette) return image.palette;
+    GlobalPalette global = image.owner ? FindGlobalPalette(*image.owner) : GlobalPalette();
+    return global.depth ? std::optional(global.colours) : std::nullopt;
 }
 
 LRESULT OnPaint(HWND window) {
-    const Block& image = *eyedropper.image;
-    RgbTriples palette;
-    bool found = FindColours(image, palette);
+    std::optional<Palette> palette = FindColours(eyedropper.image);
     WindowPaint paint(window);
-    DrawImageStraight(paint.Dc(), image.data, found ? palette : nullptr, GetScrollPos(window, SB_HORZ),
-                      GetScrollPos(window, SB_VERT));
+    DrawImageStraight(paint.Dc(), &eyedropper.image.data, palette ? palette->Colours() : nullptr,
+                      GetScrollPos(window, SB_HORZ), GetScrollPos(window, SB_VERT));
     return 0;
 }
 
@@ -52,10 +50,9 @@ LRESULT Finish(HWND window, uint32_t picked) {
 LRESULT OnPick(HWND window, int x, int y) {
     uint32_t pixel = kNoPixel;
     {
-        MemoryLock lock(eyedropper.image->data);
-        if (lock)
-            pixel = GetImagePixel(lock.As<BitmapHeader>(), x + GetScrollPos(window, SB_HORZ),
-                                  y + GetScrollPos(window, SB_VERT));
+        ImageLock bitmap(eyedropper.image.data);
+        if (bitmap)
+            pixel = GetImagePixel(bitmap, x + GetScrollPos(window, SB_HORZ), y + GetScrollPos(window, SB_VERT));
     }
     return pixel == kNoPixel ? 0 : Finish(window, pixel);
 }
@@ -134,7 +131,7 @@ bool Pick(HWND parent) {
 }  // namespace
 
 bool PickColourFromImage(HWND parent, const Block& image, uint32_t* index) {
-    ScopedValue<Eyedropper> running(&eyedropper, {&image, kNoPixel});
+    ScopedValue<Eyedropper> running(&eyedropper, {image, kNoPixel});
     const bool shown = Pick(parent);
     if (shown) *index = eyedropper.picked;
     if (parent) UpdateWindow(parent);

@@ -5,7 +5,7 @@
 #include <new>
 
 #include "app/services/messages.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
 
@@ -53,10 +53,9 @@ bool StoreText(HWND edit, Block* block) {
         const std::wstring wide = TextOf(edit);
         if (IsUnchanged(wide, *block)) return true;
         const std::string text = Ansi1252FromWide(wide);
-        Block made = {};
-        if (!text.empty() && !SetBlockText(&made, text.data(), static_cast<uint32_t>(text.size()))) return false;
-        block->data = made.data;
-        block->dataLength = made.dataLength;
+        if (!text.empty()) return SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()));
+        block->data = nullptr;
+        block->dataLength = 0;
         return true;
     } catch (const std::bad_alloc&) {
         return false;

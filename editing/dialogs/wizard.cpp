@@ -9,12 +9,13 @@
 #include "app/services/wait_cursor.h"
 #include "editing/animation_build.h"
 #include "editing/dialogs/dialog_frame.h"
+#include "editing/dialogs/document_operations.h"
 #include "editing/dialogs/edited_block.h"
 #include "editing/dialogs/fields.h"
 #include "editing/dialogs/wizard_files.h"
 #include "editing/dialogs/wizard_pages.h"
 #include "imaging/draw/gdi_guards.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
 #include "resources/wizard_ids.h"
@@ -65,8 +66,10 @@ AnimationSettings TakeSettings(HWND dialog) {
 BuildOutcome Build(HWND dialog) {
     WaitCursor wait;
     try {
-        return BuildAnimation(dialog, TakeSettings(dialog), WizardFiles(dialog), Edited<Wizard>(dialog)->document)
-            .outcome;
+        AnimationSettings settings = TakeSettings(dialog);
+        if (settings.matching == PaletteMatching::kSuperPalette) paletteChoiceForInsert = kPaletteKeep;
+        UserAnswers answers(dialog);
+        return BuildAnimation(settings, WizardFiles(dialog), Edited<Wizard>(dialog)->document, answers).outcome;
     } catch (const std::bad_alloc&) {
         return BuildOutcome::kOutOfMemory;
     }
@@ -79,7 +82,7 @@ void TellFailure(HWND dialog, BuildOutcome outcome) {
         case BuildOutcome::kListFailed: return MessageBox(dialog, LoadStr(IDS_MISSING));
         case BuildOutcome::kFirstFileUnreadable: return MessageBox(dialog, LoadStr(IDS_OPEN_FAILED));
         case BuildOutcome::kDone:
-        case BuildOutcome::kCorruptedFileRefused:
+        case BuildOutcome::kFileRefused:
         case BuildOutcome::kStoppedByUser: return;
     }
 }

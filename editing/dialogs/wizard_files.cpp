@@ -7,7 +7,7 @@
 #include "app/services/messages.h"
 #include "editing/dialogs/wizard_pages.h"
 #include "imaging/draw/gdi_guards.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "platform/wide_text.h"
 #include "resources/string_ids.h"
 #include "resources/wizard_ids.h"

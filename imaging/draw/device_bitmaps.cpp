@@ -24,10 +24,10 @@ int WithoutOddDepths(int bits) {
     return bits > 8 ? kTrueColourBits : bits;
 }
 
-bool ReadPixels(HDC dc, HBITMAP bitmap, int height, MemoryHandle image, const RgbTriple* palette) {
-    MemoryLock lock(image);
+bool ReadPixels(HDC dc, HBITMAP bitmap, int height, MemoryHandle* image, const RgbTriple* palette) {
+    ImageWriteLock lock(image);
     if (!lock) return false;
-    auto* target = lock.As<BitmapHeader>();
+    LockedBitmap target = lock;
     const BitmapHeader header = *target;
     auto* info = reinterpret_cast<BITMAPINFO*>(target);
     auto rows = static_cast<UINT>(height);
@@ -50,9 +50,9 @@ HBITMAP MakeDeviceBitmap(HDC dc, ConstLockedBitmap bitmap) {
     return CreateDIBitmap(dc, &info->bmiHeader, CBM_INIT, ImagePixels(bitmap), info, DIB_RGB_COLORS);
 }
 
-void DrawImageBitmap(HDC dc, int x, int y, MemoryHandle image, DWORD rasterOperation) {
-    MemoryLock lock(image);
-    if (lock) DrawLocked(dc, x, y, lock.As<const BitmapHeader>(), rasterOperation);
+void DrawImageBitmap(HDC dc, int x, int y, const MemoryHandle& image, DWORD rasterOperation) {
+    ImageLock bitmap(image);
+    if (bitmap) DrawLocked(dc, x, y, bitmap, rasterOperation);
 }
 
 void DrawResourceBitmap(HDC dc, int x, int y, HGLOBAL resource, DWORD rasterOperation) {
@@ -90,9 +90,9 @@ MemoryHandle ImageFromDeviceBitmap(HDC dc, HBITMAP bitmap, const RgbTriple* pale
     BITMAP size;
     if (!bitmap || !GetObjectW(bitmap, sizeof(size), &size)) return nullptr;
     int depth = WithoutOddDepths(size.bmPlanes * size.bmBitsPixel);
-    OwnedMemory image(CreateImageBitmap(size.bmWidth, size.bmHeight, palette, depth));
-    if (!ReadPixels(dc, bitmap, size.bmHeight, image.Get(), palette)) return nullptr;
-    return image.Release();
+    MemoryHandle image = CreateImageBitmap(size.bmWidth, size.bmHeight, palette, depth);
+    if (!ReadPixels(dc, bitmap, size.bmHeight, &image, palette)) return nullptr;
+    return image;
 }
 
 int DisplayColourDepth() {

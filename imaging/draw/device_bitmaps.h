@@ -6,7 +6,7 @@
 
 // Draws the whole image with its own colours at (x, y), combined with what is there by the raster operation.
 // Nothing happens on failure, nor for an image without pixels.
-void DrawImageBitmap(HDC dc, int x, int y, MemoryHandle image, DWORD rasterOperation);
+void DrawImageBitmap(HDC dc, int x, int y, const MemoryHandle& image, DWORD rasterOperation);
 
 // The same for a bitmap of the program's resources, as LoadResource returns it.
 void DrawResourceBitmap(HDC dc, int x, int y, HGLOBAL resource, DWORD rasterOperation);

@@ -1,21 +1,33 @@
 #include "imaging/draw/draw_image.h"
 
+#include <algorithm>
+
 #include "imaging/draw/device_bitmaps.h"
-#include "imaging/draw/drawing_colours.h"
 #include "imaging/draw/screen_palette.h"
 
-void AdoptColours(LockedBitmap bitmap, const RgbTriple* palette, RgbTriple* colours) {
-    if (palette) SetImagePalette(bitmap, palette);
-    GetImagePalette(bitmap, colours);
+namespace {
+
+bool HasColours(ConstLockedBitmap bitmap, const RgbTriple* palette) {
+    RgbTriples own;
+    const int count = bitmap->bitCount > 8 ? 0 : GetImagePalette(bitmap, own);
+    return std::equal(own, own + count, palette);
 }
 
-void DrawImageStraight(HDC dc, MemoryHandle image, const RgbTriple* palette, int xSource, int ySource) {
-    MemoryLock lock(image);
-    if (!lock) return;
-    auto* bitmap = lock.As<BitmapHeader>();
+}  // namespace
+
+bool AdoptColours(MemoryHandle* image, const RgbTriple* palette) {
+    if (!palette || HasColours(ImageLock(*image), palette)) return true;
+    ImageWriteLock bitmap(image);
+    if (bitmap) SetImagePalette(bitmap, palette);
+    return bitmap;
+}
+
+void DrawImageStraight(HDC dc, MemoryHandle* image, const RgbTriple* palette, int xSource, int ySource) {
+    if (!*image || !AdoptColours(image, palette)) return;
+    ImageLock bitmap(*image);
+    if (!bitmap || bitmap->width <= 0 || bitmap->height <= 0) return;
     RgbTriples colours;
-    AdoptColours(bitmap, palette, colours);
-    if (bitmap->width <= 0 || bitmap->height <= 0) return;
+    GetImagePalette(bitmap, colours);
     RealizedPalette realized(dc, colours, bitmap->bitCount);
     SetDIBitsToDevice(dc, 0, 0, static_cast<DWORD>(bitmap->width), static_cast<DWORD>(bitmap->height), xSource,
                       -ySource, 0, static_cast<UINT>(bitmap->height), ImagePixels(bitmap), InfoOf(bitmap),

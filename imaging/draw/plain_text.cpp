@@ -14,11 +14,6 @@ namespace {
 
 constexpr int kFontHeight = 14;
 
-bool GetHeader(const Block& block, Block* header) {
-    int index = block.owner ? FindHeader(*block.owner) : -1;
-    return index >= 0 && GetBlock(*block.owner, header, static_cast<uint32_t>(index));
-}
-
 COLORREF ColourOf(RgbTriple colour) {
     return RGB(colour.red, colour.green, colour.blue);
 }
@@ -53,22 +48,22 @@ void DrawPieces(HDC dc, POINT origin, int lineHeight, TextPieces pieces) {
 }  // namespace
 
 void DrawPlainText(HDC dc, HWND window, const Block& block, const RECT* frame, uint32_t transparentIndex) {
-    Block header;
-    if (block.kind != kPlainTextBlock || !GetHeader(block, &header)) return;
+    const Block* header = block.owner ? FindHeader(*block.owner) : nullptr;
+    if (block.kind != kPlainTextBlock || !header) return;
     MemoryLock text(block.data);
     if (!text) return;
 
-    const HeaderFields screen = GetHeaderFields(header);
+    const HeaderFields screen = GetHeaderFields(*header);
     const PlainTextFields fields = GetPlainTextFields(block);
     // The count of colours stands in for their depth: tables of more than 8 colours realize no palette.
-    RealizedPalette realized(dc, header.palette, ColoursOfPacked(screen.packed));
+    RealizedPalette realized(dc, header->palette, ColoursOfPacked(screen.packed));
     OwnedGdiObject courier(CreateFontW(kFontHeight, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Courier New"));
     RECT client = {};
     if (!frame) GetClientRect(window, &client);
 
     SavedDc saved(dc);
     SelectObject(dc, frame ? courier.Get() : GetStockObject(ANSI_FIXED_FONT));
-    SetTextColours(dc, header, fields, transparentIndex);
+    SetTextColours(dc, *header, fields, transparentIndex);
     uint32_t length = std::min(block.dataLength, static_cast<uint32_t>(MemorySize(block.data)));
     DrawPieces(dc, TextOrigin(screen, fields, frame ? *frame : client), LineHeight(dc) - (frame ? 1 : 0),
                TextPieces(text.Bytes(), length, fields.gridWidth, fields.gridHeight));

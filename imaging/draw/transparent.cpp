@@ -48,10 +48,10 @@ void CutOut::Prepare(HDC mask, int height) {
 }
 
 HBITMAP MakeMaskBitmap(HDC dc, ConstLockedBitmap bitmap, uint32_t transparentIndex) {
-    OwnedMemory mask(MakeTransparencyMask(bitmap, transparentIndex));
-    MemoryLock lock(mask.Get());
+    const MemoryHandle made = MakeTransparencyMask(bitmap, transparentIndex);
+    ImageLock mask(made);
     MemoryDc memory(dc);  // as it comes, with a monochrome bitmap: so becomes the mask's
-    return lock && memory.Get() ? MakeDeviceBitmap(memory.Get(), lock.As<const BitmapHeader>()) : nullptr;
+    return mask && memory.Get() ? MakeDeviceBitmap(memory.Get(), mask) : nullptr;
 }
 
 void RevealCutOut(HDC dc, const CutOut& cutOut, int height, int xSource, int ySource) {
@@ -68,11 +68,10 @@ struct Size {
     int width, height;
 };
 
-bool MakeDeviceBitmaps(HDC dc, MemoryHandle image, uint32_t transparentIndex, Size* size, HBITMAP* pixels,
+bool MakeDeviceBitmaps(HDC dc, const MemoryHandle& image, uint32_t transparentIndex, Size* size, HBITMAP* pixels,
                        HBITMAP* mask) {
-    MemoryLock lock(image);
-    if (!lock) return false;
-    const auto* bitmap = lock.As<const BitmapHeader>();
+    ImageLock bitmap(image);
+    if (!bitmap) return false;
     *size = {bitmap->width, bitmap->height};
     if (size->width <= 0 || size->height <= 0) return true;
     *pixels = MakeDeviceBitmap(dc, bitmap);
@@ -82,8 +81,8 @@ bool MakeDeviceBitmaps(HDC dc, MemoryHandle image, uint32_t transparentIndex, Si
 
 }  // namespace
 
-bool DrawImageTransparent(HDC dc, HWND, MemoryHandle image, const RgbTriple*, int xSource, int ySource,
-                          uint32_t transparentIndex, bool interlaced) {
+bool DrawImageTransparent(HDC dc, const MemoryHandle& image, int xSource, int ySource, uint32_t transparentIndex,
+                          bool interlaced) {
     Size size;
     HBITMAP pixels = nullptr, mask = nullptr;
     bool made = MakeDeviceBitmaps(dc, image, transparentIndex, &size, &pixels, &mask);

@@ -1,5 +1,5 @@
 // What the viewer does with each block of the document, and when.
-#include <cstring>
+#include <utility>
 
 #include "gif/descriptor.h"
 #include "imaging/draw/gdi_guards.h"
@@ -24,9 +24,8 @@ void RememberImage(ViewerState& state) {
     state.imageHeight = fields.height;
     state.imageTransparentIndex = state.transparentIndex;
     state.imageInterlaced = (fields.packed & kImageInterlaced) != 0;
-    const RgbTriple* palette = (fields.packed & kHasPalette) ? state.current.palette : state.globalPalette;
-    memcpy(state.imagePalette, palette, kPaletteBytes);
-    state.currentImage = state.current.data;
+    state.imagePalette = (fields.packed & kHasPalette) ? state.current.palette : state.globalPalette;
+    state.currentImage = std::exchange(state.current.data, nullptr);
 }
 
 // The image must be on screen before its delay starts, so it is painted here and now.

@@ -34,9 +34,19 @@ void PlaceImage(HDC dc, HWND window, const ViewerState& state) {
 }
 
 // The owner stays in use while the viewer plays: an image that has left the document is not there to be painted.
-bool IsInDocument(const BlockList& list, MemoryHandle image) {
-    return !ForEachBlock(
-        list, [=](const Block& block, uint32_t) { return block.kind != kImageBlock || block.data != image; });
+Block* FindInDocument(const ViewerState& state) {
+    for (Block& block : state.list->All())
+        if (block.kind == kImageBlock && block.data == state.currentImage) return &block;
+    return nullptr;
+}
+
+// The bitmap in the document gets the colours that it is shown in. The viewer lets go of its own share for that moment:
+// it must not be a reason to copy the pixels.
+bool GiveColours(Block* image, ViewerState& state) {
+    state.currentImage = {};
+    bool given = AdoptColours(&image->data, state.imagePalette);
+    state.currentImage = image->data;
+    return given;
 }
 
 // What an exposure makes paint again is not grabbed a second time: by then the image lies on it itself.
@@ -46,15 +56,14 @@ void SaveUnder(HDC dc, ViewerState& state) {
     state.savedUnder = GrabScreenArea(dc, {0, 0, width, height});
 }
 
-void DrawCurrentImage(HDC dc, HWND window, const ViewerState& state) {
-    const RgbTriple* palette = state.imagePalette;
-    if (state.imageTransparentIndex != kNoTransparentIndex)
-        DrawImageTransparent(dc, window, state.currentImage, palette, 0, 0, state.imageTransparentIndex,
-                             state.imageInterlaced);
-    else if (state.imageInterlaced)
-        DrawImageProgressive(dc, state.currentImage, palette, 0, 0);
-    else
-        DrawImageStraight(dc, state.currentImage, palette, 0, 0);
+void DrawCurrentImage(HDC dc, Block* image, ViewerState& state) {
+    if (state.imageTransparentIndex != kNoTransparentIndex) {
+        DrawImageTransparent(dc, state.currentImage, 0, 0, state.imageTransparentIndex, state.imageInterlaced);
+        return;
+    }
+    if (!GiveColours(image, state)) return;
+    auto draw = state.imageInterlaced ? DrawImageProgressive : DrawImageStraight;
+    draw(dc, &state.currentImage, nullptr, 0, 0);
 }
 
 // A rectangle without an outline lacks its right column and its bottom row.
@@ -67,11 +76,12 @@ void FillWithBackground(HDC dc, Size image, HBRUSH brush) {
 }  // namespace
 
 void PaintCurrentImage(HDC dc, HWND window, ViewerState& state) {
-    if (!state.currentImage || !IsInDocument(*state.list, state.currentImage)) return;
+    Block* image = state.currentImage ? FindInDocument(state) : nullptr;
+    if (!image) return;
     SavedDc saved(dc);
     PlaceImage(dc, window, state);
     SaveUnder(dc, state);
-    DrawCurrentImage(dc, window, state);
+    DrawCurrentImage(dc, image, state);
 }
 
 void DisposeOfImage(HWND window, ViewerState& state) {

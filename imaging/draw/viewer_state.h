@@ -21,26 +21,26 @@ constexpr uint32_t kLoopStart = 2;  // repeats begin behind a header and a loop 
 enum Disposal : uint32_t { kDisposeNothing = 0, kDisposeLeave = 1, kDisposeBackground = 2, kDisposePrevious = 3 };
 
 struct ViewerState {
-    uint32_t screenWidth, screenHeight;
-    uint32_t nextIndex;
-    uint32_t imageLeft, imageTop, imageWidth, imageHeight;  // of the last image drawn, as all that begin with image...
-    uint32_t imageTransparentIndex;                         // kNoTransparentIndex: none
-    bool imageInterlaced;
-    RgbTriples imagePalette;
-    uint32_t transparentIndex;  // for the next images, as the controls say
-    uint32_t disposal;
-    uint32_t delay;  // hundredths of a second
-    uint32_t waitForInput;
-    uint32_t hasGlobalPalette;
-    int32_t loopsLeft;  // kNoLoopYet before the first loop block
-    uint32_t backgroundColour;
-    RgbTriples globalPalette;
-    Block current;              // the block being played
-    HBITMAP savedUnder;         // what lay under the current image, for kDisposePrevious
-    MemoryHandle currentImage;  // the image on screen; belongs to the document
-    HBRUSH backgroundBrush;
-    MemoryHandle brushPattern;  // the bitmap of the brush, if it has one
-    BlockList* list;
+    uint32_t screenWidth = 0, screenHeight = 0;
+    uint32_t nextIndex = 0;
+    // Of the last image drawn, as all that begin with image...
+    uint32_t imageLeft = 0, imageTop = 0, imageWidth = 0, imageHeight = 0;
+    uint32_t imageTransparentIndex = kNoTransparentIndex;
+    bool imageInterlaced = false;
+    Palette imagePalette;
+    uint32_t transparentIndex = kNoTransparentIndex;  // for the next images, as the controls say
+    uint32_t disposal = 0;
+    uint32_t delay = 0;  // hundredths of a second
+    uint32_t waitForInput = 0;
+    uint32_t hasGlobalPalette = 0;
+    int32_t loopsLeft = kNoLoopYet;
+    uint32_t backgroundColour = 0;
+    Palette globalPalette;
+    Block current;                 // the block being played
+    HBITMAP savedUnder = nullptr;  // what lay under the current image, for kDisposePrevious
+    MemoryHandle currentImage;     // the image on screen
+    HBRUSH backgroundBrush = nullptr;
+    BlockList* list = nullptr;
 };
 
 // Hundredths of a second while the delay timer runs, 1 after an image that waits for the user's input, otherwise 0.
@@ -49,7 +49,7 @@ extern int32_t pendingWait;
 LRESULT CALLBACK ViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 ViewerState* StateOfViewer(HWND window);  // null when the window has none yet
 
-// Fills `state`, zeroed, for playing `list` from behind its header. False when there is no header.
+// Fills `state`, fresh, for playing `list` from behind its header. False when there is no header.
 bool BeginViewing(ViewerState* state, BlockList* list);
 void EndViewing(ViewerState* state);  // releases what the state owns
 

@@ -1,12 +1,13 @@
 // The viewer's window and its message loop.
 #include <exception>
 
+#include "app/services/messages.h"
 #include "app/services/shell_objects.h"
 #include "imaging/draw/full_screen.h"
 #include "imaging/draw/gdi_guards.h"
 #include "imaging/draw/viewer.h"
 #include "imaging/draw/viewer_state.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/string_ids.h"
 
 namespace {
@@ -156,10 +157,10 @@ LRESULT CALLBACK ViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 }
 
 void RunViewer(HWND owner, BlockList* list) {
-    ViewerState state = {};
+    ViewerState state;
     NestedWait nested;
     if (!BeginViewing(&state, list)) {
-        ShowMessage(owner, LoadStr(IDS_MISSING));
+        MessageBox(owner, LoadStr(IDS_MISSING));
         return;
     }
     RegisterViewerClass(state.backgroundBrush);

@@ -7,11 +7,8 @@
 namespace {
 
 void ExpectLine(const Block& block, const std::string& line) {
-    char shown[kBlockLineBytes];
-    FormatBlockLine(shown, block);
-    EXPECT_EQ(shown, line);
-    FormatKindName(shown, block.kind);
-    EXPECT_EQ(shown, line.substr(0, line.find(kBlockLineSeparator)));
+    EXPECT_EQ(FormatBlockLine(block), line);
+    EXPECT_EQ(FormatKindName(block.kind), line.substr(0, line.find(kBlockLineSeparator)));
 }
 
 void ExpectLine(uint16_t kind, std::string_view descriptor, const std::string& line) {
@@ -32,13 +29,11 @@ TEST(BlockLine, OfEachKind) {
     ExpectLine(kBlockNamesBlock, "", "BLOCK NAMES");
     ExpectLine(kUnknownBlock, "", "UNKNOWN TYPE");
     ExpectLine(4711, "", "UNKNOWN TYPE");
-    OwnedBlock plain(MakeText(kPlainTextBlock, "\r\n" + std::string(40, '%')));
-    ExpectLine(plain, "PLAIN TEXT\xFE " + std::string(32, '%'));
+    ExpectLine(MakeText(kPlainTextBlock, "\r\n" + std::string(40, '%')), "PLAIN TEXT\xFE " + std::string(32, '%'));
 }
 
 TEST(BlockLine, Images) {
-    OwnedBlock image;
-    image.kind = kImageBlock;
+    Block image = OfKind(kImageBlock);
     PutImageFields(&image, {0, 0, 65535, 50, 7});
     ExpectLine(image, "IMAGE\xFE 65535 x 50, 256 colours");
     std::string longest(260, 'n');

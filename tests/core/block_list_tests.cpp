@@ -1,160 +1,188 @@
 #include "gif/block_list.h"
 
 #include "platform/faults.h"
-#include "tests/support/scripted_prompts.h"
 #include "tests/support/test_blocks.h"
 
 using namespace std::string_literals;
 
 namespace {
 
+std::vector<Block> Comments(const std::string& letters) {
+    std::vector<Block> comments;
+    for (char letter : letters) comments.push_back(MakeText(kCommentBlock, {&letter, 1}));
+    return comments;
+}
+
+// The comments' texts and a dot for a header; checks positions and the owner on the way.
+std::string LettersOf(const BlockList& list) {
+    std::string letters;
+    for (const Block& block : list.All()) {
+        EXPECT_EQ(block.position, letters.size());
+        EXPECT_EQ(block.owner, &list);
+        letters += block.kind == kHeaderBlock ? "." : TextOf(block);
+    }
+    return letters;
+}
+
 // A header and one comment for every letter.
-class BlockListTest : public testing::Test {
-protected:
-    BlockListTest() { prompts = {}; }
+BlockList Filled(const std::string& letters) {
+    BlockList list;
+    EXPECT_TRUE(NewDocument(&list));
+    for (const Block& comment : Comments(letters)) Append(&list, comment);
+    RenumberBlocks(&list);
+    return list;
+}
 
-    void Fill(const std::string& letters) {
-        DestroyBlockList(&list_);
-        ASSERT_TRUE(NewDocument(&list_));
-        for (char letter : letters) Append(&list_, MakeText(kCommentBlock, {&letter, 1}));
-        RenumberBlocks(&list_);
-    }
+// An image or text with everything that a block can share, and what of it can be seen.
+Block FullBlock(bool isImage) {
+    Block block = isImage ? MakeImage(2, 1, 4) : MakeText(kCommentBlock, "text");
+    EXPECT_TRUE(SetBlockName("name", &block));
+    EXPECT_TRUE(block.palette.SetEntry(7, {1, 2, 3}));
+    return block;
+}
+std::string ContentOf(const Block& block) {
+    RgbTriple colour = block.palette[7];
+    return (block.kind == kImageBlock ? PixelsOf(block) : TextOf(block)) + " " + NameOf(block) + " " +
+           std::to_string(colour.red) + " " + std::to_string(colour.green);
+}
 
-    // The comments' texts; checks positions and the owner on the way.
-    std::string Letters() {
-        std::string letters;
-        ForEachBlock(list_, [&](const Block& block, uint32_t index) {
-            EXPECT_EQ(block.position, index);
-            EXPECT_EQ(block.owner, &list_);
-            letters += block.kind == kHeaderBlock ? "." : TextOf(block);
-            return true;
-        });
-        return letters;
-    }
+struct Change {
+    const char* what;
+    bool ofImage;
+    bool (*make)(Block* block);  // false without memory
+};
 
-    OwnedBlockList list_;
+constexpr Change kChanges[] = {
+    {"a pixel", true,
+     [](Block* block) {
+         ImageWriteLock bitmap(&block->data);
+         if (bitmap) SetImagePixel(bitmap, 1, 0, 9);
+         return bitmap != nullptr;
+     }},
+    {"a byte of the text", false,
+     [](Block* block) {
+         WriteLock text(&block->data);
+         if (text) text.Bytes()[0] = 'n';
+         return static_cast<bool>(text);
+     }},
+    {"the text", false, [](Block* block) { return SetBlockText(block, "new", 3); }},
+    {"the name", true, [](Block* block) { return SetBlockName("another", block); }},
+    {"a colour", true,
+     [](Block* block) {
+         return block->palette.SetEntry(7, {4, 5, 6});
+     }},
+    {"the palette", true, [](Block* block) { return block->palette.Set({}); }},
 };
 
 }  // namespace
 
-TEST_F(BlockListTest, CapacityGrowsBySteps) {
-    ASSERT_TRUE(CreateBlockList(&list_));
-    EXPECT_EQ(list_.capacity, 64u);
+TEST(BlockListTest, CapacityGrowsBySteps) {
+    BlockList list;
+    ASSERT_TRUE(CreateBlockList(&list));
+    EXPECT_EQ(list.capacity, 64u);
     for (uint32_t count = 1; count <= 400; ++count) {
-        Append(&list_, MakeText(kCommentBlock, std::to_string(count)));
-        EXPECT_EQ(list_.count, count);
-        EXPECT_EQ(list_.capacity, (count / 64 + 1) * 64);
+        Append(&list, MakeText(kCommentBlock, std::to_string(count)));
+        EXPECT_EQ(list.count, count);
+        EXPECT_EQ(list.capacity, (count / 64 + 1) * 64);
     }
-    for (uint32_t i = 0; i < 400; ++i) EXPECT_EQ(TextOf(BlockAt(list_, i)), std::to_string(i + 1));
-    Block block = {};
+    for (uint32_t i = 0; i < 400; ++i) EXPECT_EQ(TextOf(BlockAt(list, i)), std::to_string(i + 1));
+    Block block;
     for (uint32_t index : {400u, 448u, 0xFFFFFFFFu}) {
-        EXPECT_FALSE(GetBlock(list_, &block, index)) << index;
-        EXPECT_FALSE(PutBlock(&list_, block, index)) << index;
+        EXPECT_FALSE(GetBlock(list, &block, index)) << index;
+        EXPECT_FALSE(PutBlock(&list, block, index)) << index;
     }
 }
 
-TEST_F(BlockListTest, WhereBlocksAreInserted) {
-    for (auto [selection, letters, selected] :
-         {std::tuple{-1, ".xab", 1}, {0, ".xab", 1}, {1, ".axb", 2}, {2, ".abx", 3}, {65535, ".abx", 3}}) {
-        Fill("ab");
-        Block ready = MakeText(kCommentBlock, "x");
+TEST(BlockListTest, WhereBlocksAreInserted) {
+    const std::string many(200, 'm');
+    for (const auto& [selection, added, letters, selected] : {std::tuple{-1, "x"s, ".xab"s, 1},
+                                                              {0, "x", ".xab", 1},
+                                                              {1, "x", ".axb", 2},
+                                                              {1, "xyz", ".axyzb", 4},
+                                                              {2, "xy", ".abxy", 4},
+                                                              {65535, "x", ".abx", 3},
+                                                              {1, "", ".ab", 1},
+                                                              {1, many, ".a" + many + "b", 201}}) {
+        BlockList list = Filled("ab");
         int place = selection;
-        EXPECT_TRUE(InsertBlock(nullptr, &list_, &place, kCommentBlock, &ready, nullptr));
-        EXPECT_EQ(Letters(), letters) << selection;
-        EXPECT_EQ(place, selected);
+        EXPECT_TRUE(InsertBlocks(&list, &place, Comments(added)));
+        EXPECT_EQ(LettersOf(list), letters);
+        EXPECT_EQ(place, selected) << letters;
+        EXPECT_EQ(list.capacity, (list.count / 64 + 1) * 64);
     }
 }
 
-TEST_F(BlockListTest, Deletion) {
-    Fill("abc");
-    const std::tuple<int, bool, const char*, int, unsigned> cases[] = {
-        {0, false, ".abc", 0, IDS_HEADER_FIXED},
-        {-1, false, ".abc", -1, IDS_BLOCK_ACCESS},
-        {4, false, ".abc", 4, IDS_BLOCK_ACCESS},
-        {2, true, ".ac", 2, 0},
-        {2, true, ".a", 1, 0},
-        {1, true, ".", 0, 0},
-    };
-    for (const auto& [from, deletes, letters, selected, message] : cases) {
-        prompts = {};
-        int selection = from;
-        EXPECT_EQ(DeleteBlock(nullptr, &list_, &selection), deletes);
-        EXPECT_EQ(Letters(), letters);
-        EXPECT_EQ(selection, selected);
-        std::vector<std::string> said;
-        if (message) said.emplace_back(LoadStr(message));
-        EXPECT_EQ(prompts.messages, said);
-    }
-}
-
-TEST_F(BlockListTest, ManyBlocksComeAndGoAtOnce) {
+TEST(BlockListTest, WhichBlocksAreTakenOut) {
     for (const auto& [indexes, letters] : {std::pair{std::vector<uint32_t>{}, ".abcdef"},
                                            {{1}, ".bcdef"},
                                            {{6}, ".abcde"},
                                            {{2, 3, 6}, ".ade"},
                                            {{1, 2, 3, 4, 5, 6}, "."}}) {
-        Fill("abcdef");
-        EXPECT_TRUE(DeleteBlocks(&list_, indexes));
-        EXPECT_EQ(Letters(), letters);
+        BlockList list = Filled("abcdef");
+        RemoveBlocks(&list, indexes);
+        EXPECT_EQ(LettersOf(list), letters);
     }
-    Fill("abc");
-    for (const auto& indexes : {std::vector<uint32_t>{0}, {0, 2}, {2, 4}}) EXPECT_FALSE(DeleteBlocks(&list_, indexes));
-    EXPECT_EQ(Letters(), ".abc");
-
-    const std::string many(200, 'm');
-    for (const auto& [at, added, letters] : {std::tuple{1u, "x"s, ".xab"s},
-                                             {2, "xyz", ".axyzb"},
-                                             {3, "xy", ".abxy"},
-                                             {99, "x", ".abx"},
-                                             {1, "", ".ab"},
-                                             {2, many, ".a" + many + "b"}}) {
-        Fill("ab");
-        OwnedBlockList from;
-        ASSERT_TRUE(CreateBlockList(&from));
-        for (char letter : added) Append(&from, MakeText(kCommentBlock, {&letter, 1}));
-        EXPECT_TRUE(InsertBlocks(&list_, at, &from));
-        EXPECT_EQ(Letters(), letters);
-        EXPECT_EQ(from.count, 0u);
-        EXPECT_EQ(list_.capacity, (list_.count / 64 + 1) * 64);
-    }
-    OwnedBlockList from;
-    for (char letter : many) Append(&from, MakeText(kCommentBlock, {&letter, 1}));
-    Fill("ab");
-    faults.allocationsUntilFailure = 0;
-    EXPECT_FALSE(InsertBlocks(&list_, 1, &from));
-    faults = {};
-    for (long locks : {0, 1}) {
-        faults.locksUntilFailure = locks;
-        EXPECT_FALSE(InsertBlocks(&list_, 1, &from));
-    }
-    faults.locksUntilFailure = 0;
-    EXPECT_FALSE(DeleteBlocks(&list_, {1}));
-    faults = {};
-    EXPECT_EQ(Letters(), ".ab");
-    EXPECT_EQ(from.count, 200u);
 }
 
-TEST_F(BlockListTest, FailuresChangeNothing) {
-    Fill(std::string(62, 'a'));
+TEST(BlockListTest, WithoutMemoryNothingChanges) {
+    BlockList list = Filled(std::string(62, 'a'));
     int selection = 2;
-    Block block = {};
+    const std::vector<Block> more = Comments("xy");
     faults.allocationsUntilFailure = 0;
-    EXPECT_FALSE(AppendBlock(&list_, &block)) << "it would have to grow";
-    EXPECT_FALSE(InsertBlock(nullptr, &list_, &selection, kControlBlock, nullptr, nullptr));
+    EXPECT_FALSE(AppendBlock(&list, more[0])) << "it would have to grow";
+    EXPECT_FALSE(InsertBlocks(&list, &selection, more));
     faults = {};
-    EXPECT_EQ(prompts.messages, std::vector<std::string>{LoadStr(IDS_OUT_OF_MEMORY)});
-    prompts = {};
-    EXPECT_EQ(list_.capacity, 64u);
-    faults.locksUntilFailure = 0;
-    EXPECT_FALSE(AppendBlock(&list_, &block));
-    EXPECT_FALSE(RenumberBlocks(&list_));
-    EXPECT_FALSE(DeleteBlock(nullptr, &list_, &selection));
-    faults.locksUntilFailure = 1;  // the new comment's text has been written
-    EXPECT_FALSE(InsertBlock(nullptr, &list_, &selection, kCommentBlock, nullptr, nullptr));
-    faults = {};
-    EXPECT_EQ(prompts.messages, std::vector<std::string>(2, LoadStr(IDS_BLOCK_ACCESS)));
+    EXPECT_EQ(list.capacity, 64u);
     EXPECT_EQ(selection, 2);
-    EXPECT_EQ(Letters(), "." + std::string(62, 'a'));
+    EXPECT_EQ(LettersOf(list), "." + std::string(62, 'a'));
+}
+
+TEST(BlockListTest, AMovedListOwnsItsBlocks) {
+    BlockList first = Filled("ab"), second = Filled("xyz");
+    second = std::move(first);
+    EXPECT_EQ(LettersOf(second), ".ab");
+    EXPECT_EQ(LettersOf(first), "");
+    EXPECT_EQ(first.capacity + first.reserved, 0u);
+    BlockList third(std::move(second));
+    EXPECT_EQ(LettersOf(third), ".ab");
+    BlockList& itself = third;
+    third = std::move(itself);
+    EXPECT_EQ(LettersOf(third), ".ab");
+}
+
+TEST(BlockValues, CopiesStayAsTheyWere) {
+    for (const Change& change : kChanges)
+        for (bool withoutMemory : {false, true}) {
+            SCOPED_TRACE(change.what);
+            BlockList list, other;
+            Append(&list, FullBlock(change.ofImage));
+            Block copy = BlockAt(list, 0);
+            Append(&other, copy);
+            const std::string before = ContentOf(copy);
+            MemoryLock held(copy.data);
+            const Bytes seen(held.Bytes(), held.Bytes() + MemorySize(copy.data));
+            if (withoutMemory) faults.allocationsUntilFailure = 0;
+            EXPECT_EQ(change.make(&list.blocks[0]), !withoutMemory);
+            faults = {};
+            EXPECT_EQ(ContentOf(list.blocks[0]) == before, withoutMemory);
+            EXPECT_EQ(ContentOf(copy), before);
+            EXPECT_EQ(ContentOf(other.blocks[0]), before);
+            EXPECT_TRUE(std::equal(seen.begin(), seen.end(), held.Bytes())) << "under a lock";
+            DestroyBlockList(&list);
+            FreeBlock(&other.blocks[0]);
+            EXPECT_EQ(ContentOf(copy), before);
+        }
+}
+
+TEST(BlockValues, WhatNobodySharesIsWrittenInPlace) {
+    Block block = FullBlock(true);
+    const void* bitmap = ImageLock(block.data);
+    const RgbTriple* colours = block.palette;
+    faults.allocationsUntilFailure = 0;
+    EXPECT_EQ(static_cast<const void*>(ImageWriteLock(&block.data)), bitmap);
+    EXPECT_TRUE(block.palette.SetEntry(7, {}));
+    faults = {};
+    EXPECT_EQ(block.palette.Colours(), colours);
 }
 
 TEST(BlockTextLine, FirstReadableLine) {
@@ -167,8 +195,7 @@ TEST(BlockTextLine, FirstReadableLine) {
         {" \r\n ", 32, ""},
     };
     for (const auto& [text, maximum, line] : cases) {
-        OwnedBlock block(MakeText(kCommentBlock, text));
-        EXPECT_EQ(GetBlockTextLine(block, maximum), line) << text;
+        EXPECT_EQ(GetBlockTextLine(MakeText(kCommentBlock, text), maximum), line) << text;
     }
-    EXPECT_STREQ(GetBlockTextLine(Block{}, 32), "");
+    EXPECT_EQ(GetBlockTextLine(Block{}, 32), "");
 }

@@ -25,9 +25,8 @@ protected:
     void SetUp() override {
         MakeDocument(0x87);
         Random random(5);
-        OwnedMemory large(RandomImage(random, 40, 30, 8, {})), tiny(RandomImage(random, 2, 2, 1, {}));
-        WritePicture(Path("large.gif"), large.Get(), 8);
-        WritePicture(Path("tiny.gif"), tiny.Get(), 1);
+        WritePicture(Path("large.gif"), RandomImage(random, 40, 30, 8, {}), 8);
+        WritePicture(Path("tiny.gif"), RandomImage(random, 2, 2, 1, {}), 1);
     }
 
     std::string Path(const std::string& name) const { return folder_.Path(name); }
@@ -210,12 +209,11 @@ TEST_F(CliEdit, ColoursAreFittedAsTheOptionsSay) {
     constexpr size_t kBmpHeaderBytes = 14;
     LoadedGif document(ReadAll(Path("in.gif"))), large(ReadAll(Path("large.gif"))), tiny(ReadAll(Path("tiny.gif")));
     const MemoryHandle own = BlockAt(large, 1).data, ofTwoColours = BlockAt(tiny, 1).data;
-    RgbTriples palette;
-    int depth = FindGlobalPalette(document, palette);
+    const GlobalPalette global = FindGlobalPalette(document);
     for (auto [option, convert] : {std::pair{"--remap", &RemapImage}, {"--dither", &DitherImage}}) {
-        OwnedMemory fitted(convert(own, palette, depth, 0));
+        Result<MemoryHandle> fitted = convert(own, global.colours, global.depth, nullptr);
         LoadedGif list = Edit("insert", {"--kind", "image", "--at", "0", option, Path("large.gif")});
-        EXPECT_TRUE(SameBitmap(BlockAt(list, 1).data, fitted.Get())) << option;
+        EXPECT_TRUE(SameBitmap(BlockAt(list, 1).data, *fitted)) << option;
     }
     for (int packed : {0x87, 7}) {  // with a global palette, and without
         MakeDocument(packed);
@@ -231,13 +229,15 @@ TEST_F(CliEdit, ColoursAreFittedAsTheOptionsSay) {
     LoadedGif same = Edit("insert", {"--kind", "image", "--at", "0", "--keep", Path("same.gif")});
     EXPECT_EQ(GetImageFields(BlockAt(same, 1)).packed, 7) << "the colours are the global ones";
 
-    StandardPalette(palette, &depth, kPaletteWeb);
+    RgbTriples web;
+    int depth;
+    StandardPalette(web, &depth, kPaletteWeb);
     for (auto [file, image, option, convert] : {std::tuple{"large.gif", own, "--", &RemapImage},
                                                 {"large.gif", own, "--dither", &DitherImage},
                                                 {"tiny.gif", ofTwoColours, "--dither", &RemapImage}}) {
         EXPECT_EQ(RunCli({"remap", Path(file), "1", "--palette=6", option, Path("out.bmp")}).status, kExitDone);
-        OwnedMemory fitted(convert(image, palette, depth, 0));
-        MemoryLock lock(fitted.Get());
+        Result<MemoryHandle> fitted = convert(image, web, depth, nullptr);
+        MemoryLock lock(*fitted);
         Bytes bmp = ReadAll(Path("out.bmp"));
         ASSERT_GT(bmp.size(), kBmpHeaderBytes + kPaletteBytes);
         EXPECT_EQ(memcmp(&bmp[kBmpHeaderBytes], lock.Bytes(), bmp.size() - kBmpHeaderBytes), 0) << file << option;

@@ -7,7 +7,7 @@
 #include "imaging/true_colour.h"
 #include "tests/support/literal_colours.h"
 #include "tests/support/random_images.h"
-#include "tests/support/scripted_input.h"
+#include "tests/support/scripted_answers.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
@@ -15,25 +15,26 @@ namespace {
 using Table = std::vector<uint8_t>;
 
 struct Conversion {
-    MemoryHandle (*convert)(MemoryHandle source, const RgbTriple* palette, int depth, unsigned flags);
-    MemoryHandle (*plain)(MemoryHandle source, const RgbTriple* palette, int depth, const Table& table);
+    Result<MemoryHandle> (*convert)(const MemoryHandle& source, const RgbTriple* palette, int depth,
+                                    StopQuestion* stop);
+    MemoryHandle (*plain)(const MemoryHandle& source, const RgbTriple* palette, int depth, const Table& table);
 };
 
 constexpr Conversion kRemap = {RemapImage, LiteralRemap};
 constexpr Conversion kDither = {DitherImage, LiteralDither};
 constexpr Conversion kRemapTrueColours = {
-    [](MemoryHandle source, const RgbTriple* palette, int depth, auto) {
+    [](const MemoryHandle& source, const RgbTriple* palette, int depth, StopQuestion*) {
         return RemapTrueColours(source, palette, depth);
     },
-    [](MemoryHandle source, const RgbTriple* palette, int depth, const Table& table) {
-        OwnedMemory expanded(LiteralExpand(source));
-        return LiteralRemap(expanded.Get(), palette, depth, table);
+    [](const MemoryHandle& source, const RgbTriple* palette, int depth, const Table& table) {
+        return LiteralRemap(LiteralExpand(source), palette, depth, table);
     }};
-constexpr Conversion kExpand = {[](MemoryHandle source, auto...) { return ExpandToTrueColour(source); },
-                                [](MemoryHandle source, auto...) { return LiteralExpand(source); }};
+constexpr Conversion kExpand = {
+    [](const MemoryHandle& source, auto...) -> Result<MemoryHandle> { return ExpandToTrueColour(source); },
+    [](const MemoryHandle& source, auto...) { return LiteralExpand(source); }};
 constexpr Conversion kConversions[] = {kRemap, kDither, kRemapTrueColours, kExpand};
 
-Bytes BytesOf(MemoryHandle image) {
+Bytes BytesOf(const MemoryHandle& image) {
     MemoryLock lock(image);
     return Bytes(lock.Bytes(), lock.Bytes() + MemorySize(image));
 }
@@ -43,34 +44,34 @@ Bytes BytesOf(MemoryHandle image) {
 TEST(ColourConversions, EqualThePlainFormsAndKeepTheirSource) {
     constexpr int kBitCounts[] = {1, 4, 8, 24};
     Random random(2);
-    for (const Palette& palette : TestPalettes(random)) {
+    for (const Colours& palette : TestPalettes(random)) {
         const Table table = LiteralInverseTable(palette.data());
         for (int i = 0; i < 160; ++i) {
             int bitCount = kBitCounts[i % 4], depth = 1 + i / 4 % 8;
             int width = i < 64 ? i / 12 : i > 155 ? 401 : static_cast<int>(random() % 70);
-            OwnedMemory source(RandomImage(random, width, static_cast<int>(random() % 9), bitCount, palette));
-            const Bytes before = BytesOf(source.Get());
+            MemoryHandle source = RandomImage(random, width, static_cast<int>(random() % 9), bitCount, palette);
+            const Bytes before = BytesOf(source);
             for (const Conversion& conversion : kConversions) {
-                OwnedMemory made(conversion.convert(source.Get(), palette.data(), depth, 0));
-                OwnedMemory plain(conversion.plain(source.Get(), palette.data(), depth, table));
-                ASSERT_TRUE(SameBitmap(made.Get(), plain.Get()))
+                Result<MemoryHandle> made = conversion.convert(source, palette.data(), depth, nullptr);
+                MemoryHandle plain = conversion.plain(source, palette.data(), depth, table);
+                ASSERT_TRUE(SameBitmap(*made, plain))
                     << "conversion " << &conversion - kConversions << ", image " << i << ", " << bitCount << " bits, "
                     << width << " wide, to depth " << depth;
             }
-            ASSERT_EQ(BytesOf(source.Get()), before);
+            ASSERT_EQ(BytesOf(source), before);
         }
     }
 }
 
 TEST(ColourConversions, WorkedOutByHand) {
-    const Palette ignored = {{{200, 0, 0}, {0, 0, 0}}}, dark = {{{0, 0, 0}, {120, 200, 200}}};
-    const Palette whiteFirst = {{{255, 255, 255}, {248, 248, 248}, {0, 0, 0}, {1, 1, 1}}};
-    const Palette blackAndWhite = {{{0, 0, 0}, {255, 255, 255}}};
-    Palette light = {};  // black from entry 16 on
+    const Colours ignored = {{{200, 0, 0}, {0, 0, 0}}}, dark = {{{0, 0, 0}, {120, 200, 200}}};
+    const Colours whiteFirst = {{{255, 255, 255}, {248, 248, 248}, {0, 0, 0}, {1, 1, 1}}};
+    const Colours blackAndWhite = {{{0, 0, 0}, {255, 255, 255}}};
+    Colours light = {};  // black from entry 16 on
     for (uint8_t i = 0; i < 16; ++i) light[i] = {static_cast<uint8_t>(100 + i), 200, 200};
     light[21] = {50, 0, 0};
     constexpr uint32_t k100 = 0x646464;
-    const std::tuple<const char*, Conversion, int, Palette, std::vector<uint32_t>, Palette, int, std::vector<uint32_t>>
+    const std::tuple<const char*, Conversion, int, Colours, std::vector<uint32_t>, Colours, int, std::vector<uint32_t>>
         cases[] = {
             {"two colours are black and white", kRemap, 1, ignored, {0, 1, 1}, whiteFirst, 2, {2, 0, 0}},
             {"unused entries lose high bits", kRemap, 24, {}, {0, 0x33, 0x070707, 0xC8C86F}, light, 4, {0, 5, 0, 11}},
@@ -83,18 +84,18 @@ TEST(ColourConversions, WorkedOutByHand) {
             {"errors go right", kDither, 24, {}, {k100, k100, k100, k100}, blackAndWhite, 2, {0, 1, 0, 0}},
         };
     for (const auto& [what, conversion, bitCount, own, pixels, palette, depth, expected] : cases) {
-        OwnedMemory source(MakeRow(bitCount, pixels, own.data()));
-        OwnedMemory result(conversion.convert(source.Get(), palette.data(), depth, 0));
-        OwnedMemory worked(MakeRow(depth, expected, palette.data()));
-        EXPECT_TRUE(SameBitmap(result.Get(), worked.Get())) << what;
+        MemoryHandle source = MakeRow(bitCount, pixels, own.data());
+        Result<MemoryHandle> result = conversion.convert(source, palette.data(), depth, nullptr);
+        MemoryHandle worked = MakeRow(depth, expected, palette.data());
+        EXPECT_TRUE(SameBitmap(*result, worked)) << what;
     }
 }
 
 TEST(ColourConversions, DitherToTwoColoursAsTheSettingsSay) {
-    const Palette blackAndWhite = {{{0, 0, 0}, {255, 255, 255}}};
-    auto dither = [&](const DitherSettings& values, const OwnedMemory& image) {
+    const Colours blackAndWhite = {{{0, 0, 0}, {255, 255, 255}}};
+    auto dither = [&](const DitherSettings& values, const MemoryHandle& image) {
         ditherSettings = values;
-        return DitherImage(image.Get(), blackAndWhite.data(), 1, 0);
+        return *DitherImage(image, blackAndWhite.data(), 1);
     };
     // The luminances are 27 and 36; 31 is the threshold. The first pixel hands an error on. Beside: their levels.
     const std::pair<DitherSettings, std::vector<uint32_t>> cases[] = {
@@ -106,68 +107,64 @@ TEST(ColourConversions, DitherToTwoColoursAsTheSettingsSay) {
         {{20, 120}, {1, 1}},  // 254, 254: the most there is
         {{0, 100}, {0, 1}},   // 23, 32
     };
-    OwnedMemory row(MakeRow(24, {0x1C1C1C, 0x252525}));
+    MemoryHandle row = MakeRow(24, {0x1C1C1C, 0x252525});
     for (const auto& [values, expected] : cases) {
-        OwnedMemory made(dither(values, row)), worked(MakeRow(1, expected, blackAndWhite.data()));
-        EXPECT_TRUE(SameBitmap(made.Get(), worked.Get())) << values.brightness << ", " << values.contrast;
+        MemoryHandle made = dither(values, row), worked = MakeRow(1, expected, blackAndWhite.data());
+        EXPECT_TRUE(SameBitmap(made, worked)) << values.brightness << ", " << values.contrast;
     }
     const std::pair<DitherSettings, DitherSettings> ends[] = {
         {{-1, 20}, {0, 20}},    {{256, 100}, {255, 100}},   {{INT_MIN, INT_MIN}, {0, 0}},
         {{20, 128}, {20, 127}}, {{90, INT_MAX}, {90, 127}},
     };
     Random random(4);
-    OwnedMemory image(RandomImage(random, 67, 41, 8, TestPalettes(random)[0]));
+    MemoryHandle image = RandomImage(random, 67, 41, 8, TestPalettes(random)[0]);
     for (const auto& [outside, end] : ends) {
-        OwnedMemory made(dither(outside, image)), wanted(dither(end, image));
-        OwnedMemory plain(LiteralDither(image.Get(), blackAndWhite.data(), 1, {}));
-        EXPECT_TRUE(SameBitmap(made.Get(), wanted.Get())) << outside.brightness << ", " << outside.contrast;
-        EXPECT_TRUE(SameBitmap(wanted.Get(), plain.Get())) << end.brightness << ", " << end.contrast;
+        MemoryHandle made = dither(outside, image), wanted = dither(end, image);
+        MemoryHandle plain = LiteralDither(image, blackAndWhite.data(), 1, {});
+        EXPECT_TRUE(SameBitmap(made, wanted)) << outside.brightness << ", " << outside.contrast;
+        EXPECT_TRUE(SameBitmap(wanted, plain)) << end.brightness << ", " << end.contrast;
     }
     ditherSettings = {};
 }
 
 TEST(ColourConversions, RefuseDepthsOfNoPalette) {
-    OwnedMemory source(CreateImageBitmap(2, 2, nullptr, 8));
+    MemoryHandle source = CreateImageBitmap(2, 2, nullptr, 8);
     for (const Conversion& conversion : {kRemap, kDither, kRemapTrueColours})
         for (int depth : {-1, 0, 9, 24})
-            EXPECT_EQ(conversion.convert(source.Get(), Palette{}.data(), depth, 0), nullptr) << depth;
+            EXPECT_EQ(conversion.convert(source, Colours{}.data(), depth, nullptr).Why(), Failure::kNoMemory) << depth;
 }
 
-TEST(ColourConversions, AskOncePerCellAndRowAndStopAtAPress) {
-    constexpr long kCells = kColourCells, kNever = ScriptedInput::kNever;
+TEST(ColourConversions, AskOncePerCellAndRowAndStopWhenTold) {
+    constexpr long kCells = kColourCells, kNever = ScriptedAnswers::kNever;
     const struct {
         Conversion conversion;
-        unsigned flags;
         int depth;
         long pressAtPoll, polls;
     } cases[] = {
-        {kRemap, 1, 8, 0, 0},
-        {kRemap, kMayBeAborted, 8, kNever, kCells + 3},
-        {kRemap, kMayBeAborted, 8, kCells - 1, kCells},
-        {kRemap, kMayBeAborted, 8, kCells + 2, kCells + 3},
-        {kDither, kMayBeAborted, 8, kNever, kCells + 3},
-        {kDither, kMayBeAborted, 8, kCells + 1, kCells + 2},
-        {kDither, kMayBeAborted, 1, kNever, 3},  // no table, but rows
+        {kRemap, 8, kNever, kCells + 3},
+        {kRemap, 8, kCells - 1, kCells},
+        {kRemap, 8, kCells + 2, kCells + 3},
+        {kDither, 8, kNever, kCells + 3},
+        {kDither, 8, kCells + 1, kCells + 2},
+        {kDither, 1, kNever, 3},  // no table, but rows
+        {kDither, 1, 1, 2},
     };
-    OwnedMemory source(CreateImageBitmap(5, 3, nullptr, 24));
+    MemoryHandle source = CreateImageBitmap(5, 3, nullptr, 24);
     for (const auto& c : cases) {
-        input = {};
-        input.pressAtPoll = c.pressAtPoll;
-        abortStatus = 77;
-        OwnedMemory result(c.conversion.convert(source.Get(), Palette{}.data(), c.depth, c.flags));
-        bool pressed = c.pressAtPoll + 1 == c.polls;
-        EXPECT_EQ(static_cast<bool>(result), !pressed) << &c - cases;
-        EXPECT_EQ(input.polls, c.polls) << &c - cases;
-        EXPECT_EQ(input.beeps, pressed ? 1 : 0);
-        EXPECT_EQ(abortStatus, pressed ? kAbortedByUser : 0);
+        ScriptedAnswers answers;
+        answers.pressAtPoll = c.pressAtPoll;
+        Result<MemoryHandle> result = c.conversion.convert(source, Colours{}.data(), c.depth, &answers);
+        bool pressed = c.pressAtPoll != kNever;
+        EXPECT_EQ(result.Why(), pressed ? Failure::kStopped : Failure::kNone) << &c - cases;
+        EXPECT_EQ(static_cast<bool>(*result), !pressed) << &c - cases;
+        EXPECT_EQ(answers.polls, c.polls) << &c - cases;
     }
-    input = {};
 }
 
 TEST(InverseColourTable, EqualsAFullSearchForEveryCell) {
     Random random(1);
     for (int round = 0; round < 3; ++round)
-        for (const Palette& palette : TestPalettes(random)) {
+        for (const Colours& palette : TestPalettes(random)) {
             InverseColourTable table;
             table.Fill(palette.data());
             EXPECT_EQ(Table(table.cells, table.cells + kColourCells), LiteralInverseTable(palette.data()));

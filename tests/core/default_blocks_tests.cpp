@@ -1,11 +1,11 @@
 #include "gif/default_blocks.h"
 
-#include <cstring>
+#include <algorithm>
 
 #include "editing/palette_match.h"
 #include "imaging/standard_palette.h"
 #include "platform/faults.h"
-#include "tests/support/scripted_prompts.h"
+#include "tests/support/scripted_answers.h"
 #include "tests/support/test_blocks.h"
 
 using namespace std::string_literals;
@@ -15,18 +15,17 @@ namespace {
 class DefaultBlocks : public testing::Test {
 protected:
     DefaultBlocks() {
-        prompts = {};
-        paletteChoiceForInsert = kPaletteRemap + 7;  // keep
         EXPECT_TRUE(NewDocument(&list_));
         WriteAll(path_, GifBytes().Header("GIF89a", 9, 9, 0x82).SmallImage().Add({0x3B}));
     }
-    ~DefaultBlocks() override { paletteChoiceForInsert = kAskForPalette; }
 
-    bool Make(Block* block, uint16_t kind, const char* path = nullptr, MemoryHandle bitmap = nullptr) {
-        return MakeDefaultBlock(nullptr, &list_, block, kind, bitmap, path);
+    Result<Block> Import(const std::string& path) {
+        ScriptedAnswers answers;
+        answers.paletteChoices = {PaletteChoice::kKeepPixels};
+        return ImportImage(&list_, path, answers);
     }
 
-    OwnedBlockList list_;
+    BlockList list_;
     TempFolder folder_;
     std::string path_ = folder_.Path("p\xC3\xA9.gif");
 };
@@ -42,20 +41,17 @@ TEST_F(DefaultBlocks, DescriptorsAndTexts) {
         {kLoopBlock, "\x0BNETSCAPE2.0\x03\x01", "(none)"},
     };
     for (const auto& [kind, descriptor, text] : cases) {
-        OwnedBlock block;
-        ASSERT_TRUE(Make(&block, kind));
-        EXPECT_EQ(block.kind, kind);
-        EXPECT_EQ(block.owner, &list_);
-        EXPECT_EQ(TextOf(block), text);
-        EXPECT_EQ(DescriptorOf(block), descriptor);
+        Result<Block> block = MakeBlock(&list_, kind);
+        EXPECT_EQ(block->kind, kind);
+        EXPECT_EQ(block->owner, &list_);
+        EXPECT_EQ(TextOf(*block), text);
+        EXPECT_EQ(DescriptorOf(*block), descriptor);
     }
     Block header = BlockAt(list_, 0);
     for (auto [packed, brightest] : {std::pair{0x82, 7}, {0x80, 1}, {0x02, 0}}) {
         PutHeaderFields(&header, {1, 1, static_cast<uint8_t>(packed), 0, 0});
         PutBlock(&list_, header, 0);
-        OwnedBlock block;
-        ASSERT_TRUE(Make(&block, kPlainTextBlock));
-        EXPECT_EQ(GetPlainTextFields(block).foregroundIndex, brightest);
+        EXPECT_EQ(GetPlainTextFields(*MakePlainTextBlock(&list_)).foregroundIndex, brightest);
     }
     DestroyBlockList(&list_);
     ASSERT_TRUE(NewDocument(&list_));
@@ -63,48 +59,52 @@ TEST_F(DefaultBlocks, DescriptorsAndTexts) {
     EXPECT_EQ(DescriptorOf(BlockAt(list_, 0)), std::get<1>(cases[0]));
     RgbTriples web;
     StandardPalette(web, nullptr, kPaletteWeb);
-    EXPECT_EQ(memcmp(BlockAt(list_, 0).palette, web, kPaletteBytes), 0);
+    EXPECT_TRUE(std::equal(web, std::end(web), list_.blocks[0].palette.Colours()));
 }
 
-TEST_F(DefaultBlocks, WhatCannotBeMadeIsZeroed) {
-    const std::string missing = folder_.Path("none.gif");
-    const std::pair<uint16_t, const char*> cases[] = {
-        {0, "x"}, {5, "x"}, {8, "x"}, {10, "x"}, {65535, "x"}, {kImageBlock, missing.c_str()}, {kImageBlock, nullptr}};
-    for (const auto& [kind, path] : cases) {
-        Block block;
-        memset(&block, 0xAA, sizeof block);
-        // The bitmap that came along goes too, or the leak checker tells.
-        EXPECT_FALSE(Make(&block, kind, path, kind == kImageBlock ? nullptr : CreateImageBitmap(2, 2, nullptr, 8)));
-        EXPECT_EQ(DescriptorOf(block), "") << kind;
-        EXPECT_EQ(block.kind, 0) << kind;
-        EXPECT_EQ(block.data, nullptr) << kind;
-        EXPECT_EQ(block.name, nullptr) << kind;
-        EXPECT_EQ(block.aux, nullptr) << kind;
-        EXPECT_EQ(block.dataLength, 0u) << kind;
+TEST_F(DefaultBlocks, WhatCannotBeMade) {
+    for (int kind : {0, 2, 5, 8, 10, 65535})
+        EXPECT_EQ(MakeBlock(&list_, static_cast<uint16_t>(kind)).Why(), Failure::kNotAllowed);
+    EXPECT_EQ(MakeImageBlock(&list_, nullptr).Why(), Failure::kNoMemory);
+    for (uint16_t kind : {kHeaderBlock, kPlainTextBlock, kCommentBlock}) {
+        faults.allocationsUntilFailure = 0;
+        EXPECT_EQ(MakeBlock(&list_, kind).Why(), Failure::kNoMemory) << kind;
+        faults = {};
+    }
+}
+
+TEST_F(DefaultBlocks, ImageOfABitmap) {
+    const int cases[][3] = {{8, 0, 7}, {8, 5, 4}, {4, 2, 1}, {1, 0, 0}, {24, 0, 7}};  // its bits, the file's, the code
+    for (const auto& [bits, fileDepth, sizeCode] : cases) {
+        Result<Block> image = MakeImageBlock(&list_, CreateImageBitmap(9, 5, nullptr, bits), fileDepth);
+        const ImageFields fields = GetImageFields(*image);
+        EXPECT_EQ(fields.width, 9);
+        EXPECT_EQ(fields.height, 5);
+        EXPECT_EQ(fields.packed, sizeCode);
     }
 }
 
 TEST_F(DefaultBlocks, ImageOfAFile) {
-    OwnedBlock image;
-    ASSERT_TRUE(Make(&image, kImageBlock, path_.c_str()));
+    const Block image = *Import(path_);
     EXPECT_EQ(PixelsOf(image), "12 30");
     EXPECT_EQ(DescriptorOf(image).substr(0, 7), "\0\0\0\0\x02\0\x02"s);
     EXPECT_EQ(GetImageFields(image).packed & ~kSizeCode, 0) << "no palette of its own in the file to be";
     EXPECT_EQ(NameOf(image), "p\xE9.gif");
     EXPECT_EQ(image.palette[2], (RgbTriple{2, 4, 6}));
+    EXPECT_EQ(image.owner, &list_);
+    const Result<Block> missing = Import(folder_.Path("none.gif"));
+    EXPECT_EQ(missing.Why(), Failure::kCantOpen);
+    EXPECT_NE(missing.Reason(), "");
 }
 
 TEST_F(DefaultBlocks, MemoryForTheNameIsMissed) {
-    std::vector<std::string> told;
+    Failure last = Failure::kNone;
     for (long n = 0;; ++n) {
-        OwnedBlock image;
-        prompts = {};
         faults.allocationsUntilFailure = n;
-        const bool made = Make(&image, kImageBlock, path_.c_str());
+        const Failure why = Import(path_).Why();
         faults = {};
-        if (made) break;
-        EXPECT_EQ(image.data, nullptr);
-        told = prompts.messages;
+        if (why == Failure::kNone) break;
+        last = why;
     }
-    EXPECT_EQ(told, std::vector<std::string>{LoadStr(IDS_OUT_OF_MEMORY)}) << "the name comes last";
+    EXPECT_EQ(last, Failure::kNoMemory) << "the name comes last";
 }

@@ -29,8 +29,8 @@ TEST(Exceptions, EveryCommandReleasesWhatItTook) {
     const std::string in = folder.Path("in.gif"), out = folder.Path("out"), other = folder.Path(longName);
     WriteAll(in, GifBytes().Header("GIF89a", 5, 4, 0x87).SmallImage().Comment("a comment that is soon another"));
     Random random(6);
-    OwnedMemory picture(RandomImage(random, 6, 5, 8, Palette{}));
-    WritePicture(other, picture.Get(), 8);
+    MemoryHandle picture = RandomImage(random, 6, 5, 8, Colours{});
+    WritePicture(other, picture, 8);
     const Words commands[] = {
         {"list", "--json", in},
         {"save", in, out},

@@ -12,26 +12,30 @@ GifBytes Start(int packed = 0x81) {
 }  // namespace
 
 TEST(FirstImage, WhereItIsFound) {
-    const std::tuple<const char*, Bytes, const char*, int> cases[] = {
-        {"first of two", Start().SmallImage(0x40).SmallImage(), "12 00", 2},
-        {"own palette", Start().SmallImage(0x84), "12 30", 5},
-        {"no palette", Start(0).SmallImage(), "(none)", 0},
-        {"behind a control block", Start().Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0}).SmallImage(), "12 30", 2},
-        {"behind texts", Start().Comment(",").Extension(1, std::string(13, 'x'), ",,").SmallImage(), "12 30", 2},
-        {"behind an application", Start().Extension(0xFF, "\x0BXMP DataXMP", ",,").SmallImage(), "12 30", 2},
-        {"behind the trailer, as an extension", Start().Add({0x3B, 0xFE, 0}).SmallImage(), "12 30", 2},
-        {"behind a zero byte", Start().Add({0, 0xFE, 0}).SmallImage(), "(none)", 0},
-        {"no GIF", GifBytes().Repeat(0x2C, 300), "(none)", 0},
-        {"corrupt", Start().ImageHead(1, 1, 0).Add({2, 1, 7, 0}), "(none)", 0},
+    const std::tuple<const char*, Bytes, const char*, int, Failure> cases[] = {
+        {"first of two", Start().SmallImage(0x40).SmallImage(), "12 00", 2, Failure::kNone},
+        {"own palette", Start().SmallImage(0x84), "12 30", 5, Failure::kNone},
+        {"no palette", Start(0).SmallImage(), "(none)", 0, Failure::kDamaged},
+        {"behind a control block", Start().Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0}).SmallImage(), "12 30", 2,
+         Failure::kNone},
+        {"behind texts", Start().Comment(",").Extension(1, std::string(13, 'x'), ",,").SmallImage(), "12 30", 2,
+         Failure::kNone},
+        {"behind an application", Start().Extension(0xFF, "\x0BXMP DataXMP", ",,").SmallImage(), "12 30", 2,
+         Failure::kNone},
+        {"behind the trailer, as an extension", Start().Add({0x3B, 0xFE, 0}).SmallImage(), "12 30", 2, Failure::kNone},
+        {"behind a zero byte", Start().Add({0, 0xFE, 0}).SmallImage(), "(none)", 0, Failure::kDamaged},
+        {"no GIF", GifBytes().Repeat(0x2C, 300), "(none)", 0, Failure::kNotGif},
+        {"corrupt", Start().ImageHead(1, 1, 0).Add({2, 1, 7, 0}), "(none)", 0, Failure::kDamaged},
     };
-    for (const auto& [what, bytes, pixels, itsDepth] : cases) {
+    for (const auto& [what, bytes, pixels, itsDepth, why] : cases) {
         File file;
         file.OpenMemory(bytes.data(), bytes.size());
-        OwnedBlock image;
-        int depth = 0;
-        image.data = ReadFirstImage(file, &depth);
-        EXPECT_EQ(PixelsOf(image), pixels) << what;
-        EXPECT_EQ(depth, itsDepth) << what;
+        Result<FirstImage> image = ReadFirstImage(file);
+        Block block;
+        block.data = image->bitmap;
+        EXPECT_EQ(PixelsOf(block), pixels) << what;
+        EXPECT_EQ(image->depth, itsDepth) << what;
+        EXPECT_EQ(image.Why(), why) << what;
     }
 }
 
@@ -44,11 +48,11 @@ TEST(FirstImage, NoneWhenTheFileCannotBeRead) {
     for (bool failed = true; failed; ++n) {
         faults.onlyOne = true;
         faults.readsUntilFailure = n;
-        int depth;
-        OwnedMemory image(ReadFirstImage(nullptr, path.c_str(), &depth));
+        Result<FirstImage> image = ReadFirstImage(path);
         failed = faults.readsUntilFailure == Faults::kPast;
         faults = {};
-        EXPECT_EQ(static_cast<bool>(image), !failed) << n;
+        EXPECT_EQ(image.Why(), failed ? Failure::kCantRead : Failure::kNone) << n;
+        EXPECT_EQ(image.Reason().empty(), !failed) << n;
     }
     EXPECT_GT(n, 3) << "too few reads to tell anything";
 }

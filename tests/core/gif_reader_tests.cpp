@@ -102,7 +102,7 @@ TEST(GifReader, WhatBlocksHold) {
         EXPECT_EQ(block.palette[2], expected[i].colour);
     }
     RgbTriples shown = {};
-    EXPECT_TRUE(GetImageInfo(BlockAt(loaded, 1).data, nullptr, nullptr, nullptr, shown));
+    GetImagePalette(ImageLock(BlockAt(loaded, 1).data), shown);
     EXPECT_EQ(shown[2], (RgbTriple{2, 4, 6}));
 }
 
@@ -183,7 +183,7 @@ TEST(GifReader, AReadErrorIsNotTheEnd) {
         long n = 0;
         for (bool failed = true; failed; ++n) {
             SCOPED_TRACE(path + ", request " + std::to_string(n));
-            OwnedBlockList list;
+            BlockList list;
             ASSERT_TRUE(CreateBlockList(&list));
             faults.onlyOne = true;
             faults.*counter = n;
@@ -206,7 +206,7 @@ TEST(GifReader, AnImageWithoutMemoryIsBlankAndReported) {
     for (long n = 0; n < 8; ++n) {
         File file;
         file.OpenMemory(bytes.data(), bytes.size());
-        OwnedBlockList list;
+        BlockList list;
         ASSERT_TRUE(CreateBlockList(&list));
         faults.allocationsUntilFailure = n;
         ReadReport report;
@@ -218,11 +218,10 @@ TEST(GifReader, AnImageWithoutMemoryIsBlankAndReported) {
 
         faults.allocationsUntilFailure = n;
         file.OpenMemory(bytes.data(), bytes.size());
-        OwnedBlock image;
-        int depth;
-        image.data = ReadFirstImage(file, &depth);
+        Block image;
+        image.data = ReadFirstImage(file)->bitmap;
         faults = {};
-        EXPECT_EQ(PixelsOf(image), n < 2 ? "(none)" : "12 30") << "an import is whole or none";
+        EXPECT_EQ(PixelsOf(image), n < 3 ? "(none)" : "12 30") << "an import is whole or none";
     }
     EXPECT_EQ(blank, 1);
 }

@@ -5,7 +5,7 @@
 #include "tests/support/test_blocks.h"
 
 TEST(GifWriterPosix, FullDiskIsReportedAndTheDeviceStays) {
-    OwnedBlockList list;
+    BlockList list;
     ASSERT_TRUE(NewDocument(&list));
     EXPECT_FALSE(WriteGifFile(list, "/dev/full"));
     EXPECT_TRUE(FileExists("/dev/full"));
@@ -18,7 +18,7 @@ TEST(GifWriterPosix, FailureThroughALinkRemovesTheLink) {
     const std::string target = folder.Path("target.gif"), link = folder.Path("link.gif");
     WriteAll(target, "old");
     ASSERT_EQ(symlink("target.gif", link.c_str()), 0);
-    OwnedBlockList list;
+    BlockList list;
     ASSERT_TRUE(NewDocument(&list));
     faults.writesUntilFailure = 0;
     EXPECT_FALSE(WriteGifFile(list, link.c_str()));

@@ -1,21 +1,22 @@
 #include "gif/gif_writer.h"
 
 #include "platform/faults.h"
-#include "platform/identity.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
 
 class GifWriter : public testing::Test {
 protected:
-    GifWriter() { SetUserIdentity("Ann", "Kelmor"); }
-    ~GifWriter() override { SetUserIdentity(nullptr, nullptr); }
-
+    bool Save(const BlockList& list) {
+        File file;
+        return file.Create(path_.c_str()) && WriteGif(list, file, user_) && file.Close();
+    }
     Bytes Saved(const BlockList& list) {
-        EXPECT_TRUE(WriteGifFile(list, path_.c_str()));
+        EXPECT_TRUE(Save(list));
         return ReadAll(path_);
     }
 
+    Identity user_ = {"Ann", "Kelmor"};
     TempFolder folder_;
     std::string path_ = folder_.Path("out.gif");
 };
@@ -94,13 +95,12 @@ TEST_F(GifWriter, IdentityCommentStandsOnce) {
     Bytes once = Saved(LoadedGif(EveryKind("GIF89a")));
     LoadedGif again(once);
     EXPECT_EQ(Saved(again), once);
-    std::string longest(kIdentityBytes - 1, 'o');
-    SetUserIdentity((longest + "cut").c_str(), longest.c_str());
-    std::string text = "FILE IDENTITY\r\nCreated or modified by\r\n" + longest + "\r\n" + longest;
+    user_ = {std::string(259, 'o'), std::string(259, 'p')};
+    std::string text = "FILE IDENTITY\r\nCreated or modified by\r\n" + user_.owner + "\r\n" + user_.organisation;
     once.pop_back();
     EXPECT_EQ(Saved(again), GifBytes().Add(once).Comment(text).Add({0x3B}));
 
-    OwnedBlockList others;
+    BlockList others;
     for (const char* other : {"texT", "tex", "text "}) Append(&others, MakeText(kCommentBlock, other));
     Append(&others, MakeText(kPlainTextBlock, "text"));
     EXPECT_FALSE(HasIdenticalComment(others, "text"));
@@ -118,7 +118,7 @@ TEST_F(GifWriter, ASaveIsWholeOrGone) {
             remove(path_.c_str());
             faults.onlyOne = true;
             faults.*counter = n;
-            bool saved = WriteGifFile(document, path_.c_str());
+            bool saved = Save(document);
             failed = faults.*counter == Faults::kPast;
             faults = {};
             EXPECT_EQ(saved, !failed) << n;
@@ -131,7 +131,7 @@ TEST_F(GifWriter, ASaveIsWholeOrGone) {
 
 TEST_F(GifWriter, DocumentWithoutHeaderLeavesTheTargetAlone) {
     WriteAll(path_, {1, 2, 3});
-    OwnedBlockList empty, headless;
+    BlockList empty, headless;
     Append(&headless, MakeText(kCommentBlock, "x"));
     EXPECT_FALSE(WriteGifFile(empty, path_.c_str()));
     EXPECT_FALSE(WriteGifFile(headless, path_.c_str()));

@@ -12,7 +12,7 @@ TEST(LogicalScreen, ReachesAsFarAsTheImages) {
         {{{65535, 0, 2, 65535, 0}}, 65535, 65535},
     };
     for (const auto& [images, width, height] : cases) {
-        OwnedBlockList list;
+        BlockList list;
         ASSERT_TRUE(NewDocument(&list));
         for (const ImageFields& image : images) {
             Block block = OfKind(kImageBlock);

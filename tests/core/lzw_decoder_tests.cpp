@@ -39,7 +39,7 @@ struct Codes {
         GifBytes chain;
         const Bytes& data = bits.Packed();
         chain.SubBlocks({reinterpret_cast<const char*>(data.data()), data.size()}, longest);
-        return std::move(chain);
+        return chain;
     }
 
     unsigned codeSize, next = 0, width = 0;
@@ -66,12 +66,12 @@ Bytes RandomChain(Random& random, unsigned codeSize, unsigned most) {
 
 // Decodes both ways; both must yield the same result, bitmap and end of the chain.
 DecodeResult DecodeBothWays(const Bytes& chain, int codeSize, int width, int height, int depth, int flags = 0) {
-    OwnedBlock ours(MakeImage(width, height, depth, flags)), literal(MakeImage(width, height, depth, flags));
+    Block ours(MakeImage(width, height, depth, flags)), literal(MakeImage(width, height, depth, flags));
     File file, skipped;
     file.OpenMemory(chain.data(), chain.size());
     skipped.OpenMemory(chain.data(), chain.size());
-    DecodeResult result = DecodeImageData(file, codeSize, ours);
-    EXPECT_EQ(result, DecodeLiterally(chain, codeSize, literal));
+    DecodeResult result = DecodeImageData(file, codeSize, &ours);
+    EXPECT_EQ(result, DecodeLiterally(chain, codeSize, &literal));
     EXPECT_TRUE(SameBitmap(ours.data, literal.data)) << width << "x" << height << " depth " << depth << " " << flags;
     SkipSubBlocks(file);
     SkipSubBlocks(skipped);
@@ -125,11 +125,11 @@ TEST(LzwDecoder, WhenNothingIsDecoded) {
     for (auto [codeSize, failing, result] : {std::tuple{1, Faults::kNever, kDecodeBadCodeSize},
                                              {9, Faults::kNever, kDecodeBadCodeSize},
                                              {2, 0L, kDecodeNoMemory}}) {
-        OwnedBlock image(MakeImage(1, 1, 2));
+        Block image(MakeImage(1, 1, 2));
         File file;
         file.OpenMemory(chain, sizeof chain);
         faults.allocationsUntilFailure = failing;
-        EXPECT_EQ(DecodeImageData(file, codeSize, image), result);
+        EXPECT_EQ(DecodeImageData(file, codeSize, &image), result);
         faults = {};
         EXPECT_EQ(PixelsOf(image), "0");
     }

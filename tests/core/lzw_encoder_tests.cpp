@@ -8,8 +8,7 @@ namespace {
 
 // Runs of one value, `length` pixels long on the average; every second one goes on with the next value.
 void FillWithRuns(Random& random, Block* image, unsigned length, uint32_t mask) {
-    MemoryLock lock(image->data);
-    auto* bitmap = lock.As<BitmapHeader>();
+    ImageWriteLock bitmap(&image->data);
     uint32_t value = 0;
     for (int y = 0; y < bitmap->height; ++y)
         for (int x = 0; x < bitmap->width; ++x) {
@@ -37,7 +36,7 @@ TEST(LzwEncoder, WritesWhatTheLiteralEncoderWrites) {
                 bool isLarge = i == 0;  // fills the table several times, and the file's buffer
                 int width = isLarge ? 511 : static_cast<int>(1 + random() % 40);
                 int height = isLarge ? 160 : static_cast<int>(1 + random() % 20);
-                OwnedBlock image(MakeImage(width, height, depth, random() % 2 ? kImageInterlaced : 0));
+                Block image(MakeImage(width, height, depth, random() % 2 ? kImageInterlaced : 0));
                 // One in three images has pixel values beyond its depth, as far as its bitmap can hold them.
                 FillWithRuns(random, &image, runs, i % 3 ? (1u << depth) - 1 : 255);
                 ASSERT_EQ(Encoded(image), EncodeLiterally(image))
@@ -46,9 +45,8 @@ TEST(LzwEncoder, WritesWhatTheLiteralEncoderWrites) {
 }
 
 TEST(LzwEncoder, ImagesThatTheirDescriptorsDoNotDescribe) {
-    OwnedBlock trueColour(MakeImage(2, 2, 24)), wider(MakeImage(2, 2, 8)), higher(MakeImage(2, 2, 8)), without;
+    Block trueColour(MakeImage(2, 2, 24)), wider(MakeImage(2, 2, 8)), higher(MakeImage(2, 2, 8)), without;
     PutImageFields(&wider, {0, 0, 3, 2, 7});
     PutImageFields(&higher, {0, 0, 2, 3, 7});
-    for (const Block& image : {Block(trueColour), Block(wider), Block(higher), Block(without)})
-        EXPECT_EQ(Encoded(image), Bytes());
+    for (const Block& image : {trueColour, wider, higher, without}) EXPECT_EQ(Encoded(image), Bytes());
 }

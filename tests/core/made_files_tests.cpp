@@ -12,15 +12,12 @@ constexpr size_t kCutsOfALongFile = 40;
 // What a block is, without what it owes to its neighbours.
 std::string Content(const Block& block) {
     std::string text = std::to_string(block.kind) + " " + DescriptorOf(block) + " " + TextOf(block) + " ";
-    return text.append(reinterpret_cast<const char*>(block.palette), kPaletteBytes);
+    return text.append(reinterpret_cast<const char*>(block.palette.Colours()), kPaletteBytes);
 }
 
 std::vector<std::string> Contents(const BlockList& list) {
     std::vector<std::string> contents;
-    ForEachBlock(list, [&](const Block& block, uint32_t) {
-        contents.push_back(Content(block));
-        return true;
-    });
+    for (const Block& block : list.All()) contents.push_back(Content(block));
     return contents;
 }
 

@@ -10,20 +10,17 @@
 
 inline void CheckDocument(const BlockList& list) {
     assert(list.count < list.capacity);
-    ForEachBlock(list, [](const Block& block, uint32_t index) {
-        assert((block.kind == kHeaderBlock) == (index == 0));
+    for (const Block& block : list.All()) {
+        assert((block.kind == kHeaderBlock) == (&block == list.blocks.get()));
+        assert(block.owner == &list);
         assert(block.dataLength <= kMaxTextBytes);
-        char line[kBlockLineBytes];
-        FormatBlockLine(line, block);
-        if (block.kind != kImageBlock) return true;
+        assert(!FormatBlockLine(block).empty());
+        if (block.kind != kImageBlock) continue;
         ImageFields fields = GetImageFields(block);
-        int width = -1;
-        int height = -1;
-        int bitCount = -1;
-        assert(GetImageInfo(block.data, &width, &height, &bitCount, nullptr));
-        assert(width == fields.width);
-        assert(height == fields.height);
-        assert(bitCount == BitCountForDepth(DepthOfPacked(fields.packed)));
-        return true;
-    });
+        std::optional<ImageInfo> info = GetImageInfo(block.data);
+        assert(info);
+        assert(info->width == fields.width);
+        assert(info->height == fields.height);
+        assert(info->bitCount == BitCountForDepth(DepthOfPacked(fields.packed)));
+    }
 }

@@ -5,13 +5,12 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     File file;
     file.OpenMemory(data, size);
-    int depth = 0;
-    OwnedMemory image(ReadFirstImage(file, &depth));
+    Result<FirstImage> image = ReadFirstImage(file);
     if (!image) return 0;
-    int bitCount = 0;
-    assert(GetImageInfo(image.Get(), nullptr, nullptr, &bitCount, nullptr));
-    assert(depth >= 1);
-    assert(depth <= 8);
-    assert(bitCount == BitCountForDepth(depth));
+    std::optional<ImageInfo> info = GetImageInfo(image->bitmap);
+    assert(info);
+    assert(image->depth >= 1);
+    assert(image->depth <= 8);
+    assert(info->bitCount == BitCountForDepth(image->depth));
     return 0;
 }

@@ -5,7 +5,7 @@
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     File file;
     file.OpenMemory(data, size);
-    OwnedBlockList list;
+    BlockList list;
     if (!CreateBlockList(&list)) return 0;
     ReadGif(&list, file);
     CheckDocument(list);

@@ -1,6 +1,7 @@
 // Load, save, load again: the same blocks, but for what saving changes on purpose.
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstring>
 #include <string>
 #include <vector>
@@ -16,19 +17,19 @@ constexpr uint64_t kMostPixels = 1 << 15;  // larger documents only cost time
 // Whether every pixel is a colour of the image's depth; others are cut when they are written.
 bool PixelsFit(const Block& image) {
     ImageFields fields = GetImageFields(image);
-    MemoryLock lock(image.data);
-    assert(lock);
+    ImageLock bitmap(image.data);
+    assert(bitmap);
     auto colours = static_cast<uint32_t>(ColoursOfPacked(fields.packed));
     for (int y = 0; y < fields.height; ++y)
         for (int x = 0; x < fields.width; ++x)
-            if (GetImagePixel(lock.As<const BitmapHeader>(), x, y) >= colours) return false;
+            if (GetImagePixel(bitmap, x, y) >= colours) return false;
     return true;
 }
 
 // Whether a document that is saved and loaded again is the same.
 bool IsComparable(const BlockList& list) {
     uint64_t pixels = 0;
-    return ForEachBlock(list, [&](const Block& block, uint32_t) {
+    return std::ranges::all_of(list.All(), [&](const Block& block) {
         if (block.kind == kImageBlock) {
             ImageFields fields = GetImageFields(block);
             pixels += uint64_t{fields.width} * fields.height;
@@ -46,18 +47,17 @@ bool IsComparable(const BlockList& list) {
 // The blocks of a document that survive saving.
 std::vector<Block> Survivors(const BlockList& list) {
     std::vector<Block> kept;
-    ForEachBlock(list, [&](const Block& block, uint32_t index) {
+    for (const Block& block : list.All().subspan(1)) {
         bool isLost = block.kind == kBlockNamesBlock || (block.kind == kApplicationBlock && !block.data);
-        if (!isLost && index > 0) kept.push_back(block);
-        return true;
-    });
+        if (!isLost) kept.push_back(block);
+    }
     return kept;
 }
 
 void RequireSame(const Block& before, const Block& after) {
     assert(before.kind == after.kind);
     assert(memcmp(before.descriptor, after.descriptor, kDescriptorBytes) == 0);
-    assert(memcmp(before.palette, after.palette, kPaletteBytes) == 0);
+    assert(memcmp(before.palette.Colours(), after.palette.Colours(), kPaletteBytes) == 0);
     assert(before.dataLength == after.dataLength);
     MemoryLock first(before.data), second(after.data);
     assert(MemorySize(before.data) == MemorySize(after.data));
@@ -73,7 +73,7 @@ const char* TargetPath() {
 void RoundTrip(const BlockList& before) {
     if (!IsComparable(before)) return;
     assert(WriteGifFile(before, TargetPath()));
-    OwnedBlockList after;
+    BlockList after;
     assert(CreateBlockList(&after));
     assert(ReadGifFile(&after, TargetPath()) == kReadDone);
     std::vector<Block> expected = Survivors(before), found = Survivors(after);
@@ -88,7 +88,7 @@ void RoundTrip(const BlockList& before) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     File file;
     file.OpenMemory(data, size);
-    OwnedBlockList list;
+    BlockList list;
     if (!CreateBlockList(&list)) return 0;
     if (ReadGif(&list, file) == kReadDone) RoundTrip(list);
     return 0;

@@ -32,12 +32,9 @@ void ExpectLine(UINT line, UINT state, const std::wstring& kind, const std::wstr
 TEST_F(BlockListViewTest, PaintsTheKindAndFaintDetailsBehindIt) {
     const std::string text = "\xFE caf\xE9 \x80 %s\r\nWorld";
     Command(IDM_NEW);
-    Block comment = {}, unknown = {};
-    comment.kind = kCommentBlock;
-    unknown.kind = kUnknownBlock;
-    ASSERT_TRUE(SetBlockText(&comment, text.data(), static_cast<uint32_t>(text.size())));
-    ASSERT_TRUE(AppendBlock(&document, &comment) && AppendBlock(&document, &unknown));
-    ASSERT_TRUE(FillBlockListView(hMainWindow, &document));
+    Append(&document, MakeText(kCommentBlock, text));
+    Append(&document, OfKind(kUnknownBlock));
+    FillBlockListView(hMainWindow, &document);
     EXPECT_EQ(Lines()[1], "COMMENT\xFE \xFE caf\xE9 \x80 %s");
     for (UINT state : {UINT{ODS_FOCUS}, UINT{ODS_SELECTED}}) {
         ExpectLine(1, state, L"COMMENT", L" \xFE caf\xE9 \x20AC %s");
@@ -51,7 +48,7 @@ TEST_F(BlockListViewTest, ShowsOnTheScreenWhatItHolds) {
     HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
     Open(MakeGif("a.gif"));
     for (BlockList* shown : {&document, static_cast<BlockList*>(nullptr)}) {
-        EXPECT_TRUE(FillBlockListView(hMainWindow, shown));
+        FillBlockListView(hMainWindow, shown);
         SelectLine(hMainWindow, 0);
         UpdateWindow(list);
         const COLORREF colour = GetSysColor(shown ? COLOR_HIGHLIGHT : COLOR_WINDOW);
@@ -64,11 +61,7 @@ TEST_F(BlockListViewTest, StaysWhereItIsScrolledTo) {
     auto top = [=] { return SendMessageW(list, LB_GETTOPINDEX, 0, 0); };
     auto scrollTo = [=](int line) { SendMessageW(list, LB_SETTOPINDEX, static_cast<WPARAM>(line), 0); };
     Command(IDM_NEW);
-    for (int i = 0; i < 100; ++i) {
-        Block control;
-        ASSERT_TRUE(MakeDefaultBlock(nullptr, &document, &control, kControlBlock, nullptr, nullptr));
-        ASSERT_TRUE(AppendBlock(&document, &control));
-    }
+    for (int i = 0; i < 100; ++i) Append(&document, MakeControlBlock(&document));
     FillBlockListView(hMainWindow, &document);
     RECT client = {};
     GetClientRect(list, &client);
@@ -88,9 +81,7 @@ TEST_F(BlockListViewTest, StaysWhereItIsScrolledTo) {
     insertComment();
     EXPECT_EQ(top(), 51) << "the new line is seen too";
     scrollTo(20);
-    Block header = {};
-    ASSERT_TRUE(GetBlock(document, &header, 0));
-    ReplaceHeaderLine(hMainWindow, header);
+    ReplaceHeaderLine(hMainWindow, document.blocks[0]);
     EXPECT_EQ(top(), 20) << "although the selected line is not seen";
     Select(100);
     Command(IDM_DELETE);

@@ -1,6 +1,5 @@
 // Editing, deleting and inserting blocks through the main window.
-#include "editing/dialogs/insert_box.h"
-#include "editing/palette_match.h"
+#include "editing/dialogs/document_operations.h"
 #include "resources/insert_ids.h"
 #include "tests/gui/editor_test.h"
 
@@ -89,9 +88,8 @@ TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
     for (const auto& [bitCount, black, shown] : rows)
         for (int button : {IDOK, IDCANCEL}) {
             ChangeHeader(0x87, black ? 0 : 1);
-            OwnedMemory pixels(CreateImageBitmap(2, 2, nullptr, bitCount));
             Block image = At(kSampleImage);
-            image.data = pixels.Get();
+            image.data = CreateImageBitmap(2, 2, nullptr, bitCount);
             paletteChoiceForInsert = 77;
             const int choice = bitCount == 1 ? IDC_PALETTE_REMAP : IDC_PALETTE_DITHER;
             DialogAnswers answers(

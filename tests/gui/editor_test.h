@@ -8,8 +8,6 @@
 #include "app/shell_state.h"
 #include "editing/dialogs/edit_block.h"
 #include "gif/block_line.h"
-#include "gif/default_blocks.h"
-#include "gif/descriptor.h"
 #include "platform/faults.h"
 #include "platform/wide_text.h"
 #include "resources/command_ids.h"
@@ -36,48 +34,40 @@ protected:
 
     void SetUp() override {
         ShellTest::SetUp();
-        auto append = [](uint16_t kind, MemoryHandle bitmap = nullptr, const char* name = nullptr) {
-            Block block;
-            if (!MakeDefaultBlock(nullptr, &document, &block, kind, bitmap, name)) {
-                block.kind = kind;
+        auto append = [](uint16_t kind) {
+            Result<Block> made = MakeBlock(&document, kind);
+            Block block = made ? *made : OfKind(kind);
+            if (!made)
                 memcpy(block.descriptor + kIdentifierOffset, "KELMOR\0\0001.0",
                        kIdentifierBytes + kAuthenticationBytes);
-            }
-            if (name) PutImageFields(&block, {0, 0, 40, 30, kHasPalette | 3});
-            EXPECT_TRUE(AppendBlock(&document, &block));
+            Append(&document, block);
         };
         defaultPlainTextGrid = {80, 25, 8, 16};
         EXPECT_TRUE(NewDocument(&document));
         RgbTriples colours = {};
         for (uint8_t i = 0; i < 16; ++i) colours[i] = {i, static_cast<uint8_t>(2 * i), static_cast<uint8_t>(3 * i)};
-        append(kImageBlock, MakeImage(40, 30, 4, colours, [](int x, int) { return x % 16; }), "first.gif");
+        Block image = *MakeImageBlock(&document, MakeImage(40, 30, 4, colours, [](int x, int) { return x % 16; }));
+        EXPECT_TRUE(SetBlockName("first.gif", &image));
+        PutImageFields(&image, {0, 0, 40, 30, kHasPalette | 3});
+        Append(&document, image);
         for (uint16_t kind : {kControlBlock, kPlainTextBlock, kCommentBlock, kLoopBlock}) append(kind);
-        append(kImageBlock, MakeImage(20, 10, 8, nullptr, [](int x, int) { return 100 + x; }));
+        image = *MakeImageBlock(&document, MakeImage(20, 10, 8, nullptr, [](int x, int) { return 100 + x; }));
+        Append(&document, image);
         for (uint16_t kind : {kApplicationBlock, kUnknownBlock, kEmptyBlock, kBlockNamesBlock, kControlBlock})
             append(kind);
         RenumberBlocks(&document);
     }
 
-    static Block At(int index) {
-        Block block = {};
-        EXPECT_TRUE(GetBlock(document, &block, static_cast<uint32_t>(index)));
-        return block;
-    }
+    static Block At(int index) { return BlockAt(document, static_cast<uint32_t>(index)); }
     static void Put(const Block& block) { EXPECT_TRUE(PutBlock(&document, block, block.position)); }
-    static std::string LineOf(int index) {
-        char line[kBlockLineBytes];
-        FormatBlockLine(line, At(index));
-        return line;
-    }
-    static std::string TextOf(int index) {
-        MemoryLock lock(At(index).data);
-        return lock ? std::string(lock.As<char>(), At(index).dataLength) : "";
-    }
+    static std::string LineOf(int index) { return FormatBlockLine(At(index)); }
     // All colours become (colour, colour, colour).
     static void ChangeHeader(uint8_t packed, int colour) {
         Block header = At(kSampleHeader);
         PutHeaderFields(&header, {640, 480, packed, 0, 0});
-        memset(header.palette, colour, kPaletteBytes);
+        RgbTriples colours;
+        memset(colours, colour, kPaletteBytes);
+        EXPECT_TRUE(header.palette.Set(colours));
         Put(header);
     }
 

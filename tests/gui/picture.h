@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "imaging/draw/gdi_guards.h"
-#include "imaging/image_bitmap.h"
+#include "imaging/palette.h"
 
 inline COLORREF ColourRef(RgbTriple colour) {
     return RGB(colour.red, colour.green, colour.blue);
@@ -22,9 +22,9 @@ struct Picture {
 
     // Draws the image at (left, top) pixel by pixel, in the colours of `palette`, but for the pixels that equal
     // `transparent`. Of a low interlaced image a row is missing.
-    void Put(MemoryHandle image, int left, int top, const RgbTriple* palette, uint32_t transparent, bool interlaced) {
-        MemoryLock lock(image);
-        auto* bitmap = lock.As<const BitmapHeader>();
+    void Put(const MemoryHandle& image, int left, int top, const RgbTriple* palette, uint32_t transparent,
+             bool interlaced) {
+        ImageLock bitmap(image);
         // Each pass of a reveal begins with its first row, whether the image has it or not.
         const int missing = !interlaced || bitmap->height > 4 ? -1 : bitmap->height == 4 ? 3 : 1;
         for (int y = std::max(top, 0); y < std::min(top + bitmap->height, height); ++y)
@@ -93,15 +93,19 @@ inline Picture Look(HDC dc, int width, int height) {
 inline MemoryHandle MakeImage(int width, int height, int depth, const RgbTriple* colours,
                               const std::function<uint32_t(int x, int y)>& pixelAt) {
     MemoryHandle image = CreateImageBitmap(width, height, colours, depth);
-    MemoryLock lock(image);
+    ImageWriteLock bitmap(&image);
     for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) SetImagePixel(lock.As<BitmapHeader>(), x, y, pixelAt(x, y));
+        for (int x = 0; x < width; ++x) SetImagePixel(bitmap, x, y, pixelAt(x, y));
     return image;
 }
 
-// Fills all 256 entries with colours that all differ.
-inline void FillColours(RgbTriple* palette, int seed) {
+// 256 colours that all differ.
+inline Palette ManyColours(int seed) {
+    RgbTriples colours;
     for (int i = 0; i < kPaletteEntries; ++i)
-        palette[i] = {static_cast<uint8_t>(i * 53 + seed * 31), static_cast<uint8_t>(i * 29 + seed * 17),
+        colours[i] = {static_cast<uint8_t>(i * 53 + seed * 31), static_cast<uint8_t>(i * 29 + seed * 17),
                       static_cast<uint8_t>(200 - i * 7 + seed)};
+    Palette palette;
+    (void)palette.Set(colours);
+    return palette;
 }

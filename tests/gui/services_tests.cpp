@@ -10,7 +10,7 @@
 #include "app/services/messages.h"
 #include "app/services/plain_dialog.h"
 #include "editing/dialogs/dialog_frame.h"
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/editor_ids.h"
 #include "tests/gui/window_driver.h"
 

@@ -155,7 +155,7 @@ TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
             if (stage.Step() != WM_VIEWER_DELAY) continue;
             trace += std::to_string(stage.State().imageLeft) + ":" + std::to_string(pendingWait);
             SendMessageW(stage.Window(), WM_CHAR, ' ', 0);
-            trace += ">" + std::to_string(pendingWait) + " ";
+            trace += '>' + std::to_string(pendingWait) + ' ';
             if (stage.State().delay == 0) continue;
             EXPECT_EQ(stage.Step(), 0u) << "the delay goes on whatever is pressed";
             stage.Tick();
@@ -196,9 +196,33 @@ TEST(Viewer, PaintsTheLastImageAgainAsItWasWhateverFollowedIt) {
                 shown.Put(animation.At(2).data, 15, 17, owner.palette, static_cast<uint32_t>(transparent), interlaced);
                 EXPECT_EQ(Difference(shown, stage.Look()), "");
                 RgbTriples left;
-                GetImageInfo(animation.At(2).data, nullptr, nullptr, nullptr, left);
+                GetImagePalette(ImageLock(animation.At(2).data), left);
                 EXPECT_EQ(ColourRef(left[3]), ColourRef(owner.palette[3])) << "the colours in the document";
             }
+}
+
+// A copy of the document shares its pixels, as one that is kept for taking changes back would.
+TEST(Viewer, GivesItsColoursToTheDocumentWithoutCopyingPixelsThatNobodyShares) {
+    const Palette made = ManyColours(0), shown = ManyColours(5);
+    auto colourOf = [](const Block& image) {
+        RgbTriples colours = {};
+        GetImagePalette(ImageLock(image.data), colours);
+        return colours[1];
+    };
+    for (bool shared : {false, true}) {
+        Animation animation(40, 30);
+        animation.Image({0, 0, 20, 10});
+        animation.List()->blocks[0].palette = shown;
+        BlockList copy;
+        for (const Block& block : animation.List()->All())
+            if (shared) Append(&copy, block);
+        const Block& image = animation.List()->blocks[1];
+        const uint8_t* pixels = MemoryLock(image.data).Bytes();
+        ViewerStage(animation.List(), 61, 50).PlayToEnd();
+        EXPECT_EQ(MemoryLock(image.data).Bytes() != pixels, shared);
+        EXPECT_EQ(colourOf(image), shown[1]);
+        EXPECT_EQ(colourOf(shared ? copy.blocks[1] : image), (shared ? made : shown)[1]);
+    }
 }
 
 TEST(Viewer, AnInterlacedImageIsShownAtOnceWhenItsViewerIsToBeClosed) {

@@ -15,12 +15,10 @@
 #include "app/settings_file.h"
 #include "app/shell_state.h"
 #include "app/start_up.h"
-#include "gif/default_blocks.h"
-#include "gif/gif_writer.h"
 #include "platform/wide_text.h"
 #include "resources/command_ids.h"
 #include "tests/gui/dialog_answers.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/test_blocks.h"
 
 // Dispatches all waiting messages.
 inline void PumpMessages() {
@@ -112,13 +110,10 @@ protected:
 
     // Writes a small valid GIF file (header, comment, image `width` x `height`) into the folder; returns its path.
     std::string MakeGif(const std::string& name, int width = 20, int height = 10) const {
-        OwnedBlockList list;
+        BlockList list;
         EXPECT_TRUE(NewDocument(&list));
-        for (uint16_t kind : {kCommentBlock, kImageBlock}) {
-            Block block;
-            MemoryHandle bitmap = kind == kImageBlock ? CreateImageBitmap(width, height, nullptr, 8) : nullptr;
-            EXPECT_TRUE(MakeDefaultBlock(nullptr, &list, &block, kind, bitmap, nullptr) && AppendBlock(&list, &block));
-        }
+        Append(&list, *MakeCommentBlock(&list));
+        Append(&list, *MakeImageBlock(&list, CreateImageBitmap(width, height, nullptr, 8)));
         EXPECT_TRUE(WriteGifFile(list, File(name).c_str()));
         return File(name);
     }

@@ -1,5 +1,5 @@
 // The Animation Wizard, page by page.
-#include "platform/prompts.h"
+#include "resources/strings.h"
 #include "resources/string_ids.h"
 #include "resources/wizard_ids.h"
 #include "tests/gui/editor_test.h"

@@ -24,9 +24,9 @@ bool WriteFrame(const Picture& shown, const std::string& path) {
 }
 
 bool WriteFrames(BlockList* list, const std::string& folder) {
-    Block header;
-    if (FindHeader(*list) != 0 || !GetBlock(*list, &header, 0)) return false;
-    const HeaderFields screen = GetHeaderFields(header);
+    const Block* header = FindHeader(*list);
+    if (!header) return false;
+    const HeaderFields screen = GetHeaderFields(*header);
     ViewerStage stage(list, screen.screenWidth + 2 * kMargin, screen.screenHeight + 2 * kMargin);
     int frame = 0;
     for (uint32_t reached = 0; UINT message = stage.Step(); reached = stage.State().nextIndex) {
@@ -41,7 +41,7 @@ bool WriteFrames(BlockList* list, const std::string& folder) {
 }  // namespace
 
 int main(int count, char** arguments) {
-    OwnedBlockList list;
+    BlockList list;
     if (count != 3 || !CreateBlockList(&list)) return fputs("usage: viewer_frames FILE.gif FOLDER\n", stderr), 2;
     ReadGifFile(&list, arguments[1]);  // what a broken file still has is played
     bool written = WriteFrames(&list, arguments[2]);

@@ -103,13 +103,12 @@ Bytes EncodePixels(const Bytes& pixels, unsigned codeSize) {
 
 }  // namespace
 
-DecodeResult DecodeLiterally(const Bytes& chain, int codeSize, const Block& image) {
+DecodeResult DecodeLiterally(const Bytes& chain, int codeSize, Block* image) {
     if (codeSize < 2 || codeSize > 8) return kDecodeBadCodeSize;
     Bytes pixels;
     bool intact = DecodePixels(BitsOf(chain), codeSize, &pixels);
-    MemoryLock lock(image.data);
-    auto* bitmap = lock.As<BitmapHeader>();
-    bool interlaced = (GetImageFields(image).packed & kImageInterlaced) != 0;
+    ImageWriteLock bitmap(&image->data);
+    bool interlaced = (GetImageFields(*image).packed & kImageInterlaced) != 0;
     std::vector<int> rows = RowOrder(bitmap->height, interlaced);
     auto width = static_cast<size_t>(bitmap->width);
     for (size_t i = 0; width > 0 && i < pixels.size() / width * width; ++i) {
@@ -122,8 +121,7 @@ DecodeResult DecodeLiterally(const Bytes& chain, int codeSize, const Block& imag
 }
 
 Bytes EncodeLiterally(const Block& image) {
-    MemoryLock lock(image.data);
-    auto* bitmap = lock.As<const BitmapHeader>();
+    ImageLock bitmap(image.data);
     ImageFields fields = GetImageFields(image);
     int depth = DepthOfPacked(fields.packed);
     std::vector<int> rows = RowOrder(bitmap->height, (fields.packed & kImageInterlaced) != 0);

@@ -5,7 +5,7 @@
 #include "tests/support/temp_folder.h"
 
 // Decodes the sub-blocks in `chain` into the bitmap of `image`, as DecodeImageData does.
-DecodeResult DecodeLiterally(const Bytes& chain, int codeSize, const Block& image);
+DecodeResult DecodeLiterally(const Bytes& chain, int codeSize, Block* image);
 
 // What EncodeImageData writes for `image`.
 Bytes EncodeLiterally(const Block& image);

@@ -100,18 +100,16 @@ void DitherTwoColours(ConstLockedBitmap from, LockedBitmap to) {
 
 // An image of the size of `source`, which `fill(from, to)` completes.
 template <typename Fill>
-MemoryHandle MakeFrom(MemoryHandle source, const RgbTriple* palette, int depth, Fill fill) {
-    MemoryLock lock(source);
-    auto* from = lock.As<const BitmapHeader>();
+MemoryHandle MakeFrom(const MemoryHandle& source, const RgbTriple* palette, int depth, Fill fill) {
+    ImageLock from(source);
     MemoryHandle result = CreateImageBitmap(from->width, from->height, palette, depth);
-    MemoryLock resultLock(result);
-    fill(from, resultLock.As<BitmapHeader>());
+    fill(from, ImageWriteLock(&result));
     return result;
 }
 
 // The same from `pixel(from, x, y)`.
 template <typename Pixel>
-MemoryHandle MakePixels(MemoryHandle source, const RgbTriple* palette, int depth, Pixel pixel) {
+MemoryHandle MakePixels(const MemoryHandle& source, const RgbTriple* palette, int depth, Pixel pixel) {
     return MakeFrom(source, palette, depth, [&](ConstLockedBitmap from, LockedBitmap to) {
         for (int y = 0; y < from->height; ++y)
             for (int x = 0; x < from->width; ++x) SetImagePixel(to, x, y, pixel(from, x, y));
@@ -139,21 +137,20 @@ std::vector<uint8_t> LiteralInverseTable(const RgbTriple* palette) {
     return table;
 }
 
-MemoryHandle LiteralRemap(MemoryHandle source, const RgbTriple* palette, int depth, const Table& table) {
+MemoryHandle LiteralRemap(const MemoryHandle& source, const RgbTriple* palette, int depth, const Table& table) {
     return MakePixels(source, palette, depth, [&](ConstLockedBitmap from, int x, int y) {
         return static_cast<uint32_t>(RemapPixel(from, x, y, palette, depth, table));
     });
 }
 
-MemoryHandle LiteralDither(MemoryHandle source, const RgbTriple* palette, int depth, const Table& table) {
-    int bitCount = 0;
-    if (!GetImageInfo(source, nullptr, nullptr, &bitCount, nullptr) || bitCount == 1) return nullptr;
+MemoryHandle LiteralDither(const MemoryHandle& source, const RgbTriple* palette, int depth, const Table& table) {
+    if (GetImageInfo(source)->bitCount == 1) return nullptr;
     return MakeFrom(source, palette, depth, [&](ConstLockedBitmap from, LockedBitmap to) {
         depth == 1 ? DitherTwoColours(from, to) : DitherColours(from, to, palette, table);
     });
 }
 
-MemoryHandle LiteralExpand(MemoryHandle source) {
+MemoryHandle LiteralExpand(const MemoryHandle& source) {
     return MakePixels(source, nullptr, 24, [](ConstLockedBitmap from, int x, int y) {
         Colour c = ColourAt(from, x, y);
         return static_cast<uint32_t>(c[0] | c[1] << 8 | c[2] << 16);

@@ -9,9 +9,11 @@ int LiteralNearest(int red, int green, int blue, const RgbTriple* palette, int c
 std::vector<uint8_t> LiteralInverseTable(const RgbTriple* palette);
 
 // `table` is the LiteralInverseTable of `palette`.
-MemoryHandle LiteralRemap(MemoryHandle source, const RgbTriple* palette, int depth, const std::vector<uint8_t>& table);
-MemoryHandle LiteralDither(MemoryHandle source, const RgbTriple* palette, int depth, const std::vector<uint8_t>& table);
-MemoryHandle LiteralExpand(MemoryHandle source);
+MemoryHandle LiteralRemap(const MemoryHandle& source, const RgbTriple* palette, int depth,
+                          const std::vector<uint8_t>& table);
+MemoryHandle LiteralDither(const MemoryHandle& source, const RgbTriple* palette, int depth,
+                           const std::vector<uint8_t>& table);
+MemoryHandle LiteralExpand(const MemoryHandle& source);
 
 // The images have 24 bits. Returns the number of colours made; `palette` has 256 entries.
 int LiteralSharedPalette(int wanted, RgbTriple* palette, const std::vector<MemoryHandle>& images);

@@ -92,9 +92,8 @@ int LiteralSharedPalette(int wanted, RgbTriple* palette, const std::vector<Memor
     Counts counts(32768);
     std::vector<RgbTriple> exact;  // and one more than wanted, once there are too many
     long long total = 0;
-    for (MemoryHandle image : images) {
-        MemoryLock lock(image);
-        auto* bitmap = lock.As<const BitmapHeader>();
+    for (const MemoryHandle& image : images) {
+        ImageLock bitmap(image);
         total += static_cast<long long>(bitmap->width) * bitmap->height;
         for (int y = bitmap->height - 1; y >= 0; --y)
             for (int x = 0; x < bitmap->width; ++x) {

@@ -14,16 +14,16 @@ RgbTriple Colour(Random& random) {
     return {Byte(random), Byte(random), Byte(random)};
 }
 
-Palette CrowdedPalette(Random& random) {
-    Palette palette;
+Colours CrowdedPalette(Random& random) {
+    Colours palette;
     for (RgbTriple& colour : palette)
         colour = {static_cast<uint8_t>(120 + random() % 9), static_cast<uint8_t>(random() % 3 * 8), Byte(random)};
     return palette;
 }
 
 // The first `used` entries are random, the others black as in a fresh buffer.
-Palette PaletteOf(Random& random, size_t used) {
-    Palette palette = {};
+Colours PaletteOf(Random& random, size_t used) {
+    Colours palette = {};
     for (size_t i = 0; i < used; ++i) palette[i] = Colour(random);
     return palette;
 }
@@ -34,8 +34,8 @@ uint32_t PixelOf(RgbTriple colour) {
 
 }  // namespace
 
-std::vector<Palette> TestPalettes(Random& random) {
-    std::vector<Palette> palettes;
+std::vector<Colours> TestPalettes(Random& random) {
+    std::vector<Colours> palettes;
     for (int kind = 0; kind < 10; ++kind) {
         palettes.emplace_back();
         StandardPalette(palettes.back().data(), nullptr, kind);
@@ -48,12 +48,11 @@ std::vector<Palette> TestPalettes(Random& random) {
     return palettes;
 }
 
-MemoryHandle RandomImage(Random& random, int width, int height, int bitCount, const Palette& palette) {
-    Palette own;
+MemoryHandle RandomImage(Random& random, int width, int height, int bitCount, const Colours& palette) {
+    Colours own;
     for (RgbTriple& colour : own) colour = random() % 3 ? Colour(random) : palette[random() % kPaletteEntries];
     MemoryHandle image = CreateImageBitmap(width, height, own.data(), bitCount);
-    MemoryLock lock(image);
-    auto* bitmap = lock.As<BitmapHeader>();
+    ImageWriteLock bitmap(&image);
     auto style = random() % 3;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
@@ -65,11 +64,9 @@ MemoryHandle RandomImage(Random& random, int width, int height, int bitCount, co
     return image;
 }
 
-bool SameBitmap(MemoryHandle a, MemoryHandle b) {
+bool SameBitmap(const MemoryHandle& a, const MemoryHandle& b) {
     if (!a || !b) return a == b;
-    MemoryLock lockA(a), lockB(b);
-    auto* bitmapA = lockA.As<const BitmapHeader>();
-    auto* bitmapB = lockB.As<const BitmapHeader>();
+    ImageLock bitmapA(a), bitmapB(b);
     const size_t bytes = sizeof(BitmapHeader) + bitmapA->coloursUsed * sizeof(RgbQuad) + bitmapA->imageBytes;
     return memcmp(bitmapA, bitmapB, sizeof(BitmapHeader)) == 0 && memcmp(bitmapA, bitmapB, bytes) == 0;
 }

@@ -8,26 +8,38 @@
 
 namespace fs = std::filesystem;
 
+namespace {
+
+fs::path PathOf(const std::string& utf8) {
+    return std::u8string(utf8.begin(), utf8.end());
+}
+
+std::string Utf8Of(const fs::path& path) {
+    std::u8string utf8 = path.u8string();
+    return {utf8.begin(), utf8.end()};
+}
+
+}  // namespace
+
 TempFolder::TempFolder() {
     static std::random_device device;
     fs::path path = fs::temp_directory_path() / ("zephyr-test-" + std::to_string(device()));
     fs::create_directories(path);
-    path_ = path.u8string();
+    path_ = Utf8Of(path);
 }
 
 TempFolder::~TempFolder() {
     std::error_code ignored;
-    fs::remove_all(fs::u8path(path_), ignored);
+    fs::remove_all(PathOf(path_), ignored);
 }
 
 std::string TempFolder::Path(const std::string& name) const {
-    return name.empty() ? path_ : (fs::u8path(path_) / fs::u8path(name)).u8string();
+    return name.empty() ? path_ : Utf8Of(PathOf(path_) / PathOf(name));
 }
 
 std::vector<std::string> TempFolder::Names() const {
     std::vector<std::string> names;
-    for (const auto& entry : fs::directory_iterator(fs::u8path(path_)))
-        names.push_back(entry.path().filename().u8string());
+    for (const auto& entry : fs::directory_iterator(PathOf(path_))) names.push_back(Utf8Of(entry.path().filename()));
     std::sort(names.begin(), names.end());
     return names;
 }
@@ -39,12 +51,12 @@ std::string Repeated(const std::string& text, int times) {
 }
 
 Bytes ReadAll(const std::string& path) {
-    std::ifstream in(fs::u8path(path), std::ios::binary);
+    std::ifstream in(PathOf(path), std::ios::binary);
     return Bytes(std::istreambuf_iterator<char>(in), {});
 }
 
 void WriteAll(const std::string& path, std::string_view content) {
-    std::ofstream(fs::u8path(path), std::ios::binary) << content;
+    std::ofstream(PathOf(path), std::ios::binary) << content;
 }
 
 void WriteAll(const std::string& path, const Bytes& content) {
@@ -52,5 +64,5 @@ void WriteAll(const std::string& path, const Bytes& content) {
 }
 
 bool FileExists(const std::string& path) {
-    return fs::exists(fs::u8path(path));
+    return fs::exists(PathOf(path));
 }

@@ -8,16 +8,16 @@ LoadedGif::LoadedGif(const Bytes& bytes) {
 }
 
 Block OfKind(uint16_t kind) {
-    Block block = {};
+    Block block;
     block.kind = kind;
     return block;
 }
 
 MemoryHandle MakeRow(int bitCount, const std::vector<uint32_t>& pixels, const RgbTriple* colours) {
     MemoryHandle image = CreateImageBitmap(static_cast<int>(pixels.size()), 1, colours, bitCount);
-    MemoryLock lock(image);
+    ImageWriteLock bitmap(&image);
     int x = 0;
-    for (uint32_t pixel : pixels) SetImagePixel(lock.As<BitmapHeader>(), x++, 0, pixel);
+    for (uint32_t pixel : pixels) SetImagePixel(bitmap, x++, 0, pixel);
     return image;
 }
 
@@ -36,8 +36,7 @@ Block MakeText(uint16_t kind, std::string_view text) {
 }
 
 std::string TextOf(const Block& block) {
-    MemoryLock lock(block.data);
-    return lock ? std::string(lock.As<const char>(), block.dataLength) : "(none)";
+    return block.data ? GetBlockText(block) : "(none)";
 }
 
 std::string DescriptorOf(const Block& block) {
@@ -46,35 +45,29 @@ std::string DescriptorOf(const Block& block) {
 }
 
 std::string NameOf(const Block& block) {
-    char name[kNameBytes];
-    (void)GetBlockName(name, block);
-    return name;
+    return GetBlockName(block).value_or("");
 }
 
 Block BlockAt(const BlockList& list, uint32_t index) {
-    Block block = {};
+    Block block;
     GetBlock(list, &block, index);
     return block;
 }
 
 void Append(BlockList* list, Block block) {
     if (!list->blocks) (void)CreateBlockList(list);
-    (void)AppendBlock(list, &block);
+    (void)AppendBlock(list, std::move(block));
 }
 
 std::string KindsOf(const BlockList& list) {
     std::string kinds;
-    ForEachBlock(list, [&](const Block& block, uint32_t) {
-        kinds += static_cast<char>('0' + block.kind);
-        return true;
-    });
+    for (const Block& block : list.All()) kinds += static_cast<char>('0' + block.kind);
     return kinds;
 }
 
 std::string PixelsOf(const Block& image) {
-    MemoryLock lock(image.data);
-    if (!lock) return "(none)";
-    auto* bitmap = lock.As<const BitmapHeader>();
+    ImageLock bitmap(image.data);
+    if (!bitmap) return "(none)";
     std::string pixels;
     for (int y = 0; y < bitmap->height; ++y) {
         if (y) pixels += ' ';

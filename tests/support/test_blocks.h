@@ -1,4 +1,4 @@
-// What tests of blocks and documents share: making them, released at the end of their scope, and looking at them.
+// What tests of blocks and documents share: making them and looking at them.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,16 +12,8 @@
 #include "gif/gif_writer.h"
 #include "tests/support/gif_bytes.h"
 
-struct OwnedBlock : Block {
-    OwnedBlock() : Block{} {}
-    explicit OwnedBlock(const Block& taken) : Block(taken) {}
-    ~OwnedBlock() { FreeBlock(this); }
-    OwnedBlock(const OwnedBlock&) = delete;
-    OwnedBlock& operator=(const OwnedBlock&) = delete;
-};
-
 // What is read from the bytes of a GIF file.
-struct LoadedGif : OwnedBlockList {
+struct LoadedGif : BlockList {
     explicit LoadedGif(const Bytes& bytes);
     ReadResult result;
     ReadReport report;

@@ -1,3 +1,0 @@
-#include "cli/answers.h"
-
-Answers answers;

@@ -1,7 +1,0 @@
-#include "platform/input.h"
-
-bool TakeMousePress() {
-    return false;
-}
-
-void SoundBeep() {}
