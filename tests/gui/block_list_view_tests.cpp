@@ -1,5 +1,5 @@
 // The list's lines as they are painted, and its place in the window.
-#include "resources/insert_ids.h"
+#include "windows/ids/insert_ids.h"
 #include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
 

@@ -1,8 +1,8 @@
 // The colour grid, the eyedropper and the faces of the buttons that open them.
-#include "editing/dialogs/draw_buttons.h"
-#include "editing/dialogs/edited_block.h"
-#include "editing/dialogs/pick_colour.h"
-#include "editing/dialogs/select_colour.h"
+#include "windows/dialogs/draw_buttons.h"
+#include "windows/dialogs/edited_block.h"
+#include "windows/dialogs/pick_colour.h"
+#include "windows/dialogs/select_colour.h"
 #include "tests/gui/editor_test.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // Editing, deleting and inserting blocks through the main window.
-#include "editing/dialogs/document_operations.h"
-#include "resources/insert_ids.h"
+#include "windows/dialogs/document_operations.h"
+#include "windows/ids/insert_ids.h"
 #include "tests/gui/editor_test.h"
 
 namespace {

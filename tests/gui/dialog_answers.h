@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/windows_api.h"
+#include "platform/api_win32.h"
 
 // Presses the button as a user would: tells the dialog, when the button exists and is enabled. Else the test fails.
 void PressButton(HWND dialog, int button);

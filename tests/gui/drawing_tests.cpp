@@ -1,13 +1,13 @@
 // Drawing images into memory device contexts, against what the same pixels should give one by one.
-#include "imaging/draw/draw_image.h"
+#include "windows/drawing/draw_image.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-#include "app/services/settings.h"
-#include "imaging/draw/device_bitmaps.h"
-#include "imaging/draw/screen_palette.h"
+#include "windows/services/settings.h"
+#include "windows/drawing/device_bitmaps.h"
+#include "windows/drawing/screen_palette.h"
 #include "platform/faults.h"
 #include "tests/gui/picture.h"
 

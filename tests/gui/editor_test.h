@@ -4,14 +4,14 @@
 #include <cstring>
 #include <utility>
 
-#include "app/services/shell_objects.h"
-#include "app/shell_state.h"
-#include "editing/dialogs/edit_block.h"
+#include "windows/services/shell_objects.h"
+#include "windows/app/shell_state.h"
+#include "windows/dialogs/edit_block.h"
 #include "gif/block_line.h"
 #include "platform/faults.h"
-#include "platform/wide_text.h"
-#include "resources/command_ids.h"
-#include "resources/editor_ids.h"
+#include "platform/wide_text_win32.h"
+#include "windows/ids/command_ids.h"
+#include "windows/ids/editor_ids.h"
 #include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
 

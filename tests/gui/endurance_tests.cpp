@@ -1,6 +1,6 @@
 // What the program takes from the system, it gives back.
-#include "imaging/draw/viewer_state.h"
-#include "resources/wizard_ids.h"
+#include "windows/viewer/viewer_state.h"
+#include "windows/ids/wizard_ids.h"
 #include "tests/gui/editor_test.h"
 
 namespace {

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "imaging/draw/gdi_guards.h"
+#include "windows/drawing/gdi_guards.h"
 #include "imaging/palette.h"
 
 inline COLORREF ColourRef(RgbTriple colour) {

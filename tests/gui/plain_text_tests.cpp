@@ -1,5 +1,5 @@
 // Plain text, against the same pieces drawn one by one.
-#include "imaging/draw/plain_text.h"
+#include "windows/drawing/plain_text.h"
 
 #include <gtest/gtest.h>
 

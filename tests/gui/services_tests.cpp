@@ -3,15 +3,15 @@
 #include <new>
 #include <stdexcept>
 
-#include "app/services/dialogs.h"
-#include "app/services/file_dialogs.h"
-#include "app/services/help.h"
-#include "app/services/help_system.h"
-#include "app/services/messages.h"
-#include "app/services/plain_dialog.h"
-#include "editing/dialogs/dialog_frame.h"
-#include "resources/strings.h"
-#include "resources/editor_ids.h"
+#include "windows/services/dialogs.h"
+#include "windows/services/file_dialogs.h"
+#include "windows/services/help.h"
+#include "windows/services/help_system.h"
+#include "windows/services/messages.h"
+#include "windows/services/plain_dialog.h"
+#include "windows/dialogs/dialog_frame.h"
+#include "texts/strings.h"
+#include "windows/ids/editor_ids.h"
 #include "tests/gui/window_driver.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // The settings file and the list of recent files.
 #include <filesystem>
 
-#include "app/recent_files.h"
+#include "windows/app/recent_files.h"
 #include "platform/faults.h"
 #include "tests/gui/window_driver.h"
 

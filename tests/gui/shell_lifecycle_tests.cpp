@@ -4,8 +4,8 @@
 
 #include "imaging/dither.h"
 #include "platform/faults.h"
-#include "resources/insert_ids.h"
-#include "resources/panel_ids.h"
+#include "windows/ids/insert_ids.h"
+#include "windows/ids/panel_ids.h"
 #include "tests/gui/window_driver.h"
 
 namespace {

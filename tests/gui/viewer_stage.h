@@ -3,8 +3,8 @@
 
 #include <utility>
 
-#include "app/services/settings.h"
-#include "imaging/draw/viewer_state.h"
+#include "windows/services/settings.h"
+#include "windows/viewer/viewer_state.h"
 #include "tests/gui/picture.h"
 
 class ViewerStage {

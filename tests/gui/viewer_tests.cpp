@@ -1,12 +1,12 @@
 // What the viewer shows of a document, when it goes on, and whole viewings in its own full-screen window.
-#include "imaging/draw/viewer.h"
+#include "windows/viewer/viewer.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <new>
 
-#include "app/services/shell_objects.h"
+#include "windows/services/shell_objects.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/viewer_stage.h"
 

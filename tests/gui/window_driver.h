@@ -8,15 +8,15 @@
 #include <string>
 #include <vector>
 
-#include "app/block_list_view.h"
-#include "app/main_window.h"
-#include "app/services/settings.h"
-#include "app/services/shell_objects.h"
-#include "app/settings_file.h"
-#include "app/shell_state.h"
-#include "app/start_up.h"
-#include "platform/wide_text.h"
-#include "resources/command_ids.h"
+#include "windows/app/block_list_view.h"
+#include "windows/app/main_window.h"
+#include "windows/services/settings.h"
+#include "windows/services/shell_objects.h"
+#include "windows/app/settings_file.h"
+#include "windows/app/shell_state.h"
+#include "windows/app/start_up.h"
+#include "platform/wide_text_win32.h"
+#include "windows/ids/command_ids.h"
 #include "tests/gui/dialog_answers.h"
 #include "tests/support/test_blocks.h"
 

@@ -1,7 +1,7 @@
 // The Animation Wizard, page by page.
-#include "resources/strings.h"
-#include "resources/string_ids.h"
-#include "resources/wizard_ids.h"
+#include "texts/strings.h"
+#include "texts/string_ids.h"
+#include "windows/ids/wizard_ids.h"
 #include "tests/gui/editor_test.h"
 
 namespace {

@@ -1,3 +1,0 @@
-#include "app/services/settings.h"
-
-Settings settings;

@@ -1,6 +1,0 @@
-#include "app/services/shell_objects.h"
-
-HINSTANCE hInstance;
-HWND hMainWindow;
-HFONT hListFont;
-HBRUSH hFaceBrush;

@@ -1,6 +1,0 @@
-#include "app/shell_state.h"
-
-BlockList document;
-bool documentChanged;
-std::string currentFileName;
-uint32_t selectedLine;

@@ -1,0 +1,27 @@
+// The main window's list box: one owner-drawn line per block of the document.
+#pragma once
+
+#include "gif/block_list.h"
+#include "platform/api_win32.h"
+
+constexpr int kNoLine = -1;
+
+// Creates the list box in the client area of `window`, and fits it there again after the window's size has changed.
+void CreateBlockListView(HWND window);
+void FitBlockListView(HWND window);
+
+// Replaces all lines by those of `list` (none: the list stays empty). Selects nothing; the place that the list is
+// scrolled to stays.
+void FillBlockListView(HWND window, const BlockList* list);
+
+// Replaces the first line by the one of `header`, keeping the selection and the place.
+void ReplaceHeaderLine(HWND window, const Block& header);
+
+int SelectedLine(HWND window);           // kNoLine when none is
+void SelectLine(HWND window, int line);  // and scrolls no further than to show it
+
+// Scrolls the list no further than to show the whole line.
+void RevealLine(HWND window, int line);
+
+// Paints one line: the kind name, then the details faintly behind it.
+void DrawBlockLine(const DRAWITEMSTRUCT& item);

@@ -1,0 +1,38 @@
+// Commands on the selected block, and the viewer.
+#include "windows/app/block_list_view.h"
+#include "windows/app/commands.h"
+#include "windows/services/messages.h"
+#include "windows/app/shell_state.h"
+#include "windows/dialogs/document_operations.h"
+#include "windows/dialogs/edit_block.h"
+#include "windows/viewer/viewer.h"
+#include "texts/strings.h"
+#include "texts/string_ids.h"
+
+namespace {
+
+void ShowChangedDocument(HWND window, int line) {
+    documentChanged = true;  // first: showing it may fail for want of memory
+    FillBlockListView(window, &document);
+    SelectLine(window, line);
+}
+
+}  // namespace
+
+void OnView(HWND window) {
+    RunViewer(window, &document);
+}
+
+void OnEdit(HWND window) {
+    int line = SelectedLine(window);
+    if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    int result = EditBlock(window, &document, line);
+    if (result == kBlockEdited) ShowChangedDocument(window, line);
+    if (result == kBlockInaccessible) MessageBox(window, LoadStr(IDS_MISSING));
+}
+
+void OnDelete(HWND window) {
+    int line = SelectedLine(window);
+    if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    if (DeleteBlock(window, &document, &line)) ShowChangedDocument(window, line);
+}

@@ -1,0 +1,40 @@
+#include "windows/app/document_face.h"
+
+#include <string>
+
+#include "texts/strings.h"
+#include "platform/wide_text_win32.h"
+#include "windows/ids/command_ids.h"
+#include "texts/string_ids.h"
+
+namespace {
+
+constexpr UINT kDocumentCommands[] = {IDM_CLOSE, IDM_SAVE, IDM_SAVE_AS, IDM_VIEW, IDM_INSERT, IDM_DELETE};
+
+void ShowTitle(HWND window, const std::wstring& name) {
+    constexpr wchar_t kPlaceholder[] = L"%s";
+    constexpr size_t kPlaceholderUnits = 2;
+    std::wstring title = WideFrom1252(LoadStr(IDS_TITLE));
+    // The second placeholder has always been left empty; filled first, so that a name may hold "%s" itself.
+    size_t second = title.rfind(kPlaceholder);
+    if (second != std::wstring::npos) title.replace(second, kPlaceholderUnits, L"");
+    size_t first = title.find(kPlaceholder);
+    if (first != std::wstring::npos) title.replace(first, kPlaceholderUnits, name);
+    SetWindowTextW(window, title.c_str());
+}
+
+}  // namespace
+
+void SetTitle(HWND window, const char* name) {
+    ShowTitle(window, WideFromUtf8(name));
+}
+
+void SetTitleText(HWND window, unsigned id) {
+    ShowTitle(window, WideFrom1252(LoadStr(id)));
+}
+
+void EnableDocumentCommands(HWND window, bool enabled) {
+    HMENU menu = GetMenu(window);
+    for (UINT id : kDocumentCommands)
+        EnableMenuItem(menu, id, MF_BYCOMMAND | (enabled ? UINT{MF_ENABLED} : UINT{MF_GRAYED}));
+}

@@ -1,0 +1,161 @@
+#include "windows/app/main_window.h"
+
+#include <exception>
+#include <initializer_list>
+
+#include "windows/app/block_list_view.h"
+#include "windows/app/commands.h"
+#include "windows/app/document_commands.h"
+#include "windows/services/dialogs.h"
+#include "windows/services/focus_handover.h"
+#include "windows/services/help.h"
+#include "windows/services/shell_objects.h"
+#include "windows/app/settings_file.h"
+#include "windows/ids/command_ids.h"
+
+namespace {
+
+LRESULT OnDestroy(HWND window) {
+    WriteSettings(window, settingsFolder);
+    CloseHelp(window);
+    PostQuitMessage(0);
+    return 0;
+}
+
+constexpr UINT_PTR kSnapTimer = 1;
+constexpr UINT kSnapMilliseconds = 100;
+bool isSnapDue;  // the timer runs
+bool isDragged;  // by the system itself; a window manager does not say so
+
+LRESULT OnCreate(HWND window) {
+    isSnapDue = isDragged = false;
+    CentreWindow(window);
+    return 0;
+}
+
+bool IsTooSmall(const RECT& place) {
+    return place.right - place.left < kMinimumWidth || place.bottom - place.top < kMinimumHeight;
+}
+
+bool IsSmallest(const RECT& place) {
+    return place.right - place.left == kMinimumWidth && place.bottom - place.top == kMinimumHeight;
+}
+
+void StopSnap(HWND window) {
+    KillTimer(window, kSnapTimer);
+    isSnapDue = false;
+}
+
+void SnapLater(HWND window) {
+    if (!isSnapDue) isSnapDue = SetTimer(window, kSnapTimer, kSnapMilliseconds, nullptr) != 0;
+}
+
+// Too small a window jumps back to its minimum size when it has been made so. Where a window manager made it so, Wine
+// takes that for done without asking for it: that has to wait until the message has been handled.
+LRESULT OnSize(HWND window, WPARAM how) {
+    if (how == SIZE_MINIMIZED) return 0;  // an icon has no size to keep
+    RECT place = {};
+    GetWindowRect(window, &place);
+    if (!IsTooSmall(place)) {
+        if (!IsSmallest(place)) StopSnap(window);  // it has been made larger meanwhile
+        return FitBlockListView(window), 0;
+    }
+    MoveWindow(window, place.left, place.top, kMinimumWidth, kMinimumHeight, TRUE);
+    SnapLater(window);
+    return 0;
+}
+
+// Asks for the minimum size, first for another one, as this one is believed to be so already. Whoever still drags the
+// edge may overrule it; we hear of that by being too small again.
+LRESULT OnSnapTimer(HWND window) {
+    StopSnap(window);
+    if (isDragged || IsIconic(window) || IsZoomed(window)) return 0;
+    for (int more : {1, 0})
+        SetWindowPos(window, nullptr, 0, 0, kMinimumWidth + more, kMinimumHeight + more,
+                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    return 0;
+}
+
+LRESULT OnTimer(HWND window, WPARAM timer) {
+    return timer == kSnapTimer ? OnSnapTimer(window) : 0;
+}
+
+// The system sizes a dragged window again at the next move of the mouse; the last size stands.
+LRESULT OnDrag(HWND window, bool begins) {
+    isDragged = begins;
+    if (!begins && !IsIconic(window)) OnSize(window, SIZE_RESTORED);
+    return 0;
+}
+
+LRESULT OnMouseActivate(HWND window, WPARAM wParam, LPARAM lParam) {
+    NoteActivation(window, lParam);
+    return DefWindowProcW(window, WM_MOUSEACTIVATE, wParam, lParam);
+}
+
+// The close box runs Exit and then closes the window in any case, also when the user cancelled Exit.
+LRESULT OnSysCommand(HWND window, WPARAM wParam, LPARAM lParam) {
+    constexpr WPARAM kCommandBits = 0xFFF0;
+    if ((wParam & kCommandBits) == SC_CLOSE) SendMessageW(window, WM_COMMAND, IDM_EXIT, 0);
+    return DefWindowProcW(window, WM_SYSCOMMAND, wParam, lParam);
+}
+
+LRESULT OnDrawItem(WPARAM control, LPARAM lParam) {
+    if (control == IDC_BLOCK_LIST) DrawBlockLine(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+    return 0;
+}
+
+LRESULT OnOpenFileMessage(HWND window, LPARAM lParam) {
+    OnOpenFile(window, reinterpret_cast<const char*>(lParam));
+    return 0;
+}
+
+LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_CREATE: return OnCreate(window);
+        case WM_DESTROY: return OnDestroy(window);
+        case WM_SIZE: return OnSize(window, wParam);
+        case WM_MOUSEACTIVATE: return OnMouseActivate(window, wParam, lParam);
+        case WM_TIMER: return OnTimer(window, wParam);
+        case WM_ENTERSIZEMOVE:
+        case WM_EXITSIZEMOVE: return OnDrag(window, message == WM_ENTERSIZEMOVE);
+        case WM_QUERYENDSESSION: return TRUE;
+        case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
+        case WM_DRAWITEM: return OnDrawItem(wParam, lParam);
+        case WM_CTLCOLORMSGBOX:
+        case WM_CTLCOLORBTN:
+        case WM_CTLCOLORDLG:
+        case WM_CTLCOLORSTATIC: return AnswerControlColour(message, wParam, lParam);
+        case WM_COMMAND: return OnCommand(window, LOWORD(wParam), HIWORD(wParam));
+        case UM_OPENFILE: return OnOpenFileMessage(window, lParam);
+        default: return DefWindowProcW(window, message, wParam, lParam);
+    }
+}
+
+LRESULT CALLBACK MainWindowProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    try {
+        return Dispatch(window, message, wParam, lParam);
+    } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
+        return 0;
+    }
+}
+
+}  // namespace
+
+void RegisterMainWindowClass() {
+    WNDCLASSW description = {};
+    description.style = CS_VREDRAW | CS_HREDRAW | CS_DBLCLKS;
+    description.lpfnWndProc = MainWindowProc;
+    description.hInstance = hInstance;
+    description.hIcon = LoadIconW(hInstance, L"KLMZEP");
+    description.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    description.hbrBackground = hFaceBrush;
+    description.lpszMenuName = L"MainMenu";
+    description.lpszClassName = kMainWindowClass;
+    RegisterClassW(&description);
+}
+
+void CreateMainWindow() {
+    hMainWindow = CreateWindowExW(0, kMainWindowClass, L"Kelmor Zephyr", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
+                                  CW_USEDEFAULT, kMinimumWidth, kMinimumHeight, nullptr, nullptr, hInstance, nullptr);
+    CreateBlockListView(hMainWindow);
+}

@@ -1,0 +1,16 @@
+// The main window: its class, its creation and the messages it answers.
+#pragma once
+
+#include "platform/api_win32.h"
+
+// Opens the file whose name (UTF-8) lParam points to; the document before must have been closed.
+constexpr UINT UM_OPENFILE = WM_USER + 46;
+
+constexpr wchar_t kMainWindowClass[] = L"KLM Zephyr";
+constexpr int kMinimumWidth = 400;  // outer size in pixels, also the size at start
+constexpr int kMinimumHeight = 440;
+
+void RegisterMainWindowClass();
+
+// Creates the main window (hMainWindow) with its block list, not yet shown.
+void CreateMainWindow();

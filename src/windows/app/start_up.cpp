@@ -1,0 +1,105 @@
+#include "windows/app/start_up.h"
+
+#include <cstdlib>
+#include <ctime>
+#include <cwchar>
+
+#include "windows/app/document_face.h"
+#include "windows/app/information_panel.h"
+#include "windows/app/main_window.h"
+#include "windows/services/dialogs.h"
+#include "windows/services/focus_handover.h"
+#include "windows/services/help.h"
+#include "windows/services/settings.h"
+#include "windows/services/shell_objects.h"
+#include "windows/app/settings_file.h"
+#include "windows/app/shell_state.h"
+#include "imaging/dither.h"
+#include "texts/string_ids.h"
+
+namespace {
+
+constexpr int kFontHeight = 14;
+
+// The number that a key of the profile file starts with, 0 for other texts; `usual` without a text. The file lies where
+// the system looks for a bare name: in the Windows directory. The system's own reading of numbers lets large ones wrap
+// around; here they stay large.
+int ReadDitherSetting(const wchar_t* key, int usual) {
+    constexpr DWORD kTextUnits = 32;
+    wchar_t text[kTextUnits] = L"";
+    GetPrivateProfileStringW(L"Telvar", key, L"", text, kTextUnits, L"TELVAR.INI");
+    return *text ? static_cast<int>(wcstol(text, nullptr, 10)) : usual;  // a long has 32 bits on Windows
+}
+
+void ReadDitherSettings() {
+    constexpr DitherSettings kUsual;
+    ditherSettings.brightness = ReadDitherSetting(L"DitherBrightness", kUsual.brightness);
+    ditherSettings.contrast = ReadDitherSetting(L"DitherContrast", kUsual.contrast);
+}
+
+void RunMessageLoop() {
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+bool IsBlank(wchar_t c) {
+    return c == L' ' || c == L'\t';
+}
+
+}  // namespace
+
+void CreateShellObjects(HINSTANCE instance) {
+    hInstance = instance;
+    hListFont = CreateFontW(kFontHeight, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"MS Sans Serif");
+    hFaceBrush = CreateSolidBrush(GetSysColor(COLOR_BTNFACE));
+}
+
+void DeleteShellObjects() {
+    if (hFaceBrush) DeleteObject(hFaceBrush);
+    hFaceBrush = nullptr;
+    if (hListFont) DeleteObject(hListFont);
+    hListFont = nullptr;
+}
+
+void PrepareMainWindow() {
+    CreateMainWindow();
+    SetChildFonts(hMainWindow, hListFont, false);
+}
+
+void ShowMainWindow(int showCommand) {
+    ShowWindow(hMainWindow, showCommand);
+    UpdateWindow(hMainWindow);
+    SetTitleText(hMainWindow, IDS_NO_FILE);
+}
+
+const wchar_t* CommandLineArguments(const wchar_t* commandLine) {
+    bool quoted = false;
+    for (; *commandLine && (quoted || !IsBlank(*commandLine)); ++commandLine)
+        if (*commandLine == L'"') quoted = !quoted;
+    while (IsBlank(*commandLine)) ++commandLine;
+    return commandLine;
+}
+
+void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, int showCommand) {
+    srand(static_cast<unsigned>(time(nullptr)));  // NOLINT(cert-msc51-cpp): nothing secret depends on it
+    CreateShellObjects(instance);
+    ReadDitherSettings();
+    document = {};
+    if (!previous) RegisterMainWindowClass();
+    PrepareMainWindow();
+    PlaceHelpWindow(hMainWindow);
+    ShowMainWindow(showCommand);
+    ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
+    ReadRecentFiles(hMainWindow, settingsFolder);
+    if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);
+    PostMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(commandLine));
+    SetFocus(hMainWindow);
+    FocusHandover handover;
+    RunMessageLoop();
+    DestroyBlockList(&document);  // still there when the close box was used and its question cancelled
+    DeleteShellObjects();
+    UnregisterClassW(kMainWindowClass, instance);
+}

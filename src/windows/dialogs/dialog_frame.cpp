@@ -1,0 +1,120 @@
+#include "windows/dialogs/dialog_frame.h"
+
+#include <cstdio>
+#include <exception>
+
+#include "windows/services/dialogs.h"
+#include "windows/services/help.h"
+#include "windows/services/messages.h"
+#include "windows/services/shell_objects.h"
+#include "windows/dialogs/edited_block.h"
+#include "windows/dialogs/palette_buttons.h"
+#include "windows/dialogs/scoped_value.h"
+#include "texts/strings.h"
+#include "windows/ids/editor_ids.h"
+#include "texts/string_ids.h"
+
+namespace {
+
+constexpr int kNotGiven = -1;
+constexpr int kUpDownTextUnits = 64;
+
+// An up-down control is configured by its own text in the template: "minimum,maximum,start".
+void ConfigureUpDown(HWND upDown) {
+    wchar_t text[kUpDownTextUnits];
+    GetWindowTextW(upDown, text, kUpDownTextUnits);
+    int minimum = kNotGiven, maximum = kNotGiven, start = kNotGiven;
+    swscanf(text, L"%d,%d,%d", &minimum, &maximum, &start);
+    if (minimum != kNotGiven && maximum != kNotGiven)
+        SendMessageW(upDown, UDM_SETRANGE, 0, MAKELPARAM(maximum, minimum));
+    if (start != kNotGiven) SendMessageW(upDown, UDM_SETPOS, 0, MAKELPARAM(start, 0));
+}
+
+void ConfigureUpDowns(HWND dialog) {
+    HWND upDown = nullptr;
+    while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) ConfigureUpDown(upDown);
+}
+
+// A running dialog; lives as long as it is shown.
+struct Run {
+    const DialogKind* kind;
+    void* subject;
+};
+
+const Run* RunOf(HWND dialog) {
+    return reinterpret_cast<const Run*>(GetWindowLongPtrW(dialog, DWLP_USER));
+}
+
+bool Show(HWND dialog, const DialogKind& kind) {
+    try {
+        return !kind.show || kind.show(dialog);
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
+INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
+    GiveProgramIcon(dialog);
+    if (hListFont) SetChildFonts(dialog, hListFont, false);
+    ConfigureUpDowns(dialog);
+    if (!Show(dialog, kind)) {
+        MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+        EndDialog(dialog, 0);
+        return FALSE;
+    }
+    CentreWindow(dialog);
+    return TRUE;
+}
+
+INT_PTR OnCommand(HWND dialog, const DialogKind& kind, int id, int notification) {
+    if (id == IDOK && kind.take) return EndDialog(dialog, kind.take(dialog));
+    if (id == IDCANCEL) return EndDialog(dialog, kind.cancelResult);
+    if (id == IDC_HELP_BUTTON && kind.helpKeyword) {
+        ShowHelp(dialog, kind.helpKeyword);
+        return TRUE;
+    }
+    if (notification != BN_CLICKED) return FALSE;
+    if (kind.buttons && OnPaletteButton(dialog, *kind.buttons, id)) return TRUE;
+    return kind.onClick && kind.onClick(dialog, id);
+}
+
+INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_COMMAND: return OnCommand(dialog, kind, LOWORD(wParam), HIWORD(wParam));
+        case WM_DRAWITEM:
+            if (!kind.buttons) break;
+            return DrawPaletteButton(dialog, *kind.buttons, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+    }
+    if (INT_PTR brush = AnswerControlColour(message, wParam, lParam)) return brush;
+    return kind.onMessage ? kind.onMessage(dialog, message, wParam, lParam) : FALSE;
+}
+
+// No exception may cross the system's code. What a command could not do for want of memory, the user may do again.
+INT_PTR CALLBACK DialogProc(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) SetWindowLongPtrW(dialog, DWLP_USER, lParam);
+    const Run* run = RunOf(dialog);
+    if (!run) return FALSE;
+    try {
+        if (message == WM_INITDIALOG) return OnInitDialog(dialog, *run->kind);
+        return OnMessage(dialog, *run->kind, message, wParam, lParam);
+    } catch (const std::exception&) {
+        if (message == WM_COMMAND) MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
+        return FALSE;
+    }
+}
+
+}  // namespace
+
+void* editedBlock = nullptr;
+
+void* SubjectOf(HWND dialog) {
+    return RunOf(dialog)->subject;
+}
+
+int RunEditingDialog(HWND parent, const DialogKind& kind, void* edited) {
+    INITCOMMONCONTROLSEX classes = {sizeof classes, ICC_UPDOWN_CLASS};
+    InitCommonControlsEx(&classes);
+    ScopedValue<void*> subject(&editedBlock, edited);
+    Run run = {&kind, edited};
+    return static_cast<int>(RunDialog(parent, kind.templateName, DialogProc, &run));
+}

@@ -1,0 +1,24 @@
+// What all dialogs of the editing floor do alike: font, colours, centring, up-down controls, OK, Cancel and Help.
+#pragma once
+
+#include "platform/api_win32.h"
+
+struct PaletteButtons;
+
+// One kind of dialog. Its procedures reach what is edited with Edited (editing/dialogs/edited_block.h); any of them may
+// be null.
+struct DialogKind {
+    const wchar_t* templateName;
+    const char* helpKeyword;                  // the page that the Help button opens
+    bool (*show)(HWND dialog);                // fills the controls; false: told as out of memory, ends with 0
+    int (*take)(HWND dialog) = nullptr;       // on OK: reads the controls back and returns what the dialog ends with
+    int cancelResult = 0;                     // what it ends with on Cancel
+    const PaletteButtons* buttons = nullptr;  // its colour and eyedropper buttons
+    bool (*onClick)(HWND dialog, int id) = nullptr;  // a click on another control; whether it was one of the dialog's
+    INT_PTR (*onMessage)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) = nullptr;  // other messages
+};
+
+// Runs the dialog over `edited`, as its own DialogKind describes. Returns what it ended with, or 0 when it can't be
+// shown. `kind` must outlive the dialog. A procedure that throws, as memory has run out, makes the dialog tell so; only
+// `show` then ends it.
+int RunEditingDialog(HWND parent, const DialogKind& kind, void* edited);

@@ -1,0 +1,85 @@
+#include "windows/dialogs/document_operations.h"
+
+#include "windows/services/messages.h"
+#include "windows/services/user_abort.h"
+#include "editing/palette_match.h"
+#include "gif/default_blocks.h"
+#include "platform/wide_text_win32.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
+
+int paletteChoiceForInsert = kAskForPalette;
+
+namespace {
+
+// The system's failure message with the file's name in front, as one of several may be meant.
+void TellUnreadable(HWND owner, const std::string& path) {
+    const std::string name = path.substr(path.find_last_of('\\') + 1);  // all of it without a folder
+    MessageBox(owner, WideFromUtf8(name) + L": " + WideFrom1252(LoadStr(IDS_OPEN_FAILED)));
+}
+
+void TellFailure(HWND owner, Failure failure, const std::string& path) {
+    switch (failure) {
+        case Failure::kNoMemory: return TellOutOfMemory(owner);
+        case Failure::kCantOpen:
+        case Failure::kCantRead:
+        case Failure::kNotGif:
+        case Failure::kDamaged: return TellUnreadable(owner, path);
+        default: return;
+    }
+}
+
+bool Refuse(HWND owner, unsigned message) {
+    MessageBox(owner, LoadStr(message));
+    return false;
+}
+
+}  // namespace
+
+void TellOutOfMemory(HWND owner) {
+    MessageBox(owner, LoadStr(IDS_OUT_OF_MEMORY));
+}
+
+int AskPaletteChoice(HWND owner, const Block& image) {
+    return paletteChoiceForInsert != kAskForPalette ? paletteChoiceForInsert : RunPaletteDialog(owner, image);
+}
+
+bool UserAnswers::StopRequested() {
+    return UserAbortRequested();
+}
+
+PaletteChoice UserAnswers::ChoosePalette(const Block& image) {
+    switch (AskPaletteChoice(owner_, image)) {
+        case kPaletteCancel: return PaletteChoice::kCancel;
+        case kPaletteRemap: return PaletteChoice::kRemap;
+        case kPaletteDither: return PaletteChoice::kDither;
+        default: return PaletteChoice::kKeepPixels;
+    }
+}
+
+bool UserAnswers::MayLeaveOut(const std::string&, Failure) {
+    return YesnoBox(owner_, LoadStr(IDS_CORRUPTED_FILE)) == IDYES;
+}
+
+Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path) {
+    UserAnswers answers(owner);
+    Result<Block> block = kind == kImageBlock ? ImportImage(list, path, answers) : MakeBlock(list, kind);
+    if (!block) TellFailure(owner, block.Why(), path);
+    return block;
+}
+
+bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
+                 const std::string& path) {
+    Result<Block> block = ready ? Result<Block>(*ready) : MakeDefaultBlock(owner, list, kind, path);
+    if (!block) return false;
+    return InsertBlocks(list, selection, {&*block, 1}) || Refuse(owner, IDS_OUT_OF_MEMORY);
+}
+
+bool DeleteBlock(HWND owner, BlockList* list, int* selection) {
+    auto index = static_cast<uint32_t>(*selection);
+    if (*selection < 0 || index >= list->count) return Refuse(owner, IDS_BLOCK_ACCESS);
+    if (list->blocks[index].kind == kHeaderBlock) return Refuse(owner, IDS_HEADER_FIXED);
+    RemoveBlocks(list, {&index, 1});
+    if (index >= list->count) *selection = static_cast<int>(list->count) - 1;
+    return true;
+}

@@ -1,0 +1,55 @@
+// The operations on a document that tell their user why they fail, and the questions that they ask: the editor's face of
+// the core.
+#pragma once
+
+#include <string>
+
+#include "editing/questions.h"
+#include "gif/block_list.h"
+#include "platform/api_win32.h"
+
+// Answers of the palette dialog, and what is remembered of them.
+constexpr int kAskForPalette = -1;
+constexpr int kPaletteCancel = 2;
+constexpr int kPaletteRemap = 102;
+constexpr int kPaletteDither = 103;
+constexpr int kPaletteKeep = 108;  // what the Animation Wizard leaves; any other number keeps the image as it is, too
+
+// The answer for further images. An Insert command forgets it before its first image; the palette dialog sets it.
+extern int paletteChoiceForInsert;
+
+// Says that memory has run out.
+void TellOutOfMemory(HWND owner);
+
+// The remembered answer, or else what the user chooses in the palette dialog.
+int AskPaletteChoice(HWND owner, const Block& image);
+
+// The palette dialog for `image`, whose bitmap and owning document decide which answers are open. Returns kPaletteRemap,
+// kPaletteDither or kPaletteCancel and, unless cancelled, sets `paletteChoiceForInsert`.
+int RunPaletteDialog(HWND owner, const Block& image);
+
+// The editor's answers to the core, given by its user.
+class UserAnswers : public Questions {
+public:
+    explicit UserAnswers(HWND owner) : owner_(owner) {}
+    bool StopRequested() override;
+    PaletteChoice ChoosePalette(const Block& image) override;
+    bool MayLeaveOut(const std::string& path, Failure why) override;
+
+private:
+    HWND owner_;
+};
+
+// Makes a default block of `kind`; an IMAGE from the file at `path`, fitted to the document's palette. What fails is
+// told, but for an image that the user did not want.
+Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path);
+
+// Inserts a block right after the selected one (after the header when `*selection` is 0 or less) and selects it: `ready`
+// or, when that is null, what MakeDefaultBlock makes. False, with nothing changed, when that fails or memory runs out,
+// which has been told then.
+bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
+                 const std::string& path = {});
+
+// Deletes the selected block. `*selection` stays, or becomes the last block when it was deleted. False when there is no
+// such block or it is the header, which the user is told.
+bool DeleteBlock(HWND owner, BlockList* list, int* selection);

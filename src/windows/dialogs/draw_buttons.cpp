@@ -1,0 +1,104 @@
+#include "windows/dialogs/draw_buttons.h"
+
+#include "windows/services/shell_objects.h"
+#include "windows/drawing/gdi_guards.h"
+
+namespace {
+
+constexpr COLORREF kDisabledFace = RGB(128, 128, 128);
+constexpr int kFirstBrightLuminance = 129;  // from here on black text reads better than white
+constexpr int kTextTop = 5;                 // pixels below the button's upper edge
+constexpr DWORD kBrushWhereSourceIsSet = 0x00E20746;
+constexpr int kIndexTextUnits = 16;
+
+bool IsPressed(const DRAWITEMSTRUCT& item) {
+    return (item.itemState & ODS_SELECTED) != 0;
+}
+
+bool IsDisabled(const DRAWITEMSTRUCT& item) {
+    return (item.itemState & ODS_DISABLED) != 0;
+}
+
+void DrawSoftEdge(const DRAWITEMSTRUCT& item) {
+    RECT edge = item.rcItem;
+    DrawEdge(item.hDC, &edge, IsPressed(item) ? EDGE_SUNKEN : EDGE_RAISED, BF_RECT | BF_SOFT);
+}
+
+// Fills the item's rectangle, `larger` pixels wider and higher at the right and the bottom.
+void FillItem(const DRAWITEMSTRUCT& item, HGDIOBJ brush, int larger) {
+    SavedDc saved(item.hDC);
+    SelectObject(item.hDC, GetStockObject(NULL_PEN));
+    SelectObject(item.hDC, brush);
+    const RECT& r = item.rcItem;
+    Rectangle(item.hDC, r.left, r.top, r.right + larger, r.bottom + larger);
+}
+
+COLORREF ContrastingText(RgbTriple colour) {
+    int luminance = colour.red * 30 / 100 + colour.green * 59 / 100 + colour.blue * 11 / 100;
+    return luminance < kFirstBrightLuminance ? RGB(255, 255, 255) : RGB(0, 0, 0);
+}
+
+void DrawIndex(const DRAWITEMSTRUCT& item, RgbTriple face) {
+    wchar_t text[kIndexTextUnits];
+    int units = GetWindowTextW(item.hwndItem, text, kIndexTextUnits);
+    if (units == 0) return;
+    SavedDc saved(item.hDC);
+    SetBkMode(item.hDC, TRANSPARENT);
+    SetTextColor(item.hDC, ContrastingText(face));
+    SetTextAlign(item.hDC, TA_CENTER | TA_TOP);
+    TextOutW(item.hDC, (item.rcItem.right - item.rcItem.left) / 2, item.rcItem.top + kTextTop, text, units);
+}
+
+// The squares of a glyph in a bitmap selected into `dc`.
+struct Glyph {
+    HDC dc;
+    int left, size;
+    // One row below the middle: the mask lies that much lower in its half.
+    int MaskTop() const { return size + 1; }
+};
+
+void DrawGlyph(const DRAWITEMSTRUCT& item, const Glyph& glyph) {
+    int offset = 1 + IsPressed(item);
+    int x = item.rcItem.left + offset, y = item.rcItem.top + offset;
+    BitBlt(item.hDC, x, y, glyph.size, glyph.size, glyph.dc, glyph.left, glyph.MaskTop(), MERGEPAINT);
+    BitBlt(item.hDC, x, y, glyph.size, glyph.size, glyph.dc, glyph.left, 0, SRCAND);
+}
+
+// Engraved: the shape in white, and over it, a pixel up and left, in the shadow colour that `item.hDC` has as brush.
+void DrawDisabledGlyph(const DRAWITEMSTRUCT& item, const Glyph& glyph) {
+    int offset = IsPressed(item);
+    int x = item.rcItem.left + offset, y = item.rcItem.top + offset;
+    BitBlt(item.hDC, x + 1, y + 1, glyph.size, glyph.size, glyph.dc, glyph.left, glyph.MaskTop(), MERGEPAINT);
+    PatBlt(glyph.dc, glyph.left, glyph.MaskTop(), glyph.size, glyph.size, DSTINVERT);
+    BitBlt(item.hDC, x, y, glyph.size, glyph.size, glyph.dc, glyph.left, glyph.MaskTop(), kBrushWhereSourceIsSet);
+}
+
+}  // namespace
+
+void DrawColourButton(HWND dialog, const DRAWITEMSTRUCT& item, const RgbTriple* palette, uint8_t index) {
+    RgbTriple entry = palette[index];
+    COLORREF face = IsDisabled(item) ? kDisabledFace : RGB(entry.red, entry.green, entry.blue);
+    auto behind = SendMessageW(dialog, WM_CTLCOLORBTN, reinterpret_cast<WPARAM>(item.hDC),
+                               reinterpret_cast<LPARAM>(item.hwndItem));
+    if (behind) FillItem(item, reinterpret_cast<HGDIOBJ>(behind), 1);
+    OwnedGdiObject brush(CreateSolidBrush(face));
+    FillItem(item, brush.Get(), -1);
+    DrawSoftEdge(item);
+    if (!IsDisabled(item)) DrawIndex(item, entry);
+}
+
+void DrawBitmapButton(HWND, const DRAWITEMSTRUCT& item, int bitmapId, int glyphIndex) {
+    FillRect(item.hDC, &item.rcItem, GetSysColorBrush(COLOR_BTNFACE));
+    DrawSoftEdge(item);
+    OwnedGdiObject bitmap(LoadBitmapW(hInstance, MAKEINTRESOURCEW(bitmapId)));
+    BITMAP about;
+    MemoryDc memory(item.hDC);
+    if (!memory.Get() || !GetObjectW(bitmap.Get(), sizeof about, &about)) return;
+
+    SavedDc savedMemory(memory.Get()), saved(item.hDC);
+    SelectObject(memory.Get(), bitmap.Get());
+    SelectObject(item.hDC, GetSysColorBrush(COLOR_BTNSHADOW));
+    int size = about.bmHeight / 2;
+    Glyph glyph = {memory.Get(), glyphIndex * size, size};
+    IsDisabled(item) ? DrawDisabledGlyph(item, glyph) : DrawGlyph(item, glyph);
+}

@@ -1,0 +1,73 @@
+#include "windows/services/messages.h"
+#include "editing/block_queries.h"
+#include "windows/dialogs/block_editors.h"
+#include "windows/dialogs/dialog_frame.h"
+#include "windows/dialogs/edited_block.h"
+#include "windows/dialogs/fields.h"
+#include "windows/dialogs/palette_buttons.h"
+#include "gif/descriptor.h"
+#include "texts/strings.h"
+#include "windows/ids/editor_ids.h"
+#include "texts/string_ids.h"
+
+namespace {
+
+uint32_t ColourCount(const Block& block) {
+    return static_cast<uint32_t>(ColoursOfPacked(GetHeaderFields(block).packed));
+}
+
+constexpr PaletteButtons kButtons = {
+    {ColourButtonFor<GetHeaderFields, PutHeaderFields, &HeaderFields::backgroundIndex>(IDC_COLOUR, 0)},
+    ColourCount,
+    nullptr};
+
+bool ShowHeader(HWND dialog) {
+    HeaderFields header = GetHeaderFields(*Edited<Block>(dialog));
+    ShowNumber(dialog, IDC_HEADER_WIDTH, header.screenWidth);
+    ShowNumber(dialog, IDC_HEADER_DEPTH, header.screenHeight);
+    ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed & kHasPalette);
+    ShowColourCount(dialog, IDC_HEADER_COLOURS, header.packed);
+    ShowCheck(dialog, IDC_HEADER_SORTED, header.packed & kHeaderSorted);
+    ShowPaletteButtons(dialog, kButtons);
+    return true;
+}
+
+int TakeHeader(HWND dialog) {
+    HeaderFields header = GetHeaderFields(*Edited<Block>(dialog));
+    header.packed = TakeFlag(dialog, IDC_HEADER_SORTED, header.packed, kHeaderSorted);
+    header.packed = TakeFlag(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed, kHasPalette);
+    header.screenWidth = TakeNumber(dialog, IDC_HEADER_WIDTH);
+    header.screenHeight = TakeNumber(dialog, IDC_HEADER_DEPTH);
+    PutHeaderFields(Edited<Block>(dialog), header);
+    return 1;
+}
+
+// Whether the document can do without its global palette, now that images which used it were given a copy of their own
+// (at once, whatever becomes of the dialog).
+bool CanDropGlobalPalette(HWND dialog, const Block& header) {
+    if (!header.owner || !ImagesUseGlobalPalette(*header.owner)) return true;
+    if (YesnoBox(dialog, LoadStr(IDS_GLOBAL_PALETTE_IN_USE)) == IDNO) return false;
+    CopyGlobalPaletteToImages(header.owner, header.palette);
+    return true;
+}
+
+bool OnHeaderClick(HWND dialog, int id) {
+    if (id != IDC_HEADER_GLOBAL_PALETTE) return false;
+    const Block& header = *Edited<Block>(dialog);
+    if (TakeCheck(dialog, IDC_HEADER_GLOBAL_PALETTE)) {
+        if (CanDropGlobalPalette(dialog, header)) ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, false);
+        return true;
+    }
+    if (!HasColours(header)) MessageBox(dialog, LoadStr(IDS_NO_GLOBAL_COLOURS));
+    ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, true);
+    return true;
+}
+
+constexpr DialogKind kHeaderDialog = {L"EditHeaderBox", "KLMHeader",  ShowHeader, TakeHeader, 0,
+                                      &kButtons,        OnHeaderClick};
+
+}  // namespace
+
+int EditHeader(HWND parent, Block* block) {
+    return RunEditingDialog(parent, kHeaderDialog, block);
+}

@@ -1,0 +1,69 @@
+#include "windows/dialogs/block_editors.h"
+#include "windows/dialogs/borrowed_palette.h"
+#include "windows/dialogs/dialog_frame.h"
+#include "windows/dialogs/edited_block.h"
+#include "windows/dialogs/fields.h"
+#include "windows/dialogs/palette_buttons.h"
+#include "windows/dialogs/text_field.h"
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
+#include "windows/ids/editor_ids.h"
+
+namespace {
+
+// Colours chosen with the buttons are kept even by Cancel, so that always counts as a change.
+constexpr int kKeep = 1;
+
+template <auto field>
+constexpr ColourButton ButtonFor(int id, int eyedropper) {
+    return ColourButtonFor<GetPlainTextFields, PutPlainTextFields, field>(id, eyedropper);
+}
+
+// The eyedroppers show what the text is drawn over: the image before it.
+const Block* FindImage(const Block& block) {
+    return block.owner ? FindPreviousImage(*block.owner, block.position) : nullptr;
+}
+
+constexpr PaletteButtons kButtons = {
+    {ButtonFor<&PlainTextFields::foregroundIndex>(IDC_COLOUR, IDC_EYEDROPPER),
+     ButtonFor<&PlainTextFields::backgroundIndex>(IDC_SECOND_COLOUR, IDC_SECOND_EYEDROPPER)},
+    BorrowedColourCount,
+    FindImage};
+
+bool ShowPlainText(HWND dialog) {
+    const Block& block = *Edited<Block>(dialog);
+    PlainTextFields text = GetPlainTextFields(block);
+    ShowNumber(dialog, IDC_PLAIN_LEFT, text.left);
+    ShowNumber(dialog, IDC_PLAIN_TOP, text.top);
+    ShowNumber(dialog, IDC_PLAIN_GRID_WIDTH, text.gridWidth);
+    ShowNumber(dialog, IDC_PLAIN_GRID_HEIGHT, text.gridHeight);
+    ShowNumber(dialog, IDC_PLAIN_CELL_WIDTH, text.cellWidth);
+    ShowNumber(dialog, IDC_PLAIN_CELL_HEIGHT, text.cellHeight);
+    ShowPaletteButtons(dialog, kButtons);
+    if (!FindImage(block)) EnableEyedroppers(dialog, kButtons, false);
+    return ShowBlockText(dialog, IDC_PLAIN_TEXT, block);
+}
+
+int TakePlainText(HWND dialog) {
+    PlainTextFields text = GetPlainTextFields(*Edited<Block>(dialog));
+    text.left = TakeNumber(dialog, IDC_PLAIN_LEFT);
+    text.top = TakeNumber(dialog, IDC_PLAIN_TOP);
+    text.gridWidth = TakeNumber(dialog, IDC_PLAIN_GRID_WIDTH);
+    text.gridHeight = TakeNumber(dialog, IDC_PLAIN_GRID_HEIGHT);
+    text.cellWidth = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_WIDTH));
+    text.cellHeight = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_HEIGHT));
+    PutPlainTextFields(Edited<Block>(dialog), text);
+    TakeBlockText(dialog, IDC_PLAIN_TEXT, Edited<Block>(dialog));
+    defaultPlainTextGrid = {text.gridWidth, text.gridHeight, text.cellWidth, text.cellHeight};
+    return kKeep;
+}
+
+constexpr DialogKind kPlainTextDialog = {L"EditPlainTextBox", "KLMPlaintext", ShowPlainText,
+                                         TakePlainText,       kKeep,          &kButtons};
+
+}  // namespace
+
+int EditPlainText(HWND parent, Block* block) {
+    BorrowedPalette palette(block);
+    return RunEditingDialog(parent, kPlainTextDialog, block);
+}

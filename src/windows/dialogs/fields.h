@@ -1,0 +1,36 @@
+// Numbers, check boxes and texts in dialogs.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+
+#include "texts/strings.h"
+#include "platform/api_win32.h"
+
+void EnableControl(HWND dialog, int id, bool enable);
+
+void ShowNumber(HWND dialog, int id, unsigned number);
+
+// The number in an edit field, cut to 16 bits; 0 for a text that is no number and for a field that doesn't exist.
+uint16_t TakeNumber(HWND dialog, int id);
+
+void ShowCheck(HWND dialog, int id, bool checked);
+bool TakeCheck(HWND dialog, int id);
+
+// `packed` with the bits of `mask` set or cleared as the check box is.
+uint8_t TakeFlag(HWND dialog, int id, uint8_t packed, uint8_t mask);
+
+constexpr size_t kFormattedBytes = 260;  // room for every formatted text of the dialogs
+
+// Fills `text` with the string number `id`, a printf format that `values` go into. (The string table's texts and the
+// arguments here are fixed together, which the compiler can't see.)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+template <size_t size, typename... Values>
+void FormatStr(char (&text)[size], unsigned id, Values... values) {
+    snprintf(text, size, LoadStr(id), values...);
+}
+#pragma GCC diagnostic pop
+
+// Shows the string "%u colours" for the size code in a header's or an image's packed byte.
+void ShowColourCount(HWND dialog, int id, uint8_t packed);

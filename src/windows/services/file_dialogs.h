@@ -1,0 +1,14 @@
+// The system's file dialogs, set up for GIF files. Paths are UTF-8.
+#pragma once
+
+#include <string>
+
+#include "platform/api_win32.h"
+
+// Each returns whether the user confirmed; if not, `name` stays.
+bool OpenGifDialog(HWND owner, std::string* name);  // in: a path whose folder to start in, or empty; out: the choice
+bool SaveGifDialog(HWND owner, std::string* name);  // in: the name to propose; out: the one chosen
+
+// Lets the user choose one or more files. `names` receives one full path, or a folder followed by the names chosen,
+// each with a NUL behind it. False when the user cancelled, and after telling that memory has run out.
+bool OpenImagesDialog(HWND owner, std::string* names);

@@ -1,0 +1,8 @@
+// The help viewer and the browser of the system, as HelpSystem (app/services/help.h) wants them.
+#pragma once
+
+#include "platform/api_win32.h"
+
+bool CallHelpViewer(HWND owner, const char* file, UINT command, const void* data);
+bool HelpViewerAppears();
+bool OpenInBrowser(HWND owner, const wchar_t* path);

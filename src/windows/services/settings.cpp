@@ -1,0 +1,3 @@
+#include "windows/services/settings.h"
+
+Settings settings;

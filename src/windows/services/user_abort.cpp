@@ -1,0 +1,11 @@
+#include "windows/services/user_abort.h"
+
+#include "platform/api_win32.h"
+
+bool UserAbortRequested() {
+    MSG message;
+    if (!PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_NOYIELD)) return false;
+    if (message.message != WM_LBUTTONDOWN && message.message != WM_RBUTTONDOWN) return false;
+    MessageBeep(0);
+    return true;
+}
