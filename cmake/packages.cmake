@@ -47,7 +47,7 @@ works on the same documents.")
   # As Debian wants its documents: packed small, and without the time of packing.
   string(TIMESTAMP CHANGELOG_DATE "%a, %d %b %Y %H:%M:%S +0000" UTC)
   configure_file(${PACKAGING}/changelog ${PACKAGED}/changelog @ONLY)
-  configure_file(cli/man/zephyr.1 ${PACKAGED}/zephyr.1 COPYONLY)
+  configure_file(${PACKAGING}/zephyr.1 ${PACKAGED}/zephyr.1 COPYONLY)
   foreach(document changelog zephyr.1)
     add_custom_command(OUTPUT ${PACKAGED}/${document}.gz COMMAND gzip -9nkf ${PACKAGED}/${document}
                        DEPENDS ${PACKAGED}/${document})
@@ -66,7 +66,7 @@ works on the same documents.")
 
   install(TARGETS zephyr COMPONENT programs)
   install(FILES ${PACKAGED}/zephyr.1.gz DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT documents)
-  install(FILES cli/completion/zephyr.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
+  install(FILES ${PACKAGING}/zephyr.bash DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions
           RENAME zephyr COMPONENT documents)
   set(DOCUMENTS ${CMAKE_INSTALL_DATADIR}/doc/zephyr)
   install(FILES ${PACKAGED}/CHANGELOG.md DESTINATION ${DOCUMENTS} COMPONENT documents)

@@ -88,7 +88,7 @@ class Page(HTMLParser):
 
 
 def keywords_in_sources(root):
-    sources = [path for folder in ("app", "editing") for path in (root / folder).rglob("*.cpp")]
+    sources = list((root / "src/windows").rglob("*.cpp"))
     return sorted({word for path in sources for word in re.findall(r'"(KLM[A-Z][a-z]\w*)"', path.read_text())})
 
 

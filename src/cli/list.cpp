@@ -46,8 +46,8 @@ std::string NameField(const Block& block) {
 std::string ImageField(const Block& block) {
     std::optional<ImageInfo> info = GetImageInfo(block.data);
     if (!info) return "";
-    return ", \"image\": {\"width\": " + std::to_string(info->width) + ", \"height\": " +
-           std::to_string(info->height) + ", \"bitCount\": " + std::to_string(info->bitCount) + "}";
+    return ", \"image\": {\"width\": " + std::to_string(info->width) + ", \"height\": " + std::to_string(info->height) +
+           ", \"bitCount\": " + std::to_string(info->bitCount) + "}";
 }
 
 std::string JsonOf(const Block& block, uint32_t index) {

@@ -14,9 +14,10 @@ enum ReadResult {
 
 // How a load ended, for callers that want to tell more than success.
 struct ReadReport {
-    bool reachedTrailer = false;  // false: the file ended, the reader met a byte that starts no block, or left data unread
-    bool dataUnread = false;      // of an application block not our own: what follows was taken from within its data
-    bool fileEnded = false;       // instead of going on with a block or the trailer
+    bool reachedTrailer =
+        false;                // false: the file ended, the reader met a byte that starts no block, or left data unread
+    bool dataUnread = false;  // of an application block not our own: what follows was taken from within its data
+    bool fileEnded = false;   // instead of going on with a block or the trailer
     bool couldNotOpen = false;    // only with kReadFailed
     bool couldNotRead = false;    // only with kReadFailed: the system could not go on reading the file
     bool imageLeftBlank = false;  // there was no memory to decode some image, whose pixels are all of index 0

@@ -8,12 +8,13 @@
 #include "platform/identity.h"
 
 // Writes the document into a file that has been created: header, blocks, the file-identity comment with the names of
-// `user` unless the document carries it already, trailer. False on failure (of the file, of memory, or when the document has no header, which is
-// noticed before anything is written); closing the file is the caller's.
+// `user` unless the document carries it already, trailer. False on failure (of the file, of memory, or when the
+// document has no header, which is noticed before anything is written); closing the file is the caller's.
 [[nodiscard]] bool WriteGif(const BlockList& list, File& file, const Identity& user);
 
-// Saves the document at `path` (UTF-8) with the names of the system's user, straight over what stands there. False on failure; the file is then removed,
-// except when the document has no header, which is noticed before the file is touched.
+// Saves the document at `path` (UTF-8) with the names of the system's user, straight over what stands there. False on
+// failure; the file is then removed, except when the document has no header, which is noticed before the file is
+// touched.
 [[nodiscard]] bool WriteGifFile(const BlockList& list, const char* path);
 
 // Whether some COMMENT block's text is exactly `text`.

@@ -11,7 +11,7 @@ enum DecodeResult {
     kDecodeNoMemory = 6,     // no work storage; nothing was decoded
 };
 
-// Decodes the data sub-blocks at which `file` stands into the bitmap of `*image`, whose descriptor gives size, interlace
-// and bit depth. `codeSize` is the minimum code size read before them. Pixels without data stay as they are. Ends
-// somewhere in the chain of sub-blocks: the caller finds its end.
+// Decodes the data sub-blocks at which `file` stands into the bitmap of `*image`, whose descriptor gives size,
+// interlace and bit depth. `codeSize` is the minimum code size read before them. Pixels without data stay as they are.
+// Ends somewhere in the chain of sub-blocks: the caller finds its end.
 DecodeResult DecodeImageData(File& file, int codeSize, Block* image);

@@ -1,5 +1,5 @@
-#include "platform/interrupts.h"
 #include "platform/api_win32.h"
+#include "platform/interrupts.h"
 
 namespace {
 

@@ -3,8 +3,8 @@
 #include <cstring>
 #include <iterator>
 
-#include "texts/strings.h"
 #include "texts/string_ids.h"
+#include "texts/strings.h"
 
 namespace {
 

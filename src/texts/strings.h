@@ -1,7 +1,7 @@
 // The program's texts. The editor has them in its resources, the command line built in.
 #pragma once
 
-// The text number `id` of the string table (resources/string_ids.h), in Windows-1252. A number without a text gives
+// The text number `id` of the string table (texts/string_ids.h), in Windows-1252. A number without a text gives
 // "String table error - this application may be damaged". The text lies in one shared buffer of 256 bytes that the
 // next call overwrites.
 const char* LoadStr(unsigned id);

@@ -134,7 +134,7 @@ TEST(BlockListTest, WithoutMemoryNothingChanges) {
     faults = {};
     EXPECT_EQ(list.capacity, 64u);
     EXPECT_EQ(selection, 2);
-    EXPECT_EQ(LettersOf(list), "." + std::string(62, 'a'));
+    EXPECT_EQ(LettersOf(list), "."s.append(62, 'a'));
 }
 
 TEST(BlockListTest, AMovedListOwnsItsBlocks) {

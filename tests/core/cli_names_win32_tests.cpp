@@ -1,6 +1,6 @@
 // Whose names the command line writes where there is a registry.
-#include "platform/identity.h"
 #include "platform/api_win32.h"
+#include "platform/identity.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/test_blocks.h"
 
@@ -56,5 +56,4 @@ TEST(CliNames, AreTheRegisteredOnesUnlessGiven) {
         ASSERT_EQ(RunCli(words).status, kExitDone);
         EXPECT_EQ(TextOf(BlockAt(LoadedGif(ReadAll(out)), 1)), "FILE IDENTITY\r\nCreated or modified by\r\n" + names);
     }
-    SetUserIdentity(nullptr, nullptr);
 }

@@ -1,7 +1,7 @@
 // The list's lines as they are painted, and its place in the window.
-#include "windows/ids/insert_ids.h"
 #include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
+#include "windows/ids/insert_ids.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 // The colour grid, the eyedropper and the faces of the buttons that open them.
+#include "tests/gui/editor_test.h"
 #include "windows/dialogs/draw_buttons.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/pick_colour.h"
 #include "windows/dialogs/select_colour.h"
-#include "tests/gui/editor_test.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // Editing, deleting and inserting blocks through the main window.
+#include "tests/gui/editor_test.h"
 #include "windows/dialogs/document_operations.h"
 #include "windows/ids/insert_ids.h"
-#include "tests/gui/editor_test.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "windows/viewer/viewer_state.h"
 #include "platform/wide_text_win32.h"
+#include "windows/viewer/viewer_state.h"
 
 namespace {
 

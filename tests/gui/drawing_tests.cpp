@@ -5,11 +5,11 @@
 
 #include <algorithm>
 
-#include "windows/services/settings.h"
-#include "windows/drawing/device_bitmaps.h"
-#include "windows/drawing/screen_palette.h"
 #include "platform/faults.h"
 #include "tests/gui/picture.h"
+#include "windows/drawing/device_bitmaps.h"
+#include "windows/drawing/screen_palette.h"
+#include "windows/services/settings.h"
 
 namespace {
 

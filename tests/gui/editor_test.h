@@ -4,16 +4,16 @@
 #include <cstring>
 #include <utility>
 
-#include "windows/services/shell_objects.h"
-#include "windows/app/shell_state.h"
-#include "windows/dialogs/edit_block.h"
 #include "gif/block_line.h"
 #include "platform/faults.h"
 #include "platform/wide_text_win32.h"
-#include "windows/ids/command_ids.h"
-#include "windows/ids/editor_ids.h"
 #include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
+#include "windows/app/shell_state.h"
+#include "windows/dialogs/edit_block.h"
+#include "windows/ids/command_ids.h"
+#include "windows/ids/editor_ids.h"
+#include "windows/services/shell_objects.h"
 
 // The blocks of the document: one of every kind. The header has the 256 colours of the web palette. The first image is
 // 40 x 30, called "first.gif", and has 16 colours of its own: entry i is (i, 2 i, 3 i), the pixel x, y is x % 16. The

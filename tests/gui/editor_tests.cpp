@@ -36,6 +36,9 @@ TEST_F(Editors, OkKeepsTheChangesAndCancelDoesNot) {
          "\x0C\x09\0\0\0\0\0\0\0\0\0\x21\x07"s);
     EXPECT_EQ(LineOf(kSampleImage), "IMAGE\xFE  40 x 30, 16 colours") << "the name goes";
     EXPECT_EQ(ColourRef(At(kSampleControl).palette[119]), 0u) << "the palette was only lent";
+    RgbTriples seen = {};
+    GetImagePalette(ImageLock(At(kSampleSecondImage).data), seen);
+    EXPECT_EQ(seen[119], At(kSampleHeader).palette[119]) << "later drawings see the colours of the eyedropper's";
     EXPECT_EQ(GetBlockText(At(kSamplePlainText)), "two\r\nlines");
     EXPECT_EQ(defaultPlainTextGrid.width + defaultPlainTextGrid.cellWidth, 0);
 }

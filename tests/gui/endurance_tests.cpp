@@ -1,7 +1,7 @@
 // What the program takes from the system, it gives back.
-#include "windows/viewer/viewer_state.h"
-#include "windows/ids/wizard_ids.h"
 #include "tests/gui/editor_test.h"
+#include "windows/ids/wizard_ids.h"
+#include "windows/viewer/viewer_state.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "windows/drawing/gdi_guards.h"
 #include "imaging/palette.h"
+#include "windows/drawing/gdi_guards.h"
 
 inline COLORREF ColourRef(RgbTriple colour) {
     return RGB(colour.red, colour.green, colour.blue);

@@ -3,16 +3,16 @@
 #include <new>
 #include <stdexcept>
 
+#include "tests/gui/window_driver.h"
+#include "texts/strings.h"
+#include "windows/dialogs/dialog_frame.h"
+#include "windows/ids/editor_ids.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/file_dialogs.h"
 #include "windows/services/help.h"
 #include "windows/services/help_system.h"
 #include "windows/services/messages.h"
 #include "windows/services/plain_dialog.h"
-#include "windows/dialogs/dialog_frame.h"
-#include "texts/strings.h"
-#include "windows/ids/editor_ids.h"
-#include "tests/gui/window_driver.h"
 
 namespace {
 
@@ -86,8 +86,9 @@ TEST_F(ServicesTest, ANameLongerThanTheSystemTakesIsToldAndLeavesTheOldOne) {
     answers.Press(IDOK);
     std::string name = "old.gif";
     EXPECT_FALSE(SaveGifDialog(hMainWindow, &name));
-    EXPECT_EQ(answers.Texts().back(),
-              "This file name is too long. Please use a shorter name or move the file to a folder with a shorter path.");
+    EXPECT_EQ(
+        answers.Texts().back(),
+        "This file name is too long. Please use a shorter name or move the file to a folder with a shorter path.");
     EXPECT_EQ(name, "old.gif");
 }
 

@@ -1,9 +1,9 @@
 // The settings file and the list of recent files.
 #include <filesystem>
 
-#include "windows/app/recent_files.h"
 #include "platform/faults.h"
 #include "tests/gui/window_driver.h"
+#include "windows/app/recent_files.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include "imaging/dither.h"
 #include "platform/faults.h"
+#include "tests/gui/window_driver.h"
 #include "windows/ids/insert_ids.h"
 #include "windows/ids/panel_ids.h"
-#include "tests/gui/window_driver.h"
 
 namespace {
 

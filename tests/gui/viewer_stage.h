@@ -3,9 +3,9 @@
 
 #include <utility>
 
+#include "tests/gui/picture.h"
 #include "windows/services/settings.h"
 #include "windows/viewer/viewer_state.h"
-#include "tests/gui/picture.h"
 
 class ViewerStage {
 public:

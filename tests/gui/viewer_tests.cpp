@@ -6,9 +6,9 @@
 #include <cstdlib>
 #include <new>
 
-#include "windows/services/shell_objects.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/viewer_stage.h"
+#include "windows/services/shell_objects.h"
 
 namespace {
 

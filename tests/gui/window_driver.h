@@ -8,17 +8,17 @@
 #include <string>
 #include <vector>
 
+#include "platform/wide_text_win32.h"
+#include "tests/gui/dialog_answers.h"
+#include "tests/support/test_blocks.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/main_window.h"
-#include "windows/services/settings.h"
-#include "windows/services/shell_objects.h"
 #include "windows/app/settings_file.h"
 #include "windows/app/shell_state.h"
 #include "windows/app/start_up.h"
-#include "platform/wide_text_win32.h"
 #include "windows/ids/command_ids.h"
-#include "tests/gui/dialog_answers.h"
-#include "tests/support/test_blocks.h"
+#include "windows/services/settings.h"
+#include "windows/services/shell_objects.h"
 
 // Dispatches all waiting messages.
 inline void PumpMessages() {

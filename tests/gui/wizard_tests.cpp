@@ -1,8 +1,8 @@
 // The Animation Wizard, page by page.
-#include "texts/strings.h"
-#include "texts/string_ids.h"
-#include "windows/ids/wizard_ids.h"
 #include "tests/gui/editor_test.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
+#include "windows/ids/wizard_ids.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "windows/services/plain_dialog.h"
 #include "platform/wide_text_win32.h"
 #include "windows/ids/panel_ids.h"
+#include "windows/services/plain_dialog.h"
 
 void ShowAboutBox(HWND owner) {
     constexpr int kBits = sizeof(void*) * 8;

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <string_view>
 
-#include "windows/services/shell_objects.h"
 #include "gif/block_line.h"
 #include "platform/wide_text_win32.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/shell_objects.h"
 
 namespace {
 

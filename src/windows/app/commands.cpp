@@ -4,9 +4,9 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/document_commands.h"
 #include "windows/app/information_panel.h"
-#include "windows/services/help.h"
 #include "windows/app/shell_state.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/help.h"
 
 namespace {
 

@@ -1,13 +1,13 @@
 // Commands on the selected block, and the viewer.
+#include "texts/string_ids.h"
+#include "texts/strings.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
-#include "windows/services/messages.h"
 #include "windows/app/shell_state.h"
 #include "windows/dialogs/document_operations.h"
 #include "windows/dialogs/edit_block.h"
+#include "windows/services/messages.h"
 #include "windows/viewer/viewer.h"
-#include "texts/strings.h"
-#include "texts/string_ids.h"
 
 namespace {
 

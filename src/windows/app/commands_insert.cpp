@@ -1,17 +1,17 @@
 // The Insert command.
 #include <string>
 
+#include "gif/block_list.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
-#include "windows/services/chosen_files.h"
-#include "windows/services/file_dialogs.h"
-#include "windows/services/messages.h"
 #include "windows/app/shell_state.h"
 #include "windows/dialogs/document_operations.h"
 #include "windows/dialogs/insert_box.h"
-#include "gif/block_list.h"
-#include "texts/strings.h"
-#include "texts/string_ids.h"
+#include "windows/services/chosen_files.h"
+#include "windows/services/file_dialogs.h"
+#include "windows/services/messages.h"
 
 namespace {
 

@@ -3,23 +3,23 @@
 #include <string>
 #include <utility>
 
-#include "windows/app/block_list_view.h"
-#include "windows/app/document_face.h"
-#include "windows/app/main_window.h"
-#include "windows/app/recent_files.h"
-#include "windows/services/file_dialogs.h"
-#include "windows/services/messages.h"
-#include "windows/services/wait_cursor.h"
-#include "windows/app/shell_state.h"
-#include "windows/dialogs/document_operations.h"
-#include "windows/dialogs/wizard.h"
 #include "gif/default_blocks.h"
 #include "gif/gif_reader.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
-#include "texts/strings.h"
-#include "windows/ids/command_ids.h"
 #include "texts/string_ids.h"
+#include "texts/strings.h"
+#include "windows/app/block_list_view.h"
+#include "windows/app/document_face.h"
+#include "windows/app/main_window.h"
+#include "windows/app/recent_files.h"
+#include "windows/app/shell_state.h"
+#include "windows/dialogs/document_operations.h"
+#include "windows/dialogs/wizard.h"
+#include "windows/ids/command_ids.h"
+#include "windows/services/file_dialogs.h"
+#include "windows/services/messages.h"
+#include "windows/services/wait_cursor.h"
 
 namespace {
 

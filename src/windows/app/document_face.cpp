@@ -2,10 +2,10 @@
 
 #include <string>
 
-#include "texts/strings.h"
 #include "platform/wide_text_win32.h"
-#include "windows/ids/command_ids.h"
 #include "texts/string_ids.h"
+#include "texts/strings.h"
+#include "windows/ids/command_ids.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "windows/app/information_panel.h"
 
+#include "windows/ids/panel_ids.h"
 #include "windows/services/plain_dialog.h"
 #include "windows/services/settings.h"
-#include "windows/ids/panel_ids.h"
 
 namespace {
 

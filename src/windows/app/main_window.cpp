@@ -6,12 +6,12 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
 #include "windows/app/document_commands.h"
+#include "windows/app/settings_file.h"
+#include "windows/ids/command_ids.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/focus_handover.h"
 #include "windows/services/help.h"
 #include "windows/services/shell_objects.h"
-#include "windows/app/settings_file.h"
-#include "windows/ids/command_ids.h"
 
 namespace {
 

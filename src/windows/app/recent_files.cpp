@@ -4,9 +4,9 @@
 #include <new>
 #include <vector>
 
-#include "windows/services/settings.h"
 #include "platform/wide_text_win32.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/settings.h"
 
 namespace {
 

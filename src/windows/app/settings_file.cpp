@@ -3,11 +3,11 @@
 #include <cstdio>
 #include <ctime>
 
-#include "windows/app/recent_files.h"
-#include "windows/services/settings.h"
-#include "windows/app/settings_lines.h"
 #include "platform/file.h"
 #include "platform/wide_text_win32.h"
+#include "windows/app/recent_files.h"
+#include "windows/app/settings_lines.h"
+#include "windows/services/settings.h"
 
 std::string settingsFolder;
 

@@ -2,9 +2,9 @@
 #include <exception>
 #include <string>
 
+#include "platform/wide_text_win32.h"
 #include "windows/app/settings_file.h"
 #include "windows/app/start_up.h"
-#include "platform/wide_text_win32.h"
 
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): the system names them in Hungarian
 int WINAPI WinMain(HINSTANCE instance, HINSTANCE previous, LPSTR, int showCommand) {

@@ -4,18 +4,18 @@
 #include <ctime>
 #include <cwchar>
 
+#include "imaging/dither.h"
+#include "texts/string_ids.h"
 #include "windows/app/document_face.h"
 #include "windows/app/information_panel.h"
 #include "windows/app/main_window.h"
+#include "windows/app/settings_file.h"
+#include "windows/app/shell_state.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/focus_handover.h"
 #include "windows/services/help.h"
 #include "windows/services/settings.h"
 #include "windows/services/shell_objects.h"
-#include "windows/app/settings_file.h"
-#include "windows/app/shell_state.h"
-#include "imaging/dither.h"
-#include "texts/string_ids.h"
 
 namespace {
 

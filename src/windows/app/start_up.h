@@ -18,5 +18,5 @@ const wchar_t* CommandLineArguments(const wchar_t* commandLine);
 
 // Runs the editor until its window is closed. `previous` is the entry point's previous-instance argument, always null
 // on today's systems; `commandLine` (UTF-8) is the name of a file to open, or empty. The settings are kept in
-// `settingsFolder` (app/settings_file.h), which the caller has set.
+// `settingsFolder` (windows/app/settings_file.h), which the caller has set.
 void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, int showCommand);

@@ -3,16 +3,16 @@
 #include <cstdio>
 #include <exception>
 
+#include "texts/string_ids.h"
+#include "texts/strings.h"
+#include "windows/dialogs/edited_block.h"
+#include "windows/dialogs/palette_buttons.h"
+#include "windows/dialogs/scoped_value.h"
+#include "windows/ids/editor_ids.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/help.h"
 #include "windows/services/messages.h"
 #include "windows/services/shell_objects.h"
-#include "windows/dialogs/edited_block.h"
-#include "windows/dialogs/palette_buttons.h"
-#include "windows/dialogs/scoped_value.h"
-#include "texts/strings.h"
-#include "windows/ids/editor_ids.h"
-#include "texts/string_ids.h"
 
 namespace {
 

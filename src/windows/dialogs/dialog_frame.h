@@ -5,7 +5,7 @@
 
 struct PaletteButtons;
 
-// One kind of dialog. Its procedures reach what is edited with Edited (editing/dialogs/edited_block.h); any of them may
+// One kind of dialog. Its procedures reach what is edited with Edited (windows/dialogs/edited_block.h); any of them may
 // be null.
 struct DialogKind {
     const wchar_t* templateName;

@@ -1,12 +1,12 @@
 #include "windows/dialogs/document_operations.h"
 
-#include "windows/services/messages.h"
-#include "windows/services/user_abort.h"
 #include "editing/palette_match.h"
 #include "gif/default_blocks.h"
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
+#include "windows/services/messages.h"
+#include "windows/services/user_abort.h"
 
 int paletteChoiceForInsert = kAskForPalette;
 

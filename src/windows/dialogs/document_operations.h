@@ -1,5 +1,5 @@
-// The operations on a document that tell their user why they fail, and the questions that they ask: the editor's face of
-// the core.
+// The operations on a document that tell their user why they fail, and the questions that they ask: the editor's face
+// of the core.
 #pragma once
 
 #include <string>
@@ -24,8 +24,8 @@ void TellOutOfMemory(HWND owner);
 // The remembered answer, or else what the user chooses in the palette dialog.
 int AskPaletteChoice(HWND owner, const Block& image);
 
-// The palette dialog for `image`, whose bitmap and owning document decide which answers are open. Returns kPaletteRemap,
-// kPaletteDither or kPaletteCancel and, unless cancelled, sets `paletteChoiceForInsert`.
+// The palette dialog for `image`, whose bitmap and owning document decide which answers are open. Returns
+// kPaletteRemap, kPaletteDither or kPaletteCancel and, unless cancelled, sets `paletteChoiceForInsert`.
 int RunPaletteDialog(HWND owner, const Block& image);
 
 // The editor's answers to the core, given by its user.
@@ -44,9 +44,9 @@ private:
 // told, but for an image that the user did not want.
 Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path);
 
-// Inserts a block right after the selected one (after the header when `*selection` is 0 or less) and selects it: `ready`
-// or, when that is null, what MakeDefaultBlock makes. False, with nothing changed, when that fails or memory runs out,
-// which has been told then.
+// Inserts a block right after the selected one (after the header when `*selection` is 0 or less) and selects it:
+// `ready` or, when that is null, what MakeDefaultBlock makes. False, with nothing changed, when that fails or memory
+// runs out, which has been told then.
 bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
                  const std::string& path = {});
 

@@ -1,7 +1,7 @@
 #include "windows/dialogs/draw_buttons.h"
 
-#include "windows/services/shell_objects.h"
 #include "windows/drawing/gdi_guards.h"
+#include "windows/services/shell_objects.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "windows/dialogs/edit_block.h"
 
-#include "windows/services/messages.h"
+#include "gif/descriptor.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
 #include "windows/dialogs/block_editors.h"
 #include "windows/dialogs/fields.h"
-#include "gif/descriptor.h"
-#include "texts/strings.h"
-#include "texts/string_ids.h"
+#include "windows/services/messages.h"
 
 namespace {
 

@@ -1,14 +1,14 @@
-#include "windows/services/messages.h"
 #include "editing/block_queries.h"
+#include "gif/descriptor.h"
+#include "platform/wide_text_win32.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
 #include "windows/dialogs/block_editors.h"
 #include "windows/dialogs/dialog_frame.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/fields.h"
-#include "gif/descriptor.h"
-#include "texts/strings.h"
-#include "platform/wide_text_win32.h"
 #include "windows/ids/editor_ids.h"
-#include "texts/string_ids.h"
+#include "windows/services/messages.h"
 
 namespace {
 

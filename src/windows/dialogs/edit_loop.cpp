@@ -1,8 +1,8 @@
+#include "gif/descriptor.h"
 #include "windows/dialogs/block_editors.h"
 #include "windows/dialogs/dialog_frame.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/fields.h"
-#include "gif/descriptor.h"
 #include "windows/ids/editor_ids.h"
 
 namespace {

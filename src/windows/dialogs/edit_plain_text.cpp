@@ -1,3 +1,5 @@
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
 #include "windows/dialogs/block_editors.h"
 #include "windows/dialogs/borrowed_palette.h"
 #include "windows/dialogs/dialog_frame.h"
@@ -5,8 +7,6 @@
 #include "windows/dialogs/fields.h"
 #include "windows/dialogs/palette_buttons.h"
 #include "windows/dialogs/text_field.h"
-#include "gif/default_blocks.h"
-#include "gif/descriptor.h"
 #include "windows/ids/editor_ids.h"
 
 namespace {

@@ -7,7 +7,7 @@
 // runs; dialogs nest. A dialog's own messages go by SubjectOf, as they also come while another one runs on top of it.
 extern void* editedBlock;
 
-// What `dialog`, which RunEditingDialog (editing/dialogs/dialog_frame.h) runs, edits.
+// What `dialog`, which RunEditingDialog (windows/dialogs/dialog_frame.h) runs, edits.
 void* SubjectOf(HWND dialog);
 
 // The same, seen as a T.

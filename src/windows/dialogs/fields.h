@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "texts/strings.h"
 #include "platform/api_win32.h"
+#include "texts/strings.h"
 
 void EnableControl(HWND dialog, int id, bool enable);
 

@@ -27,8 +27,7 @@ void OnColour(HWND dialog, const PaletteButtons& buttons, const ColourButton& bu
 void OnEyedropper(HWND dialog, const PaletteButtons& buttons, const ColourButton& button) {
     uint32_t index = button.index(*Edited<Block>(dialog));
     const Block* image = buttons.findImage(*Edited<Block>(dialog));
-    if (image && PickColourFromImage(dialog, *image, &index))
-        StoreIndex(dialog, buttons, button, index);
+    if (image && PickColourFromImage(dialog, *image, &index)) StoreIndex(dialog, buttons, button, index);
 }
 
 }  // namespace

@@ -1,15 +1,16 @@
 #include "windows/dialogs/pick_colour.h"
 
-#include <optional>
+#include <algorithm>
 #include <exception>
+#include <optional>
 
-#include "windows/services/shell_objects.h"
 #include "editing/block_queries.h"
-#include "windows/dialogs/scoped_value.h"
 #include "gif/descriptor.h"
+#include "windows/dialogs/scoped_value.h"
 #include "windows/drawing/draw_image.h"
 #include "windows/drawing/full_screen.h"
 #include "windows/drawing/gdi_guards.h"
+#include "windows/services/shell_objects.h"
 
 namespace {
 
@@ -29,6 +30,15 @@ std::optional<Palette> FindColours(const Block& image) {
     if (GetImageFields(image).packed & kHasPalette) return image.palette;
     GlobalPalette global = image.owner ? FindGlobalPalette(*image.owner) : GlobalPalette();
     return global.depth ? std::optional(global.colours) : std::nullopt;
+}
+
+// As after every drawing in given colours the bitmap in the document has them, and later drawings find them there.
+void GiveColours(const Block& image) {
+    std::optional<Palette> palette = FindColours(image);
+    if (!palette || !image.owner) return;
+    std::span<Block> blocks = image.owner->All();
+    auto shown = std::ranges::find(blocks, image.data, &Block::data);
+    if (shown != blocks.end()) AdoptColours(&shown->data, *palette);
 }
 
 LRESULT OnPaint(HWND window) {
@@ -51,8 +61,7 @@ LRESULT OnPick(HWND window, int x, int y) {
     uint32_t pixel = kNoPixel;
     {
         ImageLock bitmap(eyedropper.image.data);
-        if (bitmap)
-            pixel = GetImagePixel(bitmap, x + GetScrollPos(window, SB_HORZ), y + GetScrollPos(window, SB_VERT));
+        if (bitmap) pixel = GetImagePixel(bitmap, x + GetScrollPos(window, SB_HORZ), y + GetScrollPos(window, SB_VERT));
     }
     return pixel == kNoPixel ? 0 : Finish(window, pixel);
 }
@@ -131,6 +140,7 @@ bool Pick(HWND parent) {
 }  // namespace
 
 bool PickColourFromImage(HWND parent, const Block& image, uint32_t* index) {
+    GiveColours(image);
     ScopedValue<Eyedropper> running(&eyedropper, {image, kNoPixel});
     const bool shown = Pick(parent);
     if (shown) *index = eyedropper.picked;

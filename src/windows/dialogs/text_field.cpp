@@ -4,10 +4,10 @@
 #include <cstring>
 #include <new>
 
-#include "windows/services/messages.h"
-#include "texts/strings.h"
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
+#include "texts/strings.h"
+#include "windows/services/messages.h"
 
 namespace {
 

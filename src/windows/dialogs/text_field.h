@@ -4,8 +4,8 @@
 #include "gif/block.h"
 #include "platform/api_win32.h"
 
-// Sets the edit field up (fixed pitch, limit of kMaxTextBytes, Ctrl+A selects all) and shows the block's text up to its first NUL.
-// False when it can't be shown whole; taking it back would then lose text.
+// Sets the edit field up (fixed pitch, limit of kMaxTextBytes, Ctrl+A selects all) and shows the block's text up to its
+// first NUL. False when it can't be shown whole; taking it back would then lose text.
 [[nodiscard]] bool ShowBlockText(HWND dialog, int id, const Block& block);
 
 // Gives the block the text of the edit field in new memory, or, when that is empty, no data; the old memory stays the

@@ -4,10 +4,10 @@
 #include <iterator>
 #include <new>
 
-#include "windows/services/messages.h"
-#include "windows/services/shell_objects.h"
-#include "windows/services/wait_cursor.h"
 #include "editing/animation_build.h"
+#include "platform/wide_text_win32.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
 #include "windows/dialogs/dialog_frame.h"
 #include "windows/dialogs/document_operations.h"
 #include "windows/dialogs/edited_block.h"
@@ -15,10 +15,10 @@
 #include "windows/dialogs/wizard_files.h"
 #include "windows/dialogs/wizard_pages.h"
 #include "windows/drawing/gdi_guards.h"
-#include "texts/strings.h"
-#include "platform/wide_text_win32.h"
-#include "texts/string_ids.h"
 #include "windows/ids/wizard_ids.h"
+#include "windows/services/messages.h"
+#include "windows/services/shell_objects.h"
+#include "windows/services/wait_cursor.h"
 
 namespace {
 

@@ -2,15 +2,15 @@
 
 #include <algorithm>
 
+#include "platform/wide_text_win32.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
+#include "windows/dialogs/wizard_pages.h"
+#include "windows/drawing/gdi_guards.h"
+#include "windows/ids/wizard_ids.h"
 #include "windows/services/chosen_files.h"
 #include "windows/services/file_dialogs.h"
 #include "windows/services/messages.h"
-#include "windows/dialogs/wizard_pages.h"
-#include "windows/drawing/gdi_guards.h"
-#include "texts/strings.h"
-#include "platform/wide_text_win32.h"
-#include "texts/string_ids.h"
-#include "windows/ids/wizard_ids.h"
 
 namespace {
 

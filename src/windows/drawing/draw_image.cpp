@@ -8,6 +8,7 @@
 namespace {
 
 bool HasColours(ConstLockedBitmap bitmap, const RgbTriple* palette) {
+    if (!bitmap) return false;
     RgbTriples own;
     const int count = bitmap->bitCount > 8 ? 0 : GetImagePalette(bitmap, own);
     return std::equal(own, own + count, palette);

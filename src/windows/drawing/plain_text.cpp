@@ -4,11 +4,11 @@
 #include <string_view>
 
 #include "gif/descriptor.h"
+#include "imaging/text_pieces.h"
+#include "platform/wide_text_win32.h"
 #include "windows/drawing/centring.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/drawing/screen_palette.h"
-#include "imaging/text_pieces.h"
-#include "platform/wide_text_win32.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "gif/interlace.h"
+#include "imaging/transparency_mask.h"
 #include "windows/drawing/device_bitmaps.h"
 #include "windows/drawing/draw_image.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/drawing/progressive_reveal.h"
-#include "imaging/transparency_mask.h"
 
 namespace {
 

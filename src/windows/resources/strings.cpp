@@ -1,9 +1,8 @@
 // The string table as the editor has it: in the program's resources.
 #include <cstring>
 
-#include "windows/services/shell_objects.h"
-#include "texts/strings.h"
 #include "platform/api_win32.h"
+#include "texts/strings.h"
 
 namespace {
 
@@ -16,7 +15,7 @@ char stringBuffer[kStringBytes];
 // Takes no memory: this is where the texts come from that tell of none.
 const char* LoadStr(unsigned id) {
     wchar_t wide[kStringBytes];
-    int units = LoadStringW(hInstance, id, wide, kStringBytes);
+    int units = LoadStringW(GetModuleHandleW(nullptr), id, wide, kStringBytes);
     if (units <= 0) return strcpy(stringBuffer, "String table error - this application may be damaged");
     int bytes = WideCharToMultiByte(kWindows1252, 0, wide, units, stringBuffer, kStringBytes - 1, nullptr, nullptr);
     stringBuffer[bytes] = 0;

@@ -1,4 +1,4 @@
-// The files that OpenImagesDialog (app/services/file_dialogs.h) lets the user choose.
+// The files that OpenImagesDialog (windows/services/file_dialogs.h) lets the user choose.
 #pragma once
 
 #include <cstddef>

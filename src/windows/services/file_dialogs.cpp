@@ -2,12 +2,12 @@
 
 #include <cwchar>
 
-#include "windows/services/messages.h"
-#include "windows/services/shell_objects.h"
 #include "platform/memory.h"
-#include "texts/strings.h"
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
+#include "texts/strings.h"
+#include "windows/services/messages.h"
+#include "windows/services/shell_objects.h"
 
 namespace {
 

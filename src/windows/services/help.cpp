@@ -1,9 +1,9 @@
 #include "windows/services/help.h"
 
+#include "platform/wide_text_win32.h"
 #include "windows/services/help_system.h"
 #include "windows/services/messages.h"
 #include "windows/services/shell_objects.h"
-#include "platform/wide_text_win32.h"
 
 namespace {
 

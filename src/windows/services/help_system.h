@@ -1,4 +1,4 @@
-// The help viewer and the browser of the system, as HelpSystem (app/services/help.h) wants them.
+// The help viewer and the browser of the system, as HelpSystem (windows/services/help.h) wants them.
 #pragma once
 
 #include "platform/api_win32.h"

@@ -2,9 +2,9 @@
 
 #include <new>
 
-#include "windows/services/plain_dialog.h"
 #include "platform/wide_text_win32.h"
 #include "windows/ids/message_ids.h"
+#include "windows/services/plain_dialog.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-// The program's own message dialogs. Texts are Windows-1252, as LoadStr (resources/strings.h) returns them.
+// The program's own message dialogs. Texts are Windows-1252, as LoadStr (texts/strings.h) returns them.
 #pragma once
 
 #include <string>

@@ -72,11 +72,9 @@ void RestartIfLooping(HWND window, ViewerState& state) {
 }  // namespace
 
 void PlayNextBlock(HWND window, ViewerState& state) {
-    Block block;
-    if (!GetBlock(*state.list, &block, state.nextIndex)) return RestartIfLooping(window, state);
-    state.current = block;
+    if (!GetBlock(*state.list, &state.current, state.nextIndex)) return RestartIfLooping(window, state);
     ++state.nextIndex;
-    switch (block.kind) {
+    switch (state.current.kind) {
         case kImageBlock: return ShowImage(window, state);
         case kControlBlock: ApplyControl(state); break;
         case kPlainTextBlock: return ShowText(window, state);

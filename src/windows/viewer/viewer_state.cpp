@@ -32,8 +32,8 @@ bool BeginViewing(ViewerState* state, BlockList* list) {
     state->nextIndex = header->position + 1u;
     state->backgroundColour = RGB(background.red, background.green, background.blue);
     state->list = list;
-    state->backgroundBrush =
-        state->hasGlobalPalette ? MakeBackgroundBrush(background, state->backgroundColour) : CreateSolidBrush(RGB(0, 0, 0));
+    state->backgroundBrush = state->hasGlobalPalette ? MakeBackgroundBrush(background, state->backgroundColour)
+                                                     : CreateSolidBrush(RGB(0, 0, 0));
     return true;
 }
 

@@ -1,14 +1,14 @@
 // The viewer's window and its message loop.
 #include <exception>
 
-#include "windows/services/messages.h"
-#include "windows/services/shell_objects.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
 #include "windows/drawing/full_screen.h"
 #include "windows/drawing/gdi_guards.h"
+#include "windows/services/messages.h"
+#include "windows/services/shell_objects.h"
 #include "windows/viewer/viewer.h"
 #include "windows/viewer/viewer_state.h"
-#include "texts/strings.h"
-#include "texts/string_ids.h"
 
 namespace {
 
