@@ -144,7 +144,7 @@ constexpr Field kFields[] = {
     {kHeaderBlock, "width", kHeaderNumber<&HeaderFields::screenWidth>},
     {kHeaderBlock, "height", kHeaderNumber<&HeaderFields::screenHeight>},
     {kHeaderBlock, "background", kHeaderNumber<&HeaderFields::backgroundIndex>},
-    {kHeaderBlock, "sorted", SetFlag<GetHeaderFields, PutHeaderFields, kHeaderSorted>},
+    {kHeaderBlock, "sorted", SetFlag<GetHeaderFields, PutHeaderFields, kQuirkHeaderSorted>},
     {kHeaderBlock, "colour:", SetColour},
     {kImageBlock, "left", kImageNumber<&ImageFields::left>},
     {kImageBlock, "top", kImageNumber<&ImageFields::top>},

@@ -16,6 +16,14 @@
 
 namespace {
 
+// Colours that many frames share come darkest first.
+constexpr bool kQuirkSharedPaletteDarkestFirst = true;
+
+// In a result of two colours every pixel becomes the first or the second by its luminance alone. Where that would
+// exchange the two colours of a shared palette or make one of them, this depth keeps them: there each has its exact
+// match.
+constexpr int kQuirkDepthOfLikeColours = 2;
+
 struct AnimationPalette {
     RgbTriples colours = {};
     int depth = 0;  // 1 to 8
@@ -140,14 +148,12 @@ BuildOutcome Build::AppendImage(const MemoryHandle& image, const std::string& pa
     return Append(*block);
 }
 
-// In a result of two colours every pixel becomes the first or the second by its luminance alone. Where that would
-// exchange the two colours or make one of them, a depth of 2 keeps them: there each has its exact match.
 int DepthOfSharedPalette(const SharedPalette& palette) {
     int depth = DepthForColourCount(palette.count);
     if (depth > 1 || palette.count == 0) return depth;
     auto isLight = [](RgbTriple colour) { return IsLight(colour.red, colour.green, colour.blue); };
     bool told = !isLight(palette.colours[0]) && (palette.count == 1 || isLight(palette.colours[1]));
-    return told ? 1 : 2;
+    return told ? 1 : kQuirkDepthOfLikeColours;
 }
 
 bool RemapBlock(const AnimationPalette& palette, Block* block) {
@@ -170,7 +176,7 @@ BuildOutcome Build::ShareOnePalette() {
     Result<SharedPalette> shared = BuildSharedPalette(kPaletteEntries, images);
     images.clear();  // so that each goes as soon as its remapped form takes its place
     if (!shared) return BuildOutcome::kOutOfMemory;
-    SortPaletteByBrightness(shared->colours, shared->count, true);
+    SortPaletteByBrightness(shared->colours, shared->count, kQuirkSharedPaletteDarkestFirst);
     std::ranges::copy(shared->colours, palette_.colours);
     palette_.depth = DepthOfSharedPalette(*shared);
     if (!SetGlobalPalette()) return BuildOutcome::kOutOfMemory;

@@ -10,6 +10,9 @@
 
 namespace {
 
+// An inserted image brings its pixels and not its colours: kept as they are, the pixels are shown in the global ones.
+constexpr bool kQuirkKeptPixelsLoseColours = true;
+
 // All entries of the image's colour table count, also those that its pixels can't reach.
 bool PalettesMatch(const Block& header, ConstLockedBitmap bitmap) {
     RgbTriples colours;
@@ -47,7 +50,10 @@ Failure FitToDocument(const Block& header, Questions& questions, Block* image, b
     }
     PaletteChoice choice = matches ? PaletteChoice::kKeepPixels : questions.ChoosePalette(*image);
     if (choice == PaletteChoice::kCancel) return Failure::kCancelled;
-    if (choice == PaletteChoice::kKeepPixels) return Failure::kNone;
+    if (choice == PaletteChoice::kKeepPixels) {
+        *local |= !matches && !kQuirkKeptPixelsLoseColours;
+        return Failure::kNone;
+    }
     return ConvertToPalette(header, choice == PaletteChoice::kDither && bitmap->bitCount > 1, image);
 }
 

@@ -7,13 +7,21 @@
 
 namespace {
 
-// The text in sub-blocks of 255 bytes, a last one of what is left, and the terminator. What is left may be nothing:
-// then two zero bytes stand there, of which readers take the first for the terminator.
+// A text that ends with a full sub-block, or has none, is ended twice: by an empty rest and by the terminator. Our
+// reader takes the second zero for the end of the file.
+constexpr bool kQuirkFullTextEndsTwice = true;
+
+// Texts that are not there make no block.
+constexpr bool kQuirkDatalessBlocksDropped = true;
+
+// The text in sub-blocks of 255 bytes, a last one of what is left, and the terminator.
 bool WriteSubBlocks(File& file, const uint8_t* text, uint32_t left) {
     constexpr uint32_t kLongest = 255;
     for (; left >= kLongest; left -= kLongest, text += kLongest)
         if (WriteByte(file, kLongest) < 0 || !file.Write(text, kLongest)) return false;
-    return WriteByte(file, static_cast<int>(left)) >= 0 && file.Write(text, left) && WriteByte(file, 0) >= 0;
+    if (left > 0 || kQuirkFullTextEndsTwice)
+        if (WriteByte(file, static_cast<int>(left)) < 0 || !file.Write(text, left)) return false;
+    return WriteByte(file, 0) >= 0;
 }
 
 // The introducer, the label and the fixed part of an extension.
@@ -22,7 +30,7 @@ bool WriteExtension(File& file, int label, const uint8_t* fixed, size_t fixedByt
 }
 
 bool WriteTextExtension(File& file, int label, const Block& block, size_t fixedBytes) {
-    if (!block.data) return true;
+    if (kQuirkDatalessBlocksDropped && !block.data) return true;
     MemoryLock lock(block.data);
     return lock && WriteExtension(file, label, block.descriptor, fixedBytes) &&
            WriteSubBlocks(file, lock.Bytes(), block.dataLength);

@@ -8,8 +8,11 @@
 #include "platform/file.h"
 #include "platform/memory.h"
 
-// Packs codes, least significant bit first, into sub-blocks. A sub-block is closed before the first code that finds 251
-// or more whole bytes in it, so sub-blocks are 251 or 252 bytes long.
+// A sub-block is closed before the first code that finds so many whole bytes in it, although there would be room for
+// 255: sub-blocks are 251 or 252 bytes long. Files have always been cut so.
+constexpr int kQuirkSubBlockBytes = 251;
+
+// Packs codes, least significant bit first, into sub-blocks.
 class CodeWriter {
 public:
     // Where the next code goes. The encoder keeps this in local variables for speed and hands it back at the end.
@@ -25,7 +28,8 @@ public:
 
     // Appends a code of `width` bits (1 to 12). `code` must fit.
     void Put(Place* at, unsigned code, unsigned width) {
-        if (at->next - at->blockStart >= kBlockBytes) at->next = at->blockStart = CloseBlock(at->blockStart, at->next);
+        if (at->next - at->blockStart >= kQuirkSubBlockBytes)
+            at->next = at->blockStart = CloseBlock(at->blockStart, at->next);
         at->bits |= uint64_t{code} << at->count;
         at->count += width;
         // Little-endian, as the stream is; bytes beyond the count are written again.
@@ -39,7 +43,6 @@ public:
     [[nodiscard]] bool Finish(Place at);
 
 private:
-    static constexpr int kBlockBytes = 251;
     static constexpr int kBufferBytes = 32 * 1024;
     static constexpr int kRoomForBlock = 300;
 

@@ -20,8 +20,8 @@ constexpr char kNamesApplication[] = "KELMORnb1.0";
 // Packed byte of the header and of images.
 constexpr uint8_t kHasPalette = 0x80;  // a global (header) or local (image) colour table follows
 constexpr uint8_t kImageInterlaced = 0x40;
-constexpr uint8_t kHeaderSorted = 0x40;  // where this program keeps the header's sort flag
-constexpr uint8_t kSizeCode = 0x07;      // bit depth of the colours, less 1
+constexpr uint8_t kQuirkHeaderSorted = 0x40;  // where this program keeps the header's sort flag; others have it in 0x08
+constexpr uint8_t kSizeCode = 0x07;           // bit depth of the colours, less 1
 
 // Packed byte of control blocks.
 constexpr uint8_t kControlTransparent = 0x01;

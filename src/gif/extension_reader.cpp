@@ -8,6 +8,10 @@
 
 namespace {
 
+// Of a foreign application block of the standard size only identifier and code are read. The length byte of its data is
+// then taken for the start of a block, and ends the load unless it happens to be one.
+constexpr bool kQuirkForeignApplicationEndsLoad = true;
+
 bool ReadDescriptor(File& file, Block* block, size_t bytes) {
     return file.Read(block->descriptor, bytes) == bytes;
 }
@@ -30,7 +34,8 @@ bool ReadApplication(Block* block, File& file) {
         return ReadText(file, block);
     }
     block->kind = kApplicationBlock;
-    return block->descriptor[0] <= kApplicationDescriptorBytes || ReadText(file, block);
+    const bool leaveData = kQuirkForeignApplicationEndsLoad && block->descriptor[0] <= kApplicationDescriptorBytes;
+    return leaveData || ReadText(file, block);
 }
 
 }  // namespace

@@ -7,7 +7,14 @@
 
 namespace {
 
-constexpr uint64_t kPrefixBytes = 128;
+// A file may carry so many bytes of something else before its signature.
+constexpr uint64_t kQuirkPrefixBytes = 128;
+
+// An image keeps the depth of the colours that it is shown with, even when they are not its own.
+constexpr bool kQuirkSizeCodeOfGlobalPalette = true;
+
+// One picture that can't be decoded, for its code size or for want of memory, does not cost the document.
+constexpr bool kQuirkUndecodedImageStaysBlank = true;
 
 bool ReadSignature(File& file, Block* block) {
     return file.Read(block->descriptor, kHeaderDescriptorBytes) == kHeaderDescriptorBytes &&
@@ -27,7 +34,7 @@ bool ReadColourTable(File& file, Block* block, uint8_t packed) {
 HeaderResult ReadGifHeader(File& file, Block* block) {
     block->kind = kHeaderBlock;
     if (!ReadSignature(file, block)) {
-        file.Seek(kPrefixBytes);
+        file.Seek(kQuirkPrefixBytes);
         if (!ReadSignature(file, block)) return kHeaderNotGif;
     }
     uint8_t packed = GetHeaderFields(*block).packed;
@@ -45,12 +52,12 @@ ImageResult ReadImage(File& file, Block* block, const GlobalPalette& global) {
     int codeSize = depth ? ReadByte(file) : -1;
     if (codeSize < 0) return kImageFailed;
 
-    // The block remembers the depth of the colours that it is shown with, even when they are not its own.
-    fields.packed = static_cast<uint8_t>((fields.packed & ~kSizeCode) | (depth - 1));
+    if (hasOwnPalette || kQuirkSizeCodeOfGlobalPalette) fields.packed = WithDepth(fields.packed, depth);
     PutImageFields(block, fields);
     block->data = CreateImageBitmap(fields.width, fields.height, palette, depth);
     if (!block->data) return kImageFailed;
     DecodeResult decoded = DecodeImageData(file, codeSize, block);
     if (decoded == kDecodeCorrupt) return kImageFailed;
+    if (decoded != kDecodeDone && !kQuirkUndecodedImageStaysBlank) return kImageFailed;
     return decoded == kDecodeNoMemory ? kImageLeftBlank : kImageRead;
 }

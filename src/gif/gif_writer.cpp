@@ -9,6 +9,18 @@
 
 namespace {
 
+// Whatever version a file had, it is saved as the one that has all kinds of blocks.
+constexpr bool kQuirkAlwaysGif89a = true;
+
+// Names of blocks are read, shown and dropped.
+constexpr bool kQuirkBlockNamesDropped = true;
+
+// A saved file tells who made it, even where the document does not.
+constexpr bool kQuirkSavedFileIsSigned = true;
+
+// The editor saves straight over its target, through links too, and removes what a failed write has left.
+constexpr bool kQuirkSaveOverTarget = true;
+
 // The comment that tells who made a file.
 std::string IdentityComment(const Identity& user) {
     return "FILE IDENTITY\r\nCreated or modified by\r\n" + user.owner + "\r\n" + user.organisation;
@@ -17,7 +29,7 @@ std::string IdentityComment(const Identity& user) {
 bool WriteHeader(File& file, const Block& header) {
     uint8_t bytes[kHeaderDescriptorBytes];
     memcpy(bytes, header.descriptor, sizeof bytes);
-    memcpy(bytes, kSignature, kSignatureBytes);
+    if (kQuirkAlwaysGif89a) memcpy(bytes, kSignature, kSignatureBytes);
     return file.Write(bytes, sizeof bytes) && WritePalette(file, header, GetHeaderFields(header).packed);
 }
 
@@ -30,7 +42,8 @@ bool WriteBlock(File& file, const Block& block) {
         case kCommentBlock: return WriteCommentBlock(file, block);
         case kLoopBlock: return WriteLoopBlock(file, block);
         case kUnknownBlock: return WriteUnknownBlock(file, block);
-        default: return true;  // the header stands already; block names are not saved
+        case kBlockNamesBlock: return kQuirkBlockNamesDropped || WriteApplicationBlock(file, block);
+        default: return true;  // the header stands already
     }
 }
 
@@ -48,6 +61,7 @@ bool FindIdenticalComment(const BlockList& list, std::string_view text, bool* fo
 }
 
 bool WriteIdentity(File& file, const BlockList& list, const Identity& user) {
+    if (!kQuirkSavedFileIsSigned) return true;
     std::string identity = IdentityComment(user);
     bool isThere;
     if (!FindIdenticalComment(list, identity, &isThere)) return false;
@@ -79,5 +93,6 @@ bool WriteGif(const BlockList& list, File& file, const Identity& user) {
 bool WriteGifFile(const BlockList& list, const char* path) {
     const Block* header = FindHeader(list);
     File file;
-    return header && file.Create(path) && WriteDocument(file, list, *header, GetUserIdentity()) && file.Close();
+    if (!header || !(kQuirkSaveOverTarget ? file.Create(path) : file.CreateReplacement(path))) return false;
+    return WriteDocument(file, list, *header, GetUserIdentity()) && file.Close();
 }

@@ -4,6 +4,19 @@
 
 #include "gif/descriptor.h"
 
+namespace {
+
+// The screen is the extent of the images: what it had beyond them goes.
+constexpr bool kQuirkScreenShrinks = true;
+
+// An image may lie so far out that its edge has no place in 16 bits; the widest screen is what remains. Without images
+// the screen stays.
+void FitEdge(int extent, uint16_t* edge) {
+    if (extent > 0 && (kQuirkScreenShrinks || extent > *edge)) *edge = static_cast<uint16_t>(std::min(extent, 0xFFFF));
+}
+
+}  // namespace
+
 bool FitLogicalScreen(BlockList* list) {
     int right = 0;
     int bottom = 0;
@@ -16,9 +29,8 @@ bool FitLogicalScreen(BlockList* list) {
     if (list->count == 0) return false;
     Block* header = &list->blocks[0];
     HeaderFields fields = GetHeaderFields(*header);
-    // An image may lie so far out that its edge has no place in 16 bits; the widest screen is what remains.
-    if (right) fields.screenWidth = static_cast<uint16_t>(std::min(right, 0xFFFF));
-    if (bottom) fields.screenHeight = static_cast<uint16_t>(std::min(bottom, 0xFFFF));
+    FitEdge(right, &fields.screenWidth);
+    FitEdge(bottom, &fields.screenHeight);
     PutHeaderFields(header, fields);
     return true;
 }

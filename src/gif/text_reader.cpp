@@ -2,6 +2,12 @@
 
 namespace {
 
+// The editor's text field knows line ends of two bytes alone, and no other control bytes.
+constexpr bool kQuirkCommentsNormalised = true;
+
+// Some writers end an empty comment twice. A second terminator is taken along, anything else is left.
+constexpr bool kQuirkEmptyCommentTakesSecondZero = true;
+
 // Collects bytes up to the most that a block keeps.
 class TextBuffer {
 public:
@@ -39,11 +45,10 @@ bool ReadComment(File& file, Block* block) {
     TextBuffer text;
     if (!text) return false;
     ForEachTextByte(file, [&](int byte) {
-        if (byte >= 32 || byte == 13) text.Add(byte);
-        if (byte == 13) text.Add(10);
+        if (!kQuirkCommentsNormalised || byte >= 32 || byte == 13) text.Add(byte);
+        if (kQuirkCommentsNormalised && byte == 13) text.Add(10);
     });
-    if (text.Length() == 0) {
-        // Some writers end an empty comment twice. A second terminator is taken along, anything else is left.
+    if (kQuirkEmptyCommentTakesSecondZero && text.Length() == 0) {
         uint64_t here = file.Position();
         if (ReadByte(file) > 0) file.Seek(here);
     }

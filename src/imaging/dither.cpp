@@ -14,6 +14,13 @@ DitherSettings ditherSettings;
 
 namespace {
 
+// This column hands no error down to the left, to column 0: images have always come out like this.
+constexpr int kQuirkColumnWithoutLeftShare = 1;
+
+// In two colours, column 0 hands its lower left share to the byte before the next row. When the width is a multiple of
+// 4 this is the last pixel of the row itself, otherwise padding.
+constexpr bool kQuirkShareBeforeNextRow = true;
+
 // To more than two colours.
 
 // Channels are kept in the order of the pixels: blue, green, red.
@@ -44,8 +51,7 @@ void DiffuseRow(const Diffusion& diffusion, const uint8_t* bgr, int width, const
             carried.channel[c] = error * 7 >> 4;
             next[c] = static_cast<int16_t>(next[c] + (error * 5 >> 4));
             next[c + 3] = static_cast<int16_t>(error >> 4);  // nothing has been left there yet
-            // Column 0 gets no error from its right neighbour: images have always come out like this.
-            if (x > 1) next[c - 3] = static_cast<int16_t>(next[c - 3] + (error * 3 >> 4));
+            if (x > kQuirkColumnWithoutLeftShare) next[c - 3] = static_cast<int16_t>(next[c - 3] + (error * 3 >> 4));
         }
     }
 }
@@ -128,15 +134,13 @@ void Give(uint8_t* pixel, int share) {
 }
 
 // Hands the shares of an error on. `pixel` is the one at column x; the row after it lies one row of bytes further.
-// Column 0 hands its lower left share to the byte before that row. When the width is a multiple of 4 this is the last
-// pixel of the row itself, otherwise padding. Column 1 hands none down to column 0. Both have always been so.
 void Spread(const GreyImage& grey, uint8_t* pixel, int x, bool lastRow, int share) {
     bool lastColumn = x + 1 == grey.width;
     if (!lastColumn) Give(pixel + 1, 7 * share);
     if (lastRow) return;
     uint8_t* below = pixel + grey.rowBytes;
     if (!lastColumn) Give(below + 1, share);
-    if (x != 1) Give(below - 1, 3 * share);
+    if (x != kQuirkColumnWithoutLeftShare && (x > 0 || kQuirkShareBeforeNextRow)) Give(below - 1, 3 * share);
     Give(below, 5 * share);
 }
 

@@ -4,6 +4,9 @@
 
 namespace {
 
+// What GetImagePalette answers for a true-colour bitmap, which has no palette: its callers take 0 for a failure.
+constexpr int kQuirkColoursOfTrueColour = 1;
+
 constexpr uint32_t ColourTableEntries(int bitCount) {
     return bitCount <= 8 ? 1u << bitCount : 0;
 }
@@ -50,7 +53,7 @@ std::optional<ImageInfo> GetImageInfo(const MemoryHandle& image) {
 }
 
 int GetImagePalette(ConstLockedBitmap bitmap, RgbTriple* palette) {
-    if (bitmap->bitCount > 8) return 1;
+    if (bitmap->bitCount > 8) return kQuirkColoursOfTrueColour;
     int entries = static_cast<int>(ColourTableEntries(bitmap->bitCount));
     const RgbQuad* table = ImageColourTable(bitmap);
     for (int i = 0; i < entries; ++i) palette[i] = {table[i].red, table[i].green, table[i].blue};

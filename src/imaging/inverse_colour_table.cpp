@@ -99,7 +99,7 @@ void FillCube(Point corner, int size, const Candidates& candidates, uint8_t* tab
 void InverseColourTable::Fill(const RgbTriple* palette) {
     Candidates distinct;  // an entry that repeats an earlier one is never chosen
     ColourIndex seen;
-    for (int i = 0; i < kPaletteEntries; ++i)
+    for (int i = 0; i < kQuirkSearchedEntries; ++i)
         if (seen.Add(PackColour(palette[i].red, palette[i].green, palette[i].blue), i))
             distinct.entries[distinct.count++] = {palette[i].red, palette[i].green, palette[i].blue,
                                                   static_cast<uint8_t>(i)};

@@ -1,9 +1,19 @@
 #include "imaging/median_cut.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace {
+
+// How far its colours reach is not looked up for the first box: in every channel as far as there are colours wanted, of
+// which 256 count as 0. So the first cut goes along red whatever the colours are. Every cut makes two extents true.
+constexpr bool kQuirkFirstBoxReachesAsWanted = true;
+constexpr int kFullReach = 31 * 8;
+
+// When a box is cut in two, each half gets the pixel total of the other one, which can drive a total below zero.
+constexpr bool kQuirkTotalsExchanged = true;
+
+// Black was meant to follow where no grey is found, but the white that comes before it counts as one.
+constexpr bool kQuirkBlackIsNeverAdded = true;
 
 uint8_t ChannelOf(const ColourCell& cell, int channel) {
     return channel == 0 ? cell.red : channel == 1 ? cell.green : cell.blue;
@@ -61,12 +71,9 @@ private:
     int channel_;
 };
 
-// Boxes start with extents that say nothing about their colours (0 for 256 colours); every cut makes two of them true.
 void FillFirstBox(ColourHistogram* histogram, int64_t pixels, int wanted) {
-    for (ColourBox& box : histogram->boxes) {
-        auto extent = static_cast<uint8_t>(wanted & 255);
-        box = {{0, 0, 0}, {extent, extent, extent}, 0, 0, kNoCell};
-    }
+    auto extent = static_cast<uint8_t>(kQuirkFirstBoxReachesAsWanted ? wanted & 255 : kFullReach);
+    for (ColourBox& box : histogram->boxes) box = {{0, 0, 0}, {extent, extent, extent}, 0, 0, kNoCell};
     ColourBox& box = histogram->boxes[0];
     box.pixels = pixels;
     int32_t* link = &box.first;
@@ -108,8 +115,6 @@ void SortCells(ColourHistogram* histogram, ColourBox* box, int channel) {
 }
 
 // Moves the cells of the upper half, by pixels, of the sorted `box` into `made`; each box keeps at least one cell.
-// `made` gets the pixel count of the cells that stay and the box that of the cells that go. Palettes have always been
-// cut by these exchanged counts, which can drive a count below zero.
 void Cut(ColourCell* cells, int channel, ColourBox* box, ColourBox* made) {
     int64_t half = box->pixels / 2;
     int32_t last = box->first;
@@ -125,10 +130,11 @@ void Cut(ColourCell* cells, int channel, ColourBox* box, ColourBox* made) {
     *made = *box;
     made->first = cells[last].next;
     made->cells = box->cells - keptCells;
-    made->pixels = kept;
     cells[last].next = kNoCell;
     box->cells = keptCells;
-    box->pixels -= kept;
+    const int64_t gone = box->pixels - kept;
+    box->pixels = kQuirkTotalsExchanged ? gone : kept;
+    made->pixels = kQuirkTotalsExchanged ? kept : gone;
 
     int minimum = box->minimum[channel];
     int madeMinimum = ChannelOf(cells[made->first], channel) * 8;
@@ -149,12 +155,9 @@ RgbTriple MeanColour(ColourCell* cells, const ColourBox& box, uint32_t number) {
             static_cast<uint8_t>(blue / box.cells)};
 }
 
-// White, and then black unless a colour other than it is found by a test that was meant to look for greys. The test
-// compares the blue value with the outcome of comparing the other two; as white always passes, black is never added.
 int AddWhiteAndBlack(RgbTriple* palette, int count, int wanted) {
     if (count < wanted) palette[count++] = {255, 255, 255};
-    auto passes = [](RgbTriple colour) { return colour.blue != (colour.red == colour.green ? 1 : 0); };
-    if (count < wanted && std::none_of(palette, palette + count, passes)) palette[count++] = {0, 0, 0};
+    if (count < wanted && !kQuirkBlackIsNeverAdded) palette[count++] = {0, 0, 0};
     return count;
 }
 

@@ -15,8 +15,9 @@ uint8_t* PutColour(uint8_t* bgr, RgbQuad colour) {
 
 TrueColours GetTrueColours(ConstLockedBitmap bitmap) {
     TrueColours colours = {};
-    if (bitmap->bitCount == 1) colours.of[1] = {255, 255, 255, 0};
-    if (bitmap->bitCount == 4 || bitmap->bitCount == 8)
+    if (kQuirkOneBitIsBlackAndWhite && bitmap->bitCount == 1)
+        colours.of[1] = {255, 255, 255, 0};
+    else if (bitmap->bitCount <= 8)
         memcpy(colours.of, ImageColourTable(bitmap), sizeof(RgbQuad) << bitmap->bitCount);
     return colours;
 }

@@ -37,7 +37,7 @@ struct IndexMap {
 
 IndexMap MapOwnColours(ConstLockedBitmap source, const Target& target) {
     IndexMap map = {source->bitCount, {}};
-    if (source->bitCount == 1) {
+    if (kQuirkOneBitIsBlackAndWhite && source->bitCount == 1) {
         map.to[0] = static_cast<uint8_t>(target.depth == 1 ? 0 : target.ExactOrCell(0));
         map.to[1] = static_cast<uint8_t>(target.depth == 1 ? 1 : target.ExactOrCell(255));
         return map;
@@ -56,7 +56,7 @@ int MapTrueColour(RgbQuad colour, const RgbTriple* palette, int depth) {
     int red = colour.red, green = colour.green, blue = colour.blue;
     if (depth == 1) return IsLight(red, green, blue);
     int exact = ExactColour(red, green, blue, palette, depth);
-    return exact >= 0 ? exact : NearestColour(red & 0xF8, green & 0xF8, blue & 0xF8, palette, kPaletteEntries);
+    return exact >= 0 ? exact : NearestColour(red & 0xF8, green & 0xF8, blue & 0xF8, palette, kQuirkSearchedEntries);
 }
 
 IndexMap MapTrueColours(ConstLockedBitmap source, const RgbTriple* palette, int depth) {

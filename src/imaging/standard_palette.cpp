@@ -8,7 +8,8 @@ namespace {
 
 constexpr uint8_t kTwoLevels[] = {0, 255};
 constexpr uint8_t kFourLevels[] = {0, 85, 170, 255};
-constexpr uint8_t kEightLevels[] = {0, 36, 72, 108, 144, 180, 216, 255};
+// By whole steps of 36, and the last one of 39; the stored palette with greys has them evenly rounded.
+constexpr uint8_t kQuirkEightLevels[] = {0, 36, 72, 108, 144, 180, 216, 255};
 
 constexpr RgbTriple kSixteenColours[] = {
     {0, 0, 0},     {128, 0, 0},     {0, 128, 0},     {128, 128, 0},   {0, 0, 128}, {128, 0, 128},
@@ -52,14 +53,14 @@ void Fill(RgbTriple* palette, int kind) {
         case kPaletteSixteen: memcpy(palette, kSixteenColours, sizeof kSixteenColours); break;
         case kPalette32: FillCube(palette, kFourLevels, kFourLevels, kTwoLevels); break;
         case kPalette64: FillCube(palette, kFourLevels, kFourLevels, kFourLevels); break;
-        case kPalette128: FillCube(palette, kFourLevels, kEightLevels, kFourLevels); break;
+        case kPalette128: FillCube(palette, kFourLevels, kQuirkEightLevels, kFourLevels); break;
         case kPaletteWeb: FillFromResource(palette, "PALETTE216"); break;
         case kPaletteCubeGrey: FillFromResource(palette, "PALETTE256G"); break;
         case kPaletteGrey:
             for (int i = 0; i < kPaletteEntries; ++i)
                 palette[i].red = palette[i].green = palette[i].blue = static_cast<uint8_t>(i);
             break;
-        default: FillCube(palette, kEightLevels, kEightLevels, kFourLevels); break;
+        default: FillCube(palette, kQuirkEightLevels, kQuirkEightLevels, kFourLevels); break;
     }
 }
 

@@ -7,6 +7,9 @@ namespace {
 constexpr uint8_t kFirstPrintable = 32;
 constexpr uint8_t kCarriageReturn = 13;
 
+// What of a line does not fit into the grid is drawn again from the start of the line.
+constexpr bool kQuirkLongLineOverwritesItself = true;
+
 }  // namespace
 
 bool TextPieces::Next(TextPiece* piece) {
@@ -17,6 +20,7 @@ bool TextPieces::Next(TextPiece* piece) {
     *piece = {next_, length, line_};
     next_ += length;
     left_ -= length;
+    if (!kQuirkLongLineOverwritesItself && length == gridWidth_) ++line_;
     SkipControlBytes();
     return left_ < before;
 }

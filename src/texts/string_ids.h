@@ -1,5 +1,4 @@
 // Numbers of the string table. Shared with the resource compiler: macros and comments only.
-// There is deliberately no 198: places that ask for it show the loader's fallback text.
 #pragma once
 
 #define IDS_OPEN_FAILED 101
@@ -22,7 +21,6 @@
 #define IDS_NEW_TEXT 128
 #define IDS_DELAY_ITEM 129
 #define IDS_CORRUPTED_FILE 130
-#define IDS_MISSING 198
 #define IDS_DISPOSAL_FIRST 1000
 #define IDS_LINE_EMPTY 2110
 #define IDS_LINE_HEADER 2111

@@ -97,6 +97,7 @@ TEST_F(BuildAnimationTest, EveryMatchingGivesItsPaletteAndPixels) {
         }
 }
 
+// kQuirkSharedPaletteDarkestFirst, kQuirkDepthOfLikeColours.
 // A result of one bit could only tell two colours by their luminance.
 TEST_F(BuildAnimationTest, SuperPaletteKeepsFewColours) {
     const RgbTriple black = {}, white = {255, 255, 255}, red = {255, 0, 0}, blue = {0, 0, 255}, grey = {9, 9, 9};

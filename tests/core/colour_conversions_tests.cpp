@@ -41,6 +41,7 @@ Bytes BytesOf(const MemoryHandle& image) {
 
 }  // namespace
 
+// kQuirkColumnWithoutLeftShare and kQuirkShareBeforeNextRow among others, which the plain forms have too.
 TEST(ColourConversions, EqualThePlainFormsAndKeepTheirSource) {
     constexpr int kBitCounts[] = {1, 4, 8, 24};
     Random random(2);
@@ -73,7 +74,9 @@ TEST(ColourConversions, WorkedOutByHand) {
     constexpr uint32_t k100 = 0x646464;
     const std::tuple<const char*, Conversion, int, Colours, std::vector<uint32_t>, Colours, int, std::vector<uint32_t>>
         cases[] = {
+            // kQuirkOneBitIsBlackAndWhite
             {"two colours are black and white", kRemap, 1, ignored, {0, 1, 1}, whiteFirst, 2, {2, 0, 0}},
+            // kQuirkSearchedEntries
             {"unused entries lose high bits", kRemap, 24, {}, {0, 0x33, 0x070707, 0xC8C86F}, light, 4, {0, 5, 0, 11}},
             {"own colours never meet unused ones", kRemap, 8, dark, {0, 1}, light, 4, {0, 15}},
             {"a luminance of 129 is white", kRemap, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},

@@ -40,6 +40,7 @@ TEST(GifReader, HowLoadsEnd) {
         {"signature cut", G().Text("GIF89a").Repeat(0, 6), kReadNotGif, "", false},
         {"other signature", G().Text("PNG89a").Repeat(0, 200), kReadNotGif, "", false},
         {"any version", G().Header("GIFxyz", 1, 1, 0).Add({0x3B}), kReadDone, "1", true},
+        // kQuirkPrefixBytes
         {"prefix", G().Repeat(0, 128).Add(Start()).SmallImage().Add({0x3B}), kReadDone, "12", true},
         {"prefix too short", G().Repeat(0, 127).Add(Start()).Add({0x3B}), kReadNotGif, "", false},
         {"global palette cut", G().Text("GIF89a").Repeat(0, 4).Add({0x80, 0, 0, 1, 2}), kReadFailed, "", false},
@@ -47,11 +48,13 @@ TEST(GifReader, HowLoadsEnd) {
         {"local palette only", Start(0).SmallImage(kFourColours).Add({0x3B}), kReadDone, "12", true},
         {"unknown label", Start().Comment("x").Extension(0x33, "", "y").SmallImage(), kReadFailed, "16", false},
         {"corrupt image", Start().SmallImage().ImageHead(1, 1, 0).Add({2, 1, 7, 0, 0x3B}), kReadFailed, "12", false},
+        // kQuirkUndecodedImageStaysBlank
         {"bad code size is a blank image", Start().ImageHead(1, 1, 0).Add({9, 1, 7, 0, 0x3B}), kReadDone, "12", true},
         {"no image data", Start().ImageHead(1, 1, 0).Add({2}), kReadDone, "12", false},
         {"image without pixels", Start().ImageHead(0, 7, 0).Add({2, 1, 0x2C, 0, 0x3B}), kReadDone, "12", true},
         {"four thousand million pixels", Start().ImageHead(65535, 65535, 0x87).Add({2, 0}), kReadFailed, "1", false},
         {"bytes after the trailer", Start().Add({0x3B}).SmallImage(), kReadDone, "1", true},
+        // kQuirkForeignApplicationEndsLoad
         {"foreign application block", Start().Comment("x").Extension(0xFF, "\x0BXMP DataXMP", "data").SmallImage(),
          kReadDone, "165", false},
         {"the same, whose data looks like the trailer",
@@ -87,7 +90,7 @@ TEST(GifReader, WhatBlocksHold) {
         const char* content;
         RgbTriple colour;  // number 2: an image keeps only a palette of its own
     } expected[] = {{"GIF87a\x40\x01\xC8\0\xF1"s, "(none)", {2, 4, 6}},
-                    {"\0\0\0\0\x02\0\x02\0\x41"s, "12 00", {}},  // the depth of the palette that it uses
+                    {"\0\0\0\0\x02\0\x02\0\x41"s, "12 00", {}},  // kQuirkSizeCodeOfGlobalPalette
                     {"\0\0\0\0\x02\0\x02\0\x87"s, "12 30", {2, 4, 6}},
                     {"\x09\x1F\x34\x12\xC8\x4D", "(none)", {}},
                     {"xabcdefghijkl", "t\x01\n\r\xFF", {}},
@@ -111,6 +114,7 @@ TEST(GifReader, TextsAreNormalisedAndCut) {
         std::string text, stored;
         int label = 0xFE;
     } const cases[] = {
+        // kQuirkCommentsNormalised
         {"A\r\nB\tC\r\r", "A\r\nBC\r\n\r\n"},
         {"\0\x1F \x7F\xFF"s, " \x7F\xFF"},
         {Repeated(255, 'a') + "b", Repeated(255, 'a') + "b"},
@@ -133,6 +137,7 @@ TEST(GifReader, TextCutByTheEndOfTheFileKeepsWhatCame) {
     EXPECT_EQ(TextOf(BlockAt(LoadedGif(Start().Add({0x21, 0xFE, 2, 'a', 'b', 5, 'c', 'd'})), 1)), "abcd");
 }
 
+// kQuirkEmptyCommentTakesSecondZero
 TEST(GifReader, EmptyCommentTakesASecondTerminator) {
     for (const char* text : {"", "\n\t"}) {
         for (const Bytes& more : {Bytes{}, Bytes{0}})

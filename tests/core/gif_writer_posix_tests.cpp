@@ -13,6 +13,7 @@ TEST(GifWriterPosix, FullDiskIsReportedAndTheDeviceStays) {
     EXPECT_TRUE(FileExists("/dev/null"));
 }
 
+// kQuirkSaveOverTarget
 TEST(GifWriterPosix, FailureThroughALinkRemovesTheLink) {
     TempFolder folder;
     const std::string target = folder.Path("target.gif"), link = folder.Path("link.gif");

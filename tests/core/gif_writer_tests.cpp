@@ -48,11 +48,12 @@ GifBytes WithEnd(GifBytes bytes) {
 TEST_F(GifWriter, DocumentIsSavedAsItWasLoaded) {
     LoadedGif document(EveryKind("GIF87a"));
     EXPECT_EQ(KindsOf(document), "17322645");
-    EXPECT_EQ(Saved(document), WithEnd(EveryKind("GIF89a")));
+    EXPECT_EQ(Saved(document), WithEnd(EveryKind("GIF89a")));  // kQuirkAlwaysGif89a
     EXPECT_EQ(BlockAt(document, 0).descriptor[4], '7') << "the document in memory keeps its version";
-    EXPECT_EQ(KindsOf(document), "17322645") << "the identity is in the file only";
+    EXPECT_EQ(KindsOf(document), "17322645") << "the identity is in the file only";  // kQuirkSavedFileIsSigned
 }
 
+// kQuirkBlockNamesDropped, kQuirkDatalessBlocksDropped
 TEST_F(GifWriter, WhatIsNotSaved) {
     LoadedGif document(Start().Extension(0xFF, "\x0BKELMORnb1.0", "xx"));
     for (uint16_t kind : {kEmptyBlock, kPlainTextBlock, kApplicationBlock, kCommentBlock, kUnknownBlock})
@@ -61,6 +62,7 @@ TEST_F(GifWriter, WhatIsNotSaved) {
     EXPECT_EQ(Saved(document), WithEnd(Start()));
 }
 
+// kQuirkFullTextEndsTwice
 TEST_F(GifWriter, TextLengths) {
     for (size_t length : {0u, 1u, 254u, 255u, 256u, 510u, 32767u}) {
         std::string text(length, 'x');

@@ -34,6 +34,7 @@ TEST(ImageBitmap, LayoutByDepth) {
             EXPECT_EQ(memcmp(ImageColourTable(header) + i, quad, 4), 0);
         }
         RgbTriples read = {};
+        // Without colours it is kQuirkColoursOfTrueColour.
         EXPECT_EQ(GetImagePalette(header, read), c.colours ? static_cast<int>(c.colours) : 1);
         for (uint32_t i = 0; i < kPaletteEntries; ++i) EXPECT_EQ(read[i], i < c.colours ? colours[i] : RgbTriple{});
     }

@@ -5,7 +5,7 @@
 TEST(LogicalScreen, ReachesAsFarAsTheImages) {
     const std::tuple<std::vector<ImageFields>, int, int> cases[] = {
         {{}, 640, 480},
-        {{{0, 0, 10, 20, 0}}, 10, 20},
+        {{{0, 0, 10, 20, 0}}, 10, 20},  // kQuirkScreenShrinks
         {{{5, 7, 1000, 900, 0}, {1030, 0, 1, 1, 0}}, 1031, 907},
         {{{0, 0, 0, 20, 0}}, 640, 20},
         {{{0, 0, 20, 0, 0}}, 20, 480},

@@ -81,6 +81,7 @@ DecodeResult DecodeBothWays(const Bytes& chain, int codeSize, int width, int hei
 
 }  // namespace
 
+// kQuirkFirstRowOfPassUntested and kQuirkSurplusRow among others, which the literal decoder has in a form of its own.
 TEST(LzwDecoder, RandomStreamsGiveWhatTheLiteralDecoderGives) {
     Random random(1);
     int outcomes[2] = {};
@@ -99,6 +100,7 @@ TEST(LzwDecoder, RandomStreamsGiveWhatTheLiteralDecoderGives) {
     EXPECT_GT(outcomes[kDecodeDone], 3000);
 }
 
+// kQuirkCutSubBlockDropped.
 // The fast decoder fetches and copies in steps: every place where data can end, and every sub-block size.
 TEST(LzwDecoder, EndOfDataAnywhere) {
     Random random(2);

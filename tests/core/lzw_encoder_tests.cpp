@@ -28,6 +28,7 @@ Bytes Encoded(const Block& image) {
 
 }  // namespace
 
+// kQuirkSubBlockBytes among others, which the literal encoder has in a form of its own.
 TEST(LzwEncoder, WritesWhatTheLiteralEncoderWrites) {
     Random random(3);
     for (int depth = 1; depth <= 8; ++depth)

@@ -81,6 +81,7 @@ TEST_F(PaletteMatch, EveryChoiceOnEveryBitCount) {
     }
 }
 
+// Where kQuirkKeptPixelsLoseColours ends.
 // Without a global palette an image has only its own, and nobody could read a file in which it has neither.
 TEST_F(PaletteMatch, ImagesOfADocumentWithoutGlobalPaletteGetALocalOne) {
     SetGlobalPalette(7);

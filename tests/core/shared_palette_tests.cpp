@@ -27,7 +27,7 @@ TEST(BuildSharedPalette, WorkedOutByHand) {
     const std::tuple<Rows, int, Values> cases[] = {
         {{{5, 3, 5, 0xFFFFFF}, {0, 3, 0x010000}}, 5, {5, 3, 0xFFFFFF, 0, 0x010000}},  // as they first appear
         {{{1, 2, 3, 0x800000}}, 3, {0, 0x800000, 0xFFFFFF}},  // four colours in two cells: white is added
-        {{{1, 2, 3, 4}}, 3, {0, 0xFFFFFF}},                   // and no black in the place that is left
+        {{{1, 2, 3, 4}}, 3, {0, 0xFFFFFF}},                   // kQuirkBlackIsNeverAdded
         // Green differs most, yet the first cut goes along red: (0, 0) (0, 31) | (1, 0) (1, 31).
         {{{0x00F800, 0x000008, 0x000000, 0x00F808}}, 2, {0x007C00, 0x007C08}},
         {{{1, 2}}, -5, {}},
@@ -41,6 +41,7 @@ TEST(BuildSharedPalette, WorkedOutByHand) {
     EXPECT_EQ(BuildSharedPalette(5, Images{MakeRow(24, {1}), nullptr}).Why(), Failure::kNoMemory);
 }
 
+// kQuirkFirstBoxReachesAsWanted and kQuirkTotalsExchanged among others, which the plain form has too.
 TEST(BuildSharedPalette, EqualsThePlainForm) {
     Random random(7);
     const std::vector<Colours> palettes = TestPalettes(random);

@@ -4,6 +4,7 @@
 
 #include <cstring>
 
+// Colours of the kinds 5, 1, 7, 10 and -5 are of kQuirkEightLevels.
 TEST(StandardPalette, SizesAndColours) {
     const std::tuple<int, int, int, int, RgbTriple> cases[] = {
         {0, 2, 1, 1, {255, 255, 255}},   {2, 16, 4, 3, {128, 128, 0}},     {2, 16, 4, 8, {192, 192, 192}},

@@ -25,7 +25,7 @@ std::string PiecesOf(const std::string& text, uint16_t gridWidth, uint16_t gridH
 TEST(TextPieces, EndAtTheGridAndAtControlBytes) {
     const std::tuple<const char*, uint16_t, uint16_t, const char*> kCases[] = {
         {"", 10, 5, ""},
-        {"hello world", 5, 1, "0:hello|0: worl|0:d"},  // over its own beginning
+        {"hello world", 5, 1, "0:hello|0: worl|0:d"},  // kQuirkLongLineOverwritesItself
         {"one\r\ntwo", 10, 5, "0:one|1:two"},
         {"one\ntwo", 10, 5, "0:one|0:two"},  // a line feed alone starts no line
         {"one\r\r\n\rtwo", 10, 5, "0:one|3:two"},

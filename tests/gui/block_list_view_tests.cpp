@@ -29,6 +29,7 @@ void ExpectLine(UINT line, UINT state, const std::wstring& kind, const std::wstr
     EXPECT_EQ(Difference(expected.Look(), shown.Look()), "") << "line " << line << ", state " << state;
 }
 
+// kQuirkDetailsColour
 TEST_F(BlockListViewTest, PaintsTheKindAndFaintDetailsBehindIt) {
     const std::string text = "\xFE caf\xE9 \x80 %s\r\nWorld";
     Command(IDM_NEW);
@@ -91,6 +92,7 @@ TEST_F(BlockListViewTest, StaysWhereItIsScrolledTo) {
     EXPECT_EQ(top(), 0);
 }
 
+// kQuirkMinimumSizeRestored
 TEST_F(BlockListViewTest, FollowsTheWindowSizeDownToTheMinimum) {
     constexpr SIZE kSizes[][2] = {{{700, 500}, {700, 500}}, {{399, 600}, {400, 440}}, {{600, 439}, {400, 440}}};
     for (const auto& [asked, kept] : kSizes) {

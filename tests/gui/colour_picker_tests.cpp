@@ -13,7 +13,8 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
     constexpr uint32_t kUnchanged = 99;
     RgbTriples palette;
     for (int i = 0; i < kPaletteEntries; ++i) palette[i] = {static_cast<uint8_t>(i), 200, 100};
-    // The number of colours, a cell (also in the strip right of the last column), and what a click on it chooses.
+    // The number of colours, a cell (in the strip right of the last column: kQuirkColumnsRunOn), and what a click on it
+    // chooses.
     const std::tuple<uint32_t, int, int, uint32_t> rows[] = {{256, 0, 0, 0},   {256, 15, 15, 255},
                                                              {40, 7, 2, 39},   {40, 8, 2, kUnchanged},
                                                              {256, 16, 4, 80}, {256, 16, 15, kUnchanged}};

@@ -64,6 +64,8 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
     const Steps told = Read(
         "d.gif: The file you have attempted to open appears to be corrupt or there was an error allocating memory.",
         IDOK);
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), choose("\"d.gif\""), told});
+    EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE COMMENT changed");  // kQuirkChosenImagesMarkChanged
     Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), choose(R"("c.gif" "A1.gif" "e.gif" "d.gif" "b.gif")"), told});
     EXPECT_EQ(State(), "HEADER [COMMENT] IMAGE IMAGE IMAGE IMAGE COMMENT changed");
     for (const auto& [index, name] : {std::pair(2, "A1"), {3, "b"}, {4, "c"}})
@@ -81,6 +83,7 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
     }
 }
 
+// kQuirkUnofferedChoiceCounts: OK answers also what can't be chosen.
 TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
     // Bits of the image, whether the document is all black, and what the choices and the box show.
     const std::tuple<int, bool, const char*> rows[] = {

@@ -17,6 +17,7 @@ TEST_F(Editors, OkKeepsTheChangesAndCancelDoesNot) {
         }
         EXPECT_EQ(memcmp(At(block).descriptor, descriptor.data(), descriptor.size()), 0) << block;
     };
+    // kQuirkHeaderSorted: 0x87 becomes 0xC7.
     edit(kSampleHeader, {IDC_HEADER_WIDTH, IDC_HEADER_DEPTH, IDC_HEADER_COLOURS, IDC_HEADER_SORTED},
          "640|480|256 colours|off",
          {{IDC_HEADER_WIDTH, "800"}, {IDC_HEADER_DEPTH, "70000"}, {IDC_HEADER_SORTED}, {IDC_COLOUR}},
@@ -34,19 +35,19 @@ TEST_F(Editors, OkKeepsTheChangesAndCancelDoesNot) {
          {{IDC_PLAIN_TEXT, "two\r\nlines"}, {IDC_PLAIN_LEFT, "9"}, {IDC_COLOUR}, {IDC_SECOND_EYEDROPPER}},
          "two\r\nlines|9", {ChooseCell(1, 2), ClickPixel(7, 29, RGB(7, 14, 21))},
          "\x0C\x09\0\0\0\0\0\0\0\0\0\x21\x07"s);
-    EXPECT_EQ(LineOf(kSampleImage), "IMAGE\xFE  40 x 30, 16 colours") << "the name goes";
+    EXPECT_EQ(LineOf(kSampleImage), "IMAGE\xFE  40 x 30, 16 colours") << "the name goes";  // kQuirkImageNameField
     EXPECT_EQ(ColourRef(At(kSampleControl).palette[119]), 0u) << "the palette was only lent";
     RgbTriples seen = {};
     GetImagePalette(ImageLock(At(kSampleSecondImage).data), seen);
     EXPECT_EQ(seen[119], At(kSampleHeader).palette[119]) << "later drawings see the colours of the eyedropper's";
     EXPECT_EQ(GetBlockText(At(kSamplePlainText)), "two\r\nlines");
-    EXPECT_EQ(defaultPlainTextGrid.width + defaultPlainTextGrid.cellWidth, 0);
+    EXPECT_EQ(defaultPlainTextGrid.width + defaultPlainTextGrid.cellWidth, 0);  // kQuirkSizesTakenWithoutFields
 }
 
 TEST_F(Editors, PlainTextsKeepColoursEvenByCancelAndDoWithout) {
     const Steps cancel = Press(IDCANCEL, {{IDC_PLAIN_TEXT, "lost"}, {IDC_SECOND_COLOUR}});
     EXPECT_EQ(Edit(kSamplePlainText, {cancel, ChooseCell(1, 2)}), kBlockEdited);
-    EXPECT_EQ(GetPlainTextFields(At(kSamplePlainText)).backgroundIndex, 33);
+    EXPECT_EQ(GetPlainTextFields(At(kSamplePlainText)).backgroundIndex, 33);  // kQuirkCancelKeepsColours
     EXPECT_EQ(LineOf(kSamplePlainText), "PLAIN TEXT\xFE This space for rent...");
     EXPECT_EQ(defaultPlainTextGrid.width, 80);
 
@@ -70,6 +71,7 @@ TEST_F(Editors, PlainTextsKeepColoursEvenByCancelAndDoWithout) {
 }
 
 TEST_F(Editors, GlobalPaletteIsDroppedWhenNoImageNeedsIt) {
+    // kQuirkDependantText
     const char inUse[] =
         "One or more images in this file are dependant on the global palette. Click on Yes to copy the global palette "
         "to these images or on No to retain the global palette.";
@@ -82,7 +84,7 @@ TEST_F(Editors, GlobalPaletteIsDroppedWhenNoImageNeedsIt) {
     Edit(kSampleHeader, {click("on", "on", IDOK), Read(inUse, IDNO)});
     EXPECT_EQ(packed(), 0x8707);
     Edit(kSampleHeader, {click("on", "off", IDCANCEL), Read(inUse, IDYES)});
-    EXPECT_EQ(packed(), 0x8787) << "the image has its copy even after Cancel";
+    EXPECT_EQ(packed(), 0x8787) << "the image has its copy even after Cancel";  // kQuirkPaletteCopiedAtOnce
     Edit(kSampleHeader, {click("on", "off", IDOK)});
     EXPECT_EQ(packed(), 0x0787);
     ChangeHeader(0x07, 0);
@@ -105,6 +107,7 @@ TEST_F(Editors, CommentLosesNothing) {
     longText.resize(kMaxTextBytes);
     for (const std::string& text : {everyByte, longText, "  \t a\r\nb\nc\rd\r\n\r\ne\n\nf\r\r\ng \r\n "s})
         edit(text, Press(IDOK), text);
+    // kQuirkTextShownUpToZero
     for (const std::string& text : {"seen\0unseen"s, "\0unseen"s, "\0"s}) edit(text, Press(IDOK), text);
     edit("seen\0unseen"s, Press(IDOK, {{IDC_COMMENT_TEXT, "typed"}}), "typed");
     auto type = [](const std::wstring& letters) {
@@ -119,6 +122,14 @@ TEST_F(Editors, CommentLosesNothing) {
     edit("all", type(L"\x01new"), "new");
     edit("gone", Press(IDOK, {{IDC_COMMENT_TEXT, ""}}), "");
     EXPECT_FALSE(At(kSampleComment).data);
+}
+
+// kQuirkComentText
+TEST_F(Editors, TheBoxAroundACommentKeepsItsCaption) {
+    Edit(kSampleComment, {[](HWND dialog) {
+             EXPECT_NE(FindWindowExW(dialog, nullptr, L"BUTTON", L"Coment Text"), nullptr);
+             PressButton(dialog, IDCANCEL);
+         }});
 }
 
 TEST_F(Editors, CancelAndFailuresKeepTheOldComment) {
@@ -158,7 +169,7 @@ TEST_F(Editors, LoopsAndBlocksWithoutAnEditor) {
     }
     Steps refused = Read("That block can't be edited.", IDOK);
     Steps told = Read("Creator:   KELMOR\nAuthentication: 1.0\n\nApplication blocks can't be edited.", IDOK);
-    EXPECT_EQ(Edit(kSampleEmpty, {refused}), kBlockEdited);
+    EXPECT_EQ(Edit(kSampleEmpty, {refused}), kBlockEdited);  // kQuirkUneditedCountsAsChanged
     EXPECT_EQ(Edit(kSampleUnknown, {refused}), kBlockUnchanged);
     EXPECT_EQ(Edit(kSampleApplication, {told}), kBlockUnchanged);
     EXPECT_EQ(Edit(kSampleBlockNames, {}), kBlockEdited);

@@ -27,12 +27,20 @@ TEST_F(ServicesTest, DialogsShowTheirTextsInTheMiddleOfTheScreen) {
     EXPECT_EQ(YesnoBox(hMainWindow, "caf\xE9 & \x80"), IDNO);
     EXPECT_EQ(answers.Texts(), std::vector<std::string>{"caf\xE9 & \x80"});
     EXPECT_EQ(RunDialog(hMainWindow, L"NoSuchBox", nullptr, nullptr), 0);
+    EXPECT_STREQ(LoadStr(kQuirkMissingString), "String table error - this application may be damaged");
     SetWindowPos(hMainWindow, nullptr, 0, 0, 501, 447, SWP_NOZORDER);
     CentreWindow(hMainWindow);
     RECT place = {};
     GetWindowRect(hMainWindow, &place);
     EXPECT_EQ(place.left, (GetSystemMetrics(SM_CXSCREEN) - 501) / 2);
     EXPECT_EQ(place.top, (GetSystemMetrics(SM_CYSCREEN) - 447) / 2);
+}
+
+// kQuirkFontHandleBits
+TEST_F(ServicesTest, ChildrenGetTheLowHalfOfAFontHandle) {
+    SetChildFonts(hMainWindow, hListFont, false);
+    const LRESULT given = SendDlgItemMessageW(hMainWindow, IDC_BLOCK_LIST, WM_GETFONT, 0, 0);
+    EXPECT_EQ(given, LOWORD(reinterpret_cast<UINT_PTR>(hListFont)));
 }
 
 // As it is when memory runs out. Nothing may pass through the system's code on its way here.
@@ -76,6 +84,24 @@ TEST_F(ServicesTest, TheOpenDialogStartsInTheFolderOfAName) {
     answers.ChooseFile("a.gif");  // no folder: it is looked for where the dialog started
     EXPECT_TRUE(OpenGifDialog(hMainWindow, &name));
     EXPECT_EQ(name, File("a.gif"));
+}
+
+// kQuirkFilters
+TEST_F(ServicesTest, AllFilesAreGifFiles) {
+    constexpr int kFilterField = 0x470;  // cmb1 of the system's dialog
+    MakeGif("a.gif");
+    WriteAll(File("b.txt"), "x");
+    DialogAnswers answers;
+    answers.Do([](HWND dialog) {
+        SendDlgItemMessageW(dialog, kFilterField, WM_KEYDOWN, VK_DOWN, 0);
+        EXPECT_EQ(ControlText(dialog, kFilterField), "All files");
+        HWND view = FindWindowExW(dialog, nullptr, L"SHELLDLL_DefView", nullptr);
+        HWND list = FindWindowExW(view, nullptr, WC_LISTVIEWW, nullptr);
+        EXPECT_EQ(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0), 1);
+        PressButton(dialog, IDCANCEL);
+    });
+    std::string name = File("other.gif");
+    EXPECT_FALSE(OpenGifDialog(hMainWindow, &name));
 }
 
 TEST_F(ServicesTest, ANameLongerThanTheSystemTakesIsToldAndLeavesTheOldOne) {

@@ -26,10 +26,11 @@ TEST_F(SettingsFileTest, ReadsWhatALineMeans) {
         {"ShowStartupBanner = 0\r\nInterlaceDelay = 25\r\nFileMenuRange = 100\r\n", {0, 25, 100}},
         {"Show = 0\r\nFileMenuRange   ==   7 items", {0, 4, 7}},  // the beginning of a name is enough
         {"show = 0\r\nShowStartupBanners = 0\r\n;FileMenuRange = 2\r\n[KLMZephyr]\r\n", {1, 4, 10}},
-        {"\r\n", {0, 4, 10}},  // an empty key is the beginning of the first name
+        {"\r\n", {0, 4, 10}},  // an empty key begins the first name: kQuirkKeysMatchByPrefix
         {"InterlaceDelay = 99999999999999999999\r\n = 6\r\n", {6, 4294967295u, 10}},
         {"Show =\r\nInterlaceDelay = x\r\nFileMenuRange = -3\r\n", {0, 0, 0}},
         {"InterlaceDelay = 8\x1A\r\nFileMenuRange = 2\r\n\x1A\r\nShow = 0", {1, 8, 2}},
+        // kQuirkSettingsLineBytes
         {"InterlaceDelay = " + std::string(108, '0') + "12345\r\nFileMenuRange = 3\r\n", {1, 12, 3}},  // 127 bytes
     };
     for (const auto& [content, values] : cases) {
@@ -116,6 +117,7 @@ TEST_F(SettingsFileTest, ARecentFileOpensByItsCommand) {
     Open(a);
     for (int behind : {1, 4, 5, 500}) Command(IDM_RECENT_FIRST + behind);
     EXPECT_EQ(Title(), "Kelmor Zephyr [ " + b + " ] ");
+    // kQuirkListedFileKeepsPlace
     EXPECT_EQ(RecentFiles(), (Names{a, b, "C:\\b.gif", "C:\\a.gif"})) << "a file already listed keeps its place";
 }
 

@@ -18,7 +18,7 @@ using Texts = std::vector<std::string>;
 
 class LifecycleTest : public ShellTest {
 protected:
-    // The title, and that the commands are enabled as they have to be.
+    // The title, with the blank before kQuirkSecondName, and that the commands are enabled as they have to be.
     void ExpectFace(const std::string& name) {
         EXPECT_EQ(Title(), "Kelmor Zephyr [ " + name + " ] ");
         for (int id : {IDM_CLOSE, IDM_SAVE, IDM_SAVE_AS, IDM_VIEW, IDM_INSERT, IDM_DELETE})
@@ -83,6 +83,7 @@ TEST_F(LifecycleTest, TheProgramOpensTheFileOfItsCommandLineAndRemembersItsSetti
     EXPECT_EQ(ditherSettings.contrast, 20);
 }
 
+// kQuirkNameOutlivesDocument
 TEST_F(LifecycleTest, ANewDocumentAsksForANameTheFirstTimeItIsSaved) {
     DialogAnswers answers;
     answers.ChooseFile(File("new.gif"));
@@ -205,6 +206,7 @@ TEST_F(LifecycleTest, AFileThatCannotBeReadLeavesNoDocument) {
     }
 }
 
+// kQuirkNoSignatureStillOpens, kQuirkCloseKeepsLines
 TEST_F(LifecycleTest, AFileWithoutASignatureOpensWithoutBlocksAndCloseLeavesTheOldLinesBehind) {
     const char kNoHeader[] = "String table error - this application may be damaged";
     WriteAll(File("text.gif"), std::string(200, 'x'));
@@ -262,7 +264,7 @@ TEST_F(LifecycleTest, TheSaveQuestionDecidesAboutTheChangedDocument) {
                       "Your current GIF file has been changed. Do you wish to save it?");
             EXPECT_EQ(ReadAll(path) != before, answer == IDYES);
             EXPECT_TRUE(documentChanged == !gone && (document.count == 3) == !gone);
-            // The close box ends the program even when the question was cancelled.
+            // The close box ends the program even when the question was cancelled: kQuirkCloseBoxIgnoresCancel.
             EXPECT_EQ(!IsWindow(hMainWindow), isCloseBox || (command == IDM_EXIT && gone));
             if (gone && (command == IDM_OPEN || command == IDM_RECENT_FIRST + 1)) ExpectFace(other);
         }

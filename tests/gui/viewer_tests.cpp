@@ -135,12 +135,12 @@ TEST(Viewer, ControlsAndLoopsDecideHowItGoesOn) {
     static const ImageRequest kFirst = {0, 0, 9, 9}, kSecond = {1, 0, 9, 9}, kThird = {2, 0, 9, 9};
     // Of each image its left edge, what is waited for, and for what after a key was pressed; the loops that are left.
     const std::tuple<const char*, int32_t, void (*)(Animation&)> cases[] = {
-        // A control stays in force until the next. A key ends only what waits for input.
+        // A control stays in force until the next (kQuirkControlStaysInForce). A key ends only what waits for input.
         {"0:25>0 1:25>0 2:0>0 ", -1,
          [](Animation& all) { all.Control(3, 25, 7, true).Image(kFirst).Image(kSecond).Control(5, 0).Image(kThird); }},
         {"0:1>0 ", -1, [](Animation& all) { all.Control(1, 0, -1, true).Image(kFirst); }},
         {"0:5>5 ", -1, [](Animation& all) { all.Control(1, 5).Image(kFirst); }},
-        // Repeats begin at the third block and are never without a delay.
+        // Repeats begin at the third block (kQuirkLoopStart) and are never without a delay.
         {"0:0>0 1:1>1 2:1>1 1:7>7 2:1>1 1:7>7 2:0>0 ", 0,
          [](Animation& all) { all.Image(kFirst).Loop(2).Image(kSecond).Control(0, 0).Image(kThird).Control(0, 7); }},
         {"1:2>2 1:2>2 ", 0, [](Animation& all) { all.Loop(1).Control(0, 2).Image(kSecond).Loop(9); }},
@@ -180,6 +180,7 @@ TEST(Viewer, AnImageThatLeftTheDocumentIsNotPaintedAgain) {
     EXPECT_TRUE(!IsWindow(stage.Window()) && pendingWait == 0);
 }
 
+// The colours that stay in the document are those of kQuirkDrawingRecolours.
 TEST(Viewer, PaintsTheLastImageAgainAsItWasWhateverFollowedIt) {
     for (bool interlaced : {false, true})
         for (bool hasOwnPalette : {false, true})
@@ -311,6 +312,7 @@ TEST_F(ViewerRunTest, InputIsHeardWhileBlocksFollowWithoutADelay) {
     EXPECT_GT(loopsLeft, 0);
 }
 
+// A left click does nothing: kQuirkClickCommand.
 TEST_F(ViewerRunTest, OnlyEscapeAndTheRightButtonCloseIt) {
     Animation animation(120, 90);
     constexpr UINT kClosing[] = {WM_CHAR, WM_RBUTTONDOWN, WM_RBUTTONDBLCLK},

@@ -11,6 +11,7 @@
 namespace {
 
 constexpr int kMargin = 8;
+constexpr int kQuirkDetailsColour = COLOR_BTNFACE;  // so that they are read faintly beside the kind
 constexpr wchar_t kSeparator = static_cast<unsigned char>(kBlockLineSeparator);
 
 HWND ListOf(HWND window) {
@@ -73,7 +74,7 @@ void DrawLineText(HDC dc, const RECT& place, std::wstring_view line, COLORREF ki
     std::wstring_view details = split == std::wstring_view::npos ? std::wstring_view() : line.substr(split + 1);
     SetBkMode(dc, TRANSPARENT);
     DrawPart(dc, place.left, place.top, kind, kindColour);
-    DrawPart(dc, place.left + TextWidth(dc, kind), place.top, details, GetSysColor(COLOR_BTNFACE));
+    DrawPart(dc, place.left + TextWidth(dc, kind), place.top, details, GetSysColor(kQuirkDetailsColour));
 }
 
 }  // namespace

@@ -28,7 +28,7 @@ void OnEdit(HWND window) {
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
     int result = EditBlock(window, &document, line);
     if (result == kBlockEdited) ShowChangedDocument(window, line);
-    if (result == kBlockInaccessible) MessageBox(window, LoadStr(IDS_MISSING));
+    if (result == kBlockInaccessible) MessageBox(window, LoadStr(kQuirkMissingString));
 }
 
 void OnDelete(HWND window) {

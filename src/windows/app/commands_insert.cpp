@@ -17,6 +17,9 @@ namespace {
 
 constexpr size_t kMaxInsertedFiles = 260;
 
+// Chosen images mark the document changed, also when the first one can't be inserted.
+constexpr bool kQuirkChosenImagesMarkChanged = true;
+
 void MarkInserted() {
     documentChanged = true;
     selectedLine = kNoSelectedLine;
@@ -36,7 +39,7 @@ bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const std:
 void InsertImages(HWND window, int line) {
     std::string names;
     if (!OpenImagesDialog(window, &names)) return;
-    MarkInserted();  // also when the first image can't be inserted
+    if (kQuirkChosenImagesMarkChanged) MarkInserted();
     int place = line;
     for (const std::string& path : ChosenPaths(names, kMaxInsertedFiles))
         if (!InsertAndShow(window, &place, line, kImageBlock, path)) break;

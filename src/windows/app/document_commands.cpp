@@ -23,6 +23,15 @@
 
 namespace {
 
+// A file without a GIF signature opens as a document without blocks.
+constexpr bool kQuirkNoSignatureStillOpens = true;
+
+// The lines of a closed document stay on the screen until the list is filled the next time.
+constexpr bool kQuirkCloseKeepsLines = true;
+
+// A save after New or the wizard writes over the file last opened or saved.
+constexpr bool kQuirkNameOutlivesDocument = true;
+
 void RunCommand(HWND window, int id) {
     SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
 }
@@ -68,7 +77,8 @@ void ShowLoadedFile(HWND window, std::string name) {
 
 bool ReadDocument(const std::string& name) {
     WaitCursor wait;
-    return ReadGifFile(&document, name.c_str()) != kReadFailed;
+    ReadResult result = ReadGifFile(&document, name.c_str());
+    return result == kReadDone || (kQuirkNoSignatureStillOpens && result == kReadNotGif);
 }
 
 // Fits the screen to the images and writes the document. False, with the failure told, when it can't be written.
@@ -117,7 +127,6 @@ void OnOpenFile(HWND window, const char* name) {
     DestroyBlockList(&document);  // those who send a name have closed the document; this is for those who forgot
     if (!CreateBlockList(&document)) return TellOutOfMemory(window);
     FillBlockListView(window, nullptr);
-    // A file without a GIF signature opens as a document without blocks.
     if (ReadDocument(path))
         ShowLoadedFile(window, std::move(path));
     else
@@ -130,7 +139,8 @@ void OnClose(HWND window) {
     DestroyBlockList(&document);
     SetTitleText(window, IDS_NO_FILE);
     EnableDocumentCommands(window, false);
-    // The lines stay on the screen until the list is filled the next time.
+    if (!kQuirkCloseKeepsLines) FillBlockListView(window, nullptr);
+    if (!kQuirkNameOutlivesDocument) currentFileName.clear();
 }
 
 void OnSaveAs(HWND window) {

@@ -9,15 +9,18 @@
 
 namespace {
 
+// The title has a place for a second name and a blank before it. The name is gone, the blank stays.
+constexpr wchar_t kQuirkSecondName[] = L"";
+
 constexpr UINT kDocumentCommands[] = {IDM_CLOSE, IDM_SAVE, IDM_SAVE_AS, IDM_VIEW, IDM_INSERT, IDM_DELETE};
 
 void ShowTitle(HWND window, const std::wstring& name) {
     constexpr wchar_t kPlaceholder[] = L"%s";
     constexpr size_t kPlaceholderUnits = 2;
     std::wstring title = WideFrom1252(LoadStr(IDS_TITLE));
-    // The second placeholder has always been left empty; filled first, so that a name may hold "%s" itself.
+    // The second placeholder comes first, so that a name may hold "%s" itself.
     size_t second = title.rfind(kPlaceholder);
-    if (second != std::wstring::npos) title.replace(second, kPlaceholderUnits, L"");
+    if (second != std::wstring::npos) title.replace(second, kPlaceholderUnits, kQuirkSecondName);
     size_t first = title.find(kPlaceholder);
     if (first != std::wstring::npos) title.replace(first, kPlaceholderUnits, name);
     SetWindowTextW(window, title.c_str());

@@ -15,6 +15,12 @@
 
 namespace {
 
+// The close box runs Exit and then closes the window in any case, also when the user cancelled Exit.
+constexpr bool kQuirkCloseBoxIgnoresCancel = true;
+
+// Too small a window is not prevented: it jumps back to its minimum size when it has been made so.
+constexpr bool kQuirkMinimumSizeRestored = true;
+
 LRESULT OnDestroy(HWND window) {
     WriteSettings(window, settingsFolder);
     CloseHelp(window);
@@ -50,13 +56,13 @@ void SnapLater(HWND window) {
     if (!isSnapDue) isSnapDue = SetTimer(window, kSnapTimer, kSnapMilliseconds, nullptr) != 0;
 }
 
-// Too small a window jumps back to its minimum size when it has been made so. Where a window manager made it so, Wine
-// takes that for done without asking for it: that has to wait until the message has been handled.
+// Where a window manager made the window too small, Wine takes the minimum size for restored without asking for it:
+// that has to wait until the message has been handled.
 LRESULT OnSize(HWND window, WPARAM how) {
     if (how == SIZE_MINIMIZED) return 0;  // an icon has no size to keep
     RECT place = {};
     GetWindowRect(window, &place);
-    if (!IsTooSmall(place)) {
+    if (!kQuirkMinimumSizeRestored || !IsTooSmall(place)) {
         if (!IsSmallest(place)) StopSnap(window);  // it has been made larger meanwhile
         return FitBlockListView(window), 0;
     }
@@ -92,10 +98,12 @@ LRESULT OnMouseActivate(HWND window, WPARAM wParam, LPARAM lParam) {
     return DefWindowProcW(window, WM_MOUSEACTIVATE, wParam, lParam);
 }
 
-// The close box runs Exit and then closes the window in any case, also when the user cancelled Exit.
 LRESULT OnSysCommand(HWND window, WPARAM wParam, LPARAM lParam) {
     constexpr WPARAM kCommandBits = 0xFFF0;
-    if ((wParam & kCommandBits) == SC_CLOSE) SendMessageW(window, WM_COMMAND, IDM_EXIT, 0);
+    if ((wParam & kCommandBits) == SC_CLOSE) {
+        SendMessageW(window, WM_COMMAND, IDM_EXIT, 0);
+        if (!kQuirkCloseBoxIgnoresCancel) return 0;
+    }
     return DefWindowProcW(window, WM_SYSCOMMAND, wParam, lParam);
 }
 

@@ -10,6 +10,9 @@
 
 namespace {
 
+// A file that is in the list already stays where it is.
+constexpr bool kQuirkListedFileKeepsPlace = true;
+
 using Names = std::vector<std::wstring>;
 
 HMENU FileMenu(HWND window) {
@@ -92,7 +95,8 @@ void AddRecentFile(HWND window, const std::string& name) {
         if (settings.fileMenuRange == 0 || !IsFullPath(added)) return;
         TrimEnd(&added);
         const Names listed = ItemTexts(FileMenu(window));
-        if (!IsListed(added, listed)) ReplaceItems(FileMenu(window), added, listed);
+        if (kQuirkListedFileKeepsPlace && IsListed(added, listed)) return;
+        ReplaceItems(FileMenu(window), added, listed);
     } catch (const std::bad_alloc&) {  // the file that was opened is worth more than its place in the menu
         return;
     }

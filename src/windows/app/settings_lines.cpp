@@ -7,6 +7,9 @@
 
 namespace {
 
+// The beginning of a name is enough for a key, so that an empty key means the first setting.
+constexpr bool kQuirkKeysMatchByPrefix = true;
+
 constexpr char kTextEnd = 26;  // ends a text file on Windows
 
 bool IsControl(char c) {
@@ -59,7 +62,7 @@ bool SettingsReader::ReadLine() {
     text_.clear();
     int c = ReadByte(*file_);
     if (c < 0 || c == kTextEnd) return false;
-    for (; c >= 0 && c != '\n' && text_.size() < kSettingsLineBytes; c = ReadByte(*file_))
+    for (; c >= 0 && c != '\n' && text_.size() < kQuirkSettingsLineBytes; c = ReadByte(*file_))
         text_ += static_cast<char>(c);
     if (isUtf8_ && ContinuesCharacter(c)) DropLastCharacter(&text_);
     while (c >= 0 && c != '\n') c = ReadByte(*file_);
@@ -76,7 +79,7 @@ bool SettingsReader::Next(SettingsLine* line) {
 }
 
 bool KeyMatches(std::string_view key, std::string_view name) {
-    return name.substr(0, key.size()) == key;
+    return kQuirkKeysMatchByPrefix ? name.starts_with(key) : name == key;
 }
 
 uint32_t LeadingNumber(std::string_view value) {

@@ -6,7 +6,8 @@
 
 #include "platform/file.h"
 
-constexpr size_t kSettingsLineBytes = 127;  // what is longer is cut
+// What is longer is cut, within a name too, but within no character.
+constexpr size_t kQuirkSettingsLineBytes = 127;
 
 struct SettingsLine {
     std::string_view key;    // may be empty

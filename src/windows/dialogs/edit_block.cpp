@@ -9,6 +9,9 @@
 
 namespace {
 
+// What there is nothing to edit in marks the document changed all the same.
+constexpr int kQuirkUneditedCountsAsChanged = kBlockEdited;
+
 struct BlockEditor {
     uint16_t kind;
     int (*edit)(HWND parent, Block* block);
@@ -33,10 +36,10 @@ void ShowApplicationBlock(HWND owner, const Block& block) {
 // What becomes of a block whose kind has no dialog.
 int RefuseBlock(HWND owner, const Block& block) {
     switch (block.kind) {
-        case kEmptyBlock: return MessageBox(owner, LoadStr(IDS_NOT_EDITABLE)), kBlockEdited;
+        case kEmptyBlock: return MessageBox(owner, LoadStr(IDS_NOT_EDITABLE)), kQuirkUneditedCountsAsChanged;
         case kApplicationBlock: return ShowApplicationBlock(owner, block), kBlockUnchanged;
         case kUnknownBlock: return MessageBox(owner, LoadStr(IDS_NOT_EDITABLE)), kBlockUnchanged;
-        default: return kBlockEdited;
+        default: return kQuirkUneditedCountsAsChanged;
     }
 }
 

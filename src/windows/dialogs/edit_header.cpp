@@ -12,6 +12,9 @@
 
 namespace {
 
+// Images are given their copy of the global palette at once, and keep it after Cancel.
+constexpr bool kQuirkPaletteCopiedAtOnce = true;
+
 uint32_t ColourCount(const Block& block) {
     return static_cast<uint32_t>(ColoursOfPacked(GetHeaderFields(block).packed));
 }
@@ -27,14 +30,14 @@ bool ShowHeader(HWND dialog) {
     ShowNumber(dialog, IDC_HEADER_DEPTH, header.screenHeight);
     ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed & kHasPalette);
     ShowColourCount(dialog, IDC_HEADER_COLOURS, header.packed);
-    ShowCheck(dialog, IDC_HEADER_SORTED, header.packed & kHeaderSorted);
+    ShowCheck(dialog, IDC_HEADER_SORTED, header.packed & kQuirkHeaderSorted);
     ShowPaletteButtons(dialog, kButtons);
     return true;
 }
 
 int TakeHeader(HWND dialog) {
     HeaderFields header = GetHeaderFields(*Edited<Block>(dialog));
-    header.packed = TakeFlag(dialog, IDC_HEADER_SORTED, header.packed, kHeaderSorted);
+    header.packed = TakeFlag(dialog, IDC_HEADER_SORTED, header.packed, kQuirkHeaderSorted);
     header.packed = TakeFlag(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed, kHasPalette);
     header.screenWidth = TakeNumber(dialog, IDC_HEADER_WIDTH);
     header.screenHeight = TakeNumber(dialog, IDC_HEADER_DEPTH);
@@ -42,12 +45,11 @@ int TakeHeader(HWND dialog) {
     return 1;
 }
 
-// Whether the document can do without its global palette, now that images which used it were given a copy of their own
-// (at once, whatever becomes of the dialog).
+// Whether the document can do without its global palette, now that images which used it were given a copy of their own.
 bool CanDropGlobalPalette(HWND dialog, const Block& header) {
     if (!header.owner || !ImagesUseGlobalPalette(*header.owner)) return true;
     if (YesnoBox(dialog, LoadStr(IDS_GLOBAL_PALETTE_IN_USE)) == IDNO) return false;
-    CopyGlobalPaletteToImages(header.owner, header.palette);
+    if (kQuirkPaletteCopiedAtOnce) CopyGlobalPaletteToImages(header.owner, header.palette);
     return true;
 }
 

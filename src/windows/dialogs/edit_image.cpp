@@ -12,6 +12,9 @@
 
 namespace {
 
+// The dialog has no such field, so that what it reads there, an empty text, becomes the image's name.
+constexpr int kQuirkImageNameField = 799;
+
 bool ShowImage(HWND dialog) {
     const Block& block = *Edited<Block>(dialog);
     ImageFields image = GetImageFields(block);
@@ -27,10 +30,9 @@ bool ShowImage(HWND dialog) {
     return true;
 }
 
-// The dialog has no field for the name, so that what it reads there, an empty text, becomes the image's name.
 void TakeName(HWND dialog, Block* block) {
     wchar_t name[kNameBytes];
-    UINT units = GetDlgItemTextW(dialog, IDC_IMAGE_NAME, name, static_cast<int>(kNameBytes));
+    UINT units = GetDlgItemTextW(dialog, kQuirkImageNameField, name, static_cast<int>(kNameBytes));
     if (!SetBlockName(Ansi1252FromWide({name, units}).c_str(), block)) MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
 }
 

@@ -11,8 +11,11 @@
 
 namespace {
 
-// Colours chosen with the buttons are kept even by Cancel, so that always counts as a change.
-constexpr int kKeep = 1;
+// The dialog ends so with OK and Cancel alike: colours chosen with the buttons are kept in any case.
+constexpr int kQuirkCancelKeepsColours = 1;
+
+// The dialog has no fields for the sizes of grid and cells, and what it reads there is 0.
+constexpr bool kQuirkSizesTakenWithoutFields = true;
 
 template <auto field>
 constexpr ColourButton ButtonFor(int id, int eyedropper) {
@@ -44,22 +47,26 @@ bool ShowPlainText(HWND dialog) {
     return ShowBlockText(dialog, IDC_PLAIN_TEXT, block);
 }
 
+void TakeSizes(HWND dialog, PlainTextFields* text) {
+    text->gridWidth = TakeNumber(dialog, IDC_PLAIN_GRID_WIDTH);
+    text->gridHeight = TakeNumber(dialog, IDC_PLAIN_GRID_HEIGHT);
+    text->cellWidth = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_WIDTH));
+    text->cellHeight = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_HEIGHT));
+}
+
 int TakePlainText(HWND dialog) {
     PlainTextFields text = GetPlainTextFields(*Edited<Block>(dialog));
     text.left = TakeNumber(dialog, IDC_PLAIN_LEFT);
     text.top = TakeNumber(dialog, IDC_PLAIN_TOP);
-    text.gridWidth = TakeNumber(dialog, IDC_PLAIN_GRID_WIDTH);
-    text.gridHeight = TakeNumber(dialog, IDC_PLAIN_GRID_HEIGHT);
-    text.cellWidth = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_WIDTH));
-    text.cellHeight = static_cast<uint8_t>(TakeNumber(dialog, IDC_PLAIN_CELL_HEIGHT));
+    if (kQuirkSizesTakenWithoutFields) TakeSizes(dialog, &text);
     PutPlainTextFields(Edited<Block>(dialog), text);
     TakeBlockText(dialog, IDC_PLAIN_TEXT, Edited<Block>(dialog));
     defaultPlainTextGrid = {text.gridWidth, text.gridHeight, text.cellWidth, text.cellHeight};
-    return kKeep;
+    return kQuirkCancelKeepsColours;
 }
 
-constexpr DialogKind kPlainTextDialog = {L"EditPlainTextBox", "KLMPlaintext", ShowPlainText,
-                                         TakePlainText,       kKeep,          &kButtons};
+constexpr DialogKind kPlainTextDialog = {L"EditPlainTextBox", "KLMPlaintext",           ShowPlainText,
+                                         TakePlainText,       kQuirkCancelKeepsColours, &kButtons};
 
 }  // namespace
 

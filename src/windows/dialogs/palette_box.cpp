@@ -11,6 +11,9 @@ static_assert(IDC_PALETTE_REMAP == kPaletteRemap && IDC_PALETTE_DITHER == kPalet
 
 namespace {
 
+// Where the document has no colours, neither choice can be made; the one that is marked counts all the same.
+constexpr bool kQuirkUnofferedChoiceCounts = true;
+
 bool HasTwoColours(const Block& image) {
     std::optional<ImageInfo> info = GetImageInfo(image.data);
     return info && info->bitCount == 1;
@@ -35,6 +38,7 @@ bool ShowChoices(HWND dialog) {
 }
 
 int TakeChoice(HWND dialog) {
+    if (!kQuirkUnofferedChoiceCounts && !HasTarget(*Edited<const Block>(dialog))) return kPaletteCancel;
     int choice = TakeCheck(dialog, IDC_PALETTE_REMAP) ? kPaletteRemap : kPaletteDither;
     paletteChoiceForInsert = TakeCheck(dialog, IDC_PALETTE_SUBSEQUENT) ? choice : kAskForPalette;
     return choice;

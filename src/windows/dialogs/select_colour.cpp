@@ -9,6 +9,9 @@ namespace {
 
 constexpr int kColumns = 16;
 
+// A click right of the last column picks the first cell of the next row.
+constexpr bool kQuirkColumnsRunOn = true;
+
 RECT gridArea;  // the picker's client rectangle, as it was when the dialog opened
 
 int CellSize() {
@@ -58,7 +61,7 @@ INT_PTR OnPaint(HWND dialog) {
 
 INT_PTR OnClick(HWND dialog, int x, int y) {
     int cell = CellSize();
-    if (cell == 0) return TRUE;
+    if (cell == 0 || (!kQuirkColumnsRunOn && x >= kColumns * cell)) return TRUE;
     auto index = static_cast<uint32_t>(x / cell + kColumns * (y / cell));
     ColourRequest* request = Edited<ColourRequest>(dialog);
     if (index >= request->count) return TRUE;

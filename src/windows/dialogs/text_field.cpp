@@ -11,6 +11,9 @@
 
 namespace {
 
+// Of a text with a zero byte only what stands before it is shown; the rest is kept until the text is changed.
+constexpr bool kQuirkTextShownUpToZero = true;
+
 constexpr WPARAM kSelectAllKey = 1;  // the character that Ctrl+A makes
 
 // An edit field of several lines has no key to select everything; this window procedure before its own has.
@@ -31,7 +34,8 @@ bool ReadText(const Block& block, std::wstring* text) {
     MemoryLock lock(block.data);
     if (!lock) return false;
     size_t bytes = std::min<size_t>(block.dataLength, MemorySize(block.data));
-    *text = WideFrom1252({lock.As<char>(), strnlen(lock.As<char>(), bytes)});
+    if (kQuirkTextShownUpToZero) bytes = strnlen(lock.As<char>(), bytes);
+    *text = WideFrom1252({lock.As<char>(), bytes});
     return true;
 }
 

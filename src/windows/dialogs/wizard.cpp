@@ -79,7 +79,7 @@ BuildOutcome Build(HWND dialog) {
 void TellFailure(HWND dialog, BuildOutcome outcome) {
     switch (outcome) {
         case BuildOutcome::kOutOfMemory: return MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
-        case BuildOutcome::kListFailed: return MessageBox(dialog, LoadStr(IDS_MISSING));
+        case BuildOutcome::kListFailed: return MessageBox(dialog, LoadStr(kQuirkMissingString));
         case BuildOutcome::kFirstFileUnreadable: return MessageBox(dialog, LoadStr(IDS_OPEN_FAILED));
         case BuildOutcome::kDone:
         case BuildOutcome::kFileRefused:

@@ -7,6 +7,9 @@
 
 namespace {
 
+// The colours that an image is drawn in stay in its bitmap.
+constexpr bool kQuirkDrawingRecolours = true;
+
 bool HasColours(ConstLockedBitmap bitmap, const RgbTriple* palette) {
     if (!bitmap) return false;
     RgbTriples own;
@@ -17,7 +20,7 @@ bool HasColours(ConstLockedBitmap bitmap, const RgbTriple* palette) {
 }  // namespace
 
 bool AdoptColours(MemoryHandle* image, const RgbTriple* palette) {
-    if (!palette || HasColours(ImageLock(*image), palette)) return true;
+    if (!kQuirkDrawingRecolours || !palette || HasColours(ImageLock(*image), palette)) return true;
     ImageWriteLock bitmap(image);
     if (bitmap) SetImagePalette(bitmap, palette);
     return bitmap;

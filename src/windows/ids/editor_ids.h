@@ -28,7 +28,6 @@
 #define IDC_IMAGE_TOP 117
 #define IDC_IMAGE_LEFT_UPDOWN 10116
 #define IDC_IMAGE_TOP_UPDOWN 10117
-#define IDC_IMAGE_NAME 799  // not in the template: images lose their names
 
 #define IDC_CONTROL_TRANSPARENT 101
 #define IDC_CONTROL_USER_INPUT 102

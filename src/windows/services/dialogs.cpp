@@ -43,6 +43,9 @@ void CentreWindow(HWND window) {
 
 namespace {
 
+// Font handles travel in 16 bits when a window's children get them, beside the wish to redraw. They differ in these.
+constexpr UINT_PTR kQuirkFontHandleBits = 0xFFFF;
+
 BOOL CALLBACK SetOneFont(HWND child, LPARAM packed) {
     DWORD both = static_cast<DWORD>(packed);
     if (HIWORD(both)) SendMessageW(child, WM_SETFONT, HIWORD(both), MAKELPARAM(FALSE, 0));
@@ -55,7 +58,7 @@ void SetChildFonts(HWND window, HFONT font, bool redraw) {
     HWND first = GetDlgItem(window, IDOK);
     if (!first) first = GetDlgItem(window, IDYES);
     if (first) SetFocus(first);
-    auto shortHandle = static_cast<WORD>(reinterpret_cast<UINT_PTR>(font));
+    auto shortHandle = static_cast<WORD>(reinterpret_cast<UINT_PTR>(font) & kQuirkFontHandleBits);
     EnumChildWindows(window, SetOneFont, MAKELPARAM(redraw, shortHandle));
 }
 

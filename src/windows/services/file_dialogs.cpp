@@ -14,7 +14,8 @@ namespace {
 constexpr DWORD kImagesBufferUnits = 32767;
 constexpr DWORD kTitleUnits = 261;
 constexpr DWORD kSaveTitleUnits = 260;
-constexpr wchar_t kFilters[] = L"GIF files\0*.GIF\0All files\0*.GIF\0";  // both list GIF files alone
+// Both list GIF files alone: no others can be opened.
+constexpr wchar_t kQuirkFilters[] = L"GIF files\0*.GIF\0All files\0*.GIF\0";
 
 DWORD lastFilterIndex;  // of the open dialogs
 
@@ -27,7 +28,7 @@ OPENFILENAMEW GifDialog(HWND owner, wchar_t* file, DWORD units) {
     dialog.lStructSize = sizeof dialog;
     dialog.hwndOwner = owner;
     dialog.hInstance = hInstance;
-    dialog.lpstrFilter = kFilters;
+    dialog.lpstrFilter = kQuirkFilters;
     dialog.lpstrFile = file;
     dialog.nMaxFile = units;
     dialog.Flags = OFN_EXPLORER | OFN_HIDEREADONLY | OFN_NOCHANGEDIR;

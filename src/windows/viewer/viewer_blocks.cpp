@@ -37,7 +37,7 @@ void ShowImage(HWND window, ViewerState& state) {
     Post(window, WM_VIEWER_DELAY);
 }
 
-// Stays in force until the next control block. An animation that repeats never runs without any delay.
+// An animation that repeats never runs without any delay.
 void ApplyControl(ViewerState& state) {
     const ControlFields fields = GetControlFields(state.current);
     state.transparentIndex = (fields.packed & kControlTransparent) ? fields.transparentIndex : kNoTransparentIndex;
@@ -65,7 +65,7 @@ void ShowText(HWND window, const ViewerState& state) {
 void RestartIfLooping(HWND window, ViewerState& state) {
     if (state.loopsLeft <= 0) return;
     --state.loopsLeft;
-    state.nextIndex = kLoopStart;
+    state.nextIndex = kQuirkLoopStart;
     Post(window, WM_VIEWER_NEXT);
 }
 

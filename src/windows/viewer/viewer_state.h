@@ -16,7 +16,9 @@ constexpr UINT_PTR kDelayTimer = 1;
 constexpr uint32_t kNoTransparentIndex = 0xFFFFFFFF;
 constexpr int32_t kNoLoopYet = -1;
 constexpr int32_t kEndlessLoops = 32767;
-constexpr uint32_t kLoopStart = 2;  // repeats begin behind a header and a loop block, wherever those are
+
+// Repeats begin behind a header and a loop block, wherever those are; the loop block is not read again.
+constexpr uint32_t kQuirkLoopStart = 2;
 
 enum Disposal : uint32_t { kDisposeNothing = 0, kDisposeLeave = 1, kDisposeBackground = 2, kDisposePrevious = 3 };
 

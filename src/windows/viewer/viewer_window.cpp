@@ -12,7 +12,10 @@
 
 namespace {
 
-constexpr int kClickCommand = 13;  // what a left click sends; nobody acts on it
+// Nothing resets what a control block says: it is in force for all images up to the next one.
+constexpr bool kQuirkControlStaysInForce = true;
+
+constexpr int kQuirkClickCommand = 13;  // what a left click sends; nobody acts on it
 
 // Puts the wait of an outer viewing back.
 class NestedWait {
@@ -55,6 +58,10 @@ LRESULT OnPaint(HWND window, WPARAM wParam, LPARAM lParam, ViewerState& state) {
 
 LRESULT OnDispose(HWND window, ViewerState& state) {
     DisposeOfImage(window, state);
+    if (!kQuirkControlStaysInForce) {
+        state.transparentIndex = kNoTransparentIndex;
+        state.disposal = state.delay = state.waitForInput = 0;
+    }
     PostMessageW(window, WM_VIEWER_NEXT, 0, 0);
     return 0;
 }
@@ -97,7 +104,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam, Viewer
         case WM_RBUTTONDOWN:
         case WM_RBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, IDCANCEL);
         case WM_LBUTTONDOWN:
-        case WM_LBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, kClickCommand);
+        case WM_LBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, kQuirkClickCommand);
         case WM_DESTROY: return OnDestroy(window, wParam, lParam);
     }
     return Default(window, message, wParam, lParam);
@@ -160,7 +167,7 @@ void RunViewer(HWND owner, BlockList* list) {
     ViewerState state;
     NestedWait nested;
     if (!BeginViewing(&state, list)) {
-        MessageBox(owner, LoadStr(IDS_MISSING));
+        MessageBox(owner, LoadStr(kQuirkMissingString));
         return;
     }
     RegisterViewerClass(state.backgroundBrush);
