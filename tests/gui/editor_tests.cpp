@@ -18,11 +18,11 @@ TEST_F(Editors, OkKeepsTheChangesAndCancelDoesNot) {
         EXPECT_EQ(memcmp(At(block).descriptor, descriptor.data(), descriptor.size()), 0) << block;
     };
     // kQuirkHeaderSorted: 0x87 becomes 0xC7.
-    edit(kSampleHeader, {IDC_HEADER_WIDTH, IDC_HEADER_DEPTH, IDC_HEADER_COLOURS, IDC_HEADER_SORTED},
+    edit(kSampleHeader, {IDC_HEADER_WIDTH, IDC_HEADER_HEIGHT, IDC_HEADER_COLOURS, IDC_HEADER_SORTED},
          "640|480|256 colours|off",
-         {{IDC_HEADER_WIDTH, "800"}, {IDC_HEADER_DEPTH, "70000"}, {IDC_HEADER_SORTED}, {IDC_COLOUR}},
+         {{IDC_HEADER_WIDTH, "800"}, {IDC_HEADER_HEIGHT, "70000"}, {IDC_HEADER_SORTED}, {IDC_COLOUR}},
          "800|70000|256 colours|on", {ChooseCell(15, 15)}, "GIF89a\x20\x03\x70\x11\xC7\xFF\0"s);
-    edit(kSampleImage, {IDC_IMAGE_WIDTH, IDC_IMAGE_DEPTH, IDC_IMAGE_COLOURS, IDC_IMAGE_LEFT, IDC_IMAGE_LOCAL_PALETTE},
+    edit(kSampleImage, {IDC_IMAGE_WIDTH, IDC_IMAGE_HEIGHT, IDC_IMAGE_COLOURS, IDC_IMAGE_LEFT, IDC_IMAGE_LOCAL_PALETTE},
          "40|30|16 colours|0|on",
          {{IDC_IMAGE_LEFT, "7"}, {IDC_IMAGE_TOP, "65535"}, {IDC_IMAGE_LOCAL_PALETTE}, {IDC_IMAGE_INTERLACED}},
          "40|30|16 colours|7|on", {}, "\x07\0\xFF\xFF\x28\0\x1E\0\xC3"s);

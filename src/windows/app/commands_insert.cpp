@@ -27,7 +27,7 @@ void MarkInserted() {
 
 // Inserts a block behind `*place`, which moves on to it, and shows the document with line `shown` selected.
 bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const std::string& path = {}) {
-    if (!InsertBlock(window, &document, place, kind, nullptr, path)) return false;
+    if (!InsertBlock(window, &document, place, kind, path)) return false;
     MarkInserted();  // first: showing it may fail for want of memory
     FillBlockListView(window, &document);
     SelectLine(window, shown);

@@ -8,9 +8,9 @@ struct PaletteButtons;
 // One kind of dialog. Its procedures reach what is edited with Edited (windows/dialogs/edited_block.h); any of them may
 // be null.
 struct DialogKind {
-    const wchar_t* templateName;
-    const char* helpKeyword;                  // the page that the Help button opens
-    bool (*show)(HWND dialog);                // fills the controls; false: told as out of memory, ends with 0
+    const wchar_t* templateName = nullptr;
+    const char* helpKeyword = nullptr;        // the page that the Help button opens
+    bool (*show)(HWND dialog) = nullptr;      // fills the controls; false: told as out of memory, ends with 0
     int (*take)(HWND dialog) = nullptr;       // on OK: reads the controls back and returns what the dialog ends with
     int cancelResult = 0;                     // what it ends with on Cancel
     const PaletteButtons* buttons = nullptr;  // its colour and eyedropper buttons

@@ -68,9 +68,8 @@ Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const
     return block;
 }
 
-bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
-                 const std::string& path) {
-    Result<Block> block = ready ? Result<Block>(*ready) : MakeDefaultBlock(owner, list, kind, path);
+bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const std::string& path) {
+    Result<Block> block = MakeDefaultBlock(owner, list, kind, path);
     if (!block) return false;
     return InsertBlocks(list, selection, {&*block, 1}) || Refuse(owner, IDS_OUT_OF_MEMORY);
 }

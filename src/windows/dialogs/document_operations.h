@@ -44,11 +44,9 @@ private:
 // told, but for an image that the user did not want.
 Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path);
 
-// Inserts a block right after the selected one (after the header when `*selection` is 0 or less) and selects it:
-// `ready` or, when that is null, what MakeDefaultBlock makes. False, with nothing changed, when that fails or memory
-// runs out, which has been told then.
-bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const Block* ready,
-                 const std::string& path = {});
+// Inserts what MakeDefaultBlock makes right after the selected block (after the header when `*selection` is 0 or less)
+// and selects it. False, with nothing changed, when that fails or memory runs out, which has been told then.
+bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const std::string& path = {});
 
 // Deletes the selected block. `*selection` stays, or becomes the last block when it was deleted. False when there is no
 // such block or it is the header, which the user is told.

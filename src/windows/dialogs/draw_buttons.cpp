@@ -1,13 +1,13 @@
 #include "windows/dialogs/draw_buttons.h"
 
+#include "imaging/luminance.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
 
 constexpr COLORREF kDisabledFace = RGB(128, 128, 128);
-constexpr int kFirstBrightLuminance = 129;  // from here on black text reads better than white
-constexpr int kTextTop = 5;                 // pixels below the button's upper edge
+constexpr int kTextTop = 5;  // pixels below the button's upper edge
 constexpr DWORD kBrushWhereSourceIsSet = 0x00E20746;
 constexpr int kIndexTextUnits = 16;
 
@@ -34,8 +34,7 @@ void FillItem(const DRAWITEMSTRUCT& item, HGDIOBJ brush, int larger) {
 }
 
 COLORREF ContrastingText(RgbTriple colour) {
-    int luminance = colour.red * 30 / 100 + colour.green * 59 / 100 + colour.blue * 11 / 100;
-    return luminance < kFirstBrightLuminance ? RGB(255, 255, 255) : RGB(0, 0, 0);
+    return IsLight(colour.red, colour.green, colour.blue) ? RGB(0, 0, 0) : RGB(255, 255, 255);
 }
 
 void DrawIndex(const DRAWITEMSTRUCT& item, RgbTriple face) {

@@ -27,10 +27,10 @@ int EditCopy(HWND mainWindow, BlockList* document, uint32_t index, Block copy, c
 }
 
 void ShowApplicationBlock(HWND owner, const Block& block) {
-    char text[kFormattedBytes];
     const auto* descriptor = reinterpret_cast<const char*>(block.descriptor);
-    FormatStr(text, IDS_APPLICATION_BLOCK, descriptor + kIdentifierOffset, descriptor + kAuthenticationOffset);
-    MessageBox(owner, text);
+    const std::string text =
+        FormatStr(IDS_APPLICATION_BLOCK, descriptor + kIdentifierOffset, descriptor + kAuthenticationOffset);
+    MessageBox(owner, text.c_str());
 }
 
 // What becomes of a block whose kind has no dialog.

@@ -15,7 +15,12 @@ int TakeComment(HWND dialog) {
     return 1;
 }
 
-constexpr DialogKind kCommentDialog = {L"EditCommentBox", "KLMComment", ShowComment, TakeComment};
+constexpr DialogKind kCommentDialog = {
+    .templateName = L"EditCommentBox",
+    .helpKeyword = "KLMComment",
+    .show = ShowComment,
+    .take = TakeComment,
+};
 
 }  // namespace
 

@@ -77,8 +77,14 @@ bool OnControlClick(HWND dialog, int id) {
     return true;
 }
 
-constexpr DialogKind kControlDialog = {L"EditControlBox", "KLMControl",  ShowControl, TakeControl, 0,
-                                       &kButtons,         OnControlClick};
+constexpr DialogKind kControlDialog = {
+    .templateName = L"EditControlBox",
+    .helpKeyword = "KLMControl",
+    .show = ShowControl,
+    .take = TakeControl,
+    .buttons = &kButtons,
+    .onClick = OnControlClick,
+};
 
 }  // namespace
 

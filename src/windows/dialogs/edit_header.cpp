@@ -27,7 +27,7 @@ constexpr PaletteButtons kButtons = {
 bool ShowHeader(HWND dialog) {
     HeaderFields header = GetHeaderFields(*Edited<Block>(dialog));
     ShowNumber(dialog, IDC_HEADER_WIDTH, header.screenWidth);
-    ShowNumber(dialog, IDC_HEADER_DEPTH, header.screenHeight);
+    ShowNumber(dialog, IDC_HEADER_HEIGHT, header.screenHeight);
     ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed & kHasPalette);
     ShowColourCount(dialog, IDC_HEADER_COLOURS, header.packed);
     ShowCheck(dialog, IDC_HEADER_SORTED, header.packed & kQuirkHeaderSorted);
@@ -40,7 +40,7 @@ int TakeHeader(HWND dialog) {
     header.packed = TakeFlag(dialog, IDC_HEADER_SORTED, header.packed, kQuirkHeaderSorted);
     header.packed = TakeFlag(dialog, IDC_HEADER_GLOBAL_PALETTE, header.packed, kHasPalette);
     header.screenWidth = TakeNumber(dialog, IDC_HEADER_WIDTH);
-    header.screenHeight = TakeNumber(dialog, IDC_HEADER_DEPTH);
+    header.screenHeight = TakeNumber(dialog, IDC_HEADER_HEIGHT);
     PutHeaderFields(Edited<Block>(dialog), header);
     return 1;
 }
@@ -65,8 +65,14 @@ bool OnHeaderClick(HWND dialog, int id) {
     return true;
 }
 
-constexpr DialogKind kHeaderDialog = {L"EditHeaderBox", "KLMHeader",  ShowHeader, TakeHeader, 0,
-                                      &kButtons,        OnHeaderClick};
+constexpr DialogKind kHeaderDialog = {
+    .templateName = L"EditHeaderBox",
+    .helpKeyword = "KLMHeader",
+    .show = ShowHeader,
+    .take = TakeHeader,
+    .buttons = &kButtons,
+    .onClick = OnHeaderClick,
+};
 
 }  // namespace
 

@@ -19,7 +19,7 @@ bool ShowImage(HWND dialog) {
     const Block& block = *Edited<Block>(dialog);
     ImageFields image = GetImageFields(block);
     ShowNumber(dialog, IDC_IMAGE_WIDTH, image.width);
-    ShowNumber(dialog, IDC_IMAGE_DEPTH, image.height);
+    ShowNumber(dialog, IDC_IMAGE_HEIGHT, image.height);
     ShowNumber(dialog, IDC_IMAGE_LEFT, image.left);
     ShowNumber(dialog, IDC_IMAGE_TOP, image.top);
     ShowCheck(dialog, IDC_IMAGE_LOCAL_PALETTE, image.packed & kHasPalette);
@@ -47,7 +47,12 @@ int TakeImage(HWND dialog) {
     return 1;
 }
 
-constexpr DialogKind kImageDialog = {L"EditImageBox", "KLMImage", ShowImage, TakeImage};
+constexpr DialogKind kImageDialog = {
+    .templateName = L"EditImageBox",
+    .helpKeyword = "KLMImage",
+    .show = ShowImage,
+    .take = TakeImage,
+};
 
 }  // namespace
 

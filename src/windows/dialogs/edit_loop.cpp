@@ -17,7 +17,12 @@ int TakeLoop(HWND dialog) {
     return 1;
 }
 
-constexpr DialogKind kLoopDialog = {L"EditLoopBox", "KLMLoop", ShowLoop, TakeLoop};
+constexpr DialogKind kLoopDialog = {
+    .templateName = L"EditLoopBox",
+    .helpKeyword = "KLMLoop",
+    .show = ShowLoop,
+    .take = TakeLoop,
+};
 
 }  // namespace
 

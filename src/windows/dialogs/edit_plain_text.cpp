@@ -65,8 +65,14 @@ int TakePlainText(HWND dialog) {
     return kQuirkCancelKeepsColours;
 }
 
-constexpr DialogKind kPlainTextDialog = {L"EditPlainTextBox", "KLMPlaintext",           ShowPlainText,
-                                         TakePlainText,       kQuirkCancelKeepsColours, &kButtons};
+constexpr DialogKind kPlainTextDialog = {
+    .templateName = L"EditPlainTextBox",
+    .helpKeyword = "KLMPlaintext",
+    .show = ShowPlainText,
+    .take = TakePlainText,
+    .cancelResult = kQuirkCancelKeepsColours,
+    .buttons = &kButtons,
+};
 
 }  // namespace
 

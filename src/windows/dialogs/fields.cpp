@@ -29,7 +29,6 @@ uint8_t TakeFlag(HWND dialog, int id, uint8_t packed, uint8_t mask) {
 }
 
 void ShowColourCount(HWND dialog, int id, uint8_t packed) {
-    char text[kFormattedBytes];
-    FormatStr(text, IDS_COLOUR_COUNT, static_cast<unsigned>(ColoursOfPacked(packed)));
+    const std::string text = FormatStr(IDS_COLOUR_COUNT, static_cast<unsigned>(ColoursOfPacked(packed)));
     SetDlgItemTextW(dialog, id, WideFrom1252(text).c_str());
 }

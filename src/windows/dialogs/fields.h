@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <string>
 
 #include "platform/api_win32.h"
 #include "texts/strings.h"
@@ -20,15 +21,15 @@ bool TakeCheck(HWND dialog, int id);
 // `packed` with the bits of `mask` set or cleared as the check box is.
 uint8_t TakeFlag(HWND dialog, int id, uint8_t packed, uint8_t mask);
 
-constexpr size_t kFormattedBytes = 260;  // room for every formatted text of the dialogs
-
-// Fills `text` with the string number `id`, a printf format that `values` go into. (The string table's texts and the
+// The string number `id`, a printf format, with `values` in it, at most 259 bytes. (The string table's texts and the
 // arguments here are fixed together, which the compiler can't see.)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wformat-nonliteral"
-template <size_t size, typename... Values>
-void FormatStr(char (&text)[size], unsigned id, Values... values) {
-    snprintf(text, size, LoadStr(id), values...);
+template <typename... Values>
+std::string FormatStr(unsigned id, Values... values) {
+    char text[260];
+    snprintf(text, sizeof text, LoadStr(id), values...);
+    return text;
 }
 #pragma GCC diagnostic pop
 

@@ -29,7 +29,11 @@ bool OnKind(HWND dialog, int id) {
     return false;
 }
 
-constexpr DialogKind kInsertBox = {L"InsertBox", nullptr, ShowKinds, nullptr, 0, nullptr, OnKind};
+constexpr DialogKind kInsertBox = {
+    .templateName = L"InsertBox",
+    .show = ShowKinds,
+    .onClick = OnKind,
+};
 
 }  // namespace
 

@@ -44,7 +44,13 @@ int TakeChoice(HWND dialog) {
     return choice;
 }
 
-constexpr DialogKind kPaletteBox = {L"PaletteNoMatchBox", "KLMInsert", ShowChoices, TakeChoice, kPaletteCancel};
+constexpr DialogKind kPaletteBox = {
+    .templateName = L"PaletteNoMatchBox",
+    .helpKeyword = "KLMInsert",
+    .show = ShowChoices,
+    .take = TakeChoice,
+    .cancelResult = kPaletteCancel,
+};
 
 }  // namespace
 

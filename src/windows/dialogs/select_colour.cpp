@@ -77,8 +77,11 @@ INT_PTR OnGridMessage(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
     return FALSE;
 }
 
-constexpr DialogKind kColourPicker = {L"SelectColourBox", nullptr, ShowGrid, nullptr, 0, nullptr, nullptr,
-                                      OnGridMessage};
+constexpr DialogKind kColourPicker = {
+    .templateName = L"SelectColourBox",
+    .show = ShowGrid,
+    .onMessage = OnGridMessage,
+};
 
 }  // namespace
 

@@ -24,14 +24,12 @@ namespace {
 
 constexpr int kDelays[] = {1,   5,   10,  20,   50,   75,   100,  200,  // hundredths of a second
                            250, 500, 750, 1000, 1500, 2000, 3000, 5000};
-constexpr WPARAM kUsualDelay = 6;  // its index
-constexpr int kDelayTextBytes = 64;
+constexpr WPARAM kUsualDelay = 6;                 // its index
 constexpr int kPictureLeft = 8, kPictureTop = 8;  // pixels
 
 void FillDelays(HWND dialog) {
     for (int delay : kDelays) {
-        char text[kDelayTextBytes];
-        FormatStr(text, IDS_DELAY_ITEM, static_cast<unsigned>(delay));
+        const std::string text = FormatStr(IDS_DELAY_ITEM, static_cast<unsigned>(delay));
         SendDlgItemMessageW(dialog, IDC_WIZARD_DELAYS, LB_ADDSTRING, 0,
                             reinterpret_cast<LPARAM>(WideFrom1252(text).c_str()));
     }
@@ -143,8 +141,13 @@ INT_PTR OnWizardMessage(HWND dialog, UINT message, WPARAM, LPARAM) {
     return TRUE;
 }
 
-constexpr DialogKind kWizardKind = {L"AnimationWizardBox", "KLMAnimationWizard", ShowWizard, nullptr, 0, nullptr,
-                                    OnWizardClick,         OnWizardMessage};
+constexpr DialogKind kWizardKind = {
+    .templateName = L"AnimationWizardBox",
+    .helpKeyword = "KLMAnimationWizard",
+    .show = ShowWizard,
+    .onClick = OnWizardClick,
+    .onMessage = OnWizardMessage,
+};
 
 }  // namespace
 

@@ -3,47 +3,69 @@
 
 #include "platform/api_win32.h"
 
-// Restores everything selected into or set on a device context.
-class SavedDc {
+// Something that is given back by `GiveBack`, a function object, unless it is null.
+template <typename T, typename GiveBack>
+class Guard {
 public:
-    explicit SavedDc(HDC dc) : dc_(dc), level_(SaveDC(dc)) {}
-    ~SavedDc() { RestoreDC(dc_, level_); }
-    SavedDc(const SavedDc&) = delete;
-    SavedDc& operator=(const SavedDc&) = delete;
+    explicit Guard(T taken, GiveBack giveBack = {}) : taken_(taken), giveBack_(giveBack) {}
+    ~Guard() {
+        if (taken_) giveBack_(taken_);
+    }
+    Guard(const Guard&) = delete;
+    Guard& operator=(const Guard&) = delete;
+
+    T Get() const { return taken_; }
+    explicit operator bool() const { return taken_ != T{}; }
 
 private:
-    HDC dc_;
-    int level_;
+    T taken_;
+    GiveBack giveBack_;
 };
 
-// Owns a brush, pen or bitmap.
-class OwnedGdiObject {
-public:
-    explicit OwnedGdiObject(HGDIOBJ object) : object_(object) {}
-    ~OwnedGdiObject() {
-        if (object_) DeleteObject(object_);
-    }
-    OwnedGdiObject(const OwnedGdiObject&) = delete;
-    OwnedGdiObject& operator=(const OwnedGdiObject&) = delete;
-    HGDIOBJ Get() const { return object_; }
+namespace give_back {
 
-private:
-    HGDIOBJ object_;
+struct Delete {
+    void operator()(HGDIOBJ object) const { DeleteObject(object); }
+};
+struct DeleteContext {
+    void operator()(HDC dc) const { DeleteDC(dc); }
+};
+struct Restore {
+    void operator()(int level) const { RestoreDC(dc, level); }
+    HDC dc;
+};
+struct Select {
+    void operator()(HGDIOBJ object) const { SelectObject(dc, object); }
+    HDC dc;
+};
+struct Release {
+    void operator()(HDC dc) const { ReleaseDC(window, dc); }
+    HWND window;
+};
+
+}  // namespace give_back
+
+// Owns a brush, pen or bitmap.
+using OwnedGdiObject = Guard<HGDIOBJ, give_back::Delete>;
+
+// Restores everything selected into or set on a device context.
+struct SavedDc : Guard<int, give_back::Restore> {
+    explicit SavedDc(HDC dc) : Guard(SaveDC(dc), {dc}) {}
 };
 
 // A memory device context compatible with `dc`.
-class MemoryDc {
-public:
-    explicit MemoryDc(HDC dc) : dc_(CreateCompatibleDC(dc)) {}
-    ~MemoryDc() {
-        if (dc_) DeleteDC(dc_);
-    }
-    MemoryDc(const MemoryDc&) = delete;
-    MemoryDc& operator=(const MemoryDc&) = delete;
-    HDC Get() const { return dc_; }
+struct MemoryDc : Guard<HDC, give_back::DeleteContext> {
+    explicit MemoryDc(HDC dc) : Guard(CreateCompatibleDC(dc)) {}
+};
 
-private:
-    HDC dc_;
+// The device context of a window's client area, or, for null, of the screen.
+struct WindowDc : Guard<HDC, give_back::Release> {
+    explicit WindowDc(HWND window) : Guard(GetDC(window), {window}) {}
+};
+
+// Selects an object, and puts the one before back.
+struct SelectedObject : Guard<HGDIOBJ, give_back::Select> {
+    SelectedObject(HDC dc, HGDIOBJ object) : Guard(SelectObject(dc, object), {dc}) {}
 };
 
 // What WM_PAINT begins and ends.
@@ -58,36 +80,4 @@ public:
 private:
     HWND window_;
     PAINTSTRUCT paint_ = {};
-};
-
-// The device context of a window's client area, or, for null, of the screen.
-class WindowDc {
-public:
-    explicit WindowDc(HWND window) : window_(window), dc_(GetDC(window)) {}
-    ~WindowDc() {
-        if (dc_) ReleaseDC(window_, dc_);
-    }
-    WindowDc(const WindowDc&) = delete;
-    WindowDc& operator=(const WindowDc&) = delete;
-    HDC Get() const { return dc_; }
-
-private:
-    HWND window_;
-    HDC dc_;
-};
-
-// Selects an object, and puts the one before back.
-class SelectedObject {
-public:
-    SelectedObject(HDC dc, HGDIOBJ object) : dc_(dc), previous_(SelectObject(dc, object)) {}
-    ~SelectedObject() {
-        if (previous_) SelectObject(dc_, previous_);
-    }
-    SelectedObject(const SelectedObject&) = delete;
-    SelectedObject& operator=(const SelectedObject&) = delete;
-    explicit operator bool() const { return previous_ != nullptr; }
-
-private:
-    HDC dc_;
-    HGDIOBJ previous_;
 };
