@@ -141,7 +141,7 @@ int RunBuild(const Words& words) {
     if (error.empty() && !out) error = "give the file to write with -o OUT";
     if (error.empty() && files.size() < kFewestFiles) error = "give at least two files";
     if (error.empty()) error = WrongNames(options);
-    if (!error.empty()) return WrongUsage("build", error);
+    if (!error.empty() || !out) return WrongUsage("build", error);
 
     BlockList document;
     BuildResult result = Build(settings, files, options.Has("--skip-corrupted"), &document);

@@ -105,16 +105,21 @@ bool MakeBlocks(BlockList* list, const Order& order, const std::string& path, st
     InsertAnswers answers(order.colours);
     for (const std::string& file : order.files) {
         Result<Block> image = ImportImage(list, file, answers);
-        if (!image) return Complain(file, WhyNotInserted(file, image)), false;
+        if (!image) {
+            Complain(file, WhyNotInserted(file, image));
+            return false;
+        }
         blocks->push_back(*image);
     }
     if (order.kind == kImageBlock) return true;
     std::string reason = WhyNotAllowed(*list, order.kind);
-    if (!reason.empty()) return Complain(path, reason), false;
-    Result<Block> block = MakeBlock(list, order.kind);
-    if (!block) return Complain(path, "out of memory"), false;
-    blocks->push_back(*block);
-    return true;
+    Result<Block> block = reason.empty() ? MakeBlock(list, order.kind) : Failure::kNotAllowed;
+    if (block) {
+        blocks->push_back(*block);
+        return true;
+    }
+    Complain(path, reason.empty() ? "out of memory" : reason);
+    return false;
 }
 
 // All at once, so that the blocks behind them move only once.

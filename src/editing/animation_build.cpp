@@ -90,7 +90,10 @@ bool Build::ChoosePalette(const std::string& firstFile) {
     if (settings_.matching == PaletteMatching::kFirstPalette) {
         Result<FirstImage> first = ReadFirstImage(firstFile);
         ImageLock bitmap(first->bitmap);
-        if (!bitmap) return Blame(first), false;
+        if (!bitmap) {
+            Blame(first);
+            return false;
+        }
         palette_.depth = first->depth;
         GetImagePalette(bitmap, palette_.colours);
         if (palette_.depth <= 8) return true;
@@ -101,7 +104,7 @@ bool Build::ChoosePalette(const std::string& firstFile) {
 }
 
 bool Build::SetGlobalPalette() {
-    Block* header = &draft_.blocks[0];
+    Block* header = &draft_.All().front();
     HeaderFields fields = GetHeaderFields(*header);
     fields.packed = WithDepth(fields.packed, palette_.depth);
     PutHeaderFields(header, fields);

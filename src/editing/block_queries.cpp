@@ -50,8 +50,7 @@ const Block* FindPreviousImage(const BlockList& list, uint32_t index) {
 
 GlobalPalette GetGlobalPalette(const BlockList& list) {
     const Block* header = FindHeader(list);
-    uint8_t packed = header ? GetHeaderFields(*header).packed : 0;
-    return packed & kHasPalette ? GlobalPalette{header->palette, DepthOfPacked(packed)} : GlobalPalette();
+    return header ? PaletteOfHeader(*header) : GlobalPalette();
 }
 
 bool BorrowPalette(Block* block) {

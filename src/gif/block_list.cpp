@@ -123,10 +123,16 @@ const Block* FindHeader(const BlockList& list) {
     return index < 0 ? nullptr : &list.blocks[static_cast<uint32_t>(index)];
 }
 
+GlobalPalette PaletteOfHeader(const Block& header) {
+    uint8_t packed = GetHeaderFields(header).packed;
+    if (!(packed & kHasPalette)) return {};
+    return {header.palette, DepthOfPacked(packed)};
+}
+
 GlobalPalette FindGlobalPalette(const BlockList& list) {
     for (const Block& block : list.All()) {
-        uint8_t packed = GetHeaderFields(block).packed;
-        if (block.kind == kHeaderBlock && (packed & kHasPalette)) return {block.palette, DepthOfPacked(packed)};
+        GlobalPalette palette = block.kind == kHeaderBlock ? PaletteOfHeader(block) : GlobalPalette();
+        if (palette.depth != 0) return palette;
     }
     return {};
 }

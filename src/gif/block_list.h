@@ -21,6 +21,7 @@ struct BlockList {
     uint16_t flags = 0;               // cleared at creation, without further use
     uint32_t reserved = 0;            // records that there is really room for
 
+    // NOLINTNEXTLINE(readability-make-member-function-const): the records of a list that is to stay are not to change
     std::span<Block> All() { return {blocks.get(), count}; }
     std::span<const Block> All() const { return {blocks.get(), count}; }
 };
@@ -58,6 +59,9 @@ struct GlobalPalette {
     Palette colours;
     int depth = 0;
 };
+
+// That of a HEADER block.
+GlobalPalette PaletteOfHeader(const Block& header);
 
 // That of the first header that has one.
 GlobalPalette FindGlobalPalette(const BlockList& list);

@@ -26,11 +26,8 @@ Result<FirstImage> ReadFirstImage(File& file) {
     if (file.HasFailed()) return {Failure::kCantRead, file.Reason()};
     if (result == kHeaderNotGif) return Failure::kNotGif;
     if (result != kHeaderRead || !FindImage(file)) return Failure::kDamaged;
-    uint8_t packed = GetHeaderFields(header).packed;
-    GlobalPalette global;
-    if (packed & kHasPalette) global = {header.palette, DepthOfPacked(packed)};
     Block image;
-    bool wasRead = ReadImage(file, &image, global) == kImageRead;
+    bool wasRead = ReadImage(file, &image, PaletteOfHeader(header)) == kImageRead;
     if (file.HasFailed()) return {Failure::kCantRead, file.Reason()};
     if (!wasRead) return Failure::kDamaged;
     return FirstImage{image.data, DepthOfPacked(GetImageFields(image).packed)};

@@ -10,16 +10,10 @@
 
 namespace {
 
-// The header is block 0 as long as a document is read: nothing is searched, however many images come.
-GlobalPalette PaletteOfHeader(const BlockList& list) {
-    const Block& header = list.blocks[0];
-    uint8_t packed = GetHeaderFields(header).packed;
-    return packed & kHasPalette ? GlobalPalette{header.palette, DepthOfPacked(packed)} : GlobalPalette();
-}
-
 bool ReadAndKeepImage(BlockList* list, File& file, ReadReport* report) {
     Block block;
-    ImageResult result = ReadImage(file, &block, PaletteOfHeader(*list));
+    // The header is block 0 as long as a document is read: nothing is searched, however many images come.
+    ImageResult result = ReadImage(file, &block, PaletteOfHeader(list->blocks[0]));
     // Memory that was short for a moment costs the picture, not the document.
     report->imageLeftBlank |= result == kImageLeftBlank;
     if (result == kImageFailed || !AppendBlock(list, std::move(block))) return false;

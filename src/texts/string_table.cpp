@@ -10,6 +10,7 @@ namespace {
 
 struct Entry {
     unsigned id;
+    // cppcheck-suppress unusedStructMember ; the entries come by an include
     const char* text;
 };
 
@@ -23,8 +24,8 @@ constexpr Entry kEntries[] = {
 
 const char* LoadStr(unsigned id) {
     static char buffer[256];
-    auto* entry = std::lower_bound(std::begin(kEntries), std::end(kEntries), id,
-                                   [](const Entry& e, unsigned wanted) { return e.id < wanted; });
+    const auto* entry = std::lower_bound(std::begin(kEntries), std::end(kEntries), id,
+                                         [](const Entry& e, unsigned wanted) { return e.id < wanted; });
     bool found = entry != std::end(kEntries) && entry->id == id;
     const char* text = found ? entry->text : "String table error - this application may be damaged";
     strncpy(buffer, text, sizeof buffer - 1);
