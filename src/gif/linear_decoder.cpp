@@ -53,6 +53,7 @@ bool LinearDecoder::Prepare(uint64_t room) {
     return memory_ != nullptr;
 }
 
+// In one piece: with the state of the dictionary in a type of its own the compiler gives up registers (5 to 10 %).
 LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize) {
     const unsigned clearCode = 1u << codeSize;
     const unsigned startWidth = static_cast<unsigned>(codeSize) + 1;
