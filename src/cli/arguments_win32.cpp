@@ -1,6 +1,6 @@
 #include "cli/arguments.h"
-#include "platform/api_win32.h"
 #include "platform/wide_text_win32.h"
+#include "platform/windows_api.h"
 
 #include <fcntl.h>
 #include <io.h>

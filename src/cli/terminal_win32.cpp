@@ -1,5 +1,5 @@
 #include "cli/terminal.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 bool ErrorsGoToTerminal() {
     DWORD mode;

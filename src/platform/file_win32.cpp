@@ -1,9 +1,9 @@
 #include <algorithm>
 
-#include "platform/api_win32.h"
 #include "platform/faults.h"
 #include "platform/file_system.h"
 #include "platform/wide_text_win32.h"
+#include "platform/windows_api.h"
 
 const int kSystemNoMemory = ERROR_NOT_ENOUGH_MEMORY;
 const int kSystemFileTooLarge = ERROR_FILE_TOO_LARGE;

@@ -1,6 +1,6 @@
-#include "platform/api_win32.h"
 #include "platform/identity.h"
 #include "platform/wide_text_win32.h"
+#include "platform/windows_api.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
-#include "platform/api_win32.h"
 #include "platform/interrupts.h"
+#include "platform/windows_api.h"
 
 namespace {
 

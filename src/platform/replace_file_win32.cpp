@@ -4,11 +4,11 @@
 #include <random>
 #include <string>
 
-#include "platform/api_win32.h"
 #include "platform/file_system.h"
 #include "platform/interrupts.h"
 #include "platform/replace_file.h"
 #include "platform/wide_text_win32.h"
+#include "platform/windows_api.h"
 
 namespace {
 

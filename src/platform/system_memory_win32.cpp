@@ -1,5 +1,5 @@
-#include "platform/api_win32.h"
 #include "platform/system_memory.h"
+#include "platform/windows_api.h"
 
 // A movable object of 0 bytes would be made discarded, which can't be locked.
 SystemMemory::SystemMemory(uint64_t bytes)

@@ -1,6 +1,6 @@
 // Whose names the command line writes where there is a registry.
-#include "platform/api_win32.h"
 #include "platform/identity.h"
+#include "platform/windows_api.h"
 #include "tests/support/cli_runner.h"
 #include "tests/support/test_blocks.h"
 

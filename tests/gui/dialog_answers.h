@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Presses the button as a user would: tells the dialog, when the button exists and is enabled. Else the test fails.
 void PressButton(HWND dialog, int button);

@@ -1,6 +1,6 @@
 // The About box: name, version and build.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 void ShowAboutBox(HWND owner);

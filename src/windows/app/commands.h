@@ -1,7 +1,7 @@
 // The commands of the main window's menus and the notifications of its list.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Runs command `id`; `notification` tells what happened in the list, for its own id. Always answers 0.
 LRESULT OnCommand(HWND window, int id, int notification);

@@ -1,7 +1,7 @@
 // The commands that create, load, save and discard the document.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 void OnNew(HWND window);
 void OnOpen(HWND window);

@@ -1,7 +1,7 @@
 // The information panel, shown at start and from the Help menu.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Shows the panel and waits; its check box sets settings.showStartupBanner.
 void ShowInformationPanel(HWND owner);

@@ -1,7 +1,7 @@
 // The main window: its class, its creation and the messages it answers.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Opens the file whose name (UTF-8) lParam points to; the document before must have been closed.
 constexpr UINT UM_OPENFILE = WM_USER + 46;

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Puts `name` at the top, unless it is listed already, is no full path with a drive, or the list is switched off.
 // The oldest ones beyond the number set are dropped. Without memory for the names the list stays as it is.

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // The folder in which the editor keeps the file, in UTF-8. Empty: nowhere.
 extern std::string settingsFolder;

@@ -1,7 +1,7 @@
 // What happens between the system starting the program and the program ending.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // The font and the brush that all windows share, for as long as the windows live.
 void CreateShellObjects(HINSTANCE instance);

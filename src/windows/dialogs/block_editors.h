@@ -2,7 +2,7 @@
 #pragma once
 
 #include "gif/block.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Each lets the user edit `block`, a copy whose `owner` and `position` tell its place in the document, and returns
 // whether to keep what is in the copy then (0: no).

@@ -1,7 +1,7 @@
 // What all dialogs of the editing floor do alike: font, colours, centring, up-down controls, OK, Cancel and Help.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 struct PaletteButtons;
 

@@ -6,7 +6,7 @@
 
 #include "editing/questions.h"
 #include "gif/block_list.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Answers of the palette dialog, and what is remembered of them.
 constexpr int kAskForPalette = -1;

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "imaging/image_bitmap.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // A face in the colour of entry `index` of `palette` (256 entries), with the button's text on it; grey without a text
 // when the button is disabled.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "gif/block_list.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 enum EditResult { kBlockEdited = 0, kBlockInaccessible = 1, kBlockUnchanged = 2 };
 

@@ -1,7 +1,7 @@
 // What dialogs edit.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // What the innermost dialog edits: a Block for the block editors, a parameter record for others. Null while no dialog
 // runs; dialogs nest. A dialog's own messages go by SubjectOf, as they also come while another one runs on top of it.

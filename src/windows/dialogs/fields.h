@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <string>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 #include "texts/strings.h"
 
 void EnableControl(HWND dialog, int id, bool enable);

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "gif/block_list.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Lets the user choose what to insert into `document`. Returns the BlockKind (IMAGE, CONTROL, COMMENT, PLAIN TEXT or
 // LOOP), or 0 on Cancel.

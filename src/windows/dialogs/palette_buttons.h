@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "gif/block.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 struct ColourButton {
     int id;                                // 0: none

@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "gif/block.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Shows the image at the top left of a window as large as the screen (what does not fit stays unseen) and waits for a
 // click on it. Returns whether a pixel was picked; `*index` is then its value. After a cancel (right button, Enter,

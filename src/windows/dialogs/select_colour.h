@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "imaging/image_bitmap.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // What the picker's dialog works on.
 struct ColourRequest {

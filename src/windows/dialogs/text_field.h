@@ -2,7 +2,7 @@
 #pragma once
 
 #include "gif/block.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Sets the edit field up (fixed pitch, limit of kMaxTextBytes, Ctrl+A selects all) and shows the block's text up to its
 // first NUL. False when it can't be shown whole; taking it back would then lose text.

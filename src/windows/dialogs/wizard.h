@@ -2,7 +2,7 @@
 #pragma once
 
 #include "gif/block_list.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Runs the wizard. `document` comes empty, without memory of its own. Returns 1 when a new animation was put into it,
 // 0 with nothing changed when the user cancelled or the build failed, which the user has been told.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Adds files to the list, one file dialog after the other until the user cancels one.
 void SelectWizardFiles(HWND dialog);

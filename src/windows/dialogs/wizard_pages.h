@@ -1,7 +1,7 @@
 // The pages of the Animation Wizard's dialog.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 constexpr int kWizardFilesPage = 5;
 constexpr int kWizardLastPage = 6;

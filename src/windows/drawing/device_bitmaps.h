@@ -2,7 +2,7 @@
 #pragma once
 
 #include "imaging/image_bitmap.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Draws the whole image with its own colours at (x, y), combined with what is there by the raster operation.
 // Nothing happens on failure, nor for an image without pixels.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "imaging/image_bitmap.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Writes `palette` (as many entries as the bitmap's colour table; null: nothing) into the bitmap's colour table, where
 // later drawings find it. A bitmap that others share is copied first. False when there is no memory for that.

@@ -1,7 +1,7 @@
 // Takes back what drawing took, at the end of the scope. Declare an object before the state that selects it.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Something that is given back by `GiveBack`, a function object, unless it is null.
 template <typename T, typename GiveBack>

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "gif/block_list.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Draws the PLAIN TEXT block, whose owner is the document, on `dc` in the document's colours, so that the middle of the
 // logical screen comes to the middle of a frame: `frame`, with a small Courier, or, when null, the client area of

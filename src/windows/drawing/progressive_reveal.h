@@ -1,7 +1,7 @@
 // The pace at which an image appears row by row.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Lets rows appear on `dc` at the pace of the settings, 4 ms each unless changed and a second at most. The pace is kept
 // from the start on, as the system's sleep is too coarse for a single row. Input that is going to close the window of

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "imaging/image_bitmap.h"
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // What RealizeImagePalette has to give back; all null when nothing was made.
 struct ScreenPalette {

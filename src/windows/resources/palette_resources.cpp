@@ -1,7 +1,7 @@
 #include "imaging/palette_resources.h"
 
-#include "platform/api_win32.h"
 #include "platform/wide_text_win32.h"
+#include "platform/windows_api.h"
 
 const uint8_t* FindPaletteResource(const char* name) {
     HMODULE program = GetModuleHandleW(nullptr);

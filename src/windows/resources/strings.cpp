@@ -1,7 +1,7 @@
 // The string table as the editor has it: in the program's resources.
 #include <cstring>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 #include "texts/strings.h"
 
 namespace {

@@ -1,7 +1,7 @@
 // What every dialog of the program has in common.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // The answer to WM_CTLCOLORMSGBOX, WM_CTLCOLORBTN, WM_CTLCOLORDLG and WM_CTLCOLORSTATIC: sets the colours of `dc` and
 // returns hFaceBrush, its origin aligned to the window's place on the screen.

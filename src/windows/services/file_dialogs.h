@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Each returns whether the user confirmed; if not, `name` stays.
 bool OpenGifDialog(HWND owner, std::string* name);  // in: a path whose folder to start in, or empty; out: the choice

@@ -6,7 +6,7 @@
 // on.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // While it lives, a dialog of this thread, the system's included, that goes away waits until the dialog underneath has
 // been given the focus. It waits half a second at most, and not at all where no window manager has a say.

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Shows the page of `keyword` ("KLMHeader" and so on): in the help viewer or, if that shows nothing, in the browser.
 // When neither can be had, the user is told.

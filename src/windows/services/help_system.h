@@ -1,7 +1,7 @@
 // The help viewer and the browser of the system, as HelpSystem (windows/services/help.h) wants them.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 bool CallHelpViewer(HWND owner, const char* file, UINT command, const void* data);
 bool HelpViewerAppears();

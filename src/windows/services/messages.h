@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 // Shows `text` with an OK button and waits. The second form is for texts with names of files, which may be in any
 // script.

@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 using DialogStep = std::function<void(HWND dialog)>;
 

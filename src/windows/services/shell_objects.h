@@ -1,7 +1,7 @@
 // The process-wide objects that start-up creates and everyone with a window uses.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 extern HINSTANCE hInstance;  // the program's module: resources and strings come from here
 extern HWND hMainWindow;

@@ -1,6 +1,6 @@
 #include "windows/services/user_abort.h"
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 bool UserAbortRequested() {
     MSG message;

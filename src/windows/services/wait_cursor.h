@@ -1,7 +1,7 @@
 // The hourglass, for the length of a scope.
 #pragma once
 
-#include "platform/api_win32.h"
+#include "platform/windows_api.h"
 
 class WaitCursor {
 public:
