@@ -28,14 +28,23 @@ enum BlockKind : uint16_t {
 constexpr int kDescriptorBytes = 17;
 constexpr uint32_t kMaxTextBytes = 32767;  // text kept of one block; what a file holds beyond that is dropped
 
+// Where in its `aux` a block's bytes stand. All zero for a block that did not come from a file read whole.
+struct SourcePlace {
+    uint32_t start = 0;  // of the bytes that start no block and stand before this one
+    uint32_t stray = 0;  // so many; the block's own follow them
+    uint32_t bytes = 0;  // the block's own; 0 once it was changed: it is encoded then
+};
+
 struct Block {
     uint16_t kind = kEmptyBlock;
     uint16_t position = 0;     // index in the list
     uint16_t paletteBits = 0;  // working copies of the control and plain-text editors: bit count of `palette`
     uint8_t descriptor[kDescriptorBytes] = {};  // the bytes of the file, see descriptor.h
+    bool isCutOff = false;                      // by the end of the file: what follows `source` would join this block
     uint32_t dataLength = 0;                    // bytes of text in `data`, without the terminating NUL
-    MemoryHandle data;           // IMAGE: the bitmap; text kinds: the bytes, NUL-terminated; otherwise none
-    MemoryHandle aux;            // a second handle, for whoever wants to keep more of the block
+    MemoryHandle data;           // IMAGE: the bitmap, none when it can't be had; text kinds: the bytes, NUL-terminated; otherwise none
+    SourcePlace source;
+    MemoryHandle aux;            // the file that it was read from, in the whole manner (source_bytes.h); otherwise none
     MemoryHandle name;           // optional block name, NUL-terminated
     Palette palette;             // HEADER: the global colour table; IMAGE: its local one, black without one
     BlockList* owner = nullptr;  // the list that the record was made for

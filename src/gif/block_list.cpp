@@ -49,6 +49,8 @@ BlockList& BlockList::operator=(BlockList&& other) noexcept {
     count = std::exchange(other.count, 0);
     flags = std::exchange(other.flags, uint16_t{0});
     reserved = std::exchange(other.reserved, 0);
+    before = std::exchange(other.before, {});
+    after = std::exchange(other.after, {});
     for (Block& block : All()) block.owner = this;
     return *this;
 }

@@ -9,6 +9,21 @@
 
 constexpr uint32_t kBlockListStep = 64;  // records by which the capacity grows
 
+// The two manners of keeping a document. Classic is exact about what the editor always did: what is not understood is
+// dropped, what is written is written anew. Whole loses nothing: what nobody changed is written as it was read.
+enum class Manner : uint8_t { kClassic, kWhole };
+
+// A list's `flags`.
+constexpr uint16_t kReadWhole = 1;  // its blocks know the bytes they came from
+constexpr uint16_t kMadeHere = 2;   // not read from a file: the screen follows the images
+
+// Bytes of a file that belong to no block.
+struct FileBytes {
+    MemoryHandle memory;  // the whole file
+    uint32_t start = 0;
+    uint32_t bytes = 0;
+};
+
 // A list releases its blocks with itself. Moving one makes the new list the owner of its records.
 struct BlockList {
     BlockList() = default;
@@ -18,8 +33,11 @@ struct BlockList {
     std::unique_ptr<Block[]> blocks;  // the records, in a row
     uint32_t capacity = 0;            // records that the array counts as holding
     uint32_t count = 0;               // records in use
-    uint16_t flags = 0;               // cleared at creation, without further use
+    uint16_t flags = 0;               // kReadWhole, kMadeHere
     uint32_t reserved = 0;            // records that there is really room for
+
+    FileBytes before;  // of a list read whole: what the file has before its signature,
+    FileBytes after;   // and what it has behind the last block: the trailer, if any, and whatever else
 
     // NOLINTNEXTLINE(readability-make-member-function-const): the records of a list that is to stay are not to change
     std::span<Block> All() { return {blocks.get(), count}; }

@@ -56,7 +56,7 @@ ReadResult ReadDocument(BlockList* list, File& file, ReadReport* report) {
 
 }  // namespace
 
-ReadResult ReadGif(BlockList* list, File& file, ReadReport* report) {
+ReadResult ReadGif(BlockList* list, File& file, ReadReport* report, Manner) {
     ReadReport unwanted;
     if (!report) report = &unwanted;
     *report = {};
@@ -68,9 +68,9 @@ ReadResult ReadGif(BlockList* list, File& file, ReadReport* report) {
     return kReadFailed;
 }
 
-ReadResult ReadGifFile(BlockList* list, const char* path, ReadReport* report) {
+ReadResult ReadGifFile(BlockList* list, const char* path, ReadReport* report, Manner manner) {
     File file;
-    if (file.OpenForReading(path)) return ReadGif(list, file, report);
+    if (file.OpenForReading(path)) return ReadGif(list, file, report, manner);
     if (report) {
         *report = {};
         report->couldNotOpen = true;

@@ -96,3 +96,14 @@ bool WriteGifFile(const BlockList& list, const char* path) {
     if (!header || !(kQuirkSaveOverTarget ? file.Create(path) : file.CreateReplacement(path))) return false;
     return WriteDocument(file, list, *header, GetUserIdentity()) && file.Close();
 }
+
+bool WriteWholeGif(const BlockList& list, File& file, const Identity*) {
+    return WriteGif(list, file, {});
+}
+
+bool WriteWholeGifFile(const BlockList& list, const char* path, std::string* reason) {
+    File file;
+    if (file.CreateReplacement(path) && WriteWholeGif(list, file, nullptr) && file.Close()) return true;
+    *reason = file.Reason();
+    return false;
+}

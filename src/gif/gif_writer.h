@@ -1,6 +1,7 @@
 // Writing block lists as GIF89a files.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "gif/block_list.h"
@@ -19,3 +20,11 @@
 
 // Whether some COMMENT block's text is exactly `text`.
 bool HasIdenticalComment(const BlockList& list, std::string_view text);
+
+// The same in the whole manner: blocks that nobody changed as the file had them, the others encoded anew, with what the
+// list keeps before and behind them. A comment with `names` is added only when they are given (null: none).
+[[nodiscard]] bool WriteWholeGif(const BlockList& list, File& file, const Identity* names);
+
+// Saves the document at `path` in the whole manner: written beside it, flushed to the disk and renamed, so that after a
+// failure what stood there stands. False then, with the system's words in `reason`, if it has any.
+[[nodiscard]] bool WriteWholeGifFile(const BlockList& list, const char* path, std::string* reason);

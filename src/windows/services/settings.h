@@ -7,5 +7,6 @@ struct Settings {
     uint32_t showStartupBanner = 1;  // non-zero: the information panel is shown at start
     uint32_t interlaceDelay = 4;     // milliseconds that each row of an interlaced image takes to appear; 1000 at most
     uint32_t fileMenuRange = 10;     // how many recent files are kept; 0: none
+    uint32_t carefulMode = 0;        // non-zero: careful mode (careful.h)
 };
 extern Settings settings;
