@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <new>
+#include <unordered_map>
 #include <utility>
 
 #include "gif/source_bytes.h"
@@ -59,29 +60,39 @@ void FindMeeting(std::span<const Block> old, std::span<const Block> fresh, uint3
     }
 }
 
-// What the block keeps in memory that no block of `others`, which stand in for it, keeps as well.
-uint64_t OwnBytes(const Block& block, const std::vector<Block>& others) {
-    auto isShared = [&](auto kept) {
-        return std::ranges::any_of(others, [&](const Block& other) { return kept(other) == kept(block); });
-    };
-    uint64_t bytes = sizeof(Block) + block.source.bytes;
-    if (!isShared([](const Block& b) { return b.data; })) bytes += MemorySize(block.data);
-    if (!isShared([](const Block& b) { return b.palette.Colours(); })) bytes += kPaletteBytes;
-    return bytes;
-}
+// Adds up what blocks hold in memory, every piece once. What stands on both sides of a step, taken out here and put in
+// there, is in the document and costs nothing.
+class Costs {
+public:
+    enum Side : uint8_t { kTaken = 1, kPut = 2 };
 
-uint64_t BytesOf(const std::vector<Block>& blocks, const std::vector<Block>& others) {
-    // Of long exchanges only the block in the same place is looked at: they are changes of each block.
-    uint64_t bytes = 0;
-    for (size_t i = 0; i < blocks.size(); ++i) {
-        std::vector<Block> twin;
-        if (others.size() <= kMostLookAhead)
-            bytes += OwnBytes(blocks[i], others);
-        else
-            bytes += OwnBytes(blocks[i], i < others.size() ? std::vector<Block>{others[i]} : twin);
+    void Add(std::span<const Block> blocks, Side side) {
+        for (const Block& block : blocks) {
+            bytes_ += sizeof(Block) + block.source.bytes;
+            AddPiece(block.data.Id(), MemorySize(block.data), side);
+            if (block.palette.HasColours()) AddPiece(block.palette.Colours(), kPaletteBytes, side);
+        }
     }
-    return bytes;
-}
+    uint64_t Sum() const {
+        uint64_t sum = bytes_;
+        for (const auto& [id, piece] : pieces_)
+            if (piece.sides != (kTaken | kPut)) sum += piece.bytes;
+        return sum;
+    }
+
+private:
+    struct Piece {
+        size_t bytes;
+        unsigned sides;
+    };
+
+    void AddPiece(const void* id, size_t bytes, Side side) {
+        if (id) pieces_.try_emplace(id, Piece{bytes, 0}).first->second.sides |= side;
+    }
+
+    uint64_t bytes_ = 0;
+    std::unordered_map<const void*, Piece> pieces_;
+};
 
 }  // namespace
 
@@ -104,7 +115,12 @@ History::Step History::MakeStep(const std::string& name, const BlockList& before
         oldAt = oldEnd, newAt = newEnd;
         isOpen = true;
     }
-    for (const Hunk& hunk : step.hunks) step.bytes += BytesOf(hunk.taken, hunk.put) + BytesOf(hunk.put, hunk.taken);
+    Costs costs;
+    for (const Hunk& hunk : step.hunks) {
+        costs.Add(hunk.taken, Costs::kTaken);
+        costs.Add(hunk.put, Costs::kPut);
+    }
+    step.bytes = costs.Sum();
     return step;
 }
 
