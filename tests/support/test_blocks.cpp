@@ -1,5 +1,7 @@
 #include "tests/support/test_blocks.h"
 
+#include <algorithm>
+
 LoadedGif::LoadedGif(const Bytes& bytes) {
     (void)CreateBlockList(this);
     File file;
@@ -33,6 +35,15 @@ Block MakeText(uint16_t kind, std::string_view text) {
     Block block = OfKind(kind);
     (void)SetBlockText(&block, text.data(), static_cast<uint32_t>(text.size()));
     return block;
+}
+
+void GiveSource(Block* block, std::string_view own, std::string_view stray) {
+    const std::string bytes = std::string(stray).append(own);
+    block->aux = AllocateMemory(bytes.size());
+    WriteLock lock(&block->aux);
+    ASSERT_TRUE(lock);
+    std::ranges::copy(bytes, lock.Bytes());
+    block->source = {0, static_cast<uint32_t>(stray.size()), static_cast<uint32_t>(own.size())};
 }
 
 std::string TextOf(const Block& block) {
