@@ -83,6 +83,55 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
     }
 }
 
+TEST_F(CommandsTest, TheCarefulPaletteQuestionNamesTheFileAndProposesTheLastChoice) {
+    const std::string file = File("Tom & J\xE9r\xF4me.gif");
+    ChangeHeader(0x87, 1);
+    const Ids choices = {IDC_PALETTE_REMAP, IDC_PALETTE_DITHER};
+    const char usual[] =
+        "The palette of the image you have imported does not match the global palette for this file. You can:";
+    const char named[] =
+        "The palette of Tom && J\xE9r\xF4me.gif does not match the global palette for this file. You can:";
+    auto ask = [&](uint32_t careful, int bitCount, const char* shown, const Changes& changes, int answer) {
+        settings.carefulMode = careful;
+        Block image = At(kSampleImage);
+        image.data = CreateImageBitmap(2, 2, nullptr, bitCount);
+        auto steps = [&](HWND dialog) {
+            EXPECT_EQ(ControlText(dialog, IDC_PALETTE_TEXT), careful ? named : usual);
+            Work(choices, shown, changes, changes.empty() ? shown : "on|off",
+                 answer == IDCANCEL ? IDCANCEL : IDOK)(dialog);
+        };
+        DialogAnswers answers({steps});
+        EXPECT_EQ(RunPaletteDialog(hMainWindow, image, Utf8FromWide(WideFrom1252(file))), answer);
+    };
+    ask(1, 8, "off|on", {{IDC_PALETTE_REMAP}}, IDCANCEL);
+    ask(1, 8, "off|on", {{IDC_PALETTE_REMAP}}, kPaletteRemap);
+    ask(1, 8, "on|off", {}, kPaletteRemap);
+    ask(0, 8, "off|on", {}, kPaletteDither);
+    ask(1, 1, "on|[off]", {}, kPaletteRemap);  // the only answer there is: not a choice
+    ask(1, 8, "off|on", {}, kPaletteDither);
+
+    EXPECT_EQ(ShortFileName("C:\\folder\\" + std::string(40, 'a') + ".gif"),
+              std::wstring(16, L'a') + L"..." + std::wstring(12, L'a') + L".gif");
+    EXPECT_EQ(ShortFileName(std::string(32, 'b')), std::wstring(32, L'b'));
+    std::wstring faces;
+    for (int i = 0; i < 9; ++i) faces += L"\xD83D\xDE00";
+    EXPECT_EQ(ShortFileName(Utf8FromWide(L"\x6587" + faces)),
+              L"\x6587" + faces.substr(0, 6) + L"..." + faces.substr(10));
+}
+
+TEST_F(CommandsTest, InsertNamesTheFileInThePaletteQuestion) {
+    settings.carefulMode = 1;
+    Open(MakeGif("a.gif"));
+    MakeGif("b.gif", 2, 1);
+    Select(1);
+    ChangeHeader(0x87, 1);
+    auto look = [](HWND dialog) {
+        EXPECT_NE(ControlText(dialog, IDC_PALETTE_TEXT).find("of b.gif does"), std::string::npos);
+        PressButton(dialog, IDCANCEL);
+    };
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles({Folder(), "\"b.gif\""}), look});
+}
+
 // kQuirkUnofferedChoiceCounts: OK answers also what can't be chosen.
 TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
     // Bits of the image, whether the document is all black, and what the choices and the box show.
