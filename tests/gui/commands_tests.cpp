@@ -110,13 +110,37 @@ TEST_F(CommandsTest, TheCarefulPaletteQuestionNamesTheFileAndProposesTheLastChoi
     ask(1, 1, "on|[off]", {}, kPaletteRemap);  // the only answer there is: not a choice
     ask(1, 8, "off|on", {}, kPaletteDither);
 
-    EXPECT_EQ(ShortFileName("C:\\folder\\" + std::string(40, 'a') + ".gif"),
-              std::wstring(16, L'a') + L"..." + std::wstring(12, L'a') + L".gif");
-    EXPECT_EQ(ShortFileName(std::string(32, 'b')), std::wstring(32, L'b'));
-    std::wstring faces;
-    for (int i = 0; i < 9; ++i) faces += L"\xD83D\xDE00";
-    EXPECT_EQ(ShortFileName(Utf8FromWide(L"\x6587" + faces)),
-              L"\x6587" + faces.substr(0, 6) + L"..." + faces.substr(10));
+    // None is too long or too wide for the place that it has.
+    for (const std::wstring& name : {std::wstring(60, L'W'), std::wstring(60, L'i'), std::wstring(60, L'\x6587')}) {
+        DialogAnswers answers({[](HWND dialog) {
+            HWND label = GetDlgItem(dialog, IDC_PALETTE_TEXT);
+            wchar_t text[1024];
+            GetWindowTextW(label, text, 1024);
+            EXPECT_NE(wcsstr(text, L"..."), nullptr);
+            RECT room, needed;
+            GetClientRect(label, &room);
+            needed = room;
+            HDC dc = GetDC(label);
+            SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(label, WM_GETFONT, 0, 0)));
+            DrawTextW(dc, text, -1, &needed, DT_CALCRECT | DT_WORDBREAK);
+            ReleaseDC(label, dc);
+            EXPECT_LE(needed.right, room.right);
+            EXPECT_LE(needed.bottom, room.bottom);
+            PressButton(dialog, IDCANCEL);
+        }});
+        RunPaletteDialog(hMainWindow, At(kSampleImage), Utf8FromWide(name));
+    }
+}
+
+TEST(ShortFileName, LeavesOutTheMiddleOfALongOne) {
+    const std::string a(40, 'a'), b(28, 'b');
+    EXPECT_EQ(ShortFileName("C:\\folder\\" + a + ".gif"),
+              std::wstring(14, L'a') + L"..." + std::wstring(10, L'a') + L".gif");
+    EXPECT_EQ(ShortFileName(b), WideFromUtf8(b));
+    EXPECT_EQ(ShortFileName(b, 8), L"bbbb...bbbb");
+    const std::wstring face = L"\xD83D\xDE00", script = L"\x6587";  // two units that are one letter, and one
+    EXPECT_EQ(ShortFileName(Utf8FromWide(script + face + face + face + script), 10), script + L"..." + script)
+        << "no letter is cut in two";
 }
 
 TEST_F(CommandsTest, InsertNamesTheFileInThePaletteQuestion) {

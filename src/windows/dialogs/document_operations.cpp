@@ -15,7 +15,6 @@ int paletteChoiceForInsert = kAskForPalette;
 
 namespace {
 
-constexpr size_t kNameUnits = 32;
 constexpr wchar_t kWideLetters = 0x1100;  // from here on most are twice as wide
 
 std::wstring FileName(const std::string& path) {
@@ -49,10 +48,10 @@ void TellOutOfMemory(HWND owner) {
     MessageBox(owner, LoadStr(IDS_OUT_OF_MEMORY));
 }
 
-std::wstring ShortFileName(const std::string& path) {
+std::wstring ShortFileName(const std::string& path, size_t units) {
     std::wstring name = FileName(path);
     const bool isWide = std::ranges::any_of(name, [](wchar_t letter) { return letter >= kWideLetters; });
-    const size_t half = kNameUnits / (isWide ? 4 : 2);
+    const size_t half = units / (isWide ? 4 : 2);
     if (name.size() <= 2 * half) return name;
     size_t end = half, from = name.size() - half;
     if (IS_HIGH_SURROGATE(name[end - 1])) --end;

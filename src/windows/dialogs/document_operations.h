@@ -22,8 +22,11 @@ extern int paletteChoiceForInsert;
 // Says that memory has run out.
 void TellOutOfMemory(HWND owner);
 
-// The name of the file at `path` (UTF-8) for a message: a long one without its middle.
-std::wstring ShortFileName(const std::string& path);
+constexpr size_t kNameUnits = 28;  // of a file's name in a message
+
+// The name of the file at `path` (UTF-8): one of more than `units` letters, or half as many of a wide script, without
+// its middle.
+std::wstring ShortFileName(const std::string& path, size_t units = kNameUnits);
 
 // The remembered answer, or else what the user chooses in the palette dialog.
 int AskPaletteChoice(HWND owner, const Block& image, const std::string& path = {});

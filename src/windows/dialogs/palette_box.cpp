@@ -1,6 +1,4 @@
 // The editor's palette question about an imported image.
-#include <algorithm>
-
 #include "editing/block_queries.h"
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
@@ -9,6 +7,7 @@
 #include "windows/dialogs/document_operations.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/fields.h"
+#include "windows/drawing/gdi_guards.h"
 #include "windows/ids/insert_ids.h"
 #include "windows/services/careful.h"
 
@@ -23,7 +22,7 @@ constexpr bool kQuirkUnofferedChoiceCounts = true;
 // What the dialog asks about.
 struct Question {
     Block image;
-    std::wstring file;  // its name, or none
+    std::string path;  // of its file, or none
 };
 
 int lastChoice = kPaletteDither;  // of those that the user could make
@@ -40,11 +39,31 @@ bool HasTarget(const Block& image) {
 }
 
 // An ampersand in a name is none that underlines the next letter.
-void NameFile(HWND dialog, std::wstring file) {
+std::wstring TextAbout(std::wstring file) {
     for (size_t at = 0; (at = file.find(L'&', at)) != std::wstring::npos; at += 2) file.insert(at, 1, L'&');
     std::wstring text = WideFrom1252(LoadStr(IDS_PALETTE_OF_FILE));
     const std::wstring place = L"%s";
-    SetDlgItemTextW(dialog, IDC_PALETTE_TEXT, text.replace(text.find(place), place.size(), file).c_str());
+    return text.replace(text.find(place), place.size(), file);
+}
+
+bool Fits(HWND label, const std::wstring& text) {
+    RECT room, needed;
+    GetClientRect(label, &room);
+    needed = room;
+    WindowDc dc(label);
+    SelectedObject font(dc.Get(), reinterpret_cast<HFONT>(SendMessageW(label, WM_GETFONT, 0, 0)));
+    DrawTextW(dc.Get(), text.c_str(), -1, &needed, DT_CALCRECT | DT_WORDBREAK);
+    return needed.right <= room.right && needed.bottom <= room.bottom;
+}
+
+// Shows as much of the file's name as there is room for.
+void NameFile(HWND dialog, const std::string& path) {
+    constexpr size_t kLeastUnits = 8;
+    HWND label = GetDlgItem(dialog, IDC_PALETTE_TEXT);
+    size_t units = kNameUnits;
+    std::wstring text = TextAbout(ShortFileName(path, units));
+    while (units > kLeastUnits && !Fits(label, text)) text = TextAbout(ShortFileName(path, units -= 2));
+    SetWindowTextW(label, text.c_str());
 }
 
 // Whether there is more than one answer for the user to give.
@@ -53,8 +72,8 @@ bool CanChoose(const Block& image) {
 }
 
 bool ShowChoices(HWND dialog) {
-    const auto& [image, file] = *Edited<const Question>(dialog);
-    if (!file.empty() && Careful(Care::kPaletteQuestionRemembers)) NameFile(dialog, file);
+    const auto& [image, path] = *Edited<const Question>(dialog);
+    if (!path.empty() && Careful(Care::kPaletteQuestionRemembers)) NameFile(dialog, path);
     bool target = HasTarget(image);
     bool twoColours = HasTwoColours(image);  // nothing to dither
     EnableControl(dialog, IDC_PALETTE_REMAP, target);
@@ -85,7 +104,7 @@ constexpr DialogKind kPaletteBox = {
 }  // namespace
 
 int RunPaletteDialog(HWND owner, const Block& image, const std::string& path) {
-    Question subject = {image, ShortFileName(path)};
+    Question subject = {image, path};
     int choice = RunEditingDialog(owner, kPaletteBox, &subject);
     return choice ? choice : kPaletteCancel;  // a dialog that can't be shown agrees to nothing
 }
