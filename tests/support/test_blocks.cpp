@@ -1,7 +1,5 @@
 #include "tests/support/test_blocks.h"
 
-#include <algorithm>
-
 LoadedGif::LoadedGif(const Bytes& bytes) {
     (void)CreateBlockList(this);
     File file;
@@ -42,7 +40,7 @@ void GiveSource(Block* block, std::string_view own, std::string_view stray) {
     block->aux = AllocateMemory(bytes.size());
     WriteLock lock(&block->aux);
     ASSERT_TRUE(lock);
-    std::ranges::copy(bytes, lock.Bytes());
+    bytes.copy(lock.As<char>(), bytes.size());
     block->source = {0, static_cast<uint32_t>(stray.size()), static_cast<uint32_t>(own.size())};
 }
 
