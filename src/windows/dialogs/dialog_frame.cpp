@@ -45,7 +45,7 @@ void ConfigureUpDowns(HWND dialog) {
 HWND FindWrongNumber(HWND dialog) {
     HWND upDown = nullptr;
     while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) {
-        auto field = reinterpret_cast<HWND>(SendMessageW(upDown, UDM_GETBUDDY, 0, 0));
+        auto* field = reinterpret_cast<HWND>(SendMessageW(upDown, UDM_GETBUDDY, 0, 0));
         if (field && !HoldsNumber(dialog, GetDlgCtrlID(field))) return field;
     }
     return nullptr;

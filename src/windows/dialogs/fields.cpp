@@ -27,7 +27,8 @@ bool HoldsNumber(HWND dialog, int id) {
     const UINT units = GetDlgItemTextW(dialog, id, text, kNumberUnits);
     const std::wstring_view digits(text, units);
     if (units == 0 || units == kNumberUnits - 1) return false;  // the text may go on
-    return digits.find_first_not_of(L"0123456789") == digits.npos && wcstoul(text, nullptr, 10) <= kMostInField;
+    return digits.find_first_not_of(L"0123456789") == std::wstring_view::npos &&
+           wcstoul(text, nullptr, 10) <= kMostInField;
 }
 
 uint16_t TakeNumber(HWND dialog, int id) {

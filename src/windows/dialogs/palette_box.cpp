@@ -72,13 +72,15 @@ bool CanChoose(const Block& image) {
 }
 
 bool ShowChoices(HWND dialog) {
-    const auto& [image, path] = *Edited<const Question>(dialog);
-    if (!path.empty() && Careful(Care::kPaletteQuestionRemembers)) NameFile(dialog, path);
+    const auto* question = Edited<const Question>(dialog);
+    const Block& image = question->image;
+    const bool careful = Careful(Care::kPaletteQuestionRemembers);
+    if (careful && !question->path.empty()) NameFile(dialog, question->path);
     bool target = HasTarget(image);
     bool twoColours = HasTwoColours(image);  // nothing to dither
     EnableControl(dialog, IDC_PALETTE_REMAP, target);
     EnableControl(dialog, IDC_PALETTE_DITHER, target && !twoColours);
-    int usual = CanChoose(image) && Careful(Care::kPaletteQuestionRemembers) ? lastChoice : kPaletteDither;
+    int usual = CanChoose(image) && careful ? lastChoice : kPaletteDither;
     CheckRadioButton(dialog, IDC_PALETTE_REMAP, IDC_PALETTE_DITHER, twoColours ? IDC_PALETTE_REMAP : usual);
     ShowCheck(dialog, IDC_PALETTE_SUBSEQUENT, true);
     return true;
