@@ -35,6 +35,15 @@ Block MakeText(uint16_t kind, std::string_view text) {
     return block;
 }
 
+void GiveSource(Block* block, std::string_view own, std::string_view stray) {
+    const std::string bytes = std::string(stray).append(own);
+    block->aux = AllocateMemory(bytes.size());
+    WriteLock lock(&block->aux);
+    ASSERT_TRUE(lock);
+    bytes.copy(lock.As<char>(), bytes.size());
+    block->source = {0, static_cast<uint32_t>(stray.size()), static_cast<uint32_t>(own.size())};
+}
+
 std::string TextOf(const Block& block) {
     return block.data ? GetBlockText(block) : "(none)";
 }

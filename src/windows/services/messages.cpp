@@ -42,3 +42,7 @@ int YesNoCancelBox(HWND owner, const char* text) {
 int YesnoBox(HWND owner, const char* text) {
     return Ask(owner, L"YesnoBox", text) == IDYES ? IDYES : IDNO;
 }
+
+int YesnoBox(HWND owner, const std::wstring& text) {
+    return Ask(owner, L"YesnoBox", text) == IDYES ? IDYES : IDNO;
+}

@@ -14,3 +14,4 @@ void MessageBox(HWND owner, const std::wstring& text);
 // No.
 int YesNoCancelBox(HWND owner, const char* text);
 int YesnoBox(HWND owner, const char* text);
+int YesnoBox(HWND owner, const std::wstring& text);
