@@ -404,6 +404,28 @@ TEST_F(CarefulTest, TheStripCountsTheDamagedPlacesOfAWholeFile) {
     }
 }
 
+TEST_F(CarefulTest, AltAndItsLetterPressTheStripsButton) {
+    auto press = [](wchar_t letter) {
+        const auto bar = reinterpret_cast<LPARAM>(GetMenu(hMainWindow));
+        return HIWORD(SendMessageW(hMainWindow, WM_MENUCHAR, MAKEWPARAM(letter, 0), bar)) == MNC_CLOSE;
+    };
+    Open(MakeForeign("f.gif"));
+    EXPECT_FALSE(press(L'q'));
+    EXPECT_TRUE(press(L'w'));
+    PumpMessages();
+    EXPECT_TRUE(document.flags & kReadWhole);
+    EXPECT_FALSE(press(L'w')) << "it is there no longer";
+}
+
+TEST_F(CarefulTest, WhatIsNoGifFileIsNotHarmedBySaving) {
+    settings.carefulMode = 1;
+    WriteAll(File("text.gif"), std::string(200, 'x'));
+    Open(File("text.gif"));
+    EXPECT_EQ(Title(), "Kelmor Zephyr [ " + File("text.gif") + " ] ");
+    Run(IDM_SAVE, {ReadStart(kWriteFailed, IDOK)});
+    EXPECT_EQ(ReadAll(File("text.gif")), Bytes(200, 'x'));
+}
+
 TEST_F(CarefulTest, OpenItWholeDoesSoInEitherModeAndIsSavedWhole) {
     for (bool keeps : {false, true}) {  // the document before, which has changes
         SCOPED_TRACE(keeps);

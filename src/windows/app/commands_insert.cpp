@@ -69,8 +69,8 @@ void TellBadFiles(HWND window, const std::vector<std::string>& paths) {
 // Inserts the images that can be read, up to one that the user does not want, and names the others at the end.
 void InsertGoodImages(HWND window, int* place, int shown, const std::vector<std::string>& paths) {
     std::vector<std::string> bad;
-    UserAnswers answers(window);
     for (const std::string& path : paths) {
+        UserAnswers answers(window);
         Result<Block> image = ImportImage(&document, path, answers);
         if (image && InsertBlocks(&document, place, {&*image, 1})) {
             ShowInserted(window, *place, shown);

@@ -85,7 +85,7 @@ void ShowLoadedFile(HWND window, std::string name) {
 ReadResult ReadDocument(const std::string& name, Manner manner, ReadReport* report) {
     WaitCursor wait;
     ReadResult result = ReadGifFile(&document, name.c_str(), report, manner);
-    if (manner == Manner::kWhole) document.flags |= kReadWhole;
+    if (manner == Manner::kWhole && result == kReadDone) document.flags |= kReadWhole;
     return result;
 }
 
