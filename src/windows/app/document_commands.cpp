@@ -142,7 +142,10 @@ void TellWriteFailure(HWND window, const std::string& reason) {
 bool WriteDocument(HWND window, const std::string& name) {
     if (!MayWriteOver(window, name)) return false;
     std::string reason;
-    if (!WriteInManner(window, name, &reason)) return TellWriteFailure(window, reason), false;
+    if (!WriteInManner(window, name, &reason)) {
+        TellWriteFailure(window, reason);
+        return false;
+    }
     partlyReadFile.clear();  // what it held more is gone, or stays in a file that is the document's no longer
     documentIsNamed = true;
     SetTitle(window, name.c_str());

@@ -1,5 +1,8 @@
 #include "windows/app/options.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "windows/ids/command_ids.h"
 
 namespace {
@@ -15,13 +18,12 @@ std::span<const Option> Options() {
 }
 
 bool SwitchOption(HWND window, int command) {
-    for (const Option& option : kOptions) {
-        if (option.command != command) continue;
-        settings.*option.value = settings.*option.value ? 0 : 1;
-        ShowOptions(window);
-        return true;
-    }
-    return false;
+    const auto* option = std::ranges::find(kOptions, command, &Option::command);
+    if (option == std::end(kOptions)) return false;
+    uint32_t& value = settings.*option->value;
+    value = value ? 0 : 1;
+    ShowOptions(window);
+    return true;
 }
 
 void ShowOptions(HWND window) {

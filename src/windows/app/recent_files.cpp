@@ -115,7 +115,9 @@ void AddRecentFile(HWND window, const std::string& name) {
 
 std::vector<std::string> RecentFiles(HWND window) {
     std::vector<std::string> names;
-    for (int i = 0; i < RecentFileCount(window); ++i) names.push_back(GetRecentFile(window, RecentFileId(i)));
+    const int count = RecentFileCount(window);
+    names.reserve(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i) names.push_back(GetRecentFile(window, RecentFileId(i)));
     return names;
 }
 

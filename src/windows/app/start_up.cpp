@@ -106,7 +106,7 @@ const wchar_t* CommandLineArguments(const wchar_t* commandLine) {
 
 std::string StartName(const std::string& arguments) {
     if (!Careful(Care::kStartNameTrimmed) || IsThere(arguments)) return arguments;
-    const std::string trimmed = Trimmed(arguments);
+    std::string trimmed = Trimmed(arguments);
     if (trimmed.empty() || IsThere(trimmed)) return trimmed;
     if (trimmed.front() == '"') return Trimmed(trimmed.substr(1, trimmed.find('"', 1) - 1));
     return FirstName(trimmed);

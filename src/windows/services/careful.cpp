@@ -42,8 +42,9 @@ constexpr CareRow kCares[] = {
 constexpr bool EveryCareHasItsRow() {
     for (size_t i = 0; i < std::size(kCares); ++i)
         if (kCares[i].care != static_cast<Care>(i)) return false;
-    return std::size(kCares) == static_cast<size_t>(Care::kCount);
+    return true;
 }
+static_assert(std::size(kCares) == static_cast<size_t>(Care::kCount));
 static_assert(EveryCareHasItsRow());
 
 }  // namespace
