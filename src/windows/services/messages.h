@@ -1,4 +1,5 @@
-// The program's own message dialogs. Texts are Windows-1252, as LoadStr (texts/strings.h) returns them.
+// The program's own message dialogs, which grow with long texts. Texts are Windows-1252, as LoadStr (texts/strings.h)
+// returns them.
 #pragma once
 
 #include <string>
