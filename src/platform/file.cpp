@@ -103,7 +103,7 @@ bool File::CreateReplacement(const char* path) {
 bool File::CreateMemory() {
     Start();
     if (!AllocateBuffer()) return false;
-    writing_ = gathering_ = true;
+    writing_ = gathering_ = inMemory_ = true;
     return true;
 }
 
@@ -225,10 +225,10 @@ void File::Replace() {
 bool File::Close() {
     bool wasOpen = writing_ || system_ != kClosed;
     if (writing_ && !failed_) {
-        if (!replacedPath_.empty())
-            Replace();
-        else if (!gathering_)
+        if (!gathering_)
             FlushBuffer();
+        else if (!inMemory_)
+            Replace();
     }
     return CloseSystemFile() && wasOpen && !failed_;
 }
@@ -244,11 +244,10 @@ bool File::CloseSystemFile() {
     if (failed_ && !createdPath_.empty()) SystemDelete(createdPath_.c_str());
     system_ = kClosed;
     createdPath_.clear();
-    replacedPath_.clear();
     buffer_.reset();
     content_ = window_ = nullptr;
     next_ = filled_ = 0;
-    writing_ = gathering_ = false;
+    writing_ = gathering_ = inMemory_ = false;
     return !failed_;
 }
 

@@ -106,6 +106,7 @@ private:
     size_t filled_ = 0;                // bytes in the window, or waiting to be written
     bool writing_ = false;
     bool gathering_ = false;  // what is written, until the end
+    bool inMemory_ = false;   // and it stays there
     bool failed_ = false;     // and nothing more is read or written
     bool folderRefused_ = false;
     int error_ = 0;  // the system's number for the first failure

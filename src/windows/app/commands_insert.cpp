@@ -70,7 +70,7 @@ void TellBadFiles(HWND window, const std::vector<std::string>& paths) {
 void InsertGoodImages(HWND window, int* place, int shown, const std::vector<std::string>& paths) {
     std::vector<std::string> bad;
     for (const std::string& path : paths) {
-        UserAnswers answers(window);
+        UserAnswers answers(window, path);
         Result<Block> image = ImportImage(&document, path, answers);
         if (image && InsertBlocks(&document, place, {&*image, 1})) {
             ShowInserted(window, *place, shown);
