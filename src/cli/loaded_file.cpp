@@ -50,7 +50,7 @@ bool LoadedFile::IsComplete() const {
 
 void LoadedFile::TellWhatIsMissing(bool strict) const {
     if (manner_ == Manner::kWhole) {
-        TellDamages(path_, report.damages);
+        if (tellsDamages) TellDamages(path_, report.damages);
         if (strict && !IsComplete()) Complain(path_, "it is damaged, which --strict does not allow");
     } else if (!report.reachedTrailer && strict) {
         Complain(path_, kNotComplete + std::string(" (") + WhereLoadEnded() + "), which --strict does not allow");

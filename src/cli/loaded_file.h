@@ -24,6 +24,7 @@ struct LoadedFile {
     BlockList list;
     ReadResult result = kReadFailed;
     ReadReport report = {};
+    bool tellsDamages = true;  // false: whoever opens the file tells of them in its own way
 
 private:
     void Read();

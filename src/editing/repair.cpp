@@ -1,0 +1,321 @@
+#include "editing/repair.h"
+
+#include <algorithm>
+#include <bit>
+#include <cstring>
+#include <initializer_list>
+#include <optional>
+#include <span>
+
+#include "gif/default_blocks.h"
+#include "gif/descriptor.h"
+#include "gif/source_bytes.h"
+
+namespace {
+
+using ByteSpan = std::span<const uint8_t>;
+
+constexpr uint8_t kLabelEnd = 2;        // an extension's fixed part, its size first, starts here
+constexpr size_t kLoopCountEnd = 18;    // of a loop block's bytes
+constexpr uint8_t kTrailerByte = 0x3B;  // as kTrailer, to be written
+constexpr uint8_t kTerminator = 0;      // the empty sub-block behind the last one
+constexpr size_t kVersionBytes = 6;     // with the signature
+
+std::string Bytes(uint64_t count) {
+    return std::to_string(count) + (count == 1 ? " byte" : " bytes");
+}
+
+std::string Are(uint64_t count) {
+    return count == 1 ? " is left out" : " are left out";
+}
+
+// What is wrong with one block.
+struct Ills {
+    bool paletteCut = false, oddSize = false, cut = false, noPalette = false, undecodable = false, tooLarge = false;
+    bool badCode = false;
+    std::optional<uint32_t> pixels;  // so many could be decoded, when that is not all
+};
+
+void Add(const Damage& damage, Ills* ills) {
+    switch (damage.kind) {
+        case DamageKind::kPaletteCut: ills->paletteCut = true; break;
+        case DamageKind::kOddSize: ills->oddSize = true; break;
+        case DamageKind::kBlockCut: ills->cut = true; break;
+        case DamageKind::kNoPalette: ills->noPalette = true; break;
+        case DamageKind::kCodeSize: ills->undecodable = true; break;
+        case DamageKind::kPictureTooLarge: ills->tooLarge = true; break;
+        case DamageKind::kBadCode:
+        case DamageKind::kPixelsMissing:
+            ills->badCode |= damage.kind == DamageKind::kBadCode;
+            ills->pixels = damage.detail;
+            break;
+        default: break;  // of the document
+    }
+}
+
+std::vector<Ills> IllsOfBlocks(const BlockList& list, const std::vector<Damage>& damages) {
+    std::vector<Ills> ills(list.count);
+    for (const Damage& damage : damages)
+        if (damage.block >= 0 && static_cast<uint32_t>(damage.block) < list.count)
+            Add(damage, &ills[static_cast<size_t>(damage.block)]);
+    return ills;
+}
+
+// Gives the block these bytes as its own. They may lie in its old ones.
+bool SetSource(Block* block, std::initializer_list<ByteSpan> parts) {
+    size_t bytes = 0;
+    for (ByteSpan part : parts) bytes += part.size();
+    MemoryHandle memory = AllocateMemory(bytes);
+    WriteLock lock(&memory);
+    if (!lock) return false;
+    uint8_t* next = lock.Bytes();
+    for (ByteSpan part : parts) next = std::copy(part.begin(), part.end(), next);
+    block->aux = memory;
+    block->source = {0, 0, static_cast<uint32_t>(bytes)};
+    block->isCutOff = false;
+    return true;
+}
+
+// Where in a block's own bytes its chain of sub-blocks starts.
+size_t ChainStart(const Block& block, ByteSpan own) {
+    if (block.kind == kImageBlock) {
+        const uint8_t packed = GetImageFields(block).packed;
+        const size_t colours = packed & kHasPalette ? static_cast<size_t>(ColoursOfPacked(packed)) : 0;
+        return 1 + kImageDescriptorBytes + sizeof(RgbTriple) * colours + 1;
+    }
+    if (block.kind == kPlainTextBlock && own.size() > kLabelEnd) return size_t{kLabelEnd} + 1 + own[kLabelEnd];
+    return kLabelEnd;
+}
+
+// Ends a chain that the end of the file cuts off: the sub-block that was cut is as long as what is there of it.
+bool EndChain(Block* block) {
+    SourceLock source(*block);
+    if (!source) return false;
+    ByteSpan own = source.Own();
+    size_t last = std::min(ChainStart(*block, own), own.size());
+    while (last < own.size() && own[last] != 0 && last + 1 + own[last] < own.size()) last += size_t{1} + own[last];
+    if (last < own.size() && own[last] == 0) return SetSource(block, {own});
+    const size_t left = last < own.size() ? own.size() - last - 1 : 0;
+    const auto length = static_cast<uint8_t>(left);
+    if (left == 0) return SetSource(block, {own.first(last), {&kTerminator, 1}});
+    return SetSource(block, {own.first(last), {&length, 1}, own.last(left), {&kTerminator, 1}});
+}
+
+// Makes the fixed part of an extension have `size` bytes. What an application's has too many becomes data.
+bool ResizeFixedPart(Block* block, uint8_t size) {
+    constexpr uint8_t kNothing[UINT8_MAX] = {};
+    SourceLock source(*block);
+    if (!source || source.Own().size() <= kLabelEnd) return false;
+    ByteSpan head = source.Own().first(kLabelEnd);
+    ByteSpan chain = source.Own().subspan(kLabelEnd);
+    ByteSpan fixed = chain[0] ? chain.subspan(1, std::min<size_t>(chain[0], chain.size() - 1)) : ByteSpan{};
+    if (!fixed.empty()) chain = chain.subspan(1 + fixed.size());
+    ByteSpan kept = fixed.first(std::min<size_t>(size, fixed.size()));
+    ByteSpan extra = block->kind == kApplicationBlock ? fixed.subspan(kept.size()) : ByteSpan{};
+    const auto extraBytes = static_cast<uint8_t>(extra.size());
+    block->descriptor[0] = size;
+    return SetSource(block, {head,
+                             {&size, 1},
+                             kept,
+                             ByteSpan(kNothing).first(size - kept.size()),
+                             ByteSpan(&extraBytes, extra.empty() ? 0 : 1),
+                             extra,
+                             chain});
+}
+
+// Bits that the largest index among the pixels takes, 1 at least.
+int DepthOfPixels(ConstLockedBitmap bitmap) {
+    unsigned all = 1;
+    for (int y = 0; y < bitmap->height; ++y)
+        for (int x = 0; x < bitmap->width; ++x) all |= IndexAt(ImageRow(bitmap, y), x, bitmap->bitCount);
+    return static_cast<int>(std::bit_width(all));
+}
+
+// Gives an image a palette of its own where it has none to be shown with, or one too small for its pixels to be
+// encoded: the colours that its bitmap has. False when memory runs out.
+bool FitPalette(Block* image, bool noPalette) {
+    ImageLock bitmap(image->data);
+    if (!bitmap) return false;
+    ImageFields fields = GetImageFields(*image);
+    const int depth = std::max(DepthOfPacked(fields.packed), DepthOfPixels(bitmap));
+    if (!noPalette && depth == DepthOfPacked(fields.packed)) return true;
+    RgbTriples colours = {};
+    GetImagePalette(bitmap, colours);
+    if (!image->palette.Set({colours, size_t{1} << depth})) return false;
+    fields.packed = static_cast<uint8_t>(WithDepth(fields.packed, depth) | kHasPalette);
+    PutImageFields(image, fields);
+    return true;
+}
+
+class Repairer {
+public:
+    Repairer(BlockList* list, const std::vector<Damage>& damages, std::vector<RepairStep>* steps)
+        : list_(list), damages_(damages), steps_(steps), ills_(IllsOfBlocks(*list, damages)), isGone_(list->count) {}
+
+    bool Run() {
+        if (list_->before.bytes) Tell(Bytes(list_->before.bytes) + " before the signature" + Are(list_->before.bytes));
+        list_->before = {};
+        for (here_ = 0; here_ < static_cast<int32_t>(list_->count); ++here_)
+            if (!RepairBlock(&list_->blocks[static_cast<size_t>(here_)])) return false;
+        here_ = -1;
+        if (!RepairEnd()) return false;
+        RemoveGone();
+        return true;
+    }
+
+private:
+    void Tell(const std::string& text) {
+        steps_->push_back(
+            {here_, here_ < 0 ? uint16_t{kEmptyBlock} : list_->blocks[static_cast<size_t>(here_)].kind, text});
+    }
+
+    void LeaveOut(const std::string& why) {
+        Tell("left out, as " + why);
+        isGone_[static_cast<size_t>(here_)] = true;
+    }
+
+    bool RepairBlock(Block* block) {
+        const Ills& ills = ills_[static_cast<size_t>(here_)];
+        if (const uint32_t stray = block->source.stray) {
+            Tell(Bytes(stray) + " before it, which start" + (stray == 1 ? "s" : "") + " no block," + Are(stray));
+            block->source.start += stray;
+            block->source.stray = 0;
+        }
+        if (block->kind == kHeaderBlock) return RepairHeader(block, ills);
+        if (block->kind == kImageBlock) return RepairImage(block, ills);
+        if (ills.cut || block->isCutOff) return RepairCutExtension(block);
+        return !ills.oddSize || RepairFixedPart(block);
+    }
+
+    bool RepairHeader(Block* header, const Ills& ills) {
+        const std::string version(header->descriptor, header->descriptor + kVersionBytes);
+        const bool isOdd = version != "GIF87a" && version != kSignature;
+        if (isOdd) {
+            Tell("its version becomes GIF89a");
+            memcpy(header->descriptor, kSignature, kVersionBytes);
+        }
+        if (ills.paletteCut) Tell("its palette is cut off; the colours that are missing become black");
+        return (!isOdd && !ills.paletteCut) || MarkChanged(header);
+    }
+
+    bool RepairImage(Block* image, const Ills& ills) {
+        if (ills.tooLarge) return !(ills.cut || image->isCutOff) || EndImage(image);
+        const ImageFields fields = GetImageFields(*image);
+        const bool isEmpty = fields.width == 0 || fields.height == 0;
+        if (!image->data || ills.undecodable || (!isEmpty && ills.pixels == 0u)) return LeaveOutImage(), true;
+        if (ills.pixels && !isEmpty) {
+            const std::string rows = std::to_string(*ills.pixels / fields.width) + " of " +
+                                     std::to_string(fields.height) + " rows; the rest is left empty";
+            Tell((ills.badCode ? "its data makes no sense after " : "its data ends after ") + rows);
+        }
+        if (ills.paletteCut) Tell("its palette is cut off; the colours that are missing become black");
+        if (ills.noPalette) Tell("it gets a palette of its own, as there is none");
+        const bool encodes = ills.pixels || ills.paletteCut || ills.noPalette;
+        if (encodes) return FitPalette(image, ills.noPalette) && MarkChanged(image);
+        return !(ills.cut || image->isCutOff) || EndImage(image);
+    }
+
+    bool EndImage(Block* image) {
+        Tell("its data is ended, as the file breaks off in it");
+        return EndChain(image);
+    }
+
+    // The controls between the picture before it and this one are about this one.
+    void LeaveOutImage() {
+        bool isControlled = false;
+        for (auto index = static_cast<size_t>(here_); index-- > 0;) {
+            const Block& before = list_->blocks[index];
+            if (before.kind == kImageBlock || before.kind == kPlainTextBlock) break;
+            if (before.kind == kControlBlock) isControlled = isGone_[index] = true;
+        }
+        const std::string what = isControlled ? "it and its control block are left out, as" : "it is left out, as";
+        Tell(what + " nothing of its picture can be decoded");
+        isGone_[static_cast<size_t>(here_)] = true;
+    }
+
+    bool RepairCutExtension(Block* block) {
+        const bool isText = block->kind == kCommentBlock || block->kind == kPlainTextBlock;
+        if (isText && block->dataLength) {
+            Tell("its text is ended, as the file breaks off in it");
+            return EndChain(block);
+        }
+        if (block->kind == kLoopBlock && block->source.bytes >= kLoopCountEnd) {
+            Tell("it is ended, as the file breaks off in it");
+            return MarkLoopChanged(block);
+        }
+        LeaveOut("the file breaks off in it");
+        return true;
+    }
+
+    bool RepairFixedPart(Block* block) {
+        switch (block->kind) {
+            case kControlBlock:
+                block->descriptor[0] = kControlDescriptorBytes - 2;
+                block->descriptor[kControlDescriptorBytes - 1] = kTerminator;
+                TellOddSize(block->descriptor[0]);
+                return MarkChanged(block);
+            case kPlainTextBlock:
+                TellOddSize(kPlainTextDescriptorBytes - 1);
+                return ResizeFixedPart(block, kPlainTextDescriptorBytes - 1);
+            case kApplicationBlock:
+            case kBlockNamesBlock:
+                TellOddSize(kApplicationDescriptorBytes - 1);
+                return ResizeFixedPart(block, kApplicationDescriptorBytes - 1);
+            case kLoopBlock: Tell("it becomes a loop block of the usual form"); return MarkLoopChanged(block);
+            default: return true;
+        }
+    }
+
+    void TellOddSize(int size) {
+        Tell("its fixed part becomes one of " + Bytes(static_cast<uint64_t>(size)) + ", as it has to be");
+    }
+
+    static bool MarkLoopChanged(Block* loop) {
+        const uint16_t iterations = GetLoopIterations(*loop);
+        memcpy(loop->descriptor, MakeLoopBlock(nullptr).descriptor, kDescriptorBytes);
+        PutLoopIterations(loop, iterations);
+        return MarkChanged(loop);
+    }
+
+    // Behind the last block there is to be the trailer and nothing else.
+    bool RepairEnd() {
+        const Damage* noTrailer = Find(DamageKind::kNoTrailer);
+        const Damage* behind = Find(DamageKind::kBytesAfterTrailer);
+        const uint32_t hasTrailer = noTrailer || list_->after.bytes == 0 ? 0 : 1;
+        const uint32_t behindTrailer = behind ? behind->detail : 0;
+        const uint32_t stray = list_->after.bytes - std::min(list_->after.bytes, hasTrailer + behindTrailer);
+        if (stray) Tell(Bytes(stray) + " behind the last block" + Are(stray));
+        if (behindTrailer) Tell(Bytes(behindTrailer) + " behind the trailer" + Are(behindTrailer));
+        if (!hasTrailer) Tell("the trailer is added");
+        if (hasTrailer && list_->after.bytes == 1) return true;
+        list_->after = {AllocateMemory(1), 0, 1};
+        WriteLock lock(&list_->after.memory);
+        if (lock) *lock.Bytes() = kTrailerByte;
+        return static_cast<bool>(lock);
+    }
+
+    const Damage* Find(DamageKind kind) const {
+        auto found = std::ranges::find(damages_, kind, &Damage::kind);
+        return found == damages_.end() ? nullptr : &*found;
+    }
+
+    void RemoveGone() {
+        std::vector<uint32_t> gone;
+        for (uint32_t index = 0; index < list_->count; ++index)
+            if (isGone_[index]) gone.push_back(index);
+        if (!gone.empty()) RemoveBlocks(list_, gone);
+    }
+
+    BlockList* list_;
+    const std::vector<Damage>& damages_;
+    std::vector<RepairStep>* steps_;
+    std::vector<Ills> ills_;
+    std::vector<bool> isGone_;
+    int32_t here_ = -1;  // the block being repaired
+};
+
+}  // namespace
+
+bool RepairDocument(BlockList* list, const std::vector<Damage>& damages, std::vector<RepairStep>* steps) {
+    return Repairer(list, damages, steps).Run();
+}
