@@ -6,7 +6,7 @@
 #include <string>
 
 #include "cli/commands.h"
-#include "gif/block_list.h"
+#include "gif/manner.h"
 
 // The words of one command: options ("--json", "--owner NAME" or "--owner=NAME") may stand anywhere; "--" ends them.
 class Options {

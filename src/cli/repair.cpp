@@ -30,7 +30,7 @@ void Print(const std::vector<RepairStep>& steps) {
 
 int RepairWhole(LoadedFile* file, const Options& options) {
     std::vector<RepairStep> steps;
-    if (!RepairDocument(&file->list, file->report.damages, &steps)) {
+    if (!RepairDocument(&file->list, file->report, &steps)) {
         Complain(options.Operands()[0], "out of memory");
         return kExitFailed;
     }

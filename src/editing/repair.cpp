@@ -7,7 +7,6 @@
 #include <optional>
 #include <span>
 
-#include "gif/default_blocks.h"
 #include "gif/descriptor.h"
 #include "gif/source_bytes.h"
 
@@ -16,9 +15,7 @@ namespace {
 using ByteSpan = std::span<const uint8_t>;
 
 constexpr uint8_t kLabelEnd = 2;        // an extension's fixed part, its size first, starts here
-constexpr size_t kLoopCountEnd = 18;    // of a loop block's bytes
 constexpr uint8_t kTrailerByte = 0x3B;  // as kTrailer, to be written
-constexpr uint8_t kTerminator = 0;      // the empty sub-block behind the last one
 constexpr size_t kVersionBytes = 6;     // with the signature
 
 std::string Bytes(uint64_t count) {
@@ -31,24 +28,22 @@ std::string Are(uint64_t count) {
 
 // What is wrong with one block.
 struct Ills {
-    bool paletteCut = false, oddSize = false, cut = false, noPalette = false, undecodable = false, tooLarge = false;
-    bool badCode = false;
-    std::optional<uint32_t> pixels;  // so many could be decoded, when that is not all
+    bool paletteCut = false, oddSize = false, moreSubBlocks = false, noPalette = false, tooLarge = false;
+    bool badCode = false;            // in the image's data
+    std::optional<uint64_t> pixels;  // of an image whose data is damaged: so many could be decoded
 };
 
 void Add(const Damage& damage, Ills* ills) {
     switch (damage.kind) {
         case DamageKind::kPaletteCut: ills->paletteCut = true; break;
         case DamageKind::kOddSize: ills->oddSize = true; break;
-        case DamageKind::kBlockCut: ills->cut = true; break;
+        case DamageKind::kMoreSubBlocks: ills->moreSubBlocks = true; break;
         case DamageKind::kNoPalette: ills->noPalette = true; break;
-        case DamageKind::kCodeSize: ills->undecodable = true; break;
         case DamageKind::kPictureTooLarge: ills->tooLarge = true; break;
         case DamageKind::kBadCode:
-        case DamageKind::kPixelsMissing:
-            ills->badCode |= damage.kind == DamageKind::kBadCode;
-            ills->pixels = damage.detail;
-            break;
+        case DamageKind::kBadCodeBehind: ills->badCode = true; [[fallthrough]];
+        case DamageKind::kBlockCut:
+        case DamageKind::kPixelsMissing: ills->pixels = damage.detail; break;
         default: break;  // of the document
     }
 }
@@ -76,44 +71,18 @@ bool SetSource(Block* block, std::initializer_list<ByteSpan> parts) {
     return true;
 }
 
-// Where in a block's own bytes its chain of sub-blocks starts.
-size_t ChainStart(const Block& block, ByteSpan own) {
-    if (block.kind == kImageBlock) {
-        const uint8_t packed = GetImageFields(block).packed;
-        const size_t colours = packed & kHasPalette ? static_cast<size_t>(ColoursOfPacked(packed)) : 0;
-        return 1 + kImageDescriptorBytes + sizeof(RgbTriple) * colours + 1;
-    }
-    if (block.kind == kPlainTextBlock && own.size() > kLabelEnd) return size_t{kLabelEnd} + 1 + own[kLabelEnd];
-    return kLabelEnd;
-}
-
-// Ends a chain that the end of the file cuts off: the sub-block that was cut is as long as what is there of it.
-bool EndChain(Block* block) {
-    SourceLock source(*block);
-    if (!source) return false;
-    ByteSpan own = source.Own();
-    size_t last = std::min(ChainStart(*block, own), own.size());
-    while (last < own.size() && own[last] != 0 && last + 1 + own[last] < own.size()) last += size_t{1} + own[last];
-    if (last < own.size() && own[last] == 0) return SetSource(block, {own});
-    const size_t left = last < own.size() ? own.size() - last - 1 : 0;
-    const auto length = static_cast<uint8_t>(left);
-    if (left == 0) return SetSource(block, {own.first(last), {&kTerminator, 1}});
-    return SetSource(block, {own.first(last), {&length, 1}, own.last(left), {&kTerminator, 1}});
-}
-
 // Makes the fixed part of an extension have `size` bytes. What an application's has too many becomes data.
-bool ResizeFixedPart(Block* block, uint8_t size) {
+bool ResizeFixedPart(Block* block, uint8_t size, bool isApplication) {
     constexpr uint8_t kNothing[UINT8_MAX] = {};
     SourceLock source(*block);
-    if (!source || source.Own().size() <= kLabelEnd) return false;
+    if (!source) return false;
     ByteSpan head = source.Own().first(kLabelEnd);
     ByteSpan chain = source.Own().subspan(kLabelEnd);
     ByteSpan fixed = chain[0] ? chain.subspan(1, std::min<size_t>(chain[0], chain.size() - 1)) : ByteSpan{};
     if (!fixed.empty()) chain = chain.subspan(1 + fixed.size());
     ByteSpan kept = fixed.first(std::min<size_t>(size, fixed.size()));
-    ByteSpan extra = block->kind == kApplicationBlock ? fixed.subspan(kept.size()) : ByteSpan{};
+    ByteSpan extra = isApplication ? fixed.subspan(kept.size()) : ByteSpan{};
     const auto extraBytes = static_cast<uint8_t>(extra.size());
-    block->descriptor[0] = size;
     return SetSource(block, {head,
                              {&size, 1},
                              kept,
@@ -147,10 +116,20 @@ bool FitPalette(Block* image, bool noPalette) {
     return true;
 }
 
+// The byte behind the introducer; -1 when it can't be reached.
+int LabelOf(const Block& extension) {
+    SourceLock source(extension);
+    return source && source.Own().size() > 1 ? source.Own()[1] : -1;
+}
+
 class Repairer {
 public:
-    Repairer(BlockList* list, const std::vector<Damage>& damages, std::vector<RepairStep>* steps)
-        : list_(list), damages_(damages), steps_(steps), ills_(IllsOfBlocks(*list, damages)), isGone_(list->count) {}
+    Repairer(BlockList* list, const ReadReport& report, std::vector<RepairStep>* steps)
+        : list_(list),
+          report_(report),
+          steps_(steps),
+          ills_(IllsOfBlocks(*list, report.damages)),
+          isGone_(list->count) {}
 
     bool Run() {
         if (list_->before.bytes) Tell(Bytes(list_->before.bytes) + " before the signature" + Are(list_->before.bytes));
@@ -183,7 +162,11 @@ private:
         }
         if (block->kind == kHeaderBlock) return RepairHeader(block, ills);
         if (block->kind == kImageBlock) return RepairImage(block, ills);
-        if (ills.cut || block->isCutOff) return RepairCutExtension(block);
+        if (block->isCutOff) return RepairCutExtension(block);
+        if (ills.moreSubBlocks) {
+            Tell("what it has behind its fixed part is left out");
+            return MarkChanged(block);
+        }
         return !ills.oddSize || RepairFixedPart(block);
     }
 
@@ -195,29 +178,27 @@ private:
             memcpy(header->descriptor, kSignature, kVersionBytes);
         }
         if (ills.paletteCut) Tell("its palette is cut off; the colours that are missing become black");
-        return (!isOdd && !ills.paletteCut) || MarkChanged(header);
+        // The writer brings a palette that is cut to its end.
+        return !isOdd || MarkChanged(header);
     }
 
     bool RepairImage(Block* image, const Ills& ills) {
-        if (ills.tooLarge) return !(ills.cut || image->isCutOff) || EndImage(image);
         const ImageFields fields = GetImageFields(*image);
-        const bool isEmpty = fields.width == 0 || fields.height == 0;
-        if (!image->data || ills.undecodable || (!isEmpty && ills.pixels == 0u)) return LeaveOutImage(), true;
-        if (ills.pixels && !isEmpty) {
+        const uint64_t room = uint64_t{fields.width} * fields.height;
+        if (!ills.tooLarge && (!image->data || (room && ills.pixels == 0u))) return LeaveOutImage(), true;
+        const bool isShort = ills.pixels && *ills.pixels < room && image->data;
+        if (isShort) {
             const std::string rows = std::to_string(*ills.pixels / fields.width) + " of " +
                                      std::to_string(fields.height) + " rows; the rest is left empty";
             Tell((ills.badCode ? "its data makes no sense after " : "its data ends after ") + rows);
+        } else if (ills.badCode) {
+            Tell("what makes no sense behind the last pixel of its data is left out");
+        } else if (image->isCutOff) {
+            Tell("its data is ended, as the file breaks off in it");  // the writer does that
         }
-        if (ills.paletteCut) Tell("its palette is cut off; the colours that are missing become black");
-        if (ills.noPalette) Tell("it gets a palette of its own, as there is none");
-        const bool encodes = ills.pixels || ills.paletteCut || ills.noPalette;
-        if (encodes) return FitPalette(image, ills.noPalette) && MarkChanged(image);
-        return !(ills.cut || image->isCutOff) || EndImage(image);
-    }
-
-    bool EndImage(Block* image) {
-        Tell("its data is ended, as the file breaks off in it");
-        return EndChain(image);
+        if (ills.noPalette && image->data) Tell("it gets a palette of its own, as there is none");
+        const bool encodes = image->data && (isShort || ills.badCode || ills.noPalette);
+        return !encodes || (FitPalette(image, ills.noPalette) && MarkChanged(image));
     }
 
     // The controls between the picture before it and this one are about this one.
@@ -235,55 +216,34 @@ private:
 
     bool RepairCutExtension(Block* block) {
         const bool isText = block->kind == kCommentBlock || block->kind == kPlainTextBlock;
-        if (isText && block->dataLength) {
-            Tell("its text is ended, as the file breaks off in it");
-            return EndChain(block);
-        }
-        if (block->kind == kLoopBlock && block->source.bytes >= kLoopCountEnd) {
-            Tell("it is ended, as the file breaks off in it");
-            return MarkLoopChanged(block);
+        if ((isText && block->dataLength) || block->kind == kLoopBlock) {
+            Tell("it is ended, as the file breaks off in it");  // the writer does that
+            return true;
         }
         LeaveOut("the file breaks off in it");
         return true;
     }
 
+    // A fixed part that is too long is cut to its usual size. Of one that is too short (the block is of unknown type
+    // then) only applications' is padded: their data may still be of use.
     bool RepairFixedPart(Block* block) {
-        switch (block->kind) {
-            case kControlBlock:
-                block->descriptor[0] = kControlDescriptorBytes - 2;
-                block->descriptor[kControlDescriptorBytes - 1] = kTerminator;
-                TellOddSize(block->descriptor[0]);
-                return MarkChanged(block);
-            case kPlainTextBlock:
-                TellOddSize(kPlainTextDescriptorBytes - 1);
-                return ResizeFixedPart(block, kPlainTextDescriptorBytes - 1);
-            case kApplicationBlock:
-            case kBlockNamesBlock:
-                TellOddSize(kApplicationDescriptorBytes - 1);
-                return ResizeFixedPart(block, kApplicationDescriptorBytes - 1);
-            case kLoopBlock: Tell("it becomes a loop block of the usual form"); return MarkLoopChanged(block);
-            default: return true;
+        const bool isApplication = LabelOf(*block) == kApplicationLabel;
+        if (block->kind == kUnknownBlock && (!isApplication || block->dataLength == 0)) {
+            LeaveOut("its fixed part is too short");
+            return true;
         }
-    }
-
-    void TellOddSize(int size) {
-        Tell("its fixed part becomes one of " + Bytes(static_cast<uint64_t>(size)) + ", as it has to be");
-    }
-
-    static bool MarkLoopChanged(Block* loop) {
-        const uint16_t iterations = GetLoopIterations(*loop);
-        memcpy(loop->descriptor, MakeLoopBlock(nullptr).descriptor, kDescriptorBytes);
-        PutLoopIterations(loop, iterations);
-        return MarkChanged(loop);
+        Tell("its fixed part becomes as long as it has to be");
+        if (block->kind == kControlBlock) return MarkChanged(block);
+        const int bytes = isApplication ? kApplicationDescriptorBytes : kPlainTextDescriptorBytes;
+        return ResizeFixedPart(block, static_cast<uint8_t>(bytes - 1), isApplication);
     }
 
     // Behind the last block there is to be the trailer and nothing else.
     bool RepairEnd() {
-        const Damage* noTrailer = Find(DamageKind::kNoTrailer);
-        const Damage* behind = Find(DamageKind::kBytesAfterTrailer);
-        const uint32_t hasTrailer = noTrailer || list_->after.bytes == 0 ? 0 : 1;
-        const uint32_t behindTrailer = behind ? behind->detail : 0;
-        const uint32_t stray = list_->after.bytes - std::min(list_->after.bytes, hasTrailer + behindTrailer);
+        const bool hasTrailer = report_.reachedTrailer;
+        auto behind = std::ranges::find(report_.damages, DamageKind::kBytesAfterTrailer, &Damage::kind);
+        const uint32_t behindTrailer = behind == report_.damages.end() ? 0 : behind->detail;
+        const uint32_t stray = list_->after.bytes - behindTrailer - (hasTrailer ? 1 : 0);
         if (stray) Tell(Bytes(stray) + " behind the last block" + Are(stray));
         if (behindTrailer) Tell(Bytes(behindTrailer) + " behind the trailer" + Are(behindTrailer));
         if (!hasTrailer) Tell("the trailer is added");
@@ -294,11 +254,6 @@ private:
         return static_cast<bool>(lock);
     }
 
-    const Damage* Find(DamageKind kind) const {
-        auto found = std::ranges::find(damages_, kind, &Damage::kind);
-        return found == damages_.end() ? nullptr : &*found;
-    }
-
     void RemoveGone() {
         std::vector<uint32_t> gone;
         for (uint32_t index = 0; index < list_->count; ++index)
@@ -307,7 +262,7 @@ private:
     }
 
     BlockList* list_;
-    const std::vector<Damage>& damages_;
+    const ReadReport& report_;
     std::vector<RepairStep>* steps_;
     std::vector<Ills> ills_;
     std::vector<bool> isGone_;
@@ -316,6 +271,6 @@ private:
 
 }  // namespace
 
-bool RepairDocument(BlockList* list, const std::vector<Damage>& damages, std::vector<RepairStep>* steps) {
-    return Repairer(list, damages, steps).Run();
+bool RepairDocument(BlockList* list, const ReadReport& report, std::vector<RepairStep>* steps) {
+    return Repairer(list, report, steps).Run();
 }

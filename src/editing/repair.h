@@ -13,9 +13,9 @@ struct RepairStep {
     std::string text;
 };
 
-// Repairs a document read whole, with the damages that its report tells of: afterwards it is written as a file without
+// Repairs a document read whole, as its report tells where that is needed: afterwards it is written as a file without
 // any. What is not damaged keeps its bytes, and every image that stays keeps the pixels and colours it was read with.
 // Left out are bytes that belong to no block, images of whose pixels nothing is left, together with the control blocks
 // before them, and extensions of which nothing of use is left. `steps` tells what was done, in the order of the file.
 // False when memory runs out; the document is then repaired in part.
-[[nodiscard]] bool RepairDocument(BlockList* list, const std::vector<Damage>& damages, std::vector<RepairStep>* steps);
+[[nodiscard]] bool RepairDocument(BlockList* list, const ReadReport& report, std::vector<RepairStep>* steps);

@@ -40,17 +40,15 @@ bool IsXmp(const Block& block) {
            memcmp(block.descriptor + kIdentifierOffset, kXmpApplication, kApplicationBytes) == 0;
 }
 
-// Calls `take` with the bytes of each sub-block. Returns how many bytes the chain has with its terminator; one that is
-// cut off ends with the bytes.
+// Calls `take` with the bytes of each sub-block. A chain that is cut off ends with the bytes.
 template <typename Take>
-size_t ForEachSubBlock(ByteSpan chain, Take take) {
+void ForEachSubBlock(ByteSpan chain, Take take) {
     size_t at = 0;
     while (at < chain.size() && chain[at] != 0) {
         const size_t bytes = std::min<size_t>(chain[at], chain.size() - at - 1);
         take(chain.subspan(at + 1, bytes));
         at += 1 + bytes;
     }
-    return std::min(at + 1, chain.size());
 }
 
 // Joins the sub-blocks in `to`, which has room for `most` bytes. Returns how many there are in all.
