@@ -100,6 +100,13 @@ bool File::CreateReplacement(const char* path) {
     return true;
 }
 
+bool File::CreateMemory() {
+    Start();
+    if (!AllocateBuffer()) return false;
+    writing_ = gathering_ = true;
+    return true;
+}
+
 void File::Fill() {
     windowStart_ += filled_;
     next_ = filled_ = 0;
@@ -218,9 +225,9 @@ void File::Replace() {
 bool File::Close() {
     bool wasOpen = writing_ || system_ != kClosed;
     if (writing_ && !failed_) {
-        if (gathering_)
+        if (!replacedPath_.empty())
             Replace();
-        else
+        else if (!gathering_)
             FlushBuffer();
     }
     return CloseSystemFile() && wasOpen && !failed_;
@@ -237,6 +244,7 @@ bool File::CloseSystemFile() {
     if (failed_ && !createdPath_.empty()) SystemDelete(createdPath_.c_str());
     system_ = kClosed;
     createdPath_.clear();
+    replacedPath_.clear();
     buffer_.reset();
     content_ = window_ = nullptr;
     next_ = filled_ = 0;
