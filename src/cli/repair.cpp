@@ -28,6 +28,14 @@ void Print(const std::vector<RepairStep>& steps) {
         printf("%zu %s\n", steps.size(), steps.size() == 1 ? "repair" : "repairs");
 }
 
+// Whatever is wrong with such an image, here it can't be looked at.
+void TellWhatStays(const std::string& path, const std::vector<Damage>& damages) {
+    for (const Damage& damage : damages)
+        if (damage.kind == DamageKind::kPictureTooLarge)
+            Complain(path,
+                     "note: block " + std::to_string(damage.block) + " stays as it is: " + DescribeDamage(damage));
+}
+
 int RepairWhole(LoadedFile* file, const Options& options) {
     std::vector<RepairStep> steps;
     if (!RepairDocument(&file->list, file->report, &steps)) {
@@ -36,6 +44,7 @@ int RepairWhole(LoadedFile* file, const Options& options) {
     }
     const int status = SaveDocument(&file->list, options.Operands()[1], options);
     if (status != kExitDone) return status;
+    TellWhatStays(options.Operands()[0], file->report.damages);
     Print(steps);
     return FlushOutput() ? kExitDone : kExitFailed;
 }
