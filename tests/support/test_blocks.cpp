@@ -1,10 +1,10 @@
 #include "tests/support/test_blocks.h"
 
-LoadedGif::LoadedGif(const Bytes& bytes) {
+LoadedGif::LoadedGif(const Bytes& bytes, Manner manner) {
     (void)CreateBlockList(this);
     File file;
     file.OpenMemory(bytes.data(), bytes.size());
-    result = ReadGif(this, file, &report);
+    result = ReadGif(this, file, &report, manner);
 }
 
 Block OfKind(uint16_t kind) {

@@ -14,7 +14,7 @@
 
 // What is read from the bytes of a GIF file.
 struct LoadedGif : BlockList {
-    explicit LoadedGif(const Bytes& bytes);
+    explicit LoadedGif(const Bytes& bytes, Manner manner = Manner::kClassic);
     ReadResult result;
     ReadReport report;
 };
