@@ -194,10 +194,11 @@ private:
         } else if (ills.badCode) {
             Tell("what makes no sense behind the last pixel of its data is left out");
         } else if (image->isCutOff) {
-            Tell("its data is ended, as the file breaks off in it");  // the writer does that
+            Tell("its data is ended, as the file breaks off in it");
         }
         if (ills.noPalette && image->data) Tell("it gets a palette of its own, as there is none");
-        const bool encodes = image->data && (isShort || ills.badCode || ills.noPalette);
+        // Data that is cut may hold pixels too many. Without pixels the writer ends what there is of it.
+        const bool encodes = image->data && (isShort || ills.badCode || ills.noPalette || image->isCutOff);
         return !encodes || (FitPalette(image, ills.noPalette) && MarkChanged(image));
     }
 
