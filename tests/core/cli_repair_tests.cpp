@@ -7,14 +7,9 @@
 
 namespace {
 
-struct WholeGif : BlockList {
-    explicit WholeGif(const std::string& path) {
-        (void)CreateBlockList(this);
-        result = ReadGifFile(this, path.c_str(), &report, Manner::kWhole);
-    }
-    ReadResult result;
-    ReadReport report;
-};
+LoadedGif WholeGif(const std::string& path) {
+    return LoadedGif(ReadAll(path), Manner::kWhole);
+}
 
 // Whether both pictures have the same pixels in the same colours; their bitmaps may differ in depth.
 bool SamePicture(const MemoryHandle& a, const MemoryHandle& b) {
@@ -46,7 +41,7 @@ protected:
 
     // Every image of the file at in_ is in the one at out_, unless `told` says that it was left out.
     void ExpectPicturesKept(const std::string& told) const {
-        WholeGif before(in_), after(out_);
+        const LoadedGif before = WholeGif(in_), after = WholeGif(out_);
         uint32_t next = 0;
         for (uint32_t index = 0; index < before.count; ++index) {
             const Block image = BlockAt(before, index);
@@ -65,7 +60,8 @@ protected:
 
     // The repaired file has nothing left to be repaired.
     void ExpectClean() const {
-        for (const Damage& damage : WholeGif(out_).report.damages)
+        const LoadedGif repaired = WholeGif(out_);
+        for (const Damage& damage : repaired.report.damages)
             EXPECT_EQ(damage.kind, DamageKind::kPictureTooLarge) << DescribeDamage(damage);
         const std::string again = folder_.Path("again");
         EXPECT_EQ(RunCli({"repair", out_, again}).out, "nothing to repair\n");

@@ -13,8 +13,8 @@ one of the folders of real files that the environment variable ZEPHYR_CORPUS nam
 So far all is in the classic manner. In the whole one:
 
   whole     a file with a header is saved as it was, byte for byte
-  repaired  a file that "zephyr repair" has mended is read by the same judges and Pillow without complaint, and has for
-            giflib, convert and Pillow the pictures of the file it was, but for those that are told to be damaged
+  repaired  a file that "zephyr repair" has mended is read by the same judges without complaint, and has for us
+            the pictures of the file it was, for giflib, convert and Pillow those that are not told to be damaged
 
 Each difference is one line of text: what we have, "not" what the judge has. exceptions.json lists, for every file that
 has any, exactly these lines, in groups with the reason why they are as they should be; a line too many or too few
@@ -23,6 +23,7 @@ one closing line with the counts.
 """
 import filecmp
 import glob
+import hashlib
 import json
 import os
 import re
@@ -227,6 +228,12 @@ class Case:
         gone = {int(block) for block in re.findall(r"^block (\d+) \(IMAGE\): it (?:is|and its .* are) left out", told, re.M)}
         damaged = {int(block) for block in re.findall(r"^block (\d+) \(IMAGE\): (?!\d+ bytes? before)", told, re.M)}
         kept = [image not in damaged for image in images if image not in gone]
+        mended = json.loads(run(self.zephyr, "list", "--json", saved).stdout)["blocks"]
+        mended = [block["position"] for block in mended if block["kindName"].strip() == "IMAGE"]
+        for old, new in zip([image for image in images if image not in gone], mended):
+            same = self.picture(self.path, old) == self.picture(saved, new)
+            self.note("repaired", [] if same else [f"image {old}: not as it was shown"])
+        self.note("repaired", [] if len(mended) == len(kept) else ["images are missing"])
         intact = kept.index(False) if False in kept else len(kept)
         before, after = (giflib_view(self.helper, path, self.scratch(".idx")) for path in (self.path, saved))
         self.note("repaired", [f"giflib: {after.end}"] if after.end != "end" else [])
@@ -236,6 +243,14 @@ class Case:
         before, after = pillow_frames(self.path, intact), pillow_frames(saved, intact)
         if not gone & set(images[:intact + 1]) and before != after[:len(before)]:
             self.note("repaired", ["other frames for Pillow"])
+
+    def picture(self, path, image):
+        """The picture of an image block as we show it, a BMP file; none when it can't be decoded."""
+        bmp = self.scratch(".bmp")
+        if run(self.zephyr, "extract", path, str(image), bmp).returncode:
+            return None
+        with open(bmp, "rb") as file:
+            return hashlib.sha256(file.read()).digest()
 
     def check_pictures(self, judge, before, after, images, gone, kept):
         """A judge that gives up in the damaged file has only seen the pictures up to there."""
