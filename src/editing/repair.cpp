@@ -14,9 +14,7 @@ namespace {
 
 using ByteSpan = std::span<const uint8_t>;
 
-constexpr uint8_t kLabelEnd = 2;        // an extension's fixed part, its size first, starts here
-constexpr uint8_t kTrailerByte = 0x3B;  // as kTrailer, to be written
-constexpr size_t kVersionBytes = 6;     // with the signature
+constexpr uint8_t kLabelEnd = 2;  // an extension's fixed part, its size first, starts here
 
 std::string Bytes(uint64_t count) {
     return std::to_string(count) + (count == 1 ? " byte" : " bytes");
@@ -171,11 +169,11 @@ private:
     }
 
     bool RepairHeader(Block* header, const Ills& ills) {
-        const std::string version(header->descriptor, header->descriptor + kVersionBytes);
+        const std::string version(header->descriptor, header->descriptor + kSignatureBytes);
         const bool isOdd = version != "GIF87a" && version != kSignature;
         if (isOdd) {
             Tell("its version becomes GIF89a");
-            memcpy(header->descriptor, kSignature, kVersionBytes);
+            memcpy(header->descriptor, kSignature, kSignatureBytes);
         }
         if (ills.paletteCut) Tell("its palette is cut off; the colours that are missing become black");
         // The writer brings a palette that is cut to its end.
@@ -251,7 +249,7 @@ private:
         if (hasTrailer && list_->after.bytes == 1) return true;
         list_->after = {AllocateMemory(1), 0, 1};
         WriteLock lock(&list_->after.memory);
-        if (lock) *lock.Bytes() = kTrailerByte;
+        if (lock) *lock.Bytes() = kTrailer;
         return static_cast<bool>(lock);
     }
 
