@@ -65,6 +65,10 @@ int Ask(HWND owner, const wchar_t* name, const char* text) {
     }
 }
 
+int YesOrNo(int answer) {
+    return answer == IDYES ? IDYES : IDNO;
+}
+
 }  // namespace
 
 void MessageBox(HWND owner, const char* text) {
@@ -81,9 +85,9 @@ int YesNoCancelBox(HWND owner, const char* text) {
 }
 
 int YesnoBox(HWND owner, const char* text) {
-    return Ask(owner, L"YesnoBox", text) == IDYES ? IDYES : IDNO;
+    return YesOrNo(Ask(owner, L"YesnoBox", text));
 }
 
 int YesnoBox(HWND owner, const std::wstring& text) {
-    return Ask(owner, L"YesnoBox", text) == IDYES ? IDYES : IDNO;
+    return YesOrNo(Ask(owner, L"YesnoBox", text));
 }
