@@ -42,7 +42,8 @@ struct Block {
     uint8_t descriptor[kDescriptorBytes] = {};  // the bytes of the file, see descriptor.h
     bool isCutOff = false;                      // by the end of the file: what follows `source` would join this block
     uint32_t dataLength = 0;                    // bytes of text in `data`, without the terminating NUL
-    MemoryHandle data;           // IMAGE: the bitmap, none when it can't be had; text kinds: the bytes, NUL-terminated; otherwise none
+    MemoryHandle
+        data;  // IMAGE: the bitmap, none when it can't be had; text kinds: the bytes, NUL-terminated; otherwise none
     SourcePlace source;
     MemoryHandle aux;            // the file that it was read from, in the whole manner (source_bytes.h); otherwise none
     MemoryHandle name;           // optional block name, NUL-terminated

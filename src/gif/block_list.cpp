@@ -1,9 +1,11 @@
 #include "gif/block_list.h"
 
 #include <algorithm>
+#include <cstring>
 #include <new>
 
 #include "gif/descriptor.h"
+#include "gif/source_bytes.h"
 #include "platform/faults.h"
 
 namespace {
@@ -34,6 +36,21 @@ bool MakeRoom(BlockList* list, size_t more) {
     if (capacity > UINT32_MAX || !Reserve(list, capacity)) return false;
     list->capacity = static_cast<uint32_t>(capacity);
     return true;
+}
+
+bool IsExtension(const Block& block) {
+    return block.kind >= kControlBlock && block.kind <= kUnknownBlock;
+}
+
+// The first version of GIF has no extensions: with the first ones a document of that version becomes one of the second.
+void SignForExtensions(BlockList* list, std::span<const Block> added) {
+    constexpr char kFirstVersion[] = "GIF87a";
+    Block* header = &list->blocks[0];
+    if (header->kind != kHeaderBlock || memcmp(header->descriptor, kFirstVersion, kSignatureBytes) != 0) return;
+    if (std::ranges::count_if(list->All(), IsExtension) != std::ranges::count_if(added, IsExtension)) return;
+    if (std::ranges::none_of(added, IsExtension)) return;
+    memcpy(header->descriptor, kSignature, kSignatureBytes);
+    (void)MarkChanged(header);  // a header can always be encoded
 }
 
 void RenumberFrom(BlockList* list, uint32_t index) {
@@ -96,6 +113,7 @@ bool InsertBlocks(BlockList* list, int* selection, std::span<const Block> blocks
     for (Block& block : std::span(place, more)) block.owner = list;
     list->count += more;
     RenumberFrom(list, index);
+    if (list->flags & kReadWhole) SignForExtensions(list, {place, more});
     *selection = static_cast<int>(index + more) - 1;
     return true;
 }

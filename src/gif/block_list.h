@@ -6,12 +6,9 @@
 #include <span>
 
 #include "gif/block.h"
+#include "gif/manner.h"
 
 constexpr uint32_t kBlockListStep = 64;  // records by which the capacity grows
-
-// The two manners of keeping a document. Classic is exact about what the editor always did: what is not understood is
-// dropped, what is written is written anew. Whole loses nothing: what nobody changed is written as it was read.
-enum class Manner : uint8_t { kClassic, kWhole };
 
 // A list's `flags`.
 constexpr uint16_t kReadWhole = 1;  // its blocks know the bytes they came from

@@ -14,12 +14,12 @@ constexpr bool kQuirkFullTextEndsTwice = true;
 // Texts that are not there make no block.
 constexpr bool kQuirkDatalessBlocksDropped = true;
 
-// The text in sub-blocks of 255 bytes, a last one of what is left, and the terminator.
-bool WriteSubBlocks(File& file, const uint8_t* text, uint32_t left) {
+// The text in sub-blocks of 255 bytes, a last one of what is left, and the terminator: one in the whole manner.
+bool WriteSubBlocks(File& file, const uint8_t* text, uint32_t left, Manner manner) {
     constexpr uint32_t kLongest = 255;
     for (; left >= kLongest; left -= kLongest, text += kLongest)
         if (WriteByte(file, kLongest) < 0 || !file.Write(text, kLongest)) return false;
-    if (left > 0 || kQuirkFullTextEndsTwice)
+    if (left > 0 || (kQuirkFullTextEndsTwice && manner == Manner::kClassic))
         if (WriteByte(file, static_cast<int>(left)) < 0 || !file.Write(text, left)) return false;
     return WriteByte(file, 0) >= 0;
 }
@@ -29,11 +29,12 @@ bool WriteExtension(File& file, int label, const uint8_t* fixed, size_t fixedByt
     return WriteByte(file, kExtensionIntroducer) >= 0 && WriteByte(file, label) >= 0 && file.Write(fixed, fixedBytes);
 }
 
-bool WriteTextExtension(File& file, int label, const Block& block, size_t fixedBytes) {
-    if (kQuirkDatalessBlocksDropped && !block.data) return true;
+bool WriteTextExtension(File& file, int label, const Block& block, size_t fixedBytes, Manner manner) {
+    if (kQuirkDatalessBlocksDropped && !block.data && manner == Manner::kClassic) return true;
     MemoryLock lock(block.data);
-    return lock && WriteExtension(file, label, block.descriptor, fixedBytes) &&
-           WriteSubBlocks(file, lock.Bytes(), block.dataLength);
+    if (block.data && !lock) return false;
+    return WriteExtension(file, label, block.descriptor, fixedBytes) &&
+           WriteSubBlocks(file, lock.Bytes(), lock ? block.dataLength : 0, manner);
 }
 
 }  // namespace
@@ -43,31 +44,31 @@ bool WritePalette(File& file, const Block& block, uint8_t packed) {
     return file.Write(block.palette.Colours(), 3 * static_cast<size_t>(ColoursOfPacked(packed)));
 }
 
-bool WriteImageBlock(File& file, const Block& block) {
+bool WriteImageBlock(File& file, const Block& block, Manner manner) {
     return WriteByte(file, kImageIntroducer) >= 0 && file.Write(block.descriptor, kImageDescriptorBytes) &&
-           WritePalette(file, block, GetImageFields(block).packed) && EncodeImageData(file, block);
+           WritePalette(file, block, GetImageFields(block).packed) && EncodeImageData(file, block, manner);
 }
 
 bool WriteControlBlock(File& file, const Block& block) {
     return WriteExtension(file, kControlLabel, block.descriptor, kControlDescriptorBytes);
 }
 
-bool WritePlainTextBlock(File& file, const Block& block) {
-    return WriteTextExtension(file, kPlainTextLabel, block, kPlainTextDescriptorBytes);
+bool WritePlainTextBlock(File& file, const Block& block, Manner manner) {
+    return WriteTextExtension(file, kPlainTextLabel, block, kPlainTextDescriptorBytes, manner);
 }
 
-bool WriteApplicationBlock(File& file, const Block& block) {
-    return WriteTextExtension(file, kApplicationLabel, block, kApplicationDescriptorBytes);
+bool WriteApplicationBlock(File& file, const Block& block, Manner manner) {
+    return WriteTextExtension(file, kApplicationLabel, block, kApplicationDescriptorBytes, manner);
 }
 
-bool WriteCommentBlock(File& file, const Block& block) {
-    return WriteTextExtension(file, kCommentLabel, block, 0);
+bool WriteCommentBlock(File& file, const Block& block, Manner manner) {
+    return WriteTextExtension(file, kCommentLabel, block, 0, manner);
 }
 
 bool WriteLoopBlock(File& file, const Block& block) {
     return WriteExtension(file, kApplicationLabel, block.descriptor, kLoopDescriptorBytes);
 }
 
-bool WriteUnknownBlock(File& file, const Block& block) {
-    return WriteTextExtension(file, block.descriptor[0], block, 0);
+bool WriteUnknownBlock(File& file, const Block& block, Manner manner) {
+    return WriteTextExtension(file, block.descriptor[0], block, 0, manner);
 }

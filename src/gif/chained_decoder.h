@@ -19,11 +19,13 @@ public:
 
     // Decodes the chain of sub-blocks at which `file` stands and calls storeRow(pixels) for every whole row, one byte a
     // pixel. Images without pixels have no rows; their data is read all the same. False when a code can't occur.
+    // `codeSize`: 1 to kMostWholeCodeSize; of pixels above 255 the low bits count.
     template <typename StoreRow>
-    bool Decode(File& file, int codeSize, StoreRow storeRow) {
+    bool Decode(File& file, int codeSize, Manner manner, StoreRow storeRow) {
         auto* tables = reinterpret_cast<Tables*>(memory_.get());
         uint8_t* row = memory_.get() + sizeof(Tables);
-        size_t x = 0;
+        size_t& x = rest_;
+        x = 0;
         auto emit = [&](uint8_t pixel) {
             if (width_ == 0) return;
             row[x] = pixel;
@@ -33,7 +35,7 @@ public:
         };
 
         const unsigned clearCode = 1u << codeSize;
-        CodeStream stream(file);
+        CodeStream stream(file, manner);
         CodeStream::Bits in;
         Dictionary state = FreshDictionary(codeSize);
         for (unsigned code; TakeCode(stream, &in, state.width, &code) && code != clearCode + 1;) {
@@ -45,6 +47,10 @@ public:
         }
         return true;
     }
+
+    // What the last Decode left: the first `RestCount()` pixels of a row that is not whole.
+    const uint8_t* Rest() const { return memory_.get() + sizeof(Tables); }
+    size_t RestCount() const { return rest_; }
 
 private:
     struct Tables {
@@ -88,5 +94,6 @@ private:
     }
 
     size_t width_ = 0;
+    size_t rest_ = 0;
     std::unique_ptr<uint8_t[]> memory_;
 };

@@ -7,6 +7,7 @@
 #include "gif/extension_reader.h"
 #include "gif/gif_header.h"
 #include "gif/sub_blocks.h"
+#include "gif/whole_reader.h"
 
 namespace {
 
@@ -56,11 +57,11 @@ ReadResult ReadDocument(BlockList* list, File& file, ReadReport* report) {
 
 }  // namespace
 
-ReadResult ReadGif(BlockList* list, File& file, ReadReport* report, Manner) {
+ReadResult ReadGif(BlockList* list, File& file, ReadReport* report, Manner manner) {
     ReadReport unwanted;
     if (!report) report = &unwanted;
     *report = {};
-    ReadResult result = ReadDocument(list, file, report);
+    ReadResult result = manner == Manner::kWhole ? ReadWholeGif(list, file, report) : ReadDocument(list, file, report);
     if (!file.HasFailed()) return result;
     // To the reader of bytes it looked like the end of the file.
     report->couldNotRead = true;

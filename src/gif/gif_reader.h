@@ -18,11 +18,13 @@ enum class DamageKind : uint8_t {
     kPrefix,             // bytes before the signature: harmless
     kStrayBytes,         // between blocks, where none starts
     kPaletteCut,         // the file ends in a colour table
-    kOddSize,            // of a block's fixed part; the rest of its data is kept with it
+    kOddSize,            // of `detail` bytes, has a block's fixed part
+    kMoreSubBlocks,      // than a control block has
     kBlockCut,           // the file ends in the block
     kNoPalette,          // neither the image nor the document has colours: all black
     kCodeSize,           // `detail` is the image's minimum code size, which no image may have
     kBadCode,            // the image's data makes no sense after `detail` pixels
+    kBadCodeBehind,      // the same behind its last pixel: harmless
     kPixelsMissing,      // the image's data ends after `detail` pixels
     kPictureTooLarge,    // for the memory: the image has no pixels here
     kNoTrailer,          // the file ends without one

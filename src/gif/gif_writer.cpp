@@ -2,10 +2,11 @@
 
 #include <algorithm>
 #include <cstring>
-#include <string>
 
 #include "gif/block_writers.h"
 #include "gif/descriptor.h"
+#include "gif/identity_comment.h"
+#include "gif/whole_writer.h"
 
 namespace {
 
@@ -21,11 +22,6 @@ constexpr bool kQuirkSavedFileIsSigned = true;
 // The editor saves straight over its target, through links too, and removes what a failed write has left.
 constexpr bool kQuirkSaveOverTarget = true;
 
-// The comment that tells who made a file.
-std::string IdentityComment(const Identity& user) {
-    return "FILE IDENTITY\r\nCreated or modified by\r\n" + user.owner + "\r\n" + user.organisation;
-}
-
 bool WriteHeader(File& file, const Block& header) {
     uint8_t bytes[kHeaderDescriptorBytes];
     memcpy(bytes, header.descriptor, sizeof bytes);
@@ -35,7 +31,8 @@ bool WriteHeader(File& file, const Block& header) {
 
 bool WriteBlock(File& file, const Block& block) {
     switch (block.kind) {
-        case kImageBlock: return WriteImageBlock(file, block);
+        // Without pixels there is nothing to encode, but maybe what the file had.
+        case kImageBlock: return block.data ? WriteImageBlock(file, block) : WriteSource(file, block, true);
         case kControlBlock: return WriteControlBlock(file, block);
         case kPlainTextBlock: return WritePlainTextBlock(file, block);
         case kApplicationBlock: return WriteApplicationBlock(file, block);
@@ -47,43 +44,14 @@ bool WriteBlock(File& file, const Block& block) {
     }
 }
 
-// Looks for a COMMENT with exactly that text. False when a block can't be read.
-bool FindIdenticalComment(const BlockList& list, std::string_view text, bool* found) {
-    *found = false;
-    for (const Block& block : list.All()) {
-        if (block.kind != kCommentBlock || block.dataLength != text.size()) continue;
-        MemoryLock lock(block.data);
-        if (!lock) return false;
-        *found = memcmp(lock.Bytes(), text.data(), text.size()) == 0;
-        if (*found) break;
-    }
-    return true;
-}
-
-bool WriteIdentity(File& file, const BlockList& list, const Identity& user) {
-    if (!kQuirkSavedFileIsSigned) return true;
-    std::string identity = IdentityComment(user);
-    bool isThere;
-    if (!FindIdenticalComment(list, identity, &isThere)) return false;
-    if (isThere) return true;
-    Block comment;
-    comment.kind = kCommentBlock;
-    return SetBlockText(&comment, identity.data(), static_cast<uint32_t>(identity.size())) &&
-           WriteCommentBlock(file, comment);
-}
-
 bool WriteDocument(File& file, const BlockList& list, const Block& header, const Identity& user) {
     return WriteHeader(file, header) &&
            std::ranges::all_of(list.All(), [&](const Block& block) { return WriteBlock(file, block); }) &&
-           WriteIdentity(file, list, user) && WriteByte(file, kTrailer) >= 0;
+           (!kQuirkSavedFileIsSigned || WriteIdentity(file, list, user, Manner::kClassic)) &&
+           WriteByte(file, kTrailer) >= 0;
 }
 
 }  // namespace
-
-bool HasIdenticalComment(const BlockList& list, std::string_view text) {
-    bool found;
-    return FindIdenticalComment(list, text, &found) && found;
-}
 
 bool WriteGif(const BlockList& list, File& file, const Identity& user) {
     const Block* header = FindHeader(list);
@@ -97,8 +65,8 @@ bool WriteGifFile(const BlockList& list, const char* path) {
     return WriteDocument(file, list, *header, GetUserIdentity()) && file.Close();
 }
 
-bool WriteWholeGif(const BlockList& list, File& file, const Identity*) {
-    return WriteGif(list, file, {});
+bool WriteWholeGif(const BlockList& list, File& file, const Identity* names) {
+    return FindHeader(list) && WriteWholeDocument(list, file, names);
 }
 
 bool WriteWholeGifFile(const BlockList& list, const char* path, std::string* reason) {

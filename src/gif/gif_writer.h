@@ -2,9 +2,9 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "gif/block_list.h"
+#include "gif/identity_comment.h"
 #include "platform/file.h"
 #include "platform/identity.h"
 
@@ -17,9 +17,6 @@
 // failure; the file is then removed, except when the document has no header, which is noticed before the file is
 // touched.
 [[nodiscard]] bool WriteGifFile(const BlockList& list, const char* path);
-
-// Whether some COMMENT block's text is exactly `text`.
-bool HasIdenticalComment(const BlockList& list, std::string_view text);
 
 // The same in the whole manner: blocks that nobody changed as the file had them, the others encoded anew, with what the
 // list keeps before and behind them. A comment with `names` is added only when they are given (null: none).

@@ -54,14 +54,14 @@ bool LinearDecoder::Prepare(uint64_t room) {
 }
 
 // In one piece: with the state of the dictionary in a type of its own the compiler gives up registers (5 to 10 %).
-LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize) {
+LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize, Manner manner) {
     const unsigned clearCode = 1u << codeSize;
     const unsigned startWidth = static_cast<unsigned>(codeSize) + 1;
     uint8_t* const base = memory_.get();
     uint8_t* const first = base + kLiterals;
     uint8_t* const limit = first + room_;
     uint8_t* out = first;
-    CodeStream stream(file);
+    CodeStream stream(file, manner);
     CodeStream::Bits in;
     Entry table[kMostCodes + 1];  // one more to write to when it is full
     for (unsigned i = 0; i < clearCode; ++i) table[i] = {i, 1};

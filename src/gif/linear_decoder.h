@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "gif/lzw_limits.h"
+#include "gif/manner.h"
 #include "platform/file.h"
 #include "platform/memory.h"
 
@@ -22,8 +23,8 @@ public:
     // Takes memory for `room` pixels (1 or more, below 2^31). False when there is none.
     [[nodiscard]] bool Prepare(uint64_t room);
 
-    // Decodes the chain of sub-blocks at which `file` stands. `codeSize`: kLeastCodeSize to kMostCodeSize.
-    Outcome Decode(File& file, int codeSize);
+    // Decodes the chain of sub-blocks at which `file` stands. `codeSize`: 1 to kMostCodeSize.
+    Outcome Decode(File& file, int codeSize, Manner manner);
 
     // What the last Decode yielded: Count() pixels, row by row in the order of the data.
     const uint8_t* Pixels() const { return memory_.get() + kLiterals; }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "gif/descriptor.h"
+#include "gif/source_bytes.h"
 
 namespace {
 
@@ -27,10 +28,12 @@ bool FitLogicalScreen(BlockList* list) {
         bottom = std::max(bottom, image.top + image.height);
     }
     if (list->count == 0) return false;
-    Block* header = &list->blocks[0];
-    HeaderFields fields = GetHeaderFields(*header);
+    const Block& header = list->blocks[0];
+    HeaderFields fields = GetHeaderFields(header);
     FitEdge(right, &fields.screenWidth);
     FitEdge(bottom, &fields.screenHeight);
-    PutHeaderFields(header, fields);
-    return true;
+    Block fitted = header;
+    PutHeaderFields(&fitted, fields);
+    bool differs;
+    return StoreEdited(list, fitted, 0, &differs);
 }

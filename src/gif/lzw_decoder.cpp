@@ -1,5 +1,7 @@
 #include "gif/lzw_decoder.h"
 
+#include <algorithm>
+
 #include "gif/chained_decoder.h"
 #include "gif/descriptor.h"
 #include "gif/interlace.h"
@@ -15,56 +17,78 @@ struct Target {
     LockedBitmap bitmap;
     int width, height;
     bool interlaced;
+    Manner manner;
+
+    RowWalk Walk() const { return {height, interlaced, manner}; }
+    uint64_t Pixels() const { return static_cast<uint64_t>(width) * static_cast<uint64_t>(height); }
 };
 
-// Puts the whole rows among the first `count` pixels in their places.
+// Puts `count` pixels at the start of row `y`; a row beyond the image is dropped.
+void StoreRow(const Target& target, int y, const uint8_t* pixels, uint64_t count) {
+    if (y < target.height)
+        PackRow(ImageRow(target.bitmap, y), pixels, static_cast<int>(count), target.bitmap->bitCount);
+}
+
+// Puts the first `count` pixels in their places: the whole rows among them and, in the whole manner, the rest.
 void StoreRows(const Target& target, const uint8_t* pixels, uint64_t count) {
-    RowWalk walk(target.height, target.interlaced);
+    RowWalk walk = target.Walk();
     auto width = static_cast<uint64_t>(target.width);
-    for (uint64_t done = width; done <= count; done += width, pixels += width, walk.Advance())
-        if (walk.Row() < target.height)
-            PackRow(ImageRow(target.bitmap, walk.Row()), pixels, target.width, target.bitmap->bitCount);
+    for (; count >= width; count -= width, pixels += width, walk.Advance()) StoreRow(target, walk.Row(), pixels, width);
+    if (count && target.manner == Manner::kWhole) StoreRow(target, walk.Row(), pixels, count);
 }
 
 // Decodes an image whose data holds no more pixels than it has room for. False, with the bitmap untouched, when the
 // image is none of these or memory is short.
-bool DecodeLinear(File& file, int codeSize, const Target& target, DecodeResult* result) {
-    uint64_t room = static_cast<uint64_t>(target.width) * static_cast<uint64_t>(target.height);
-    if (room == 0 || room > kMostLinearPixels) return false;
+bool DecodeLinear(File& file, int codeSize, const Target& target, DecodeResult* result, uint64_t* pixels) {
+    uint64_t room = target.Pixels();
+    if (room == 0 || room > kMostLinearPixels || codeSize > kMostCodeSize) return false;
     LinearDecoder decoder;
     if (!decoder.Prepare(room)) return false;
-    LinearDecoder::Outcome outcome = decoder.Decode(file, codeSize);
+    LinearDecoder::Outcome outcome = decoder.Decode(file, codeSize, target.manner);
     if (outcome == LinearDecoder::kSurplus) return false;
+    *pixels = decoder.Count();
     StoreRows(target, decoder.Pixels(), decoder.Count());
     *result = outcome == LinearDecoder::kCorrupt ? kDecodeCorrupt : kDecodeDone;
     return true;
 }
 
 // Decodes anything, row by row.
-DecodeResult DecodeChained(File& file, int codeSize, const Target& target) {
+DecodeResult DecodeChained(File& file, int codeSize, const Target& target, uint64_t* pixels) {
     ChainedDecoder decoder;
     if (!decoder.Prepare(target.width)) return kDecodeNoMemory;
-    RowWalk walk(target.height, target.interlaced);
-    bool intact = decoder.Decode(file, codeSize, [&](const uint8_t* row) {
-        if (walk.Row() < target.height)
-            PackRow(ImageRow(target.bitmap, walk.Row()), row, target.width, target.bitmap->bitCount);
+    RowWalk walk = target.Walk();
+    auto width = static_cast<uint64_t>(target.width);
+    uint64_t count = 0;
+    bool intact = decoder.Decode(file, codeSize, target.manner, [&](const uint8_t* row) {
+        StoreRow(target, walk.Row(), row, width);
         walk.Advance();
+        count += width;
     });
+    if (target.manner == Manner::kWhole) StoreRow(target, walk.Row(), decoder.Rest(), decoder.RestCount());
+    *pixels = std::min(count + decoder.RestCount(), target.Pixels());
     return intact ? kDecodeDone : kDecodeCorrupt;
+}
+
+bool IsCodeSize(int codeSize, Manner manner) {
+    if (manner == Manner::kWhole) return codeSize >= kLeastWholeCodeSize && codeSize <= kMostWholeCodeSize;
+    return codeSize >= kLeastCodeSize && codeSize <= kMostCodeSize;
 }
 
 }  // namespace
 
-DecodeResult DecodeImageData(File& file, int codeSize, Block* image) {
-    if (codeSize < kLeastCodeSize || codeSize > kMostCodeSize) return kDecodeBadCodeSize;
+DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner manner, uint64_t* pixels) {
+    uint64_t unwanted;
+    if (!pixels) pixels = &unwanted;
+    *pixels = 0;
+    if (!IsCodeSize(codeSize, manner)) return kDecodeBadCodeSize;
     ImageWriteLock bitmap(&image->data);
     if (!bitmap) return kDecodeCorrupt;
     bool interlaced = (GetImageFields(*image).packed & kImageInterlaced) != 0;
-    Target target = {bitmap, bitmap->width, bitmap->height, interlaced};
+    Target target = {bitmap, bitmap->width, bitmap->height, interlaced, manner};
 
     uint64_t start = file.Position();
     DecodeResult result;
-    if (DecodeLinear(file, codeSize, target, &result)) return result;
+    if (DecodeLinear(file, codeSize, target, &result, pixels)) return result;
     file.Seek(start);
-    return DecodeChained(file, codeSize, target);
+    return DecodeChained(file, codeSize, target, pixels);
 }

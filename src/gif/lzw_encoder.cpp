@@ -13,8 +13,8 @@ namespace {
 // The rows of an image as pixel values, in the order in which they are encoded.
 class RowSource {
 public:
-    RowSource(ConstLockedBitmap bitmap, bool interlaced, uint8_t* buffer)
-        : bitmap_(bitmap), walk_(bitmap->height, interlaced), buffer_(buffer) {}
+    RowSource(ConstLockedBitmap bitmap, bool interlaced, Manner manner, uint8_t* buffer)
+        : bitmap_(bitmap), walk_(bitmap->height, interlaced, manner), buffer_(buffer) {}
 
     // The next row; one that the image does not have is all 0.
     const uint8_t* Next() {
@@ -144,7 +144,7 @@ bool Encode(Job* job) {
 
 }  // namespace
 
-bool EncodeImageData(File& file, const Block& image) {
+bool EncodeImageData(File& file, const Block& image, Manner manner) {
     ImageLock bitmap(image.data);
     if (!bitmap) return false;
     ImageFields fields = GetImageFields(image);
@@ -157,7 +157,7 @@ bool EncodeImageData(File& file, const Block& image) {
     CodeWriter writer;
     CodeWriter::Place out;
     if (!row || !writer.Start(&file, static_cast<int>(codeSize), &out)) return false;
-    RowSource rows(bitmap, (fields.packed & kImageInterlaced) != 0, row.get());
+    RowSource rows(bitmap, (fields.packed & kImageInterlaced) != 0, manner, row.get());
     Job job = {rows, bitmap->width, bitmap->height, (1u << depth) - 1, codeSize, &writer, out};
     return Encode(&job) && writer.Finish(job.out);
 }

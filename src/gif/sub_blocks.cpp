@@ -24,7 +24,7 @@ CodeStream::Bits CodeStream::Fetch(Bits at) {
         auto wanted = static_cast<size_t>(length);
         size_t read = length > 0 ? file_.Read(buffer_ + filled, wanted) : 0;
         ended_ = length <= 0 || read < wanted;
-        if (!ended_ || !kQuirkCutSubBlockDropped) filled += read;
+        if (!ended_ || keepsCut_ || !kQuirkCutSubBlockDropped) filled += read;
         if (length == 0) file_.Seek(here);  // the empty sub-block is left for whoever looks for the chain's end
     }
     at.next = buffer_;

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "gif/manner.h"
 #include "platform/file.h"
 
 // Moves behind the end of the chain at which (or between whose sub-blocks) `file` stands, or behind the end of the
@@ -11,11 +12,12 @@
 void SkipSubBlocks(File& file);
 
 // The sub-blocks of one image's data as a stream of bits, least significant first. Sub-blocks are joined in a small
-// buffer, so that the decoder sees long runs of bytes. One cut off by the end of the file does not count.
+// buffer, so that the decoder sees long runs of bytes. One cut off by the end of the file counts in the whole manner
+// only.
 class CodeStream {
 public:
     // cppcheck-suppress uninitMemberVar ; Fetch fills the buffer before anybody reads it
-    explicit CodeStream(File& file) : file_(file) {}
+    CodeStream(File& file, Manner manner) : file_(file), keepsCut_(manner == Manner::kWhole) {}
 
     // Where the decoder reads. It keeps this in local variables for speed and hands it back to fetch more.
     struct Bits {
@@ -32,6 +34,7 @@ private:
     static constexpr size_t kBufferBytes = 4096;
 
     File& file_;
+    bool keepsCut_;
     bool ended_ = false;
     uint8_t buffer_[kBufferBytes];
 };

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "platform/file_system.h"
-#include "platform/memory.h"
 #include "platform/replace_file.h"
 
 namespace {
@@ -41,12 +40,12 @@ bool File::AllocateBuffer() {
     return buffer_ || Fail(kSystemNoMemory);
 }
 
-bool File::GrowBuffer() {
-    std::unique_ptr<uint8_t[]> larger = AllocateScratch(2 * static_cast<uint64_t>(bufferBytes_));
+bool File::GrowBuffer(uint64_t bytes) {
+    std::unique_ptr<uint8_t[]> larger = AllocateScratch(bytes);
     if (!larger) return Fail(kSystemNoMemory);
     memcpy(larger.get(), buffer_.get(), filled_);
     buffer_ = std::move(larger);
-    bufferBytes_ *= 2;
+    bufferBytes_ = static_cast<size_t>(bytes);
     return true;
 }
 
@@ -66,7 +65,7 @@ void File::ReadStream() {
     do {
         filled_ += static_cast<size_t>(came);
         if (filled_ == kMostStreamBytes) Fail(kSystemFileTooLarge);
-        if (filled_ == bufferBytes_ && !failed_) GrowBuffer();
+        if (filled_ == bufferBytes_ && !failed_) GrowBuffer(2 * uint64_t{bufferBytes_});
         came = failed_ ? 0 : SystemRead(system_, buffer_.get() + filled_, bufferBytes_ - filled_);
     } while (came > 0);
     if (came < 0) Fail(SystemLastError());
@@ -142,6 +141,33 @@ size_t File::Read(void* to, size_t bytes) {
     return done;
 }
 
+// What the system says of the size is a start; the file may grow or shrink meanwhile, or not know its size.
+MemoryHandle File::ReadRest(uint64_t most, size_t* bytes) {
+    *bytes = 0;
+    const uint64_t start = Position();
+    uint64_t size = content_ ? contentBytes_ : SystemSize(system_);
+    uint64_t room = std::clamp<uint64_t>(size > start ? size - start : 0, 1, most);
+    MemoryHandle memory;
+    for (;;) {
+        MemoryHandle larger = AllocateMemory(room);
+        WriteLock lock(&larger);
+        if (!lock) return Fail(kSystemNoMemory), nullptr;
+        if (MemoryLock old(memory); old) memcpy(lock.Bytes(), old.Bytes(), *bytes);
+        memory = larger;
+        *bytes += Read(lock.Bytes() + *bytes, static_cast<size_t>(room) - *bytes);
+        int next = *bytes == room ? ReadByte() : -1;
+        if (failed_) return nullptr;
+        if (next < 0) return memory;
+        if (room == most) return Fail(kSystemFileTooLarge), nullptr;
+        Seek(start + *bytes);
+        room = std::min(2 * room, most);
+    }
+}
+
+void File::ExpectBytes(uint64_t bytes) {
+    if (gathering_ && !failed_ && bytes > bufferBytes_ && bytes < SIZE_MAX) GrowBuffer(bytes + 1);
+}
+
 void File::Seek(uint64_t position) {
     if (position >= windowStart_ && position <= windowStart_ + filled_) {
         next_ = static_cast<size_t>(position - windowStart_);
@@ -165,7 +191,7 @@ void File::FlushBuffer() {
 
 void File::MakeRoom() {
     if (gathering_)
-        GrowBuffer();
+        GrowBuffer(2 * uint64_t{bufferBytes_});
     else
         FlushBuffer();
 }

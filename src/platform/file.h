@@ -6,6 +6,8 @@
 #include <memory>
 #include <string>
 
+#include "platform/memory.h"
+
 // One open file. Paths are UTF-8 on every system. At the end of its scope a file that is being read is closed; one that
 // was created and never closed is discarded.
 class File {
@@ -33,12 +35,20 @@ public:
     // After the first error nothing more comes, and HasFailed tells it from the end.
     size_t Read(void* to, size_t bytes);
 
+    // Reads all that is left into memory of its own; `*bytes` becomes how much that is. None, and HasFailed tells, when
+    // the file can't be read, has more than `most` bytes left, or memory runs out.
+    [[nodiscard]] MemoryHandle ReadRest(uint64_t most, size_t* bytes);
+
     // The next byte (0 to 255), or -1 at the end of the file or on a read error, as above.
     int ReadByte() { return next_ < filled_ ? window_[next_++] : ReadByteAfterFill(); }
 
     // Where the next read starts, in bytes from the start of the file; may lie behind its end after a Seek.
     uint64_t Position() const { return windowStart_ + next_; }
     void Seek(uint64_t position);
+
+    // Says how much is about to be written in all. Spares a replacement the growing of its memory; a wrong number does
+    // no harm.
+    void ExpectBytes(uint64_t bytes);
 
     // Appends `bytes` bytes. After the first failure (full disk, say) every later write fails too.
     bool Write(const void* from, size_t bytes);
@@ -66,7 +76,7 @@ private:
     void Start();
     bool Fail(int error);
     bool AllocateBuffer();
-    bool GrowBuffer();
+    bool GrowBuffer(uint64_t bytes);
     void ReadStream();
     int ReadByteAfterFill();
     void Fill();

@@ -74,6 +74,11 @@ bool SystemSeek(intptr_t file, uint64_t position) {
     return lseek(static_cast<int>(file), static_cast<off_t>(position), SEEK_SET) >= 0;
 }
 
+uint64_t SystemSize(intptr_t file) {
+    struct stat status;
+    return fstat(static_cast<int>(file), &status) == 0 ? static_cast<uint64_t>(status.st_size) : 0;
+}
+
 bool SystemClose(intptr_t file) {
     return close(static_cast<int>(file)) == 0;
 }

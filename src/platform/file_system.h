@@ -14,6 +14,7 @@ ptrdiff_t SystemRead(intptr_t file, void* to, size_t bytes);
 // Bytes written (maybe fewer than asked for), or negative on an error.
 ptrdiff_t SystemWrite(intptr_t file, const void* from, size_t bytes);
 bool SystemSeek(intptr_t file, uint64_t position);
+uint64_t SystemSize(intptr_t file);  // in bytes; 0 when it is not known
 bool SystemClose(intptr_t file);
 bool SystemIsSpecial(const char* path);  // something stands there that is no ordinary file
 void SystemDelete(const char* path);

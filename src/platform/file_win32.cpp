@@ -65,6 +65,11 @@ bool SystemSeek(intptr_t file, uint64_t position) {
     return SetFilePointerEx(HandleOf(file), distance, nullptr, FILE_BEGIN) != 0;
 }
 
+uint64_t SystemSize(intptr_t file) {
+    LARGE_INTEGER size;
+    return GetFileSizeEx(HandleOf(file), &size) ? static_cast<uint64_t>(size.QuadPart) : 0;
+}
+
 bool SystemClose(intptr_t file) {
     return CloseHandle(HandleOf(file)) != 0;
 }
