@@ -21,6 +21,7 @@ int RunInsert(const Words& words);
 int RunDelete(const Words& words);
 int RunSet(const Words& words);
 int RunBuild(const Words& words);
+int RunFrames(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -31,6 +32,7 @@ extern const char kInsertHelp[];
 extern const char kDeleteHelp[];
 extern const char kSetHelp[];
 extern const char kBuildHelp[];
+extern const char kFramesHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

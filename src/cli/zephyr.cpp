@@ -20,6 +20,7 @@ constexpr char kProgramHelp[] =
     "  delete IN OUT INDEX...            delete blocks\n"
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
     "  build -o OUT FILE FILE...         make an animation from pictures\n"
+    "  frames IN OUT-%03d.png            write what each frame looks like\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
@@ -35,7 +36,7 @@ struct Command {
 constexpr Command kCommands[] = {
     {"list", RunList, kListHelp},    {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
     {"remap", RunRemap, kRemapHelp}, {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
-    {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},
+    {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},    {"frames", RunFrames, kFramesHelp},
 };
 
 int Print(const char* text) {
