@@ -21,6 +21,7 @@ constexpr char kProgramHelp[] =
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
     "  build -o OUT FILE FILE...         make an animation from pictures\n"
     "  frames IN OUT-%03d.png            write what each frame looks like\n"
+    "  check FILE...                     tell what will surprise in players\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
@@ -37,6 +38,7 @@ constexpr Command kCommands[] = {
     {"list", RunList, kListHelp},    {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
     {"remap", RunRemap, kRemapHelp}, {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
     {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},    {"frames", RunFrames, kFramesHelp},
+    {"check", RunCheck, kCheckHelp},
 };
 
 int Print(const char* text) {
