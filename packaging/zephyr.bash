@@ -18,7 +18,7 @@ _zephyr_join() {
 _zephyr_offer() {
   local kept=${cur%"${cur##*[=:]}"}
   mapfile -t COMPREPLY < <(compgen -W "$*" -- "$cur")
-  if [[ ${COMPREPLY[0]-} == *[=:] ]]; then compopt -o nospace 2>/dev/null; fi
+  if [[ ${COMPREPLY[0]-} == *[=:@] ]]; then compopt -o nospace 2>/dev/null; fi
   COMPREPLY=("${COMPREPLY[@]#"$kept"}")
 }
 
@@ -48,9 +48,9 @@ _zephyr_lines() {
   if [[ -f $file ]]; then "$program" list -- "$file" </dev/null 2>/dev/null; fi
 }
 
-# The numbers of the file's blocks, of all or of those that are pictures.
-_zephyr_indexes() {  # FILE [KIND]
-  _zephyr_offer "$(_zephyr_lines "$1" | awk -v kind="${2-}" 'index($0, kind) == 1 { print NR - 1 }')"
+# The numbers of the file's blocks, of all or of those of some kinds.
+_zephyr_indexes() {  # FILE [KIND|KIND...]
+  _zephyr_offer "$(_zephyr_lines "$1" | awk -v kinds="^(${2-})" '$0 ~ kinds { print NR - 1 }')"
 }
 
 _zephyr_fields() {  # FILE INDEX
@@ -70,7 +70,8 @@ _zephyr_fields() {  # FILE INDEX
     "PLAIN TEXT"*) _zephyr_offer "$plain" ;;
     COMMENT*) _zephyr_offer text= ;;
     LOOP*) _zephyr_offer "$loop" ;;
-    *) _zephyr_offer "$header $image $control $loop $plain" ;;
+    APPLICATION* | UNKNOWN*) _zephyr_offer data=@ ;;
+    *) _zephyr_offer "$header $image $control $loop $plain data=@" ;;
   esac
 }
 
@@ -87,13 +88,14 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
   local command=$1
   shift
   case $command:$# in
-    extract:1 | remap:1) _zephyr_indexes "$1" IMAGE ;;
+    extract:1) _zephyr_indexes "$1" 'IMAGE|APPLICATION|UNKNOWN' ;;
+    remap:1) _zephyr_indexes "$1" IMAGE ;;
     extract:2 | remap:2) _zephyr_files bmp ;;
     set:2) _zephyr_indexes "$1" ;;
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_indexes "$1" ;;
-    list:0 | save:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
+    list:0 | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
   esac
 }
 
@@ -104,15 +106,16 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list save extract remap insert delete set build --help --version
+    _zephyr_offer list save extract remap insert delete set build repair --help --version
     return
   fi
   case ${words[1]} in
     list) options='--json --strict' ;;
-    save | delete | set) options="--strict $names" ;;
+    save | delete | set) options="--strict --fit-screen $names" ;;
     extract) options=--strict ;;
     remap) options='--palette --dither --strict' ;;
-    insert) options="--at --kind --remap --dither --keep --strict $names" ;;
+    insert) options="--at --kind --remap --dither --keep --strict --fit-screen $names" ;;
+    repair) options="--fit-screen $names" ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;
   esac
@@ -131,7 +134,7 @@ _zephyr() {  # PROGRAM, as it was typed
     prefix=${cur%%=*}=
     _zephyr_value "${cur%%=*}"
   elif [[ $cur == -* && -z $ended ]]; then
-    _zephyr_offer "$options" --help
+    _zephyr_offer "$options" --classic --help
   else
     _zephyr_operand "${words[1]}" "${operands[@]}"
   fi

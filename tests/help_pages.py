@@ -2,7 +2,8 @@
 """Checks the built help against the program: tests/help_pages.py FOLDER, the one that holds klmzep.exe.
 
 Every keyword that the sources ask for has its page in help/ and one entry in the keyword table of TELVAR.HLP, which
-leads to the topic of the same title; no link between the pages leads nowhere, and none leaves them.
+leads to the topic of the same title; no link between the pages leads nowhere, and none leaves them. The page about
+careful mode says all that the program's table of it says.
 """
 import re
 import struct
@@ -69,7 +70,7 @@ class HelpFile:
 class Page(HTMLParser):
     def __init__(self, path):
         super().__init__()
-        self.links, self.anchors, self.headings, self.inside = [], set(), [], None
+        self.links, self.anchors, self.headings, self.texts, self.inside = [], set(), [], [], None
         self.feed(path.read_text(encoding="utf-8"))
 
     def handle_starttag(self, tag, attributes):
@@ -83,6 +84,7 @@ class Page(HTMLParser):
         self.inside = None if tag == self.inside else self.inside
 
     def handle_data(self, data):
+        self.texts.append(data)
         if self.inside == "h1":
             self.headings.append(data)
 
@@ -90,6 +92,13 @@ class Page(HTMLParser):
 def keywords_in_sources(root):
     sources = list((root / "src/windows").rglob("*.cpp"))
     return sorted({word for path in sources for word in re.findall(r'"(KLM[A-Z][a-z]\w*)"', path.read_text())})
+
+
+def cares_in_sources(root):
+    """The sentences of careful mode's table: the last texts of its rows."""
+    table = (root / "src/windows/services/careful.cpp").read_text().split("kCares[] = {")[1].split("\n};")[0]
+    rows = re.split(r"Care::k\w+,", re.sub(r'"\s+"', "", table))[1:]
+    return [re.findall(r'"([^"]*)"', row)[1] for row in rows]
 
 
 def broken_links(folder, pages):
@@ -103,7 +112,8 @@ def broken_links(folder, pages):
 
 
 def check(program_folder):
-    keywords = keywords_in_sources(Path(__file__).resolve().parent.parent)
+    root = Path(__file__).resolve().parent.parent
+    keywords = keywords_in_sources(root) + ["KLMCareful"]
     assert len(keywords) >= 9, f"only {keywords} found in the sources"
     folder = program_folder / "help"
     pages = {path.name: Page(path) for path in folder.glob("*.html")}
@@ -114,6 +124,10 @@ def check(program_folder):
         heading = "".join(page.headings) if page else "(no page)"
         if titles.get(keyword) != [heading]:
             faults.append(f"{keyword}: the page {heading!r}, in TELVAR.HLP {titles.get(keyword)}")
+    said = " ".join("".join(pages["KLMCareful.html"].texts).split()).replace("\u2019", "'")
+    cares = cares_in_sources(root)
+    assert len(cares) >= 17, f"only {cares} found in the table of careful mode"
+    faults += [f"KLMCareful.html does not say: {care}" for care in cares if care not in said]
     return keywords, faults
 
 

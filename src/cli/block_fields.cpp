@@ -5,7 +5,9 @@
 #include <climits>
 #include <limits>
 
+#include "cli/input_file.h"
 #include "cli/options.h"
+#include "gif/application_data.h"
 #include "gif/block_line.h"
 #include "gif/descriptor.h"
 #include "platform/text_encoding.h"
@@ -16,6 +18,7 @@ namespace {
 struct Wanted {
     std::string what;
     bool ofDocument = false;  // not the value was wrong, but the document can't take it
+    std::string file = {};    // `what` is what is wrong with this file
 };
 
 // All setters: `item` is what stands behind the colon of the field's name.
@@ -110,7 +113,7 @@ std::string WithDocumentLineEnds(const std::string& text) {
     return lines;
 }
 
-// As in the editor, an empty text is no text at all; saving leaves such a block out.
+// As in the editor, an empty text is no text at all. The classic manner leaves such a block out of the file.
 void DropText(Block* block) {
     block->data = nullptr;
     block->dataLength = 0;
@@ -122,6 +125,16 @@ Wanted SetText(Block* block, const std::string&, const std::string& value) {
     if (text.size() > kMaxTextBytes) return {"at most " + std::to_string(kMaxTextBytes) + " characters"};
     if (text.empty()) return DropText(block), Wanted();
     if (!SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()))) return {"more memory", true};
+    return {};
+}
+
+Wanted SetData(Block* block, const std::string&, const std::string& value) {
+    if (value.size() < 2 || value[0] != '@') return {"@ and the name of a file, or @- for standard input"};
+    const std::string file = value.substr(1);
+    BlockData data;
+    std::string why;
+    if (!ReadInputFile(file, &data, &why)) return {why, true, file};
+    if (!SetBlockData(block, data.All())) return {"more memory", true};
     return {};
 }
 
@@ -138,6 +151,7 @@ struct Field {
     uint16_t kind;
     const char* name;  // one that ends in a colon is followed by an item's number
     Setter set;
+    bool inWholeOnly = false;
 };
 
 constexpr Field kFields[] = {
@@ -164,30 +178,37 @@ constexpr Field kFields[] = {
     {kPlainTextBlock, "cell-height", kPlainTextNumber<&PlainTextFields::cellHeight>},
     {kCommentBlock, "text", SetText},
     {kLoopBlock, "iterations", SetIterations},
+    {kApplicationBlock, "data", SetData, true},
+    {kUnknownBlock, "data", SetData, true},
 };
 
-const Field* FindField(uint16_t kind, const std::string& name) {
+bool IsFieldOf(const Field& field, uint16_t kind, Manner manner) {
+    return field.kind == kind && (!field.inWholeOnly || manner == Manner::kWhole);
+}
+
+const Field* FindField(uint16_t kind, const std::string& name, Manner manner) {
     for (const Field& known : kFields)
-        if (known.kind == kind && name == known.name) return &known;
+        if (IsFieldOf(known, kind, manner) && name == known.name) return &known;
     return nullptr;
 }
 
-std::string NoSuchField(uint16_t kind, const std::string& field) {
+std::string NoSuchField(uint16_t kind, const std::string& field, Manner manner) {
     std::string kindName = FormatKindName(kind);
     std::string names;
     for (const Field& known : kFields)
-        if (known.kind == kind) names.append(names.empty() ? "" : ", ").append(known.name);
+        if (IsFieldOf(known, kind, manner)) names.append(names.empty() ? "" : ", ").append(known.name);
     if (names.empty()) return kindName + " blocks can't be changed";
     return kindName + " blocks have no field " + field + ", but " + names;
 }
 
 }  // namespace
 
-FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value) {
+FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value, Manner manner) {
     size_t nameEnd = std::min(field.find(':'), field.size() - 1) + 1;
-    const Field* known = FindField(block->kind, field.substr(0, nameEnd));
-    if (!known) return {NoSuchField(block->kind, field)};
+    const Field* known = FindField(block->kind, field.substr(0, nameEnd), manner);
+    if (!known) return {NoSuchField(block->kind, field, manner)};
     Wanted wanted = known->set(block, field.substr(nameEnd), value);
     if (wanted.what.empty()) return {};
+    if (!wanted.file.empty()) return {wanted.what, false, wanted.file};
     return {field + " wants " + wanted.what, !wanted.ofDocument};
 }

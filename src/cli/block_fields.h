@@ -1,16 +1,18 @@
-// The fields of a block by their names, as far as the editor's dialogs change them, and the global colours.
+// The fields of a block by their names, as far as the editor's dialogs change them, the global colours, and the data of
+// application and unknown blocks.
 #pragma once
 
 #include <string>
 
-#include "gif/block.h"
+#include "gif/block_list.h"
 
 // Why a field was not set; an empty text when it was.
 struct FieldRefusal {
     std::string text;
     bool wrongWords = false;  // no block of this kind would take the value
+    std::string file = {};    // the one that the text is about, when that is one which the value names
 };
 
-// Sets one field: `field` as in "delay" or "colour:5", `value` in UTF-8. A block whose text was changed has released
-// its old one.
-FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value);
+// Sets one field: `field` as in "delay" or "colour:5", `value` in UTF-8. Documents of the classic manner have fewer
+// fields.
+FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value, Manner manner);

@@ -17,18 +17,18 @@ constexpr unsigned kMostDelay = 65535;  // hundredths of a second
 constexpr int kUsualDelay = 100;
 constexpr size_t kFewestFiles = 2;
 
-struct Manner {
+struct MatchingName {
     const char* name;
     PaletteMatching matching;
 };
-constexpr Manner kManners[] = {
+constexpr MatchingName kMatchings[] = {
     {"super", PaletteMatching::kSuperPalette},     {"first", PaletteMatching::kFirstPalette},
     {"photo", PaletteMatching::kPhotorealistic},   {"drawn", PaletteMatching::kDrawn},
     {"sixteen", PaletteMatching::kSixteenColours},
 };
 
-const Manner* FindManner(const std::string& name) {
-    for (const Manner& known : kManners)
+const MatchingName* FindMatching(const std::string& name) {
+    for (const MatchingName& known : kMatchings)
         if (name == known.name) return &known;
     return nullptr;
 }
@@ -39,9 +39,9 @@ std::string TakeSettings(const Options& options, AnimationSettings* settings) {
     settings->loops = options.Has("--loop");
     settings->delayHundredths = kUsualDelay;
     if (const std::string* name = options.Value("--match")) {
-        const Manner* manner = FindManner(*name);
-        if (!manner) return "--match takes super, first, photo, drawn or sixteen";
-        settings->matching = manner->matching;
+        const MatchingName* known = FindMatching(*name);
+        if (!known) return "--match takes super, first, photo, drawn or sixteen";
+        settings->matching = known->matching;
     }
     if (const std::string* text = options.Value("--delay")) {
         unsigned delay;
@@ -127,8 +127,11 @@ const char kBuildHelp[] =
     "                       the first one ends the command, as a file that can't be\n"
     "                       opened always does\n"
     "  --owner NAME, --organisation NAME\n"
-    "                       names for the file-identity comment; by default those\n"
-    "                       that Windows is registered to, elsewhere empty\n";
+    "                       add a file-identity comment with these names; one that\n"
+    "                       is not given is that which Windows is registered to,\n"
+    "                       elsewhere empty\n"
+    "  --classic            write as the editor does by default: always with that\n"
+    "                       comment\n";
 
 int RunBuild(const Words& words) {
     Options options(words, {"--web", "--loop", "--skip-corrupted"},
@@ -146,5 +149,6 @@ int RunBuild(const Words& words) {
     BlockList document;
     BuildResult result = Build(settings, files, options.Has("--skip-corrupted"), &document);
     if (!Report(result, files, *out)) return kExitFailed;
+    document.flags |= kMadeHere;
     return SaveDocument(&document, *out, options);
 }

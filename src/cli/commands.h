@@ -21,6 +21,7 @@ int RunInsert(const Words& words);
 int RunDelete(const Words& words);
 int RunSet(const Words& words);
 int RunBuild(const Words& words);
+int RunRepair(const Words& words);
 int RunFrames(const Words& words);
 int RunCheck(const Words& words);
 
@@ -33,6 +34,7 @@ extern const char kInsertHelp[];
 extern const char kDeleteHelp[];
 extern const char kSetHelp[];
 extern const char kBuildHelp[];
+extern const char kRepairHelp[];
 extern const char kFramesHelp[];
 extern const char kCheckHelp[];
 

@@ -39,20 +39,24 @@ bool Delete(LoadedFile* file, const std::vector<uint32_t>& indexes, const std::s
 }  // namespace
 
 const char kDeleteHelp[] =
-    "Usage: zephyr delete [--strict] [--owner NAME] [--organisation NAME]\n"
-    "                     IN OUT INDEX...\n"
+    "Usage: zephyr delete [--classic] [--strict] [--fit-screen] [--owner NAME]\n"
+    "                     [--organisation NAME] IN OUT INDEX...\n"
     "\n"
-    "Loads the GIF file IN, deletes the blocks with the given numbers, fits the\n"
-    "logical screen to the images and writes the result to OUT. The numbers are\n"
-    "those of IN, as \"zephyr list\" counts its lines from 0; one given twice counts\n"
-    "once. The header (0) stays.\n"
-    "The names go into the file-identity comment; by default they are those that\n"
-    "Windows is registered to, elsewhere empty.\n"
-    "With --strict it fails, and writes nothing, when the load of IN ended before its\n"
+    "Loads the GIF file IN, deletes the blocks with the given numbers and writes the\n"
+    "result to OUT, all other blocks as they were. The numbers are those of IN, as\n"
+    "\"zephyr list\" counts its lines from 0; one given twice counts once. The header\n"
+    "(0) stays.\n"
+    "--fit-screen sets the logical screen to the right and bottom edge of the images.\n"
+    "--owner and --organisation add a file-identity comment with these names; one\n"
+    "that is not given is that which Windows is registered to, elsewhere empty.\n"
+    "With --strict it fails, and writes nothing, when IN is damaged.\n"
+    "With --classic it reads and writes as the editor does by default: what is not\n"
+    "understood is dropped, every block is written anew, the screen is fitted, and\n"
+    "the comment is always there. --strict then means that the load has to reach the\n"
     "trailer.\n";
 
 int RunDelete(const Words& words) {
-    Options options(words, {"--strict"}, {"--owner", "--organisation"});
+    Options options(words, {"--strict", "--fit-screen"}, {"--owner", "--organisation"});
     if (!options.Error().empty()) return WrongUsage("delete", options.Error());
     if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("delete", wrong);
     const Words& operands = options.Operands();

@@ -123,10 +123,11 @@ bool MakeBlocks(BlockList* list, const Order& order, const std::string& path, st
 }
 
 // All at once, so that the blocks behind them move only once.
-bool Insert(LoadedFile* file, const Order& order, const std::string& path) {
+bool Insert(LoadedFile* file, const Order& order, const std::string& path, TouchedBlocks* made) {
     std::vector<Block> blocks;
     if (!file->At(order.place) || !MakeBlocks(&file->list, order, path, &blocks)) return false;
     int selection = order.kind == kLoopBlock ? 0 : static_cast<int>(order.place);
+    *made = {static_cast<uint32_t>(selection) + 1, static_cast<uint32_t>(blocks.size())};
     if (InsertBlocks(&file->list, &selection, blocks)) return true;
     Complain(path, "out of memory");
     return false;
@@ -138,8 +139,7 @@ const char kInsertHelp[] =
     "Usage: zephyr insert IN OUT --at INDEX --kind KIND [OPTION...] [FILE...]\n"
     "\n"
     "Loads the GIF file IN, inserts new blocks after block number INDEX (0 is the\n"
-    "header), fits the logical screen to the images and writes the result to OUT.\n"
-    "Kinds:\n"
+    "header) and writes the result to OUT, all other blocks as they were. Kinds:\n"
     "\n"
     "  image      the first image of each GIF file FILE, in the order given\n"
     "  control    a control block without flags, with a delay of 1/100 second\n"
@@ -154,19 +154,25 @@ const char kInsertHelp[] =
     "  --dither   show it in mixtures of those colours\n"
     "  --keep     keep its colours, as a local palette\n"
     "\n"
-    "In a document without a global palette every inserted image gets a local one;\n"
-    "there --keep is what you want, as there is nothing to remap or dither to.\n"
+    "In a document without a global palette there is nothing to remap or dither to,\n"
+    "and an inserted image keeps its colours.\n"
     "\n"
     "When one of several images can't be inserted, nothing is written.\n"
     "\n"
     "  --owner NAME, --organisation NAME\n"
-    "             names for the file-identity comment; by default those that\n"
-    "             Windows is registered to, elsewhere empty\n"
-    "  --strict   fail, and write nothing, when the load of IN ended before its\n"
-    "             trailer\n";
+    "             add a file-identity comment with these names; one that is not\n"
+    "             given is that which Windows is registered to, elsewhere empty\n"
+    "  --fit-screen\n"
+    "             set the logical screen to the right and bottom edge of the images\n"
+    "  --strict   fail, and write nothing, when IN is damaged; with --classic, when\n"
+    "             its load ended before the trailer\n"
+    "  --classic  read and write as the editor does by default: what is not\n"
+    "             understood is dropped, every block is written anew, the screen is\n"
+    "             fitted, the comment is always there, and an image of other colours\n"
+    "             needs --keep also in a document without a global palette\n";
 
 int RunInsert(const Words& words) {
-    Options options(words, {"--remap", "--dither", "--keep", "--strict"},
+    Options options(words, {"--remap", "--dither", "--keep", "--strict", "--fit-screen"},
                     {"--at", "--kind", "--owner", "--organisation"});
     if (!options.Error().empty()) return WrongUsage("insert", options.Error());
     Order order;
@@ -175,6 +181,10 @@ int RunInsert(const Words& words) {
 
     const std::string& in = options.Operands()[0];
     LoadedFile file;
-    if (!file.Open(in, options) || !Insert(&file, order, in)) return kExitFailed;
-    return SaveDocument(&file.list, options.Operands()[1], options);
+    if (!file.Open(in, options)) return kExitFailed;
+    // Nothing to choose from: without a global palette nobody could show the image in other colours than its own.
+    if (options.IsWhole() && FindGlobalPalette(file.list).depth == 0) order.colours = Colours::kKeep;
+    TouchedBlocks made;
+    if (!Insert(&file, order, in, &made)) return kExitFailed;
+    return SaveDocument(&file.list, options.Operands()[1], options, made);
 }

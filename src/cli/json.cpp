@@ -1,5 +1,8 @@
 #include "cli/json.h"
 
+#include <algorithm>
+#include <cstdio>
+
 #include "cli/printable.h"
 
 namespace {
@@ -23,6 +26,21 @@ std::string JsonText(std::string_view text) {
         text.remove_prefix(control && *control > 0x7F ? 2 : 1);
     }
     return json + '"';
+}
+
+void PrintJsonHex(std::span<const uint8_t> bytes) {
+    constexpr size_t kPiece = 2048;
+    char digits[2 * kPiece];
+    putchar('"');
+    for (; !bytes.empty(); bytes = bytes.subspan(std::min(kPiece, bytes.size()))) {
+        char* end = digits;
+        for (uint8_t byte : bytes.first(std::min(kPiece, bytes.size()))) {
+            *end++ = kDigits[byte >> 4];
+            *end++ = kDigits[byte & 15];
+        }
+        fwrite(digits, 1, static_cast<size_t>(end - digits), stdout);
+    }
+    putchar('"');
 }
 
 std::string JsonHex(const uint8_t* bytes, size_t count) {

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -11,6 +12,9 @@ std::string JsonText(std::string_view text);
 
 // The bytes as lower-case hexadecimal digits in double quotes.
 std::string JsonHex(const uint8_t* bytes, size_t count);
+
+// Prints the same on standard output, piece by piece: for bytes that may be many.
+void PrintJsonHex(std::span<const uint8_t> bytes);
 
 // The two lower-case hexadecimal digits of a byte.
 std::string HexOf(uint8_t byte);

@@ -9,6 +9,7 @@
 #include "cli/usage.h"
 #include "gif/block_line.h"
 #include "gif/descriptor.h"
+#include "gif/source_bytes.h"
 #include "platform/text_encoding.h"
 
 namespace {
@@ -22,7 +23,7 @@ std::string LineOf(const Block& block) {
 
 bool HasText(const Block& block) {
     return block.kind == kPlainTextBlock || block.kind == kApplicationBlock || block.kind == kCommentBlock ||
-           block.kind == kBlockNamesBlock;
+           block.kind == kBlockNamesBlock || block.kind == kUnknownBlock;
 }
 
 std::string DataField(const Block& block) {
@@ -50,6 +51,7 @@ std::string ImageField(const Block& block) {
            ", \"bitCount\": " + std::to_string(info->bitCount) + "}";
 }
 
+// All of a block's fields but those about its source, which PrintSource adds; without the brace at the end.
 std::string JsonOf(const Block& block, uint32_t index) {
     std::string json = "{\"position\": " + std::to_string(index) + ", \"kind\": " + std::to_string(block.kind);
     json += ", \"kindName\": " + JsonText(FormatKindName(block.kind));
@@ -59,36 +61,91 @@ std::string JsonOf(const Block& block, uint32_t index) {
     if (HasText(block)) json += DataField(block);
     json += PaletteField(block) + NameField(block);
     if (block.kind == kImageBlock) json += ImageField(block);
-    return json + "}";
+    return json;
+}
+
+// The bytes that the block came from, which may be as many as the file has.
+void PrintSource(const Block& block) {
+    SourceLock source(block);
+    if (source && !source.Stray().empty()) {
+        printf(", \"stray\": ");
+        PrintJsonHex(source.Stray());
+    }
+    if (!source || !HasSource(block)) {
+        printf(", \"offset\": null, \"bytes\": null, \"raw\": null");
+        return;
+    }
+    const uint32_t offset = block.source.start + block.source.stray;
+    printf(", \"offset\": %u, \"bytes\": %u, \"raw\": ", unsigned{offset}, unsigned{block.source.bytes});
+    PrintJsonHex(source.Own());
+}
+
+void PrintFileBytes(const char* field, const FileBytes& where) {
+    MemoryLock lock(where.memory);
+    if (!lock || where.bytes == 0) return;
+    printf(", \"%s\": ", field);
+    PrintJsonHex({lock.Bytes() + where.start, where.bytes});
+}
+
+void PrintDamage(const Damage& damage) {
+    const std::string block = damage.block < 0 ? "null" : std::to_string(damage.block);
+    printf("{\"offset\": %u, \"block\": %s, \"harmless\": %s, \"text\": %s}", unsigned{damage.offset}, block.c_str(),
+           IsHarmless(damage) ? "true" : "false", JsonText(DescribeDamage(damage)).c_str());
+}
+
+void PrintDamages(const std::vector<Damage>& damages) {
+    printf(", \"damages\": [");
+    for (size_t i = 0; i < damages.size(); ++i) {
+        if (i) printf(", ");
+        PrintDamage(damages[i]);
+    }
+    putchar(']');
 }
 
 void PrintLines(const BlockList& list) {
     for (const Block& block : list.All()) puts(Printable(LineOf(block)).c_str());
 }
 
-void PrintJson(const LoadedFile& file) {
-    printf("{\"result\": %d, \"complete\": %s, \"ended\": %s, \"blocks\": [", static_cast<int>(file.result),
+void PrintJson(const LoadedFile& file, bool whole) {
+    printf("{\"result\": %d, \"complete\": %s, \"ended\": %s", static_cast<int>(file.result),
            file.report.reachedTrailer ? "true" : "false", JsonText(file.WhereLoadEnded()).c_str());
-    for (uint32_t index = 0; index < file.list.count; ++index)
+    if (whole) {
+        printf(", \"manner\": \"whole\"");
+        PrintDamages(file.report.damages);
+        PrintFileBytes("before", file.list.before);
+    }
+    printf(", \"blocks\": [");
+    for (uint32_t index = 0; index < file.list.count; ++index) {
         printf("%s%s", index ? ", " : "", JsonOf(file.list.blocks[index], index).c_str());
-    puts("]}");
+        if (whole) PrintSource(file.list.blocks[index]);
+        putchar('}');
+    }
+    putchar(']');
+    if (whole) PrintFileBytes("after", file.list.after);
+    puts("}");
 }
 
 }  // namespace
 
 const char kListHelp[] =
-    "Usage: zephyr list [--json] [--strict] FILE\n"
+    "Usage: zephyr list [--classic] [--json] [--strict] FILE\n"
     "\n"
     "Prints one line per block of the GIF file FILE, as the editor's list shows it.\n"
     "The first line is block number 0. Control characters of the file's texts and\n"
-    "names are written as \\xNN.\n"
+    "names are written as \\xNN. Damage of the file is told on standard error, of up\n"
+    "to 20 places.\n"
     "With --json, prints one JSON object instead: the result of the load (1 done,\n"
     "0 failed, 2 not a GIF file), whether it is complete (reached the trailer), where\n"
     "it ended (trailer, end of file, application block: the data of one that is not\n"
     "read, unknown byte, failure, not opened, no GIF file), and the blocks with their\n"
     "numbers, descriptor bytes, texts and palettes (of headers and images that have\n"
-    "one).\n"
-    "With --strict the exit status is 1 also when the load is not complete.\n"
+    "one). Each block has the offset, count and hexadecimal digits (raw) of its bytes\n"
+    "in the file, and stray: bytes before it that start no block. The document has\n"
+    "its damages, and what stands before its signature and after its last block.\n"
+    "With --strict the exit status is 1 also when there is damage that is not\n"
+    "harmless.\n"
+    "With --classic it reads as the editor does by default; the JSON knows no bytes\n"
+    "of the file then, and --strict wants a load that is complete.\n"
     "The blocks read before a failure are printed too.\n";
 
 int RunList(const Words& words) {
@@ -98,7 +155,7 @@ int RunList(const Words& words) {
     LoadedFile file;
     bool done = file.Open(options.Operands()[0], options);
     if (options.Has("--json"))
-        PrintJson(file);
+        PrintJson(file, options.IsWhole());
     else
         PrintLines(file.list);
     return FlushOutput() && done ? kExitDone : kExitFailed;

@@ -7,15 +7,15 @@
 #include "gif/gif_reader.h"
 
 struct LoadedFile {
-    // Reads the file; what was read before a failure stays in `list`. A failure is reported on standard error, as is a
-    // load that ended before the trailer, which with the option "--strict" is a failure too. Returns whether the
-    // command may go on.
+    // Reads the file in the manner that the options ask for; what was read before a failure stays in `list`. A failure
+    // is reported on standard error, as is damage or, in the classic manner, a load that ended before the trailer; with
+    // the option "--strict" these are failures too, harmless damage not. Returns whether the command may go on.
     bool Open(const std::string& path, const Options& options);
 
     // Block number `index`; null, with the reason on standard error, when there is none.
     Block* At(uint32_t index);
 
-    // The same for a block that has to be an image.
+    // The same for a block that has to be an image with pixels.
     Block* ImageAt(uint32_t index);
 
     // Where the load ended, in a few words: "trailer" when all of it was read.
@@ -24,10 +24,14 @@ struct LoadedFile {
     BlockList list;
     ReadResult result = kReadFailed;
     ReadReport report = {};
+    bool tellsDamages = true;  // false: whoever opens the file tells of them in its own way
 
 private:
-    void Read(bool strict);
+    void Read();
     void RefuseBlankImage();
+    bool IsComplete() const;
+    void TellWhatIsMissing(bool strict) const;
 
     std::string path_;
+    Manner manner_ = Manner::kWhole;
 };

@@ -26,6 +26,10 @@ std::string WrongNames(const Options& options) {
     return "";
 }
 
+bool NamesAreGiven(const Options& options) {
+    return options.Has(kOwner) || options.Has(kOrganisation);
+}
+
 Identity NamesOf(const Options& options) {
     Identity known = GetUserIdentity();
     return {NameOf(options, kOwner, known.owner), NameOf(options, kOrganisation, known.organisation)};

@@ -9,5 +9,8 @@
 // What is wrong with the names that are given, or an empty text.
 std::string WrongNames(const Options& options);
 
+// Whether at least one of them is given.
+bool NamesAreGiven(const Options& options);
+
 // The names that are given. One that is not given is the system's, empty where that has none.
 Identity NamesOf(const Options& options);

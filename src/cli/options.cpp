@@ -27,7 +27,7 @@ Options::Options(const Words& words, std::initializer_list<const char*> flags,
         size_t equals = word.find('=');
         bool hasValue = equals != std::string::npos;
         Given given = {word.substr(0, equals), hasValue ? word.substr(equals + 1) : ""};
-        bool isFlag = IsOneOf(given.option, flags);
+        bool isFlag = given.option == "--classic" || IsOneOf(given.option, flags);
         if (!isFlag && !IsOneOf(given.option, values))
             error_ = "unknown option " + given.option;
         else if (isFlag && hasValue)

@@ -6,11 +6,13 @@
 #include <string>
 
 #include "cli/commands.h"
+#include "gif/manner.h"
 
 // The words of one command: options ("--json", "--owner NAME" or "--owner=NAME") may stand anywhere; "--" ends them.
 class Options {
 public:
-    // `flags` are options without a value, `values` those with one. Look at Error before anything else.
+    // `flags` are options without a value, `values` those with one; "--classic" is one of every command. Look at Error
+    // before anything else.
     Options(const Words& words, std::initializer_list<const char*> flags, std::initializer_list<const char*> values);
 
     // What is wrong with the words, in one line; empty when they are fine.
@@ -20,6 +22,10 @@ public:
     // The value given last, or null.
     const std::string* Value(const char* option) const;
     const Words& Operands() const { return operands_; }
+
+    // How the documents of this command are kept: whole unless it says --classic.
+    Manner DocumentManner() const { return Has("--classic") ? Manner::kClassic : Manner::kWhole; }
+    bool IsWhole() const { return DocumentManner() == Manner::kWhole; }
 
 private:
     struct Given {

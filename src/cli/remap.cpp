@@ -25,7 +25,8 @@ Result<MemoryHandle> FitToPalette(const MemoryHandle& image, int kind, bool dith
 }  // namespace
 
 const char kRemapHelp[] =
-    "Usage: zephyr remap [--strict] FILE INDEX OUT.bmp --palette KIND [--dither]\n"
+    "Usage: zephyr remap [--classic] [--strict] FILE INDEX OUT.bmp --palette KIND\n"
+    "                    [--dither]\n"
     "\n"
     "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
     "as a BMP file in the colours of a standard palette: each pixel in the nearest\n"
@@ -38,7 +39,9 @@ const char kRemapHelp[] =
     "  1, 7                     256 colours\n"
     "\n"
     "Pictures of two colours are never dithered.\n"
-    "With --strict it fails when the load of FILE ended before its trailer.\n";
+    "With --strict it fails when FILE is damaged.\n"
+    "With --classic it reads as the editor does by default, and --strict means that\n"
+    "the load has to reach the trailer.\n";
 
 int RunRemap(const Words& words) {
     Options options(words, {"--dither", "--strict"}, {"--palette"});

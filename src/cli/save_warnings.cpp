@@ -30,26 +30,46 @@ bool LosesRows(const Block& block) {
 struct Loss {
     bool (*strikes)(const Block& block);
     const char* what;
+    bool inClassicOnly;
 };
 
 constexpr Loss kLosses[] = {
-    {EndsTheDocument, "a text whose length 255 divides ends the document when it is read; blocks behind it are lost"},
-    {ReachesTooFar, "an image that reaches beyond 65535 pixels is refused by other programs"},
-    {LosesRows, "an interlaced image of 2 to 4 rows loses rows"},
+    {EndsTheDocument, "a text whose length 255 divides ends the document when it is read; blocks behind it are lost",
+     true},
+    {ReachesTooFar, "an image that reaches beyond 65535 pixels is refused by other programs", false},
+    {LosesRows, "an interlaced image of 2 to 4 rows loses rows", true},
 };
 
-void Warn(const BlockList& list, const Loss& loss, const std::string& path) {
+// One line for all blocks that it strikes, with the number of the first.
+template <typename Strikes>
+void Warn(const BlockList& list, const std::string& path, Strikes strikes, const std::string& what) {
     uint32_t first = 0;
     uint32_t count = 0;
     for (uint32_t index = 0; index < list.count; ++index)
-        if (loss.strikes(list.blocks[index]) && count++ == 0) first = index;
+        if (strikes(list.blocks[index]) && count++ == 0) first = index;
     if (count == 0) return;
     std::string more = count > 1 ? " and " + std::to_string(count - 1) + " more" : "";
-    Complain(path, "warning: block " + std::to_string(first) + more + ": " + loss.what);
+    Complain(path, "warning: block " + std::to_string(first) + more + ": " + what);
 }
 
 }  // namespace
 
-void WarnOfLosses(const BlockList& list, const std::string& path) {
-    for (const Loss& loss : kLosses) Warn(list, loss, path);
+void WarnOfLosses(const BlockList& list, const std::string& path, Manner manner) {
+    for (const Loss& loss : kLosses)
+        if (manner == Manner::kClassic || !loss.inClassicOnly) Warn(list, path, loss.strikes, loss.what);
+}
+
+void WarnOfImagesBeyondScreen(const BlockList& list, const std::string& path, const TouchedBlocks& touched) {
+    const Block* header = FindHeader(list);
+    if (!header || touched.count == 0) return;
+    const HeaderFields screen = GetHeaderFields(*header);
+    auto isBeyond = [&](const Block& block) {
+        auto index = static_cast<uint32_t>(&block - list.blocks.get());
+        const ImageFields image = GetImageFields(block);
+        return block.kind == kImageBlock && (touched.first == 0 || index - touched.first < touched.count) &&
+               (image.left + image.width > screen.screenWidth || image.top + image.height > screen.screenHeight);
+    };
+    Warn(list, path, isBeyond,
+         "an image that reaches beyond the screen of " + std::to_string(screen.screenWidth) + " x " +
+             std::to_string(screen.screenHeight) + " (--fit-screen makes room)");
 }

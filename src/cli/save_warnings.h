@@ -5,6 +5,16 @@
 
 #include "gif/block_list.h"
 
-// Tells on standard error, in one line for each kind of trouble, which blocks of the document just saved to `path` will
-// not be read back as they are.
-void WarnOfLosses(const BlockList& list, const std::string& path);
+// The blocks that a command changed or made: `count` of them, from number `first` on. A changed header touches all
+// images, as it may have changed the screen.
+struct TouchedBlocks {
+    uint32_t first = 0;
+    uint32_t count = 0;
+};
+
+// Tells on standard error, in one line for each kind of trouble, which blocks of the document just saved to `path` in
+// this manner will not be read back as they are.
+void WarnOfLosses(const BlockList& list, const std::string& path, Manner manner);
+
+// Tells in the same way of images among the blocks touched that reach beyond the logical screen.
+void WarnOfImagesBeyondScreen(const BlockList& list, const std::string& path, const TouchedBlocks& touched);

@@ -9,7 +9,9 @@
 #include "cli/options.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
+#include "gif/application_data.h"
 #include "gif/descriptor.h"
+#include "gif/source_bytes.h"
 
 namespace {
 
@@ -27,18 +29,31 @@ std::string ReadAssignments(const Words& operands, std::vector<Assignment>* assi
     return "";
 }
 
+// Puts the changed copy of a block back. One whose content is as before keeps the bytes of its file; with data it knows
+// that itself. False when memory runs out.
+bool Store(BlockList* list, const Block& edited, uint32_t index) {
+    bool differs;
+    return HasBlockData(edited) ? PutBlock(list, edited, index) : StoreEdited(list, edited, index, &differs);
+}
+
 // Returns the exit status.
-int SetFields(LoadedFile* file, uint32_t index, const std::string& path, const std::vector<Assignment>& assignments) {
-    Block* block = file->At(index);
-    if (!block) return kExitFailed;
+int SetFields(LoadedFile* file, uint32_t index, const Options& options, const std::vector<Assignment>& assignments) {
+    const std::string& path = options.Operands()[0];
+    if (!file->At(index)) return kExitFailed;
+    Block edited = *file->At(index);
     for (const Assignment& given : assignments) {
-        FieldRefusal refusal = SetBlockField(block, given.field, given.value);
+        FieldRefusal refusal = SetBlockField(&edited, given.field, given.value, options.DocumentManner());
         if (refusal.wrongWords) return WrongUsage("set", refusal.text);
         if (refusal.text.empty()) continue;
-        Complain(path, "block " + std::to_string(index) + ": " + refusal.text);
+        if (refusal.file.empty())
+            Complain(path, "block " + std::to_string(index) + ": " + refusal.text);
+        else
+            Complain(refusal.file, refusal.text);
         return kExitFailed;
     }
-    return kExitDone;
+    if (Store(&file->list, edited, index)) return kExitDone;
+    Complain(path, "out of memory");
+    return kExitFailed;
 }
 
 // Tells when the screen was set to something else than what the images need.
@@ -58,12 +73,12 @@ void WarnOfScreen(const HeaderFields& kept, const HeaderFields& wanted, const st
 }  // namespace
 
 const char kSetHelp[] =
-    "Usage: zephyr set [--strict] [--owner NAME] [--organisation NAME]\n"
-    "                  IN OUT INDEX FIELD=VALUE...\n"
+    "Usage: zephyr set [--classic] [--strict] [--fit-screen] [--owner NAME]\n"
+    "                  [--organisation NAME] IN OUT INDEX FIELD=VALUE...\n"
     "\n"
-    "Loads the GIF file IN, changes fields of block number INDEX (0 is the header),\n"
-    "fits the logical screen to the images and writes the result to OUT. Fields of\n"
-    "each kind of block:\n"
+    "Loads the GIF file IN, changes fields of block number INDEX (0 is the header)\n"
+    "and writes the result to OUT, all other blocks as they were. Fields of each kind\n"
+    "of block:\n"
     "\n"
     "  HEADER      width height background sorted\n"
     "              colour:N (N counts the global colours from 0)\n"
@@ -75,19 +90,23 @@ const char kSetHelp[] =
     "              grid-width grid-height cell-width cell-height\n"
     "  COMMENT     text\n"
     "  LOOP        iterations (0: for ever)\n"
+    "  APPLICATION-DEFINED, UNKNOWN TYPE\n"
+    "              data (@FILE: what that file holds; @-: standard input)\n"
     "\n"
     "Colours of the palette are given as #rrggbb, other colours by their number;\n"
     "sorted, interlaced and input are yes or no. A text may have several lines; it\n"
-    "is kept in Windows-1252. A block whose text is made empty is left out of OUT.\n"
-    "The screen's width and height only last where no image reaches: saving sets\n"
-    "them to the right and bottom edge of the images.\n"
-    "The names go into the file-identity comment; by default they are those that\n"
-    "Windows is registered to, elsewhere empty.\n"
-    "With --strict it fails, and writes nothing, when the load of IN ended before its\n"
-    "trailer.\n";
+    "is kept in Windows-1252. XMP data goes in as the format's authors want it.\n"
+    "--fit-screen sets the logical screen to the right and bottom edge of the images.\n"
+    "--owner and --organisation add a file-identity comment with these names; one\n"
+    "that is not given is that which Windows is registered to, elsewhere empty.\n"
+    "With --strict it fails, and writes nothing, when IN is damaged.\n"
+    "With --classic it reads and writes as the editor does by default: what is not\n"
+    "understood is dropped, every block is written anew, the screen is fitted, the\n"
+    "comment is always there, there is no field data, and a block whose text is made\n"
+    "empty is left out. --strict then means that the load has to reach the trailer.\n";
 
 int RunSet(const Words& words) {
-    Options options(words, {"--strict"}, {"--owner", "--organisation"});
+    Options options(words, {"--strict", "--fit-screen"}, {"--owner", "--organisation"});
     if (!options.Error().empty()) return WrongUsage("set", options.Error());
     if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("set", wrong);
     const Words& operands = options.Operands();
@@ -100,10 +119,10 @@ int RunSet(const Words& words) {
     if (!ParseIndex(operands[2], &index, &error)) return WrongUsage("set", error);
     LoadedFile file;
     if (!file.Open(operands[0], options)) return kExitFailed;
-    int status = SetFields(&file, index, operands[0], assignments);
+    int status = SetFields(&file, index, options, assignments);
     if (status != kExitDone) return status;
     const HeaderFields wanted = GetHeaderFields(file.list.blocks[0]);
-    status = SaveDocument(&file.list, operands[1], options);
+    status = SaveDocument(&file.list, operands[1], options, {index, 1});
     if (status == kExitDone && index == 0)
         WarnOfScreen(GetHeaderFields(file.list.blocks[0]), wanted, assignments, operands[1]);
     return status;

@@ -1,5 +1,8 @@
-// Whether somebody is watching.
+// The standard streams of the program.
 #pragma once
 
 // True when standard error is a terminal, so that progress may be shown on it.
 bool ErrorsGoToTerminal();
+
+// Makes standard input deliver bytes as they are, where the system would change line ends.
+void MakeInputBinary();

@@ -5,3 +5,5 @@
 bool ErrorsGoToTerminal() {
     return isatty(STDERR_FILENO) == 1;
 }
+
+void MakeInputBinary() {}

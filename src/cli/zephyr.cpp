@@ -14,17 +14,21 @@ constexpr char kProgramHelp[] =
     "\n"
     "  list [--json] FILE                print the blocks of a file\n"
     "  save IN OUT                       load a file and write it again\n"
-    "  extract FILE INDEX OUT.bmp        write the picture of an image block\n"
+    "  extract FILE INDEX OUT            write the picture or data of a block\n"
     "  remap FILE INDEX OUT.bmp          the same in colours of a standard palette\n"
     "  insert IN OUT [FILE...]           insert images or other new blocks\n"
     "  delete IN OUT INDEX...            delete blocks\n"
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
     "  build -o OUT FILE FILE...         make an animation from pictures\n"
+    "  repair IN OUT                     save what can be saved of a damaged file\n"
     "  frames IN OUT-%03d.png            write what each frame looks like\n"
     "  check FILE...                     tell what will surprise in players\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
+    "\n"
+    "Documents are read and written whole: nothing is lost or changed unasked. With\n"
+    "--classic every command keeps them as the editor does by default.\n"
     "\n"
     "Exit status: 0 done, 1 the operation failed, 2 wrong usage.\n";
 
@@ -35,10 +39,10 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"list", RunList, kListHelp},    {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
-    {"remap", RunRemap, kRemapHelp}, {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
-    {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},    {"frames", RunFrames, kFramesHelp},
-    {"check", RunCheck, kCheckHelp},
+    {"list", RunList, kListHelp},       {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
+    {"remap", RunRemap, kRemapHelp},    {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
+    {"set", RunSet, kSetHelp},          {"build", RunBuild, kBuildHelp},    {"repair", RunRepair, kRepairHelp},
+    {"frames", RunFrames, kFramesHelp}, {"check", RunCheck, kCheckHelp},
 };
 
 int Print(const char* text) {

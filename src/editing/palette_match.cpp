@@ -35,12 +35,14 @@ Failure ConvertToPalette(const Block& header, bool dither, Block* image) {
 
 // Lets the image have its own colours, the document's, or what is chosen. `*local` tells whether it needs a palette of
 // its own then.
-Failure FitToDocument(const Block& header, Questions& questions, Block* image, bool* local) {
+Failure FitToDocument(const BlockList& document, const Block& header, Questions& questions, Block* image, bool* local) {
     const uint8_t packed = GetHeaderFields(header).packed;
     // An image without any palette to be shown in makes a file that nobody can read.
     *local = !(packed & kHasPalette);
     ImageLock bitmap(image->data);
     if (!bitmap) return Failure::kNoMemory;
+    // Nothing there to be fitted to: in a document that nothing is lost from, the colours are not, either.
+    if (*local && (document.flags & kReadWhole) && bitmap->bitCount <= 8) return Failure::kNone;
     bool matches = PalettesMatch(header, bitmap);
     if (questions.KeepsColours()) {
         // Black entries match those that a smaller palette does not even have.
@@ -79,7 +81,7 @@ Failure MatchImportedPalette(const BlockList& document, Block* image, Questions&
     const Block* header = FindHeader(document);
     if (!header) return Failure::kNoBlock;
     bool local;
-    Failure failure = FitToDocument(*header, questions, image, &local);
+    Failure failure = FitToDocument(document, *header, questions, image, &local);
     return failure == Failure::kNone ? DescribeBitmap(local, image) : failure;
 }
 

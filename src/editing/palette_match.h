@@ -7,7 +7,8 @@
 
 // Reconciles the palette of `image` (its `data` holds the bitmap, its `palette` the file's colours) with the global
 // palette of `document`, and sets the image's size and size code from the bitmap it ends up with. In a document without
-// a global palette the image's `palette` becomes its local one. Anything but kNone (kNoBlock without a header,
+// a global palette the image's `palette` becomes its local one; where that was read whole (kReadWhole) nothing is asked
+// then. Anything but kNone (kNoBlock without a header,
 // kCancelled, kStopped, kNoMemory) means that the image is not to be inserted.
 [[nodiscard]] Failure MatchImportedPalette(const BlockList& document, Block* image, Questions& questions);
 

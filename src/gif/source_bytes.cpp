@@ -16,12 +16,16 @@ bool SameText(const Block& a, const Block& b) {
     return one && other && memcmp(one.Bytes(), other.Bytes(), a.dataLength) == 0;
 }
 
+// The colour tables of the bitmaps only say how they are shown.
 bool SamePixels(const Block& a, const Block& b) {
     if (a.data == b.data) return true;
-    MemoryLock one(a.data);
-    MemoryLock other(b.data);
-    size_t bytes = MemorySize(a.data);
-    return one && other && bytes == MemorySize(b.data) && memcmp(one.Bytes(), other.Bytes(), bytes) == 0;
+    ImageLock one(a.data);
+    ImageLock other(b.data);
+    if (!one || !other || one->width != other->width || one->height != other->height ||
+        one->bitCount != other->bitCount)
+        return false;
+    auto bytes = size_t{ImageRowBytes(one)} * static_cast<size_t>(one->height);
+    return memcmp(ImagePixels(one), ImagePixels(other), bytes) == 0;
 }
 
 // What the writer takes of a palette: the entries that the packed byte counts.

@@ -1,9 +1,12 @@
 // Lets tests exhaust memory, fill the disk or break a file at a chosen moment. Nothing else writes these counters.
 #pragma once
 
+#include <cstdlib>
+
 struct Faults {
     static constexpr long kNever = -1;
     static constexpr long kPast = -2;  // the only failure has happened
+    static constexpr int kDied = 137;  // the exit status of a process that died of one
 
     // Events of a kind until one fails: with 0 the next one does.
     long allocationsUntilFailure = kNever;  // allocations of memory, and its growth
@@ -15,6 +18,9 @@ struct Faults {
     // True: the one event fails and all later ones succeed, which shows failures that nobody looks at. False: every
     // later one fails too.
     bool onlyOne = false;
+
+    // True: the process dies there and then, as one that is killed.
+    bool deadly = false;
 };
 
 extern Faults faults;
@@ -26,6 +32,7 @@ inline bool FaultDue(long& remaining) {
         --remaining;
         return false;
     }
+    if (faults.deadly) std::_Exit(Faults::kDied);
     if (faults.onlyOne) remaining = Faults::kPast;
     return true;
 }

@@ -100,6 +100,13 @@ bool File::CreateReplacement(const char* path) {
     return true;
 }
 
+bool File::CreateMemory() {
+    Start();
+    if (!AllocateBuffer()) return false;
+    writing_ = gathering_ = inMemory_ = true;
+    return true;
+}
+
 void File::Fill() {
     windowStart_ += filled_;
     next_ = filled_ = 0;
@@ -218,10 +225,10 @@ void File::Replace() {
 bool File::Close() {
     bool wasOpen = writing_ || system_ != kClosed;
     if (writing_ && !failed_) {
-        if (gathering_)
-            Replace();
-        else
+        if (!gathering_)
             FlushBuffer();
+        else if (!inMemory_)
+            Replace();
     }
     return CloseSystemFile() && wasOpen && !failed_;
 }
@@ -240,7 +247,7 @@ bool File::CloseSystemFile() {
     buffer_.reset();
     content_ = window_ = nullptr;
     next_ = filled_ = 0;
-    writing_ = gathering_ = false;
+    writing_ = gathering_ = inMemory_ = false;
     return !failed_;
 }
 

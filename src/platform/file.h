@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 
 #include "platform/memory.h"
@@ -30,6 +31,12 @@ public:
     // As Create, but the content is kept in memory, and what stands at `path` is replaced only by a successful Close
     // (replace_file.h says how). What is no ordinary file (a device, a pipe) is written to directly.
     [[nodiscard]] bool CreateReplacement(const char* path);
+
+    // Creates a "file" that is kept in memory alone, until the object goes or opens another one.
+    [[nodiscard]] bool CreateMemory();
+
+    // What was written to it so far; valid until the next write.
+    std::span<const uint8_t> Written() const { return {buffer_.get(), filled_}; }
 
     // Reads up to `bytes` bytes into `to`; returns how many came: fewer only at the end of the file or on an error.
     // After the first error nothing more comes, and HasFailed tells it from the end.
@@ -99,6 +106,7 @@ private:
     size_t filled_ = 0;                // bytes in the window, or waiting to be written
     bool writing_ = false;
     bool gathering_ = false;  // what is written, until the end
+    bool inMemory_ = false;   // and it stays there
     bool failed_ = false;     // and nothing more is read or written
     bool folderRefused_ = false;
     int error_ = 0;  // the system's number for the first failure

@@ -20,6 +20,8 @@ public:
     bool IsShared() const { return memory_.IsShared(); }
     // Whether both are the same block (not: equal bytes).
     bool operator==(const MemoryHandle& other) const { return memory_ == other.memory_; }
+    // The same for all copies and for no other block; null for none.
+    const void* Id() const { return memory_.Get(); }
 
 private:
     friend MemoryHandle AllocateMemory(uint64_t bytes);

@@ -3,6 +3,7 @@
 #include <cstring>
 #include <tuple>
 
+#include "gif/source_bytes.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
@@ -70,6 +71,59 @@ TEST(BlockQueries, CopyTheGlobalPaletteToImagesWithoutOne) {
             EXPECT_EQ(GetImageFields(block).packed, packed[i]) << i;
         }
     }
+}
+
+TEST(BlockQueries, OnlyImagesThatGetAPaletteCountAsChanged) {
+    Document document("HIcii");
+    for (Block& block : document.All()) GiveSource(&block, "bytes");
+    document.blocks[3].data = CreateImageBitmap(8, 8, nullptr, 8);
+    EXPECT_TRUE(ImagesAreBoundToGlobalPalette(document));
+    CopyGlobalPaletteToImages(&document, FullOf(1));
+    const bool kept[] = {true, true, true, false, true};
+    for (uint32_t i = 0; i < 5; ++i) EXPECT_EQ(HasSource(document.blocks[i]), kept[i]) << i;
+    EXPECT_EQ(GetImageFields(document.blocks[3]).packed, 0x83);
+    EXPECT_EQ(GetImageFields(document.blocks[4]).packed, 4) << "the bytes of one without pixels have no palette";
+    document.blocks[4].source = {};
+    EXPECT_FALSE(ImagesAreBoundToGlobalPalette(document));
+}
+
+// A text of so many full sub-blocks behind what comes before them.
+std::string Chain(std::string before, size_t fullBlocks, char text, const std::string& after) {
+    for (size_t i = 0; i < fullBlocks; ++i) before += '\xFF' + std::string(255, text);
+    return before + after;
+}
+
+TEST(BlockQueries, TextIsCutWhereTheFileHasMore) {
+    using std::string_literals::operator""s;
+    const std::string plain = "!\1\x0C"s + std::string(12, '\0');
+    const size_t full = kMaxTextBytes / 255;  // and 127 bytes
+    const std::string rest = "\x7F" + std::string(127, 'x') + '\0', more = "\x80" + std::string(128, 'x') + '\0';
+    // The kind, the bytes of the file, and whether a block that holds all it can holds less than them.
+    const std::tuple<uint16_t, std::string, bool> rows[] = {
+        {kCommentBlock, Chain("!\xFE", full, 'x', rest), false},
+        {kCommentBlock, Chain("!\xFE", full, 'x', more), true},
+        {kCommentBlock, Chain("!\xFE", full, 'x', "\xFFthe file ends here"), false},
+        {kCommentBlock, Chain("!\xFE", full, 'x', "\1\7" + more.substr(0, 128)),
+         false},  // of a control byte nothing stays
+        {kCommentBlock, Chain("!\xFE", full / 2, '\r', rest), false},
+        {kCommentBlock, Chain("!\xFE", full / 2, '\r', more), true},
+        {kPlainTextBlock, Chain(plain, full, '\r', rest), false},
+        {kPlainTextBlock, Chain(plain, full, '\7', more), true},
+        {kPlainTextBlock, Chain("!\1\x0D"s + std::string(13, '\0'), full, 'x', more), true},
+        {kPlainTextBlock, "!\1"s, false}};
+    int row = 0;
+    for (const auto& [kind, own, isCut] : rows) {
+        SCOPED_TRACE(row++);
+        Block block = MakeText(kind, std::string(kMaxTextBytes, 'x'));
+        EXPECT_FALSE(IsTextCut(block)) << "nobody has more";
+        GiveSource(&block, own, "stray");
+        EXPECT_EQ(IsTextCut(block), isCut);
+        ASSERT_TRUE(MarkChanged(&block));
+        EXPECT_FALSE(IsTextCut(block)) << "the block's is all there is";
+    }
+    Block small = MakeText(kCommentBlock, "small");
+    GiveSource(&small, Chain("!\xFE", full + 1, '\7', "\5small"s + '\0'));
+    EXPECT_FALSE(IsTextCut(small));
 }
 
 TEST(BlockQueries, BorrowFromTheNextImageOrElseTheHeader) {

@@ -24,7 +24,7 @@ protected:
         Words words = {"build", "-o", out};
         words.insert(words.end(), options.begin(), options.end());
         for (const std::string& name : files) words.push_back(folder_.Path(name));
-        CliRun run = RunCli(words);
+        CliRun run = RunClassic(words);
         EXPECT_EQ(FileExists(out), run.status == kExitDone);
         return run;
     }

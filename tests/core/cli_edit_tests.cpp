@@ -1,4 +1,4 @@
-// zephyr remap, insert, delete and set: what they write, read back, and what they refuse.
+// zephyr remap, insert, delete and set in the classic manner: what they write, read back, and what they refuse.
 #include <cstring>
 
 #include "imaging/dither.h"
@@ -34,7 +34,7 @@ protected:
     CliRun Run(const std::string& command, const Words& behindOut, int status) const {
         Words words = {command, Path("in.gif"), Path("out.gif")};
         words.insert(words.end(), behindOut.begin(), behindOut.end());
-        CliRun run = RunCli(words);
+        CliRun run = RunClassic(words);
         EXPECT_EQ(run.status, status);
         EXPECT_EQ(run.out, "");
         return run;
@@ -236,7 +236,7 @@ TEST_F(CliEdit, ColoursAreFittedAsTheOptionsSay) {
     for (auto [file, image, option, convert] : {std::tuple{"large.gif", own, "--", &RemapImage},
                                                 {"large.gif", own, "--dither", &DitherImage},
                                                 {"tiny.gif", ofTwoColours, "--dither", &RemapImage}}) {
-        EXPECT_EQ(RunCli({"remap", Path(file), "1", "--palette=6", option, Path("out.bmp")}).status, kExitDone);
+        EXPECT_EQ(RunClassic({"remap", Path(file), "1", "--palette=6", option, Path("out.bmp")}).status, kExitDone);
         Result<MemoryHandle> fitted = convert(image, web, depth, nullptr);
         MemoryLock lock(*fitted);
         Bytes bmp = ReadAll(Path("out.bmp"));

@@ -53,7 +53,7 @@ TEST(CliNames, AreTheRegisteredOnesUnlessGiven) {
     for (const auto& [options, names] : cases) {
         Words words = {"save", in, out};
         words.insert(words.end(), options.begin(), options.end());
-        ASSERT_EQ(RunCli(words).status, kExitDone);
+        ASSERT_EQ(RunClassic(words).status, kExitDone);
         EXPECT_EQ(TextOf(BlockAt(LoadedGif(ReadAll(out)), 1)), "FILE IDENTITY\r\nCreated or modified by\r\n" + names);
     }
 }

@@ -1,4 +1,5 @@
-// zephyr list, save and extract, and what all commands have in common: wrong words, failures and help.
+// zephyr list, save and extract in the classic manner, and what all commands have in common: wrong words, failures and
+// help.
 #include <algorithm>
 #include <cstring>
 #include <fstream>
@@ -31,7 +32,7 @@ protected:
 };
 
 TEST_F(Cli, ListPrintsLinesOrJson) {
-    CliRun lines = RunCli({"list", good_}), json = RunCli({"list", "--json", good_});
+    CliRun lines = RunClassic({"list", good_}), json = RunClassic({"list", "--json", good_});
     EXPECT_EQ(lines.out,
               "HEADER GIF87a Screen (9 x 9)\nCOMMENT \"caf\xC3\xA9\"\\\\x7f\nIMAGE \xE2\x82\xAC 2 x 2, 4 colours\n"
               "BLOCK NAMES\n");
@@ -67,7 +68,7 @@ TEST_F(Cli, ListedLinesAreSafeToPrintAndLoseNothing) {
         bytes.Extension(0x01, std::string("\x0C\0\0\0\0\0\0\0\0\0\0\0\0", 13), text).SmallImage(0x81);
         bytes.Extension(0xFF, "\x0BKELMORnb1.0", {"\1\0\4\0\2\0\2\0........\x1B\n\xFE\0", 20});
         WriteAll(file, bytes.Extension(0xFF, "\x0BXM\x1B\x07\x9D\xFE\xFE\xFEXMP", "").Add({0x3B}));
-        const std::string lines = RunCli({"list", file}).out, listed = RunCli({"list", "--json", file}).out;
+        const std::string lines = RunClassic({"list", file}).out, listed = RunClassic({"list", "--json", file}).out;
         EXPECT_EQ(lines, "HEADER GIF\\x1b\xC3\xBE\\x0a Screen (1 x 1)\nPLAIN TEXT " + line +
                              "\nIMAGE \\x1b\\x0a\xC3\xBE 2 x 2, 4 colours\nBLOCK NAMES\n"
                              "APPLICATION-DEFINED (Type: XM\\x1b\\x07\\x9d\xC3\xBE\xC3\xBE\xC3\xBE)\n");
@@ -77,9 +78,9 @@ TEST_F(Cli, ListedLinesAreSafeToPrintAndLoseNothing) {
         EXPECT_TRUE(std::none_of(printed.begin(), printed.end(),
                                  [](char c) { return c == 127 || (c != '\n' && c >= 0 && c < 32); }));
     }
-    EXPECT_EQ(RunCli({"list", "no\x1B[2J\xC2\x9B\n"}).err,
+    EXPECT_EQ(RunClassic({"list", "no\x1B[2J\xC2\x9B\n"}).err,
               "zephyr: no\\x1b[2J\\x9b\\x0a: can't be opened: there is no such file\n");
-    EXPECT_EQ(RunCli({"list", "--\x1B"}).err, "zephyr list: unknown option --\\x1b (see zephyr list --help)\n");
+    EXPECT_EQ(RunClassic({"list", "--\x1B"}).err, "zephyr list: unknown option --\\x1b (see zephyr list --help)\n");
 }
 
 TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {
@@ -88,7 +89,7 @@ TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {
     bytes.SmallImage();
     for (int i = 3; i <= 65536; ++i) bytes.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});
     WriteAll(file, bytes.Add({0x3B}));
-    const std::string json = RunCli({"list", "--json", file}).out;
+    const std::string json = RunClassic({"list", "--json", file}).out;
     auto blockAt = [&](const std::string& number) {
         const size_t at = json.find("{\"position\": " + number + ",");
         return at == std::string::npos ? "" : json.substr(at, json.find("{\"position\"", at + 1) - at);
@@ -99,7 +100,7 @@ TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {
     EXPECT_EQ(blockAt("2").find("palette"), std::string::npos);
     EXPECT_NE(blockAt("65536").find("CONTROL"), std::string::npos) << "a number of more than 16 bits";
     WriteAll(file, GifBytes().Header("GIF89a", 1, 1, 0).Add({0x3B}));
-    EXPECT_EQ(RunCli({"list", "--json", file}).out.find("palette"), std::string::npos);
+    EXPECT_EQ(RunClassic({"list", "--json", file}).out.find("palette"), std::string::npos);
 }
 
 TEST_F(Cli, ListTellsHowLoadsEnd) {
@@ -117,7 +118,7 @@ TEST_F(Cli, ListTellsHowLoadsEnd) {
          "note: loading ended before the trailer; blocks behind that point are not in the document"},
     };
     for (const auto& [file, status, json, lines, error] : cases) {
-        CliRun asLines = RunCli({"list", file}), asJson = RunCli({"list", file, "--json"});
+        CliRun asLines = RunClassic({"list", file}), asJson = RunClassic({"list", file, "--json"});
         EXPECT_EQ(asLines.status, status);
         EXPECT_EQ(asJson.status, status);
         EXPECT_EQ(asLines.out, lines);
@@ -139,7 +140,7 @@ TEST_F(Cli, StrictRefusesWhatIsNotWhole) {
     };
     for (const auto& [file, content, end] : files) {
         WriteAll(file, content);
-        const std::string json = RunCli({"list", "--json", file}).out, isComplete = end.empty() ? "true" : "false";
+        const std::string json = RunClassic({"list", "--json", file}).out, isComplete = end.empty() ? "true" : "false";
         const std::string ended = end.empty() ? "trailer" : end;
         EXPECT_NE(json.find("\"complete\": " + isComplete + ", \"ended\": \"" + ended + "\", "), std::string::npos)
             << json;
@@ -152,10 +153,10 @@ TEST_F(Cli, StrictRefusesWhatIsNotWhole) {
                                   {"set", file, out_, "1", "left=0"}};
         for (Words words : commands) {
             SCOPED_TRACE(words[0] + " " + file);
-            EXPECT_EQ(RunCli(words).status, kExitDone);
+            EXPECT_EQ(RunClassic(words).status, kExitDone);
             WriteAll(out_, {1, 2, 3});
             words.emplace_back("--strict");
-            CliRun run = RunCli(words);
+            CliRun run = RunClassic(words);
             EXPECT_EQ(run.status, end.empty() ? kExitDone : kExitFailed);
             EXPECT_EQ(run.out.empty(), words[0] != "list");
             EXPECT_EQ(ReadAll(out_) == Bytes({1, 2, 3}), !end.empty() || words[0] == "list");
@@ -171,7 +172,7 @@ TEST_F(Cli, NoPictureIsBlankForWantOfMemory) {
     int told = 0;
     for (long n = 0; n < 10; ++n) {
         faults.allocationsUntilFailure = n;
-        CliRun run = RunCli({"list", good_});
+        CliRun run = RunClassic({"list", good_});
         faults = {};
         EXPECT_EQ(run.status == 0, run.err.empty());
         told += run.err == "zephyr: " + good_ + ": not enough memory for its pictures\n";
@@ -185,22 +186,22 @@ TEST_F(Cli, SaveFitsTheScreenAndSignsTheFile) {
         return GifBytes(document).Comment("FILE IDENTITY\r\nCreated or modified by\r\n" + names).Add({0x3B});
     };
     const Identity system = GetUserIdentity();  // empty where there is no registry
-    EXPECT_EQ(RunCli({"save", good_, out_}).status, 0);
+    EXPECT_EQ(RunClassic({"save", good_, out_}).status, 0);
     EXPECT_EQ(ReadAll(out_), signedBy(system.owner + "\r\n" + system.organisation));
-    EXPECT_EQ(RunCli({"save", good_, out_, "--owner", "", "--organisation="}).status, 0);
+    EXPECT_EQ(RunClassic({"save", good_, out_, "--owner", "", "--organisation="}).status, 0);
     EXPECT_EQ(ReadAll(out_), signedBy("\r\n"));
     const std::string longest(259, 'n');
-    EXPECT_EQ(RunCli({"save", good_, out_, "--owner=" + longest, "--organisation=" + longest}).status, 0);
+    EXPECT_EQ(RunClassic({"save", good_, out_, "--owner=" + longest, "--organisation=" + longest}).status, 0);
     EXPECT_EQ(ReadAll(out_), signedBy(longest + "\r\n" + longest));
-    CliRun named = RunCli({"save", "--owner=Zo\xC3\xA9", good_, "--organisation", "K", out_});
+    CliRun named = RunClassic({"save", "--owner=Zo\xC3\xA9", good_, "--organisation", "K", out_});
     EXPECT_EQ(named.out + named.err, "");
     EXPECT_EQ(ReadAll(out_), signedBy("Zo\xE9\r\nK"));
-    EXPECT_EQ(RunCli({"save", "--owner=Z", good_, out_}).status, 0);
+    EXPECT_EQ(RunClassic({"save", "--owner=Z", good_, out_}).status, 0);
     EXPECT_EQ(ReadAll(out_), signedBy("Z\r\n" + system.organisation)) << "each name for itself";
 }
 
 TEST_F(Cli, ExtractWritesABmpFile) {
-    EXPECT_EQ(RunCli({"extract", good_, "2", out_}).status, 0);
+    EXPECT_EQ(RunClassic({"extract", good_, "2", out_}).status, 0);
     GifBytes expected = GifBytes().Text("BM").Add({126, 0, 0, 0, 0, 0, 0, 0, 118, 0, 0, 0, 40, 0, 0, 0, 2, 0, 0, 0});
     expected.Add({2, 0, 0, 0, 1, 0, 4, 0, 0, 0, 0, 0, 8, 0, 0, 0}).Repeat(0, 8).Add({16, 0, 0, 0, 16, 0, 0, 0});
     for (int i = 0; i < 16; ++i) expected.Add({i < 4 ? 3 * i : 0, i < 4 ? 2 * i : 0, i < 4 ? i : 0, 0});
@@ -223,7 +224,7 @@ TEST_F(Cli, FailuresKeepAnExistingOutput) {
         {{"extract", good_, "2", place}, place + ": can't be written: it is a folder"},
     };
     for (const auto& [words, error] : cases) {
-        CliRun run = RunCli(words);
+        CliRun run = RunClassic(words);
         EXPECT_EQ(run.status, 1);
         EXPECT_EQ(run.out, "");
         EXPECT_EQ(run.err, "zephyr: " + error + "\n");
@@ -279,7 +280,7 @@ TEST_F(Cli, HelpAndVersion) {
     std::string version;
     std::getline(std::ifstream(ZEPHYR_SOURCES "/VERSION"), version);
     EXPECT_EQ(RunCli({"--version"}).out, "zephyr " + version + "\n");
-    for (const char* command : {"list", "save", "extract", "remap", "insert", "delete", "set", "build"}) {
+    for (const char* command : {"list", "save", "extract", "remap", "insert", "delete", "set", "build", "repair"}) {
         const std::string help = RunCli({command, "x", "--help"}).out;
         EXPECT_EQ(help.find("Usage: zephyr " + std::string(command)), 0u) << command;
         EXPECT_EQ(RunCli({"help", command}).out + RunCli({command, "-h"}).out, help + help);

@@ -102,6 +102,22 @@ TEST_F(PaletteMatch, ImagesOfADocumentWithoutGlobalPaletteGetALocalOne) {
     EXPECT_EQ(GetImageFields(image_).packed, kHasPalette | 7) << "equal colours are not there to be shared";
 }
 
+TEST_F(PaletteMatch, ADocumentReadWholeWithoutGlobalPaletteAsksNothing) {
+    document_.flags = kReadWhole;
+    for (const auto& [packed, bitCount, asks] :
+         {std::tuple(7, 1, false), {7, 4, false}, {7, 8, false}, {7, 24, true}, {0x87, 8, true}}) {
+        SCOPED_TRACE(testing::Message() << packed << " " << bitCount);
+        SetGlobalPalette(packed);
+        TakeImage(bitCount);
+        const MemoryHandle before = image_.data;
+        EXPECT_EQ(Match(kCancel), asks ? Failure::kCancelled : Failure::kNone);
+        if (asks) continue;
+        EXPECT_EQ(image_.data, before);
+        EXPECT_TRUE(HasPalette(own_));
+        EXPECT_EQ(GetImageFields(image_).packed, kHasPalette | kImageInterlaced | (bitCount - 1));
+    }
+}
+
 TEST_F(PaletteMatch, KeptColoursAreLocalUnlessTheyAreTheGlobalOnes) {
     const Colours twoColours = {{{1, 2, 3}}};
     // The document's colours and those of an image of 16 colours, of which 4 count; whether it needs its own.

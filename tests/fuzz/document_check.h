@@ -8,7 +8,8 @@
 #include "gif/block_list.h"
 #include "gif/descriptor.h"
 
-inline void CheckDocument(const BlockList& list) {
+// `isWhole`: images may then lack their pixels.
+inline void CheckDocument(const BlockList& list, bool isWhole = false) {
     assert(list.count < list.capacity);
     for (const Block& block : list.All()) {
         assert((block.kind == kHeaderBlock) == (&block == list.blocks.get()));
@@ -16,6 +17,7 @@ inline void CheckDocument(const BlockList& list) {
         assert(block.dataLength <= kMaxTextBytes);
         assert(!FormatBlockLine(block).empty());
         if (block.kind != kImageBlock) continue;
+        if (isWhole && !block.data) continue;
         ImageFields fields = GetImageFields(block);
         std::optional<ImageInfo> info = GetImageInfo(block.data);
         assert(info);

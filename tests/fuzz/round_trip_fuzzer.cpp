@@ -8,23 +8,11 @@
 
 #include "gif/gif_reader.h"
 #include "gif/gif_writer.h"
-#include "tests/fuzz/document_check.h"
+#include "tests/fuzz/pixels_fit.h"
 
 namespace {
 
 constexpr uint64_t kMostPixels = 1 << 15;  // larger documents only cost time
-
-// Whether every pixel is a colour of the image's depth; others are cut when they are written.
-bool PixelsFit(const Block& image) {
-    ImageFields fields = GetImageFields(image);
-    ImageLock bitmap(image.data);
-    assert(bitmap);
-    auto colours = static_cast<uint32_t>(ColoursOfPacked(fields.packed));
-    for (int y = 0; y < fields.height; ++y)
-        for (int x = 0; x < fields.width; ++x)
-            if (GetImagePixel(bitmap, x, y) >= colours) return false;
-    return true;
-}
 
 // Whether a document that is saved and loaded again is the same.
 bool IsComparable(const BlockList& list) {

@@ -83,6 +83,79 @@ TEST_F(CommandsTest, ImagesGoInByTheBytesOfTheirNamesAndAskAboutPalettes) {
     }
 }
 
+TEST_F(CommandsTest, TheCarefulPaletteQuestionNamesTheFileAndProposesTheLastChoice) {
+    const std::string file = File("Tom & J\xE9r\xF4me.gif");
+    ChangeHeader(0x87, 1);
+    const Ids choices = {IDC_PALETTE_REMAP, IDC_PALETTE_DITHER};
+    const char usual[] =
+        "The palette of the image you have imported does not match the global palette for this file. You can:";
+    const char named[] =
+        "The palette of Tom && J\xE9r\xF4me.gif does not match the global palette for this file. You can:";
+    auto ask = [&](uint32_t careful, int bitCount, const char* shown, const Changes& changes, int answer) {
+        settings.carefulMode = careful;
+        Block image = At(kSampleImage);
+        image.data = CreateImageBitmap(2, 2, nullptr, bitCount);
+        auto steps = [&](HWND dialog) {
+            EXPECT_EQ(ControlText(dialog, IDC_PALETTE_TEXT), careful ? named : usual);
+            Work(choices, shown, changes, changes.empty() ? shown : "on|off",
+                 answer == IDCANCEL ? IDCANCEL : IDOK)(dialog);
+        };
+        DialogAnswers answers({steps});
+        EXPECT_EQ(RunPaletteDialog(hMainWindow, image, Utf8FromWide(WideFrom1252(file))), answer);
+    };
+    ask(1, 8, "off|on", {{IDC_PALETTE_REMAP}}, IDCANCEL);
+    ask(1, 8, "off|on", {{IDC_PALETTE_REMAP}}, kPaletteRemap);
+    ask(1, 8, "on|off", {}, kPaletteRemap);
+    ask(0, 8, "off|on", {}, kPaletteDither);
+    ask(1, 1, "on|[off]", {}, kPaletteRemap);  // the only answer there is: not a choice
+    ask(1, 8, "off|on", {}, kPaletteDither);
+
+    // None is too long or too wide for the place that it has.
+    for (const std::wstring& name : {std::wstring(60, L'W'), std::wstring(60, L'i'), std::wstring(60, L'\x6587')}) {
+        DialogAnswers answers({[](HWND dialog) {
+            HWND label = GetDlgItem(dialog, IDC_PALETTE_TEXT);
+            wchar_t text[1024];
+            GetWindowTextW(label, text, 1024);
+            EXPECT_NE(wcsstr(text, L"..."), nullptr);
+            RECT room, needed;
+            GetClientRect(label, &room);
+            needed = room;
+            HDC dc = GetDC(label);
+            SelectObject(dc, reinterpret_cast<HFONT>(SendMessageW(label, WM_GETFONT, 0, 0)));
+            DrawTextW(dc, text, -1, &needed, DT_CALCRECT | DT_WORDBREAK);
+            ReleaseDC(label, dc);
+            EXPECT_LE(needed.right, room.right);
+            EXPECT_LE(needed.bottom, room.bottom);
+            PressButton(dialog, IDCANCEL);
+        }});
+        RunPaletteDialog(hMainWindow, At(kSampleImage), Utf8FromWide(name));
+    }
+}
+
+TEST(ShortFileName, LeavesOutTheMiddleOfALongOne) {
+    const std::string a(40, 'a'), b(28, 'b');
+    EXPECT_EQ(ShortFileName("C:\\folder\\" + a + ".gif"),
+              std::wstring(14, L'a') + L"..." + std::wstring(10, L'a') + L".gif");
+    EXPECT_EQ(ShortFileName(b), WideFromUtf8(b));
+    EXPECT_EQ(ShortFileName(b, 8), L"bbbb...bbbb");
+    const std::wstring face = L"\xD83D\xDE00", script = L"\x6587";  // two units that are one letter, and one
+    EXPECT_EQ(ShortFileName(Utf8FromWide(script + face + face + face + script), 10), script + L"..." + script)
+        << "no letter is cut in two";
+}
+
+TEST_F(CommandsTest, InsertNamesTheFileInThePaletteQuestion) {
+    settings.carefulMode = 1;
+    Open(MakeGif("a.gif"));
+    MakeGif("b.gif", 2, 1);
+    Select(1);
+    ChangeHeader(0x87, 1);
+    auto look = [](HWND dialog) {
+        EXPECT_NE(ControlText(dialog, IDC_PALETTE_TEXT).find("of b.gif does"), std::string::npos);
+        PressButton(dialog, IDCANCEL);
+    };
+    Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), DialogAnswers::ChooseFiles({Folder(), "\"b.gif\""}), look});
+}
+
 // kQuirkUnofferedChoiceCounts: OK answers also what can't be chosen.
 TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
     // Bits of the image, whether the document is all black, and what the choices and the box show.

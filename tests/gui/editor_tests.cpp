@@ -1,4 +1,5 @@
 // The block editors, worked through their controls, with what the document holds afterwards.
+#include "gif/source_bytes.h"
 #include "tests/gui/editor_test.h"
 
 using namespace std::string_literals;
@@ -122,6 +123,189 @@ TEST_F(Editors, CommentLosesNothing) {
     edit("all", type(L"\x01new"), "new");
     edit("gone", Press(IDOK, {{IDC_COMMENT_TEXT, ""}}), "");
     EXPECT_FALSE(At(kSampleComment).data);
+}
+
+TEST_F(Editors, OnlyTheBlockThatWasChangedLosesItsBytes) {
+    const Changes dropPalette = {{IDC_HEADER_GLOBAL_PALETTE}};
+    const Changes dropAndTakeBack = {{IDC_HEADER_GLOBAL_PALETTE}, {IDC_HEADER_GLOBAL_PALETTE}};
+    const Steps yes = Press(IDYES);
+    const Steps pixel = ClickPixel(19, 9, ColourRef(At(kSampleHeader).palette[119]));
+    const Changes pick = {{IDC_CONTROL_TRANSPARENT}, {IDC_EYEDROPPER}};
+    // What is done to which block; the blocks that are encoded from then on, with a "!" behind them when the document
+    // counts as changed: without and with careful mode.
+    const struct {
+        int block;
+        Changes changes;
+        int button;
+        std::vector<Steps> others;
+        const char *classic, *careful;
+    } rows[] = {
+        {kSampleHeader, {}, IDOK, {}, "!", ""},
+        {kSampleHeader, {{IDC_HEADER_WIDTH, "800"}}, IDOK, {}, "0 !", "0 !"},
+        {kSampleHeader, {{IDC_HEADER_WIDTH, "800"}}, IDCANCEL, {}, "", ""},
+        {kSampleHeader, dropPalette, IDOK, {yes}, "0 6 !", "0 6 !"},
+        {kSampleHeader, dropPalette, IDCANCEL, {yes}, "6 ", ""},  // kQuirkPaletteCopiedAtOnce
+        {kSampleHeader, dropAndTakeBack, IDOK, {yes}, "6 !", ""},
+        {kSampleImage, {}, IDOK, {}, "!", ""},
+        {kSampleImage, {{IDC_IMAGE_LEFT, "7"}}, IDOK, {}, "1 !", "1 !"},
+        {kSampleControl, {}, IDOK, {}, "!", ""},
+        {kSampleControl, {{IDC_CONTROL_DELAY, "5"}}, IDOK, {}, "2 !", "2 !"},
+        {kSampleControl, pick, IDOK, {pixel}, "2 !", "2 !"},
+        {kSampleControl, pick, IDCANCEL, {pixel}, "", ""},
+        {kSamplePlainText, {}, IDOK, {}, "3 !", ""},  // kQuirkSizesTakenWithoutFields
+        {kSamplePlainText, {{IDC_PLAIN_TEXT, "new"}}, IDOK, {}, "3 !", "3 !"},
+        {kSamplePlainText, {{IDC_COLOUR}}, IDOK, {ChooseCell(1, 2)}, "3 !", "3 !"},
+        {kSamplePlainText, {{IDC_COLOUR}}, IDCANCEL, {ChooseCell(1, 2)}, "3 !", ""},  // kQuirkCancelKeepsColours
+        {kSampleComment, {}, IDOK, {}, "!", ""},
+        {kSampleComment, {{IDC_COMMENT_TEXT, "new"}}, IDOK, {}, "4 !", "4 !"},
+        {kSampleLoop, {}, IDOK, {}, "!", ""},
+        {kSampleLoop, {{IDC_LOOP_ITERATIONS, "7"}}, IDOK, {}, "5 !", "5 !"},
+        {kSampleApplication, {}, IDOK, {}, "", ""},
+        {kSampleUnknown, {}, IDOK, {}, "", ""},
+        {kSampleEmpty, {}, IDOK, {}, "!", ""},  // kQuirkUneditedCountsAsChanged
+    };
+    for (Block& block : document.All()) GiveSource(&block, "bytes", "stray");
+    const std::vector<Block> before(document.All().begin(), document.All().end());
+    for (size_t row = 0; row < std::size(rows); ++row)
+        for (uint32_t careful : {0u, 1u}) {
+            SCOPED_TRACE(testing::Message() << "row " << row << ", careful " << careful);
+            std::ranges::copy(before, document.blocks.get());
+            settings.carefulMode = careful;
+            const auto& [block, changes, button, others, classicOutcome, carefulOutcome] = rows[row];
+            const int result = Edit(block, {Press(button, changes)}, others);
+            std::string outcome;
+            for (const Block& after : document.All()) {
+                if (!HasSource(after)) outcome += std::to_string(after.position) + " ";
+                EXPECT_EQ(after.source.stray, 5u) << "what stands before a block stays";
+            }
+            if (result == kBlockEdited) outcome += "!";
+            EXPECT_EQ(outcome, careful ? carefulOutcome : classicOutcome);
+        }
+    std::ranges::copy(before, document.blocks.get());
+    EXPECT_EQ(Edit(kSampleBlockNames, {}), kBlockUnchanged);
+}
+
+TEST_F(Editors, CarefulOkKeepsWhatNoFieldShows) {
+    settings.carefulMode = 1;
+    Edit(kSampleImage, {Press(IDOK, {{IDC_IMAGE_LEFT, "7"}})});
+    EXPECT_EQ(LineOf(kSampleImage), "IMAGE\xFE first.gif 40 x 30, 16 colours");
+    Edit(kSamplePlainText, {Press(IDOK, {{IDC_PLAIN_LEFT, "7"}})});
+    const PlainTextFields text = GetPlainTextFields(At(kSamplePlainText));
+    EXPECT_EQ(text.left, 7);
+    EXPECT_EQ(std::tuple(text.gridWidth, text.gridHeight, text.cellWidth, text.cellHeight), std::tuple(80, 25, 8, 16));
+    EXPECT_EQ(defaultPlainTextGrid.width, 80);
+
+    // Before the palette comes to the images the header has to let go of it.
+    Edit(kSampleHeader, {Press(IDOK, {{IDC_HEADER_GLOBAL_PALETTE}}), Press(IDYES)});
+    EXPECT_EQ(GetHeaderFields(At(kSampleHeader)).packed, 0x07);
+    EXPECT_EQ(GetImageFields(At(kSampleSecondImage)).packed, 0x87);
+    EXPECT_EQ(At(kSampleSecondImage).palette[119], At(kSampleHeader).palette[119]);
+    // What was agreed to in one dialog is not done by the next one.
+    ChangeHeader(0x87, 1);
+    Block image = At(kSampleSecondImage);
+    PutImageFields(&image, {0, 0, 20, 10, 7});
+    Put(image);
+    Edit(kSampleHeader, {Press(IDCANCEL, {{IDC_HEADER_GLOBAL_PALETTE}}), Press(IDYES)});
+    Edit(kSampleHeader, {Press(IDOK, {{IDC_HEADER_WIDTH, "9"}})});
+    EXPECT_EQ(GetImageFields(At(kSampleSecondImage)).packed, 7);
+}
+
+TEST_F(Editors, CarefulTextsKeepWhatTheFieldDoesNotShow) {
+    settings.carefulMode = 1;
+    // What the block holds, what is typed over what is seen of it, and what becomes of it.
+    const std::tuple<std::string, const char*, std::string> rows[] = {{"seen\0unseen"s, "typed", "typed\0unseen"s},
+                                                                      {"\0unseen"s, "typed", "typed\0unseen"s},
+                                                                      {"seen\0unseen"s, "", ""},
+                                                                      {"a\nb\rc\x1B"s, "a\r\nb", "a\r\nb"}};
+    for (const auto& [held, typed, kept] : rows) {
+        Block comment = At(kSampleComment);
+        ASSERT_TRUE(SetBlockText(&comment, held.data(), static_cast<uint32_t>(held.size())));
+        Put(comment);
+        EXPECT_EQ(Edit(kSampleComment, {Press(IDOK)}), kBlockUnchanged) << held;
+        EXPECT_EQ(Edit(kSampleComment, {Press(IDOK, {{IDC_COMMENT_TEXT, typed}})}), kBlockEdited) << held;
+        EXPECT_EQ(GetBlockText(At(kSampleComment)), kept);
+    }
+    const char tooLong[] =
+        "This text is longer than the 32767 bytes that can be edited here: the rest of it would be lost. The command "
+        "line can replace it: zephyr set IN.gif OUT.gif INDEX text=...";
+    for (int index : {kSampleComment, kSamplePlainText}) {
+        Block block = At(index);
+        std::string words;  // since an endless one would keep Wine's edit field busy
+        while (words.size() < kMaxTextBytes) words += "word ";
+        ASSERT_TRUE(SetBlockText(&block, words.data(), kMaxTextBytes));
+        std::string own = index == kSampleComment ? "!\xFE"s : "!\1\x0C"s + std::string(12, '\0');
+        for (uint32_t sent = 0; sent <= kMaxTextBytes; sent += 255) own += "\xFF" + std::string(255, 'x');
+        GiveSource(&block, own);
+        Put(block);
+        settings.carefulMode = 1;
+        EXPECT_EQ(Edit(index, {Read(tooLong, IDOK)}), kBlockUnchanged);
+        settings.carefulMode = 0;
+        EXPECT_EQ(Edit(index, {Press(IDOK)}), kBlockEdited);
+    }
+}
+
+TEST_F(Editors, CarefulNumbersAreRefusedWhereTheyStand) {
+    const std::tuple<int, int, const char*> fields[] = {
+        {kSampleHeader, IDC_HEADER_WIDTH, "Screen width"}, {kSampleHeader, IDC_HEADER_HEIGHT, "Screen depth"},
+        {kSampleImage, IDC_IMAGE_LEFT, "Image left"},      {kSampleImage, IDC_IMAGE_TOP, "Image top"},
+        {kSampleControl, IDC_CONTROL_DELAY, "Delay"},      {kSamplePlainText, IDC_PLAIN_LEFT, "Text left"},
+        {kSamplePlainText, IDC_PLAIN_TOP, "Text top"},     {kSampleLoop, IDC_LOOP_ITERATIONS, "Iterations"}};
+    settings.carefulMode = 1;
+    for (const auto& [block, field, name] : fields) {
+        SCOPED_TRACE(name);
+        const Steps told = Read(name + ": this takes a number from 0 to 65535."s, IDOK);
+        const char* wrong[] = {"65536", "99999999999", "-1", "", "12x"};
+        auto work = [&, id = field](HWND dialog) {
+            for (const char* text : wrong) {
+                SetDlgItemTextA(dialog, id, text);
+                SetFocus(GetDlgItem(dialog, IDOK));
+                PressButton(dialog, IDOK);
+                EXPECT_EQ(GetDlgCtrlID(GetFocus()), id) << text;
+                DWORD selected = 0;
+                SendDlgItemMessageW(dialog, id, EM_GETSEL, 0, reinterpret_cast<LPARAM>(&selected));
+                EXPECT_EQ(selected, strlen(text)) << text;
+                EXPECT_EQ(ControlText(dialog, id), text);
+            }
+            SetDlgItemTextA(dialog, id, "65535");
+            PressButton(dialog, IDOK);
+        };
+        EXPECT_EQ(Edit(block, {work}, std::vector(std::size(wrong), told)), kBlockEdited);
+    }
+    EXPECT_EQ(GetImageFields(At(kSampleImage)).top, 65535);
+    EXPECT_EQ(GetControlFields(At(kSampleControl)).delay, 65535);
+}
+
+TEST_F(Editors, AnImageWithoutPixelsKeepsItsBytesAndCanBeMoved) {
+    const std::string own = ",\1\0\2\0\x14\0\x0A\0\7\x0D"s;
+    Block image = At(kSampleSecondImage);
+    image.data = nullptr;
+    GiveSource(&image, own, "stray");
+    Put(image);
+    const Steps move = Work({IDC_IMAGE_INTERLACED}, "[off]", {{IDC_IMAGE_LEFT, "258"}}, "[off]", IDOK);
+    EXPECT_EQ(Edit(kSampleSecondImage, {move}), kBlockEdited);
+    SourceLock source(At(kSampleSecondImage));
+    EXPECT_EQ(std::string(source.Own().begin(), source.Own().end()), ",\2\1\0\0"s + own.substr(5));
+    EXPECT_EQ(Edit(kSampleControl, {Work({IDC_EYEDROPPER}, "[]", {{IDC_CONTROL_TRANSPARENT}}, "[]", IDCANCEL)}),
+              kBlockUnchanged);
+    const char bound[] =
+        "There is an image here whose picture could not be read. It needs the global palette and can't be given a "
+        "copy.";
+    const Steps keep = Work({IDC_HEADER_GLOBAL_PALETTE}, "on", {{IDC_HEADER_GLOBAL_PALETTE}}, "on", IDOK);
+    Edit(kSampleHeader, {keep, Read(bound, IDOK)});
+    EXPECT_EQ(GetHeaderFields(At(kSampleHeader)).packed, 0x87);
+    for (int index : {kSampleImage, kSampleSecondImage}) {
+        image = At(index);
+        image.data = nullptr;
+        Put(image);
+    }
+    Edit(kSamplePlainText, {See({IDC_EYEDROPPER, IDC_SECOND_EYEDROPPER}, "[]|[]", IDCANCEL)});
+
+    // There is no memory for the bytes in their new place.
+    faultsAtButton.allocationsUntilFailure = 0;
+    const Steps outOfMemory = Read("There has been an error allocating memory.", IDOK);
+    settings.carefulMode = 1;  // or the name would fail first
+    EXPECT_EQ(Edit(kSampleSecondImage, {Press(IDOK, {{IDC_IMAGE_LEFT, "9"}}), outOfMemory}), kBlockUnchanged);
+    EXPECT_EQ(GetImageFields(At(kSampleSecondImage)).left, 258);
 }
 
 // kQuirkComentText

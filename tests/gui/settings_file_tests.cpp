@@ -42,6 +42,42 @@ TEST_F(SettingsFileTest, ReadsWhatALineMeans) {
     }
 }
 
+// Their keys count only as they are: no other one may switch an option on.
+TEST_F(SettingsFileTest, OptionsAreReadByTheirWholeNames) {
+    const std::tuple<std::string, uint32_t, uint32_t> cases[] = {
+        // careful mode, and the banner
+        {"[KLMZephyrOptions]\r\nCarefulMode = 1\r\n", 1, 1},
+        {"CarefulMode=1\r\nShow = 0", 1, 0},
+        {"CarefulMode = 1\r\nCarefulMode = 0\r\n", 0, 1},
+        {"C = 1\r\nCareful = 1\r\nCarefulModes = 1\r\ncarefulmode = 1\r\n;CarefulMode = 1\r\n", 0, 1},
+        {"\r\n = 1\r\n", 0, 1},
+        {"CarefulMode = 1\r\n\r\n", 1, 0},
+    };
+    for (const auto& [content, careful, banner] : cases) {
+        settings = Settings();
+        WriteAll(File("KLMZEP.INI"), content);
+        ReadSettings(Folder());
+        EXPECT_EQ(settings.carefulMode, careful) << content;
+        EXPECT_EQ(settings.showStartupBanner, banner) << content;
+    }
+}
+
+TEST_F(SettingsFileTest, OptionsAreWrittenOnlyWhileTheyAreNotAsByDefault) {
+    std::string without;
+    for (uint32_t careful : {0u, 1u, 0u}) {
+        settings.carefulMode = careful;
+        WriteSettings(hMainWindow, Folder());
+        const Bytes bytes = ReadAll(File("KLMZEP.INI"));
+        std::string content(bytes.begin(), bytes.end());
+        content.erase(content.find("updated ") + 8, strlen("Sat Nov 21 15:18:14 2026"));
+        if (without.empty()) without = content;
+        EXPECT_EQ(content, without + (careful ? "[KLMZephyrOptions]\r\nCarefulMode = 1\r\n" : ""));
+        settings = Settings();
+        ReadSettings(Folder());
+        EXPECT_EQ(settings.carefulMode, careful);
+    }
+}
+
 TEST_F(SettingsFileTest, TheWindowWritesTheFileWhenItGoes) {
     settings.interlaceDelay = 12;
     Add({"C:\\one.gif", "d:\\\xC3\xA9t\xC3\xA9.gif"});

@@ -246,10 +246,12 @@ TEST_F(LifecycleTest, ASaveThatIsCancelledOrFailsKeepsTheDocumentButHoldsNothing
 // What becomes of a changed document when a command that discards it asks first.
 TEST_F(LifecycleTest, TheSaveQuestionDecidesAboutTheChangedDocument) {
     for (int command : {IDM_NEW, IDM_OPEN, IDM_CLOSE, IDM_WIZARD, IDM_RECENT_FIRST + 1, IDM_EXIT, SC_CLOSE})
-        for (int answer : {IDCANCEL, IDYES, IDNO}) {
-            SCOPED_TRACE(testing::Message() << "command " << command << ", answer " << answer);
+        for (const auto& [answer, careful] :
+             {std::pair(IDCANCEL, 0), {IDYES, 0}, {IDNO, 0}, {IDCANCEL, 1}, {IDYES, 1}}) {
+            SCOPED_TRACE(testing::Message() << "command " << command << ", answer " << answer << careful);
             const bool gone = answer != IDCANCEL, isCloseBox = command == SC_CLOSE;
             if (!IsWindow(hMainWindow)) TearDown(), SetUp();
+            settings.carefulMode = static_cast<uint32_t>(careful);
             documentChanged = false;
             std::string other = MakeGif("other.gif");
             Open(other);
@@ -265,7 +267,7 @@ TEST_F(LifecycleTest, TheSaveQuestionDecidesAboutTheChangedDocument) {
             EXPECT_EQ(ReadAll(path) != before, answer == IDYES);
             EXPECT_TRUE(documentChanged == !gone && (document.count == 3) == !gone);
             // The close box ends the program even when the question was cancelled: kQuirkCloseBoxIgnoresCancel.
-            EXPECT_EQ(!IsWindow(hMainWindow), isCloseBox || (command == IDM_EXIT && gone));
+            EXPECT_EQ(!IsWindow(hMainWindow), (isCloseBox && (gone || !careful)) || (command == IDM_EXIT && gone));
             if (gone && (command == IDM_OPEN || command == IDM_RECENT_FIRST + 1)) ExpectFace(other);
         }
 }

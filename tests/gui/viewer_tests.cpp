@@ -93,6 +93,19 @@ LRESULT CALLBACK NoteLoops(int, WPARAM, LPARAM) {
 
 }  // namespace
 
+TEST(Viewer, SkipsAnImageWithoutPixels) {
+    for (uint32_t disposal : {1u, 2u, 3u}) {
+        Animation animation(20, 20);
+        animation.Image({0, 0, 20, 20}).Control(disposal, 1).Image({5, 5, 10, 10}).Control(1, 0);
+        animation.List()->blocks[3].data = nullptr;
+        ViewerStage stage(animation.List(), 20, 20);
+        Picture shown(20, 20, 0);
+        shown.Put(animation.At(1).data, 0, 0, animation.At(0).palette, kNoPixel, false);
+        EXPECT_EQ(stage.PlayToEnd(), 1);
+        EXPECT_EQ(Difference(shown, stage.Look()), "") << disposal;
+    }
+}
+
 TEST(Viewer, PlacesPaintsAndDisposesOfImages) {
     const struct {
         uint16_t screenWidth, screenHeight;

@@ -54,6 +54,8 @@ protected:
         document = {};
         documentChanged = false;
         currentFileName.clear();
+        documentIsNamed = false;
+        partlyReadFile.clear();
         selectedLine = 0;
     }
 

@@ -138,8 +138,11 @@ TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
 
     const std::string broken = File("broken.gif");
     WriteAll(broken, "GIF");
-    RunWizard({IDC_WIZARD_DRAWN}, {first, broken}, {Read(LoadStr(IDS_CORRUPTED_FILE), IDNO)});
+    const std::string corrupted = LoadStr(IDS_CORRUPTED_FILE);
+    RunWizard({IDC_WIZARD_DRAWN}, {first, broken}, {Read(corrupted, IDNO)});
     EXPECT_EQ(document.count, 0u);
     EXPECT_NE(Title().find("NO FILE"), std::string::npos);
+    settings.carefulMode = 1;
+    RunWizard({IDC_WIZARD_DRAWN}, {first, broken}, {Read("broken.gif: " + corrupted, IDNO)});
     RunWizard({IDC_WIZARD_FIRST_PALETTE}, {broken, first}, {Read(LoadStr(IDS_OPEN_FAILED), IDOK)});
 }

@@ -10,12 +10,20 @@ one of the folders of real files that the environment variable ZEPHYR_CORPUS nam
          the blocks that we loaded and the pixels that giflib, and convert in colours, read in the original
   again  saving the saved file gives the same bytes
 
+So far all is in the classic manner. In the whole one:
+
+  whole     a file with a header is saved as it was, byte for byte
+  repaired  a file that "zephyr repair" has mended is read by the same judges without complaint, and has for us
+            the pictures of the file it was, for giflib, convert and Pillow those that are not told to be damaged
+
 Each difference is one line of text: what we have, "not" what the judge has. exceptions.json lists, for every file that
 has any, exactly these lines, in groups with the reason why they are as they should be; a line too many or too few
 fails. Its "files" are those of the recipes, "elsewhere" are real ones, which need not be there. Prints what fails and
 one closing line with the counts.
 """
+import filecmp
 import glob
+import hashlib
 import json
 import os
 import re
@@ -24,7 +32,10 @@ import struct
 import subprocess
 import sys
 import tempfile
+import zlib
 from concurrent.futures import ThreadPoolExecutor
+
+from PIL import Image
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 IDENTITY = b"FILE IDENTITY\r\nCreated or modified by\r\n\r\n".hex()
@@ -69,7 +80,7 @@ def table_hex(block, packed):
 def zephyr_view(zephyr, path):
     """Our view, without pixels."""
     view = View()
-    listed = run(zephyr, "list", "--json", path)
+    listed = run(zephyr, "list", "--classic", "--json", path)
     report = json.loads(listed.stdout)
     for block in report["blocks"]:
         bytes_ = bytes.fromhex(block["descriptor"])
@@ -129,6 +140,19 @@ def colour_sums(path):
     return run("identify", "-quiet", "-format", "%#\n", path).stdout.split()
 
 
+def pillow_frames(path, most):
+    """The first frames as Pillow composes them, until it gives up."""
+    frames = []
+    try:
+        with Image.open(path) as image:
+            for number in range(most):
+                image.seek(number)
+                frames.append(zlib.crc32(image.convert("RGBA").tobytes()))
+    except Exception:  # of many kinds, for what is damaged  # pylint: disable=broad-except
+        pass
+    return frames
+
+
 class Case:
     """One file on its way through all judges; `found` collects the differences."""
 
@@ -152,11 +176,12 @@ class Case:
             self.note("load", [f"{ours.end}; giflib: {theirs.end}"])
         if ours.end.startswith("ends"):
             self.check_saved(ours, theirs)
+        self.check_whole()
         return self.found
 
     def check_saved(self, ours, theirs):
         saved, again = self.scratch(".saved.gif"), self.scratch(".again.gif")
-        if run(self.zephyr, "save", self.path, saved).returncode:
+        if run(self.zephyr, "save", "--classic", self.path, saved).returncode:
             return self.note("saved", ["fails"])
         judged = giflib_view(self.helper, saved, self.scratch(".idx"))
         self.check_saved_blocks(ours, judged)
@@ -164,8 +189,8 @@ class Case:
             self.note("saved", [f"image {number}: {text}" for text in row_differences(mine, other)])
         for number, (mine, other) in enumerate(zip(colour_sums(saved), colour_sums(self.path))):
             self.note("saved", [f"image {number}: other colours for ImageMagick"] if mine != other else [])
-        self.check_complaints(saved, bool(judged.images))
-        run(self.zephyr, "save", saved, again)
+        self.check_complaints("saved", saved, bool(judged.images))
+        run(self.zephyr, "save", "--classic", saved, again)
         with open(saved, "rb") as first, open(again, "rb") as second:
             if first.read() != second.read():
                 self.note("again", ["other bytes"])
@@ -182,7 +207,61 @@ class Case:
         self.note("saved", block_differences(expected, judged))
         self.note("saved", [f"giflib: {judged.end}"] if judged.end != "end" else [])
 
-    def check_complaints(self, saved, has_images):
+    def check_whole(self):
+        saved = self.scratch(".whole.gif")
+        done = run(self.zephyr, "save", self.path, saved)
+        if done.returncode:
+            return self.note("whole", [] if b"not a GIF file" in done.stderr else ["fails"])
+        self.note("whole", [] if filecmp.cmp(self.path, saved, shallow=False) else ["other bytes"])
+        done = run(self.zephyr, "repair", self.path, saved)
+        told = done.stdout.decode()
+        if done.returncode:
+            return self.note("repaired", ["fails"])
+        if told == "nothing to repair\n":
+            return self.note("repaired", [] if filecmp.cmp(self.path, saved, shallow=False) else ["other bytes"])
+        self.check_repaired(saved, told)
+
+    def check_repaired(self, saved, told):
+        """`told` is what the repair printed."""
+        blocks = json.loads(run(self.zephyr, "list", "--json", self.path).stdout)["blocks"]
+        images = [block["position"] for block in blocks if block["kindName"].strip() == "IMAGE"]
+        gone = {int(block) for block in re.findall(r"^block (\d+) \(IMAGE\): it (?:is|and its .* are) left out", told, re.M)}
+        damaged = {int(block) for block in re.findall(r"^block (\d+) \(IMAGE\): (?!\d+ bytes? before)", told, re.M)}
+        kept = [image not in damaged for image in images if image not in gone]
+        mended = json.loads(run(self.zephyr, "list", "--json", saved).stdout)["blocks"]
+        mended = [block["position"] for block in mended if block["kindName"].strip() == "IMAGE"]
+        for old, new in zip([image for image in images if image not in gone], mended):
+            same = self.picture(self.path, old) == self.picture(saved, new)
+            self.note("repaired", [] if same else [f"image {old}: not as it was shown"])
+        self.note("repaired", [] if len(mended) == len(kept) else ["images are missing"])
+        intact = kept.index(False) if False in kept else len(kept)
+        before, after = (giflib_view(self.helper, path, self.scratch(".idx")) for path in (self.path, saved))
+        self.note("repaired", [f"giflib: {after.end}"] if after.end != "end" else [])
+        self.check_complaints("repaired", saved, bool(after.images))
+        self.check_pictures("giflib", before.images, after.images, images, gone, kept)
+        self.check_pictures("ImageMagick", colour_sums(self.path), colour_sums(saved), images, gone, kept)
+        before, after = pillow_frames(self.path, intact), pillow_frames(saved, intact)
+        if not gone & set(images[:intact + 1]) and before != after[:len(before)]:
+            self.note("repaired", ["other frames for Pillow"])
+
+    def picture(self, path, image):
+        """The picture of an image block as we show it, a BMP file; none when it can't be decoded."""
+        bmp = self.scratch(".bmp")
+        if run(self.zephyr, "extract", path, str(image), bmp).returncode:
+            return None
+        with open(bmp, "rb") as file:
+            return hashlib.sha256(file.read()).digest()
+
+    def check_pictures(self, judge, before, after, images, gone, kept):
+        """A judge that gives up in the damaged file has only seen the pictures up to there."""
+        before = [picture for image, picture in zip(images, before) if image not in gone]
+        for number, (old, new, same) in enumerate(zip(before, after, kept)):
+            if same and old and old != new:
+                self.note("repaired", [f"image {number}: other pixels for {judge}"])
+        if len(after) < len(before):
+            self.note("repaired", [f"{len(after)} images for {judge}, not {len(before)}"])
+
+    def check_complaints(self, stage, saved, has_images):
         commands = [["giftext", saved], ["gifsicle", "-O0", "--careful", saved, "-o", self.scratch(".copy.gif")],
                     ["convert", saved, "null:"]]
         for command in commands if has_images else commands[:-1]:
@@ -191,7 +270,7 @@ class Case:
             if done.returncode and not lines:
                 lines = ["fails"]
             lines = [re.sub(".*convert: |`.*' ", "", line) for line in lines]
-            self.note("saved", [f"{command[0]}: {line.replace(saved, 'FILE')}" for line in lines[:1]])
+            self.note(stage, [f"{command[0]}: {line.replace(saved, 'FILE')}" for line in lines[:1]])
 
 
 def read_exceptions(place):

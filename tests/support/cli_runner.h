@@ -19,3 +19,9 @@ inline CliRun RunCli(const Words& words) {
     std::string out = testing::internal::GetCapturedStdout();
     return {status, out, testing::internal::GetCapturedStderr()};
 }
+
+// The same in the classic manner.
+inline CliRun RunClassic(Words words) {
+    words.insert(words.begin() + 1, "--classic");
+    return RunCli(words);
+}

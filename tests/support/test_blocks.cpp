@@ -1,10 +1,10 @@
 #include "tests/support/test_blocks.h"
 
-LoadedGif::LoadedGif(const Bytes& bytes) {
+LoadedGif::LoadedGif(const Bytes& bytes, Manner manner) {
     (void)CreateBlockList(this);
     File file;
     file.OpenMemory(bytes.data(), bytes.size());
-    result = ReadGif(this, file, &report);
+    result = ReadGif(this, file, &report, manner);
 }
 
 Block OfKind(uint16_t kind) {
@@ -33,6 +33,15 @@ Block MakeText(uint16_t kind, std::string_view text) {
     Block block = OfKind(kind);
     (void)SetBlockText(&block, text.data(), static_cast<uint32_t>(text.size()));
     return block;
+}
+
+void GiveSource(Block* block, std::string_view own, std::string_view stray) {
+    const std::string bytes = std::string(stray).append(own);
+    block->aux = AllocateMemory(bytes.size());
+    WriteLock lock(&block->aux);
+    ASSERT_TRUE(lock);
+    bytes.copy(lock.As<char>(), bytes.size());
+    block->source = {0, static_cast<uint32_t>(stray.size()), static_cast<uint32_t>(own.size())};
 }
 
 std::string TextOf(const Block& block) {

@@ -14,7 +14,7 @@
 
 // What is read from the bytes of a GIF file.
 struct LoadedGif : BlockList {
-    explicit LoadedGif(const Bytes& bytes);
+    explicit LoadedGif(const Bytes& bytes, Manner manner = Manner::kClassic);
     ReadResult result;
     ReadReport report;
 };
@@ -30,6 +30,9 @@ Block MakeImage(int width, int height, int depth, int flags = 0);
 
 // A block of a text kind with that text, or of another kind without.
 Block MakeText(uint16_t kind, std::string_view text);
+
+// Makes the block one read from a file in which these were its bytes, `stray` those that start no block before them.
+void GiveSource(Block* block, std::string_view own, std::string_view stray = {});
 
 // The text of a block, or "(none)".
 std::string TextOf(const Block& block);

@@ -4,6 +4,8 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/document_commands.h"
 #include "windows/app/information_panel.h"
+#include "windows/app/notice_strip.h"
+#include "windows/app/options.h"
 #include "windows/app/shell_state.h"
 #include "windows/ids/command_ids.h"
 #include "windows/services/help.h"
@@ -15,6 +17,11 @@ constexpr char kHelpKeyword[] = "KLMZephyr";
 void OnSelectionChange(HWND window) {
     int line = SelectedLine(window);
     if (line != kNoLine) selectedLine = static_cast<uint32_t>(line);
+}
+
+void OnInformation(HWND window) {
+    ShowInformationPanel(window);
+    ShowOptions(window);  // one of its boxes is an option
 }
 
 void OnListNotification(HWND window, int notification) {
@@ -36,13 +43,15 @@ LRESULT OnCommand(HWND window, int id, int notification) {
         case IDM_NEW: OnNew(window); break;
         case IDM_DELETE: OnDelete(window); break;
         case IDM_EXIT: OnExit(window); break;
+        case IDM_OPEN_WHOLE: OnOpenWhole(window); break;
+        case IDM_CLOSE_NOTICE: HideNotice(window); break;
         case IDM_EDIT: OnEdit(window); break;
-        case IDM_INFORMATION: ShowInformationPanel(window); break;
+        case IDM_INFORMATION: OnInformation(window); break;
         case IDM_HELP: ShowHelp(window, kHelpKeyword); break;
         case IDM_ABOUT: ShowAboutBox(window); break;
         case IDC_BLOCK_LIST: OnListNotification(window, notification); break;
         default:
-            if (id >= IDM_RECENT_FIRST) OnRecentFile(window, id);
+            if (!SwitchOption(window, id) && id >= IDM_RECENT_FIRST) OnRecentFile(window, id);
     }
     return 0;
 }

@@ -3,6 +3,8 @@
 #include "texts/strings.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
+#include "windows/app/document_commands.h"
+#include "windows/app/screen_reach.h"
 #include "windows/app/shell_state.h"
 #include "windows/dialogs/document_operations.h"
 #include "windows/dialogs/edit_block.h"
@@ -17,6 +19,12 @@ void ShowChangedDocument(HWND window, int line) {
     SelectLine(window, line);
 }
 
+// Whether the line is of an image that is cut off at the screen's edge, also in the file that a save would write.
+bool ReachesBeyond(int line) {
+    const auto index = static_cast<uint32_t>(line);
+    return !ScreenFollowsImages() && index < document.count && ReachesBeyondScreen(document, document.blocks[index]);
+}
+
 }  // namespace
 
 void OnView(HWND window) {
@@ -26,8 +34,10 @@ void OnView(HWND window) {
 void OnEdit(HWND window) {
     int line = SelectedLine(window);
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    const bool reachedBeyond = ReachesBeyond(line);
     int result = EditBlock(window, &document, line);
     if (result == kBlockEdited) ShowChangedDocument(window, line);
+    if (!reachedBeyond && ReachesBeyond(line)) TellBeyondScreen(window, document);
     if (result == kBlockInaccessible) MessageBox(window, LoadStr(kQuirkMissingString));
 }
 

@@ -1,14 +1,21 @@
 // The Insert command.
+#include <algorithm>
 #include <string>
+#include <vector>
 
+#include "editing/palette_match.h"
 #include "gif/block_list.h"
+#include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
+#include "windows/app/document_commands.h"
+#include "windows/app/screen_reach.h"
 #include "windows/app/shell_state.h"
 #include "windows/dialogs/document_operations.h"
 #include "windows/dialogs/insert_box.h"
+#include "windows/services/careful.h"
 #include "windows/services/chosen_files.h"
 #include "windows/services/file_dialogs.h"
 #include "windows/services/messages.h"
@@ -16,6 +23,7 @@
 namespace {
 
 constexpr size_t kMaxInsertedFiles = 260;
+constexpr size_t kMostNames = 10;  // of files, in a message
 
 // Chosen images mark the document changed, also when the first one can't be inserted.
 constexpr bool kQuirkChosenImagesMarkChanged = true;
@@ -25,24 +33,77 @@ void MarkInserted() {
     selectedLine = kNoSelectedLine;
 }
 
-// Inserts a block behind `*place`, which moves on to it, and shows the document with line `shown` selected.
-bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const std::string& path = {}) {
-    if (!InsertBlock(window, &document, place, kind, path)) return false;
+// Shows the document with the new block at `place`, and line `shown` selected.
+void ShowInserted(HWND window, int place, int shown) {
     MarkInserted();  // first: showing it may fail for want of memory
     FillBlockListView(window, &document);
     SelectLine(window, shown);
-    RevealLine(window, *place);  // the new one, while the selected one can be seen with it
+    RevealLine(window, place);  // the new one, while the selected one can be seen with it
     RevealLine(window, shown);
+}
+
+// Inserts a block behind `*place`, which moves on to it, and shows it.
+bool InsertAndShow(HWND window, int* place, int shown, uint16_t kind, const std::string& path = {}) {
+    if (!InsertBlock(window, &document, place, kind, path)) return false;
+    ShowInserted(window, *place, shown);
     return true;
+}
+
+// Whether it is the file's fault that there is no image, and not the user's wish.
+bool IsBad(Failure failure) {
+    return failure != Failure::kCancelled && failure != Failure::kStopped && failure != Failure::kNoBlock;
+}
+
+std::wstring NameAlone(const std::string& path) {
+    return WideFromUtf8(path.substr(path.find_last_of('\\') + 1));
+}
+
+void TellBadFiles(HWND window, const std::vector<std::string>& paths) {
+    std::wstring text = L"No image could be read from:";
+    const size_t named = std::min(paths.size(), kMostNames);
+    for (size_t i = 0; i < named; ++i) text += L"\n" + NameAlone(paths[i]);
+    if (paths.size() > named) text += L"\nand " + std::to_wstring(paths.size() - named) + L" more";
+    MessageBox(window, text);
+}
+
+// Inserts the images that can be read, up to one that the user does not want, and names the others at the end.
+void InsertGoodImages(HWND window, int* place, int shown, const std::vector<std::string>& paths) {
+    std::vector<std::string> bad;
+    for (const std::string& path : paths) {
+        UserAnswers answers(window, path);
+        Result<Block> image = ImportImage(&document, path, answers);
+        if (image && InsertBlocks(&document, place, {&*image, 1})) {
+            ShowInserted(window, *place, shown);
+        } else if (image || IsBad(image.Why())) {
+            bad.push_back(path);
+        } else {
+            break;
+        }
+    }
+    if (!bad.empty()) TellBadFiles(window, bad);
+}
+
+// Says so when one of the blocks behind line `before` up to line `last` is an image that is cut off in the saved file.
+void WarnBeyondScreen(HWND window, int before, int last) {
+    if (ScreenFollowsImages()) return;
+    for (int line = before + 1; line <= last; ++line)
+        if (ReachesBeyondScreen(document, document.blocks[static_cast<uint32_t>(line)]))
+            return TellBeyondScreen(window, document);
 }
 
 void InsertImages(HWND window, int line) {
     std::string names;
     if (!OpenImagesDialog(window, &names)) return;
-    if (kQuirkChosenImagesMarkChanged) MarkInserted();
+    if (kQuirkChosenImagesMarkChanged && !Careful(Care::kRefusalChangesNothing)) MarkInserted();
+    const std::vector<std::string> paths = ChosenPaths(names, kMaxInsertedFiles);
     int place = line;
-    for (const std::string& path : ChosenPaths(names, kMaxInsertedFiles))
-        if (!InsertAndShow(window, &place, line, kImageBlock, path)) break;
+    if (Careful(Care::kGoesOnPastBadImages) && paths.size() > 1) {
+        InsertGoodImages(window, &place, line, paths);
+    } else {
+        for (const std::string& path : paths)
+            if (!InsertAndShow(window, &place, line, kImageBlock, path)) break;
+    }
+    WarnBeyondScreen(window, line, place);
 }
 
 void InsertOther(HWND window, int line, uint16_t kind) {

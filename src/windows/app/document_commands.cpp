@@ -7,16 +7,21 @@
 #include "gif/gif_reader.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
+#include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/document_face.h"
+#include "windows/app/load_notice.h"
 #include "windows/app/main_window.h"
+#include "windows/app/notice_strip.h"
 #include "windows/app/recent_files.h"
 #include "windows/app/shell_state.h"
 #include "windows/dialogs/document_operations.h"
+#include "windows/dialogs/scoped_value.h"
 #include "windows/dialogs/wizard.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/careful.h"
 #include "windows/services/file_dialogs.h"
 #include "windows/services/messages.h"
 #include "windows/services/wait_cursor.h"
@@ -32,23 +37,24 @@ constexpr bool kQuirkCloseKeepsLines = true;
 // A save after New or the wizard writes over the file last opened or saved.
 constexpr bool kQuirkNameOutlivesDocument = true;
 
+std::string noticedFile;  // UTF-8; the one that the notice strip is about
+
+constexpr char kRestIsLost[] = "The rest of this file was not read and would be lost. Save it all the same?";
+
 void RunCommand(HWND window, int id) {
     SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
-}
-
-// Asks whether a changed document is to be saved, and saves it on Yes. False when the user cancels the command.
-bool AskToSave(HWND window) {
-    if (!documentChanged) return true;
-    int answer = YesNoCancelBox(window, LoadStr(IDS_SAVE_QUESTION));
-    // A save that fails or is cancelled does not hold up the command: the user has been asked once.
-    if (answer == IDYES) RunCommand(window, IDM_SAVE);
-    return answer != IDCANCEL;
 }
 
 // Closes the old document before another one takes its place, without a second question.
 void CloseUnasked(HWND window) {
     documentChanged = false;
     RunCommand(window, IDM_CLOSE);
+}
+
+// A document that was read whole is saved whole, also when careful mode was never on or is off again: it was opened so
+// for what a classic save would drop.
+bool SavesWhole() {
+    return Careful(Care::kWholeDocuments) || (document.flags & kReadWhole) != 0;
 }
 
 // The window's state with a document just made or loaded; the title is the caller's.
@@ -69,46 +75,131 @@ void ShowLoadFailure(HWND window, const char* message) {
 
 void ShowLoadedFile(HWND window, std::string name) {
     currentFileName = std::move(name);  // before all else: from now on a save would write this document
+    documentIsNamed = true;
     AddRecentFile(window, currentFileName);
     SetTitle(window, currentFileName.c_str());
     ShowDocument(window);
     documentChanged = false;
 }
 
-bool ReadDocument(const std::string& name) {
+ReadResult ReadDocument(const std::string& name, Manner manner, ReadReport* report) {
     WaitCursor wait;
-    ReadResult result = ReadGifFile(&document, name.c_str());
-    return result == kReadDone || (kQuirkNoSignatureStillOpens && result == kReadNotGif);
+    ReadResult result = ReadGifFile(&document, name.c_str(), report, manner);
+    if (manner == Manner::kWhole && result == kReadDone) document.flags |= kReadWhole;
+    return result;
 }
 
-// Fits the screen to the images and writes the document. False, with the failure told, when it can't be written.
-bool WriteDocument(HWND window, const std::string& name) {
-    bool written;
-    {
-        WaitCursor wait;
-        if (FitLogicalScreen(&document)) ReplaceHeaderLine(window, document.blocks[0]);
-        written = WriteGifFile(document, name.c_str());
+// Opens the file as the document, in place of the one before, and says what is missing of it.
+void OpenDocument(HWND window, std::string name, Manner manner) {
+    HideNotice(window);
+    documentIsNamed = false;
+    partlyReadFile.clear();
+    DestroyBlockList(&document);  // those who send a name have closed the document; this is for those who forgot
+    if (!CreateBlockList(&document)) return TellOutOfMemory(window);
+    FillBlockListView(window, nullptr);
+    ReadReport report;
+    const ReadResult result = ReadDocument(name, manner, &report);
+    const LoadNotice notice = DescribeLoad(document, result, report, manner);
+    noticedFile = name;
+    if (result == kReadDone || (kQuirkNoSignatureStillOpens && result == kReadNotGif)) {
+        if (notice.offersWhole) partlyReadFile = name;
+        ShowLoadedFile(window, std::move(name));
+    } else {
+        ShowLoadFailure(window, LoadStr(IDS_OPEN_FAILED));
     }
-    if (!written) {
-        MessageBox(window, LoadStr(IDS_WRITE_FAILED));
+    if (!notice.text.empty()) ShowNotice(window, notice.text, notice.offersWhole);
+}
+
+// Whether the names are of one file, as far as names can tell.
+bool IsSameName(const std::string& a, const std::string& b) {
+    return lstrcmpiW(WideFromUtf8(a).c_str(), WideFromUtf8(b).c_str()) == 0;
+}
+
+bool restIsWanted;  // the file is about to be opened whole
+
+// A file that was not read to its end loses the rest when the document is written over it. Classic always did so.
+bool MayWriteOver(HWND window, const std::string& name) {
+    if (!Careful(Care::kWholeDocuments) && !restIsWanted) return true;
+    if (partlyReadFile.empty() || !IsSameName(name, partlyReadFile)) return true;
+    return YesnoBox(window, kRestIsLost) == IDYES;
+}
+
+// Writes the document in its manner, with the screen fitted before where that is done. False, with the system's reason
+// if there is one, when it can't be written.
+bool WriteInManner(HWND window, const std::string& name, std::string* reason) {
+    WaitCursor wait;
+    if (ScreenFollowsImages() && FitLogicalScreen(&document)) ReplaceHeaderLine(window, document.blocks[0]);
+    return SavesWhole() ? WriteWholeGifFile(document, name.c_str(), reason) : WriteGifFile(document, name.c_str());
+}
+
+void TellWriteFailure(HWND window, const std::string& reason) {
+    std::wstring text = WideFrom1252(LoadStr(IDS_WRITE_FAILED));
+    if (!reason.empty()) text += L"\n" + WideFromUtf8(reason);
+    MessageBox(window, text);
+}
+
+// Saves the document. False when it was not written, which the user has been told or has decided.
+bool WriteDocument(HWND window, const std::string& name) {
+    if (!MayWriteOver(window, name)) return false;
+    std::string reason;
+    if (!WriteInManner(window, name, &reason)) {
+        TellWriteFailure(window, reason);
         return false;
     }
+    partlyReadFile.clear();  // what it held more is gone, or stays in a file that is the document's no longer
+    documentIsNamed = true;
     SetTitle(window, name.c_str());
     documentChanged = false;
     return true;
 }
 
+// Whether Save knows where to without asking.
+bool HasFileToSaveTo() {
+    if (currentFileName.empty() || currentFileName == LoadStr(IDS_UNTITLED)) return false;
+    return documentIsNamed || (kQuirkNameOutlivesDocument && !Careful(Care::kNewDocumentAsksForName));
+}
+
+bool IsThere(const std::string& name) {
+    return GetFileAttributesW(WideFromUtf8(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// Of a recent file that is gone there is nothing to open: it leaves the list instead.
+void DropRecentFile(HWND window, int id, const std::string& name) {
+    RemoveRecentFile(window, id);
+    MessageBox(window,
+               WideFromUtf8(name) + L"\n\nThis file is not there any more. It leaves the list of recent files.");
+}
+
 }  // namespace
 
-void OnNew(HWND window) {
-    if (!AskToSave(window)) return;
+bool AskToSave(HWND window) {
+    if (!documentChanged) return true;
+    int answer = YesNoCancelBox(window, LoadStr(IDS_SAVE_QUESTION));
+    if (answer != IDYES) return answer != IDCANCEL;
+    RunCommand(window, IDM_SAVE);
+    // Classic: a save that fails or is cancelled does not hold up the command, as the user has been asked once.
+    return !documentChanged || !(restIsWanted || Careful(Care::kFailedSaveStops));
+}
+
+bool LeaveDocument(HWND window) {
+    if (!AskToSave(window)) return false;
     CloseUnasked(window);
+    return true;
+}
+
+bool ScreenFollowsImages() {
+    return !SavesWhole() || (document.flags & kMadeHere) != 0;
+}
+
+void OnNew(HWND window) {
+    if (!LeaveDocument(window)) return;
     if (!NewDocument(&document)) {
         TellOutOfMemory(window);
         FillBlockListView(window, nullptr);
         DestroyBlockList(&document);
         return;
     }
+    document.flags |= kMadeHere;
     SetTitleText(window, IDS_UNTITLED);
     ShowDocument(window);
 }
@@ -123,43 +214,46 @@ void OnOpen(HWND window) {
 
 void OnOpenFile(HWND window, const char* name) {
     if (!name || !*name) return;
-    std::string path = name;
-    DestroyBlockList(&document);  // those who send a name have closed the document; this is for those who forgot
-    if (!CreateBlockList(&document)) return TellOutOfMemory(window);
-    FillBlockListView(window, nullptr);
-    if (ReadDocument(path))
-        ShowLoadedFile(window, std::move(path));
-    else
-        ShowLoadFailure(window, LoadStr(IDS_OPEN_FAILED));
+    OpenDocument(window, name, Careful(Care::kWholeDocuments) ? Manner::kWhole : Manner::kClassic);
+}
+
+void OnOpenWhole(HWND window) {
+    if (!NoticeOffersWhole(window)) return;
+    const std::string name = noticedFile;
+    ScopedValue wanted(&restIsWanted, true);
+    if (LeaveDocument(window)) OpenDocument(window, name, Manner::kWhole);
 }
 
 void OnClose(HWND window) {
     if (!AskToSave(window)) return;
     documentChanged = false;
+    HideNotice(window);
+    documentIsNamed = false;
+    partlyReadFile.clear();
     DestroyBlockList(&document);
     SetTitleText(window, IDS_NO_FILE);
     EnableDocumentCommands(window, false);
     if (!kQuirkCloseKeepsLines) FillBlockListView(window, nullptr);
-    if (!kQuirkNameOutlivesDocument) currentFileName.clear();
 }
 
 void OnSaveAs(HWND window) {
-    std::string name = LoadStr(IDS_UNTITLED);
+    const bool hasName = documentIsNamed && Careful(Care::kSaveAsProposesName);
+    std::string name = hasName ? currentFileName : LoadStr(IDS_UNTITLED);
     if (SaveGifDialog(window, &name) && WriteDocument(window, name)) currentFileName = std::move(name);
 }
 
 void OnSave(HWND window) {
-    if (!currentFileName.empty() && currentFileName != LoadStr(IDS_UNTITLED))
+    if (HasFileToSaveTo())
         WriteDocument(window, currentFileName);
     else
         RunCommand(window, IDM_SAVE_AS);
 }
 
 void OnWizard(HWND window) {
-    if (!AskToSave(window)) return;
-    CloseUnasked(window);
+    if (!LeaveDocument(window)) return;
     if (!RunAnimationWizard(window, &document)) return;
     documentChanged = true;
+    document.flags |= kMadeHere;
     SetTitleText(window, IDS_UNTITLED);
     ShowDocument(window);
 }
@@ -167,13 +261,11 @@ void OnWizard(HWND window) {
 void OnRecentFile(HWND window, int id) {
     std::string name = GetRecentFile(window, id);
     if (name.empty()) return;
-    if (!AskToSave(window)) return;
-    CloseUnasked(window);
+    if (Careful(Care::kMissingRecentFileLeaves) && !IsThere(name)) return DropRecentFile(window, id, name);
+    if (!LeaveDocument(window)) return;
     SendMessageW(window, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(name.c_str()));
 }
 
 void OnExit(HWND window) {
-    if (!AskToSave(window)) return;
-    CloseUnasked(window);
-    SendMessageW(window, WM_CLOSE, 0, 0);
+    if (LeaveDocument(window)) SendMessageW(window, WM_CLOSE, 0, 0);
 }

@@ -6,16 +6,27 @@
 
 namespace {
 
-void ShowBox(HWND dialog) {
-    CheckDlgButton(dialog, IDC_SHOW_AGAIN, settings.showStartupBanner ? BST_CHECKED : BST_UNCHECKED);
+struct PanelBox {
+    int id;
+    uint32_t Settings::*value;
+};
+
+constexpr PanelBox kBoxes[] = {
+    {IDC_SHOW_AGAIN, &Settings::showStartupBanner},
+    {IDC_PANEL_CAREFUL_MODE, &Settings::carefulMode},
+};
+
+void ShowBoxes(HWND dialog) {
+    for (const PanelBox& box : kBoxes)
+        CheckDlgButton(dialog, box.id, settings.*box.value ? BST_CHECKED : BST_UNCHECKED);
 }
 
-void TakeBox(HWND dialog) {
-    settings.showStartupBanner = IsDlgButtonChecked(dialog, IDC_SHOW_AGAIN) == BST_CHECKED;
+void TakeBoxes(HWND dialog) {
+    for (const PanelBox& box : kBoxes) settings.*box.value = IsDlgButtonChecked(dialog, box.id) == BST_CHECKED;
 }
 
 }  // namespace
 
 void ShowInformationPanel(HWND owner) {
-    RunPlainDialog(owner, L"InformationPanel", ShowBox, TakeBox);
+    RunPlainDialog(owner, L"InformationPanel", ShowBoxes, TakeBoxes);
 }

@@ -3,5 +3,5 @@
 
 #include "platform/windows_api.h"
 
-// Shows the panel and waits; its check box sets settings.showStartupBanner.
+// Shows the panel and waits; its check boxes set settings.showStartupBanner and settings.carefulMode.
 void ShowInformationPanel(HWND owner);

@@ -6,8 +6,11 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
 #include "windows/app/document_commands.h"
+#include "windows/app/notice_strip.h"
+#include "windows/app/recent_files.h"
 #include "windows/app/settings_file.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/careful.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/focus_handover.h"
 #include "windows/services/help.h"
@@ -64,7 +67,7 @@ LRESULT OnSize(HWND window, WPARAM how) {
     GetWindowRect(window, &place);
     if (!kQuirkMinimumSizeRestored || !IsTooSmall(place)) {
         if (!IsSmallest(place)) StopSnap(window);  // it has been made larger meanwhile
-        return FitBlockListView(window), 0;
+        return FitBlockListView(window), FitNotice(window), 0;
     }
     MoveWindow(window, place.left, place.top, kMinimumWidth, kMinimumHeight, TRUE);
     SnapLater(window);
@@ -102,9 +105,29 @@ LRESULT OnSysCommand(HWND window, WPARAM wParam, LPARAM lParam) {
     constexpr WPARAM kCommandBits = 0xFFF0;
     if ((wParam & kCommandBits) == SC_CLOSE) {
         SendMessageW(window, WM_COMMAND, IDM_EXIT, 0);
-        if (!kQuirkCloseBoxIgnoresCancel) return 0;
+        if (!kQuirkCloseBoxIgnoresCancel || Careful(Care::kCloseBoxAsks)) return 0;
     }
     return DefWindowProcW(window, WM_SYSCOMMAND, wParam, lParam);
+}
+
+// Other programs close the window like this. While a dialog is open, what was typed there would be lost.
+LRESULT OnCloseMessage(HWND window) {
+    if (Careful(Care::kCloseBoxAsks) && !(IsWindowEnabled(window) && LeaveDocument(window))) return 0;
+    return DefWindowProcW(window, WM_CLOSE, 0, 0);
+}
+
+// The session may yet go on: the document stays in any case.
+LRESULT OnQueryEndSession(HWND window) {
+    return !Careful(Care::kCloseBoxAsks) || (IsWindowEnabled(window) && AskToSave(window));
+}
+
+// Alt and the letter underlined on the notice strip's button, which the menu bar does not know.
+LRESULT OnMenuCharacter(HWND window, WPARAM wParam, LPARAM lParam) {
+    const bool isWhole = LOWORD(wParam) == L'w' || LOWORD(wParam) == L'W';
+    if (!isWhole || reinterpret_cast<HMENU>(lParam) != GetMenu(window) || !NoticeOffersWhole(window))
+        return DefWindowProcW(window, WM_MENUCHAR, wParam, lParam);
+    PostMessageW(window, WM_COMMAND, IDM_OPEN_WHOLE, 0);
+    return MAKELRESULT(0, MNC_CLOSE);
 }
 
 LRESULT OnDrawItem(WPARAM control, LPARAM lParam) {
@@ -126,7 +149,9 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_TIMER: return OnTimer(window, wParam);
         case WM_ENTERSIZEMOVE:
         case WM_EXITSIZEMOVE: return OnDrag(window, message == WM_ENTERSIZEMOVE);
-        case WM_QUERYENDSESSION: return TRUE;
+        case WM_CLOSE: return OnCloseMessage(window);
+        case WM_QUERYENDSESSION: return OnQueryEndSession(window);
+        case WM_MENUCHAR: return OnMenuCharacter(window, wParam, lParam);
         case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
         case WM_DRAWITEM: return OnDrawItem(wParam, lParam);
         case WM_CTLCOLORMSGBOX:
@@ -166,4 +191,5 @@ void CreateMainWindow() {
     hMainWindow = CreateWindowExW(0, kMainWindowClass, L"Kelmor Zephyr", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
                                   CW_USEDEFAULT, kMinimumWidth, kMinimumHeight, nullptr, nullptr, hInstance, nullptr);
     CreateBlockListView(hMainWindow);
+    StartRecentFiles();
 }

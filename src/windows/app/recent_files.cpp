@@ -63,16 +63,26 @@ bool IsListed(const std::wstring& name, const Names& names) {
                        [&](const std::wstring& listed) { return UpperCase(listed) == wanted; });
 }
 
-void ReplaceItems(HMENU menu, const std::wstring& first, const Names& others) {
-    for (size_t i = 0; i < others.size(); ++i)
-        DeleteMenu(menu, static_cast<UINT>(RecentFileId(static_cast<int>(i))), MF_BYCOMMAND);
+// As many of the names as the list may hold.
+void ReplaceItems(HMENU menu, const Names& names) {
+    for (int i = CountItems(menu); i-- > 0;) DeleteMenu(menu, static_cast<UINT>(RecentFileId(i)), MF_BYCOMMAND);
     int count = 0;
-    auto append = [&](const std::wstring& name) {
-        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(RecentFileId(count++)), name.c_str());
-    };
-    append(first);
-    for (const std::wstring& name : others)
-        if (static_cast<uint32_t>(count) < settings.fileMenuRange && IsFullPath(name)) append(name);
+    for (const std::wstring& name : names)
+        if (static_cast<uint32_t>(count) < settings.fileMenuRange && IsFullPath(name))
+            AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(RecentFileId(count++)), name.c_str());
+}
+
+// What tells this editor's own news from those of another one that keeps the same file.
+struct Session {
+    Names atStart;  // in the list when it was read
+    Names gone;     // found not to exist any more
+};
+Session session;
+
+Names WideNames(const std::vector<std::string>& names) {
+    Names wide;
+    for (const std::string& name : names) wide.push_back(WideFromUtf8(name));
+    return wide;
 }
 
 }  // namespace
@@ -94,10 +104,54 @@ void AddRecentFile(HWND window, const std::string& name) {
         std::wstring added = WideFromUtf8(name);
         if (settings.fileMenuRange == 0 || !IsFullPath(added)) return;
         TrimEnd(&added);
-        const Names listed = ItemTexts(FileMenu(window));
-        if (kQuirkListedFileKeepsPlace && IsListed(added, listed)) return;
-        ReplaceItems(FileMenu(window), added, listed);
+        Names names = ItemTexts(FileMenu(window));
+        if (kQuirkListedFileKeepsPlace && IsListed(added, names)) return;
+        names.insert(names.begin(), added);
+        ReplaceItems(FileMenu(window), names);
     } catch (const std::bad_alloc&) {  // the file that was opened is worth more than its place in the menu
         return;
     }
+}
+
+std::vector<std::string> RecentFiles(HWND window) {
+    std::vector<std::string> names;
+    const int count = RecentFileCount(window);
+    names.reserve(static_cast<size_t>(count));
+    for (int i = 0; i < count; ++i) names.push_back(GetRecentFile(window, RecentFileId(i)));
+    return names;
+}
+
+void RemoveRecentFile(HWND window, int id) {
+    HMENU menu = FileMenu(window);
+    Names names = ItemTexts(menu);
+    const auto index = static_cast<size_t>(id - IDM_RECENT_FIRST);
+    if (index >= names.size()) return;
+    session.gone.push_back(names[index]);
+    names.erase(names.begin() + static_cast<Names::difference_type>(index));
+    ReplaceItems(menu, names);
+}
+
+void StartRecentFiles() {
+    session = {};
+}
+
+void NoteRecentFilesRead(HWND window) {
+    session.atStart = ItemTexts(FileMenu(window));
+}
+
+std::vector<std::string> MergeRecentFiles(HWND window, const std::vector<std::string>& stored) {
+    std::vector<std::string> merged;
+    Names listed;
+    auto add = [&](const std::wstring& name) {
+        if (merged.size() >= settings.fileMenuRange || !IsFullPath(name) || IsListed(name, listed)) return;
+        listed.push_back(name);
+        merged.push_back(Utf8FromWide(name));
+    };
+    const Names ours = ItemTexts(FileMenu(window));
+    for (const std::wstring& name : ours)
+        if (!IsListed(name, session.atStart)) add(name);
+    for (const std::wstring& name : WideNames(stored))
+        if (!IsListed(name, session.gone)) add(name);
+    for (const std::wstring& name : ours) add(name);
+    return merged;
 }

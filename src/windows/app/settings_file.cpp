@@ -2,11 +2,14 @@
 
 #include <cstdio>
 #include <ctime>
+#include <vector>
 
 #include "platform/file.h"
 #include "platform/wide_text_win32.h"
+#include "windows/app/options.h"
 #include "windows/app/recent_files.h"
 #include "windows/app/settings_lines.h"
+#include "windows/services/careful.h"
 #include "windows/services/settings.h"
 
 std::string settingsFolder;
@@ -50,6 +53,9 @@ void TakeLine(const SettingsLine& line) {
         if (row.skipOnRead || !KeyMatches(line.key, row.name)) continue;
         return TakeSetting(row, line.value);
     }
+    // Options came later: no key that once meant something else, or nothing, may switch one on.
+    for (const Option& option : Options())
+        if (line.key == option.key) settings.*option.value = LeadingNumber(line.value);
 }
 
 template <typename Take>
@@ -59,6 +65,20 @@ void ForEachLine(const std::string& folder, Take take) {
     if (path.empty() || !file.OpenForReading(path.c_str())) return;
     SettingsReader reader(&file);
     for (SettingsLine line; reader.Next(&line);) take(line);
+}
+
+// The recent files in the file, the newest first.
+std::vector<std::string> StoredFiles(const std::string& folder) {
+    std::vector<std::string> names;
+    ForEachLine(folder, [&names](const SettingsLine& line) {
+        if (KeyMatches(line.key, kRecentFileKey)) names.emplace(names.begin(), line.value);
+    });
+    return names;
+}
+
+// Another editor may have written the file since this one read it.
+std::vector<std::string> FilesToKeep(HWND window, const std::string& folder) {
+    return Careful(Care::kRecentFilesMerged) ? MergeRecentFiles(window, StoredFiles(folder)) : RecentFiles(window);
 }
 
 std::string LocalTime() {
@@ -78,12 +98,24 @@ void WriteLine(File* file, const std::string& line) {
     file->Write("\r\n", 2);
 }
 
-void WriteRecentFiles(File* file, HWND window) {
+void WriteRecentFiles(File* file, const std::vector<std::string>& names) {
     WriteLine(file, ";----- Menu items ------");
     WriteLine(file, "[KLMZephyrMenuItems]");
-    for (int i = RecentFileCount(window) - 1; i >= 0; --i) {
-        std::string name = GetRecentFile(window, RecentFileId(i));
-        if (!name.empty()) WriteLine(file, std::string(kRecentFileKey) + " = " + name);
+    for (auto name = names.rbegin(); name != names.rend(); ++name)
+        if (!name->empty()) WriteLine(file, std::string(kRecentFileKey) + " = " + *name);
+}
+
+// Only what is not as it is by default, so that the file of someone without options is the one it always was. At the
+// end, and without a blank line, which the reading of every version takes for the first setting.
+void WriteOptions(File* file) {
+    const Settings usual;
+    bool isBegun = false;
+    for (const Option& option : Options()) {
+        const uint32_t value = settings.*option.value;
+        if (value == usual.*option.value) continue;
+        if (!isBegun) WriteLine(file, "[KLMZephyrOptions]");
+        isBegun = true;
+        WriteLine(file, std::string(option.key) + " = " + std::to_string(value));
     }
 }
 
@@ -103,9 +135,11 @@ void ReadRecentFiles(HWND window, const std::string& folder) {
     ForEachLine(folder, [window](const SettingsLine& line) {
         if (KeyMatches(line.key, kRecentFileKey)) AddRecentFile(window, std::string(line.value));
     });
+    NoteRecentFilesRead(window);
 }
 
 void WriteSettings(HWND window, const std::string& folder) {
+    const std::vector<std::string> names = FilesToKeep(window, folder);
     std::string path = SettingsPath(folder);
     File file;
     if (path.empty() || !file.CreateReplacement(path.c_str())) return;
@@ -115,6 +149,7 @@ void WriteSettings(HWND window, const std::string& folder) {
     WriteLine(&file, ";");
     WriteLine(&file, "[KLMZephyr]");
     for (const SettingRow& row : kRows) WriteLine(&file, std::string(row.name) + " = " + SettingText(row));
-    WriteRecentFiles(&file, window);
+    WriteRecentFiles(&file, names);
+    WriteOptions(&file);
     file.Close();
 }

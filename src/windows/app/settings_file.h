@@ -18,5 +18,5 @@ void ReadSettings(const std::string& folder);
 void ReadRecentFiles(HWND window, const std::string& folder);
 
 // Replaces the file in `folder` by one with the settings and the recent files of the menu of `window`.
-// When it can't be written the old one stays.
+// In careful mode the recent files in the old file are merged in. When it can't be written the old one stays.
 void WriteSettings(HWND window, const std::string& folder);

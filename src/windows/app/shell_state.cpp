@@ -3,4 +3,6 @@
 BlockList document;
 bool documentChanged;
 std::string currentFileName;
+bool documentIsNamed;
+std::string partlyReadFile;
 uint32_t selectedLine;

@@ -5,12 +5,15 @@
 #include <cwchar>
 
 #include "imaging/dither.h"
+#include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "windows/app/document_face.h"
 #include "windows/app/information_panel.h"
 #include "windows/app/main_window.h"
+#include "windows/app/options.h"
 #include "windows/app/settings_file.h"
 #include "windows/app/shell_state.h"
+#include "windows/services/careful.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/focus_handover.h"
 #include "windows/services/help.h"
@@ -49,6 +52,24 @@ bool IsBlank(wchar_t c) {
     return c == L' ' || c == L'\t';
 }
 
+bool IsThere(const std::string& path) {
+    return GetFileAttributesW(WideFromUtf8(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+std::string Trimmed(const std::string& text) {
+    constexpr char kBlanks[] = " \t\r\n";
+    const size_t first = text.find_first_not_of(kBlanks);
+    return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
+}
+
+// The shortest beginning that ends before a blank and names a file, or else all of it: names may hold blanks, and
+// several may stand in a row.
+std::string FirstName(const std::string& names) {
+    for (size_t end = names.find(' '); end != std::string::npos; end = names.find(' ', end + 1))
+        if (IsThere(names.substr(0, end))) return names.substr(0, end);
+    return names;
+}
+
 }  // namespace
 
 void CreateShellObjects(HINSTANCE instance) {
@@ -83,6 +104,14 @@ const wchar_t* CommandLineArguments(const wchar_t* commandLine) {
     return commandLine;
 }
 
+std::string StartName(const std::string& arguments) {
+    if (!Careful(Care::kStartNameTrimmed) || IsThere(arguments)) return arguments;
+    std::string trimmed = Trimmed(arguments);
+    if (trimmed.empty() || IsThere(trimmed)) return trimmed;
+    if (trimmed.front() == '"') return Trimmed(trimmed.substr(1, trimmed.find('"', 1) - 1));
+    return FirstName(trimmed);
+}
+
 void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, int showCommand) {
     srand(static_cast<unsigned>(time(nullptr)));  // NOLINT(cert-msc51-cpp): nothing secret depends on it
     CreateShellObjects(instance);
@@ -95,7 +124,9 @@ void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, 
     ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
     ReadRecentFiles(hMainWindow, settingsFolder);
     if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);
-    PostMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(commandLine));
+    ShowOptions(hMainWindow);
+    const std::string startName = StartName(commandLine);
+    PostMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(startName.c_str()));
     SetFocus(hMainWindow);
     FocusHandover handover;
     RunMessageLoop();

@@ -1,14 +1,19 @@
 #include "windows/dialogs/dialog_frame.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <exception>
+#include <string>
 
+#include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
 #include "windows/dialogs/edited_block.h"
+#include "windows/dialogs/fields.h"
 #include "windows/dialogs/palette_buttons.h"
 #include "windows/dialogs/scoped_value.h"
 #include "windows/ids/editor_ids.h"
+#include "windows/services/careful.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/help.h"
 #include "windows/services/messages.h"
@@ -33,6 +38,27 @@ void ConfigureUpDown(HWND upDown) {
 void ConfigureUpDowns(HWND dialog) {
     HWND upDown = nullptr;
     while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) ConfigureUpDown(upDown);
+}
+
+// The first field of a number, which is one with an up-down, that holds none which a block has room for; null when all
+// are good.
+HWND FindWrongNumber(HWND dialog) {
+    HWND upDown = nullptr;
+    while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) {
+        auto* field = reinterpret_cast<HWND>(SendMessageW(upDown, UDM_GETBUDDY, 0, 0));
+        if (field && !HoldsNumber(dialog, GetDlgCtrlID(field))) return field;
+    }
+    return nullptr;
+}
+
+// Says what the field takes, by the name before it, and leads there.
+void RefuseNumber(HWND dialog, HWND field) {
+    wchar_t name[kUpDownTextUnits] = L"";
+    GetWindowTextW(GetWindow(field, GW_HWNDPREV), name, kUpDownTextUnits);
+    std::string label = Ansi1252FromWide(name);
+    label.resize(std::min(label.find(':'), label.size()));
+    MessageBox(dialog, FormatStr(IDS_NUMBER_RANGE, label.c_str(), unsigned{kMostInField}).c_str());
+    SendMessageW(dialog, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(field), TRUE);  // which selects its text
 }
 
 // A running dialog; lives as long as it is shown.
@@ -66,8 +92,15 @@ INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
     return TRUE;
 }
 
+INT_PTR OnOk(HWND dialog, const DialogKind& kind) {
+    HWND wrong = Careful(Care::kNumbersRefused) ? FindWrongNumber(dialog) : nullptr;
+    if (!wrong) return EndDialog(dialog, kind.take(dialog));
+    RefuseNumber(dialog, wrong);
+    return TRUE;
+}
+
 INT_PTR OnCommand(HWND dialog, const DialogKind& kind, int id, int notification) {
-    if (id == IDOK && kind.take) return EndDialog(dialog, kind.take(dialog));
+    if (id == IDOK && kind.take) return OnOk(dialog, kind);
     if (id == IDCANCEL) return EndDialog(dialog, kind.cancelResult);
     if (id == IDC_HELP_BUTTON && kind.helpKeyword) {
         ShowHelp(dialog, kind.helpKeyword);

@@ -11,7 +11,8 @@ struct DialogKind {
     const wchar_t* templateName = nullptr;
     const char* helpKeyword = nullptr;        // the page that the Help button opens
     bool (*show)(HWND dialog) = nullptr;      // fills the controls; false: told as out of memory, ends with 0
-    int (*take)(HWND dialog) = nullptr;       // on OK: reads the controls back and returns what the dialog ends with
+    int (*take)(HWND dialog) = nullptr;       // on OK: reads the controls back and returns what the dialog ends with.
+                                              // In careful mode not before all fields with up-downs have numbers
     int cancelResult = 0;                     // what it ends with on Cancel
     const PaletteButtons* buttons = nullptr;  // its colour and eyedropper buttons
     bool (*onClick)(HWND dialog, int id) = nullptr;  // a click on another control; whether it was one of the dialog's

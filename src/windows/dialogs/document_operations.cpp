@@ -1,10 +1,13 @@
 #include "windows/dialogs/document_operations.h"
 
+#include <algorithm>
+
 #include "editing/palette_match.h"
 #include "gif/default_blocks.h"
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
+#include "windows/services/careful.h"
 #include "windows/services/messages.h"
 #include "windows/services/user_abort.h"
 
@@ -12,10 +15,15 @@ int paletteChoiceForInsert = kAskForPalette;
 
 namespace {
 
+constexpr wchar_t kWideLetters = 0x1100;  // from here on most are twice as wide
+
+std::wstring FileName(const std::string& path) {
+    return WideFromUtf8(path.substr(path.find_last_of('\\') + 1));  // all of it without a folder
+}
+
 // The system's failure message with the file's name in front, as one of several may be meant.
 void TellUnreadable(HWND owner, const std::string& path) {
-    const std::string name = path.substr(path.find_last_of('\\') + 1);  // all of it without a folder
-    MessageBox(owner, WideFromUtf8(name) + L": " + WideFrom1252(LoadStr(IDS_OPEN_FAILED)));
+    MessageBox(owner, FileName(path) + L": " + WideFrom1252(LoadStr(IDS_OPEN_FAILED)));
 }
 
 void TellFailure(HWND owner, Failure failure, const std::string& path) {
@@ -40,8 +48,19 @@ void TellOutOfMemory(HWND owner) {
     MessageBox(owner, LoadStr(IDS_OUT_OF_MEMORY));
 }
 
-int AskPaletteChoice(HWND owner, const Block& image) {
-    return paletteChoiceForInsert != kAskForPalette ? paletteChoiceForInsert : RunPaletteDialog(owner, image);
+std::wstring ShortFileName(const std::string& path, size_t units) {
+    std::wstring name = FileName(path);
+    const bool isWide = std::ranges::any_of(name, [](wchar_t letter) { return letter >= kWideLetters; });
+    const size_t half = units / (isWide ? 4 : 2);
+    if (name.size() <= 2 * half) return name;
+    size_t end = half, from = name.size() - half;
+    if (IS_HIGH_SURROGATE(name[end - 1])) --end;
+    if (IS_LOW_SURROGATE(name[from])) ++from;
+    return name.substr(0, end) + L"..." + name.substr(from);
+}
+
+int AskPaletteChoice(HWND owner, const Block& image, const std::string& path) {
+    return paletteChoiceForInsert != kAskForPalette ? paletteChoiceForInsert : RunPaletteDialog(owner, image, path);
 }
 
 bool UserAnswers::StopRequested() {
@@ -49,7 +68,7 @@ bool UserAnswers::StopRequested() {
 }
 
 PaletteChoice UserAnswers::ChoosePalette(const Block& image) {
-    switch (AskPaletteChoice(owner_, image)) {
+    switch (AskPaletteChoice(owner_, image, path_)) {
         case kPaletteCancel: return PaletteChoice::kCancel;
         case kPaletteRemap: return PaletteChoice::kRemap;
         case kPaletteDither: return PaletteChoice::kDither;
@@ -57,12 +76,14 @@ PaletteChoice UserAnswers::ChoosePalette(const Block& image) {
     }
 }
 
-bool UserAnswers::MayLeaveOut(const std::string&, Failure) {
-    return YesnoBox(owner_, LoadStr(IDS_CORRUPTED_FILE)) == IDYES;
+bool UserAnswers::MayLeaveOut(const std::string& path, Failure) {
+    std::wstring question = WideFrom1252(LoadStr(IDS_CORRUPTED_FILE));
+    if (Careful(Care::kWizardQuestionNamesFile)) question = ShortFileName(path) + L": " + question;
+    return YesnoBox(owner_, question) == IDYES;
 }
 
 Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path) {
-    UserAnswers answers(owner);
+    UserAnswers answers(owner, path);
     Result<Block> block = kind == kImageBlock ? ImportImage(list, path, answers) : MakeBlock(list, kind);
     if (!block) TellFailure(owner, block.Why(), path);
     return block;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "editing/questions.h"
 #include "gif/block_list.h"
@@ -21,23 +22,32 @@ extern int paletteChoiceForInsert;
 // Says that memory has run out.
 void TellOutOfMemory(HWND owner);
 
+constexpr size_t kNameUnits = 28;  // of a file's name in a message
+
+// The name of the file at `path` (UTF-8): one of more than `units` letters, or half as many of a wide script, without
+// its middle.
+std::wstring ShortFileName(const std::string& path, size_t units = kNameUnits);
+
 // The remembered answer, or else what the user chooses in the palette dialog.
-int AskPaletteChoice(HWND owner, const Block& image);
+int AskPaletteChoice(HWND owner, const Block& image, const std::string& path = {});
 
 // The palette dialog for `image`, whose bitmap and owning document decide which answers are open. Returns
-// kPaletteRemap, kPaletteDither or kPaletteCancel and, unless cancelled, sets `paletteChoiceForInsert`.
-int RunPaletteDialog(HWND owner, const Block& image);
+// kPaletteRemap, kPaletteDither or kPaletteCancel and, unless cancelled, sets `paletteChoiceForInsert`. In careful mode
+// it names the file at `path` and proposes what the user chose the last time.
+int RunPaletteDialog(HWND owner, const Block& image, const std::string& path = {});
 
 // The editor's answers to the core, given by its user.
 class UserAnswers : public Questions {
 public:
-    explicit UserAnswers(HWND owner) : owner_(owner) {}
+    // `path` is the file of the image that ChoosePalette will be asked about, if it is one from a file.
+    explicit UserAnswers(HWND owner, std::string path = {}) : owner_(owner), path_(std::move(path)) {}
     bool StopRequested() override;
     PaletteChoice ChoosePalette(const Block& image) override;
     bool MayLeaveOut(const std::string& path, Failure why) override;
 
 private:
     HWND owner_;
+    std::string path_;
 };
 
 // Makes a default block of `kind`; an IMAGE from the file at `path`, fitted to the document's palette. What fails is

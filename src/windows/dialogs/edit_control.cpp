@@ -16,7 +16,8 @@ namespace {
 constexpr unsigned kDisposals = 4;  // the codes that have a name; 4 to 7 show as no selection
 
 const Block* FindImage(const Block& block) {
-    return FindNextImage(*block.owner, block.position);
+    const Block* image = FindNextImage(*block.owner, block.position);
+    return image && image->data ? image : nullptr;
 }
 
 constexpr PaletteButtons kButtons = {

@@ -7,13 +7,17 @@
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/fields.h"
 #include "windows/dialogs/palette_buttons.h"
+#include "windows/dialogs/scoped_value.h"
 #include "windows/ids/editor_ids.h"
+#include "windows/services/careful.h"
 #include "windows/services/messages.h"
 
 namespace {
 
 // Images are given their copy of the global palette at once, and keep it after Cancel.
 constexpr bool kQuirkPaletteCopiedAtOnce = true;
+
+bool copyOnOk;  // otherwise: that the user agreed to it, in the dialog that runs
 
 uint32_t ColourCount(const Block& block) {
     return static_cast<uint32_t>(ColoursOfPacked(GetHeaderFields(block).packed));
@@ -42,14 +46,18 @@ int TakeHeader(HWND dialog) {
     header.screenWidth = TakeNumber(dialog, IDC_HEADER_WIDTH);
     header.screenHeight = TakeNumber(dialog, IDC_HEADER_HEIGHT);
     PutHeaderFields(Edited<Block>(dialog), header);
+    if (copyOnOk) CopyGlobalPaletteToImages(Edited<Block>(dialog)->owner, Edited<Block>(dialog)->palette);
     return 1;
 }
 
-// Whether the document can do without its global palette, now that images which used it were given a copy of their own.
+// Whether the document can do without its global palette, now that images which used it were given a copy of their own
+// or will be.
 bool CanDropGlobalPalette(HWND dialog, const Block& header) {
     if (!header.owner || !ImagesUseGlobalPalette(*header.owner)) return true;
+    if (ImagesAreBoundToGlobalPalette(*header.owner)) return MessageBox(dialog, LoadStr(IDS_PALETTE_BOUND)), false;
     if (YesnoBox(dialog, LoadStr(IDS_GLOBAL_PALETTE_IN_USE)) == IDNO) return false;
-    if (kQuirkPaletteCopiedAtOnce) CopyGlobalPaletteToImages(header.owner, header.palette);
+    copyOnOk = !kQuirkPaletteCopiedAtOnce || Careful(Care::kCancelUndoesAll);
+    if (!copyOnOk) CopyGlobalPaletteToImages(header.owner, header.palette);
     return true;
 }
 
@@ -61,6 +69,7 @@ bool OnHeaderClick(HWND dialog, int id) {
         return true;
     }
     if (!HasColours(header)) MessageBox(dialog, LoadStr(IDS_NO_GLOBAL_COLOURS));
+    copyOnOk = false;
     ShowCheck(dialog, IDC_HEADER_GLOBAL_PALETTE, true);
     return true;
 }
@@ -77,5 +86,6 @@ constexpr DialogKind kHeaderDialog = {
 }  // namespace
 
 int EditHeader(HWND parent, Block* block) {
+    ScopedValue<bool> nothingAgreed(&copyOnOk, false);
     return RunEditingDialog(parent, kHeaderDialog, block);
 }

@@ -8,6 +8,7 @@
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/fields.h"
 #include "windows/ids/editor_ids.h"
+#include "windows/services/careful.h"
 #include "windows/services/messages.h"
 
 namespace {
@@ -27,6 +28,8 @@ bool ShowImage(HWND dialog) {
     bool hasGlobalPalette = block.owner && FindGlobalPalette(*block.owner).depth > 0;
     EnableControl(dialog, IDC_IMAGE_LOCAL_PALETTE, hasGlobalPalette);
     ShowCheck(dialog, IDC_IMAGE_INTERLACED, image.packed & kImageInterlaced);
+    EnableControl(dialog, IDC_IMAGE_INTERLACED,
+                  static_cast<bool>(block.data));  // its rows can't be put in another order
     return true;
 }
 
@@ -43,7 +46,7 @@ int TakeImage(HWND dialog) {
     image.packed = TakeFlag(dialog, IDC_IMAGE_LOCAL_PALETTE, image.packed, kHasPalette);
     image.packed = TakeFlag(dialog, IDC_IMAGE_INTERLACED, image.packed, kImageInterlaced);
     PutImageFields(Edited<Block>(dialog), image);
-    TakeName(dialog, Edited<Block>(dialog));
+    if (!Careful(Care::kImageKeepsName)) TakeName(dialog, Edited<Block>(dialog));
     return 1;
 }
 

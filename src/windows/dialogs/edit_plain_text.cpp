@@ -8,11 +8,14 @@
 #include "windows/dialogs/palette_buttons.h"
 #include "windows/dialogs/text_field.h"
 #include "windows/ids/editor_ids.h"
+#include "windows/services/careful.h"
 
 namespace {
 
-// The dialog ends so with OK and Cancel alike: colours chosen with the buttons are kept in any case.
+// Colours chosen with the buttons are kept with OK and Cancel alike.
 constexpr int kQuirkCancelKeepsColours = 1;
+
+constexpr int kTaken = 1, kCancelled = 2;  // what the dialog ends with
 
 // The dialog has no fields for the sizes of grid and cells, and what it reads there is 0.
 constexpr bool kQuirkSizesTakenWithoutFields = true;
@@ -24,7 +27,8 @@ constexpr ColourButton ButtonFor(int id, int eyedropper) {
 
 // The eyedroppers show what the text is drawn over: the image before it.
 const Block* FindImage(const Block& block) {
-    return block.owner ? FindPreviousImage(*block.owner, block.position) : nullptr;
+    const Block* image = block.owner ? FindPreviousImage(*block.owner, block.position) : nullptr;
+    return image && image->data ? image : nullptr;
 }
 
 constexpr PaletteButtons kButtons = {
@@ -58,11 +62,11 @@ int TakePlainText(HWND dialog) {
     PlainTextFields text = GetPlainTextFields(*Edited<Block>(dialog));
     text.left = TakeNumber(dialog, IDC_PLAIN_LEFT);
     text.top = TakeNumber(dialog, IDC_PLAIN_TOP);
-    if (kQuirkSizesTakenWithoutFields) TakeSizes(dialog, &text);
+    if (kQuirkSizesTakenWithoutFields && !Careful(Care::kPlainTextKeepsCells)) TakeSizes(dialog, &text);
     PutPlainTextFields(Edited<Block>(dialog), text);
     TakeBlockText(dialog, IDC_PLAIN_TEXT, Edited<Block>(dialog));
     defaultPlainTextGrid = {text.gridWidth, text.gridHeight, text.cellWidth, text.cellHeight};
-    return kQuirkCancelKeepsColours;
+    return kTaken;
 }
 
 constexpr DialogKind kPlainTextDialog = {
@@ -70,7 +74,7 @@ constexpr DialogKind kPlainTextDialog = {
     .helpKeyword = "KLMPlaintext",
     .show = ShowPlainText,
     .take = TakePlainText,
-    .cancelResult = kQuirkCancelKeepsColours,
+    .cancelResult = kCancelled,
     .buttons = &kButtons,
 };
 
@@ -78,5 +82,7 @@ constexpr DialogKind kPlainTextDialog = {
 
 int EditPlainText(HWND parent, Block* block) {
     BorrowedPalette palette(block);
-    return RunEditingDialog(parent, kPlainTextDialog, block);
+    const int ended = RunEditingDialog(parent, kPlainTextDialog, block);
+    if (ended != kCancelled) return ended;
+    return Careful(Care::kCancelUndoesAll) ? 0 : kQuirkCancelKeepsColours;
 }

@@ -12,6 +12,11 @@ void EnableControl(HWND dialog, int id, bool enable);
 
 void ShowNumber(HWND dialog, int id, unsigned number);
 
+constexpr uint16_t kMostInField = UINT16_MAX;
+
+// Whether the edit field holds a number from 0 to kMostInField.
+bool HoldsNumber(HWND dialog, int id);
+
 // The number in an edit field, cut to 16 bits; 0 for a text that is no number and for a field that doesn't exist.
 uint16_t TakeNumber(HWND dialog, int id);
 

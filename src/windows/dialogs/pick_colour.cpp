@@ -140,6 +140,7 @@ bool Pick(HWND parent) {
 }  // namespace
 
 bool PickColourFromImage(HWND parent, const Block& image, uint32_t* index) {
+    if (!image.data) return false;
     GiveColours(image);
     ScopedValue<Eyedropper> running(&eyedropper, {image, kNoPixel});
     const bool shown = Pick(parent);

@@ -7,11 +7,13 @@
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
+#include "windows/services/careful.h"
 #include "windows/services/messages.h"
 
 namespace {
 
-// Of a text with a zero byte only what stands before it is shown; the rest is kept until the text is changed.
+// Of a text with a zero byte only what stands before it is shown; the rest is kept until the text is changed (in
+// careful mode also then).
 constexpr bool kQuirkTextShownUpToZero = true;
 
 constexpr WPARAM kSelectAllKey = 1;  // the character that Ctrl+A makes
@@ -28,14 +30,20 @@ void LetCtrlASelectAll(HWND edit) {
     SetWindowLongPtrW(edit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SelectAllProc));
 }
 
-// The block's bytes as the edit field holds them. False when they can't be read.
-bool ReadText(const Block& block, std::wstring* text) {
+struct FieldText {
+    std::wstring shown;  // the block's bytes as the edit field holds them
+    std::string unseen;  // and those from the first NUL on
+};
+
+// False when the block's text can't be read.
+bool ReadText(const Block& block, FieldText* text) {
     if (!block.data) return true;
     MemoryLock lock(block.data);
     if (!lock) return false;
     size_t bytes = std::min<size_t>(block.dataLength, MemorySize(block.data));
-    if (kQuirkTextShownUpToZero) bytes = strnlen(lock.As<char>(), bytes);
-    *text = WideFrom1252({lock.As<char>(), bytes});
+    size_t seen = kQuirkTextShownUpToZero ? strnlen(lock.As<char>(), bytes) : bytes;
+    text->shown = WideFrom1252({lock.As<char>(), seen});
+    text->unseen.assign(lock.As<char>() + seen, bytes - seen);
     return true;
 }
 
@@ -46,17 +54,16 @@ std::wstring TextOf(HWND edit) {
     return text;
 }
 
-// Whether the field still holds what was shown. The block may have more than that: what lies behind a NUL.
-bool IsUnchanged(const std::wstring& text, const Block& block) {
-    std::wstring shown;
-    return block.dataLength > 0 && ReadText(block, &shown) && text == shown;
-}
-
 bool StoreText(HWND edit, Block* block) {
     try {
         const std::wstring wide = TextOf(edit);
-        if (IsUnchanged(wide, *block)) return true;
-        const std::string text = Ansi1252FromWide(wide);
+        FieldText old;
+        const bool readable = ReadText(*block, &old);
+        if (readable && block->dataLength > 0 && wide == old.shown) return true;
+        const bool keepsUnseen = Careful(Care::kUnchangedStaysUnchanged);
+        if (!readable && keepsUnseen) return false;
+        std::string text = Ansi1252FromWide(wide);
+        if (keepsUnseen && !text.empty()) text += old.unseen;
         if (!text.empty()) return SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()));
         block->data = nullptr;
         block->dataLength = 0;
@@ -71,14 +78,15 @@ bool StoreText(HWND edit, Block* block) {
 bool ShowBlockText(HWND dialog, int id, const Block& block) {
     HWND edit = GetDlgItem(dialog, id);
     SendMessageW(edit, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), FALSE);
-    SendMessageW(edit, EM_LIMITTEXT, kMaxTextBytes, 0);
     LetCtrlASelectAll(edit);
-    std::wstring text;
+    FieldText text;
     if (!ReadText(block, &text)) return false;
-    SetWindowTextW(edit, text.c_str());
+    const size_t kept = Careful(Care::kUnchangedStaysUnchanged) ? text.unseen.size() : 0;
+    SendMessageW(edit, EM_LIMITTEXT, std::max<size_t>(kMaxTextBytes - kept, 1), 0);  // 0 would be no limit
+    SetWindowTextW(edit, text.shown.c_str());
     // Taking the focus selects everything, and a key pressed by mistake would replace it.
     PostMessageW(edit, EM_SETSEL, 0, 0);
-    return static_cast<size_t>(GetWindowTextLengthW(edit)) == text.size();
+    return static_cast<size_t>(GetWindowTextLengthW(edit)) == text.shown.size();
 }
 
 void TakeBlockText(HWND dialog, int id, Block* block) {

@@ -9,6 +9,6 @@
 [[nodiscard]] bool ShowBlockText(HWND dialog, int id, const Block& block);
 
 // Gives the block the text of the edit field in new memory, or, when that is empty, no data; the old memory stays the
-// caller's. A text that is still the one shown leaves the block as it is, with what lies behind a NUL. When memory runs
-// out the user is told and the block keeps its text.
+// caller's. A text that is still the one shown leaves the block as it is, with what lies behind a NUL; in careful mode
+// a changed one keeps that, too. When memory runs out the user is told and the block keeps its text.
 void TakeBlockText(HWND dialog, int id, Block* block);

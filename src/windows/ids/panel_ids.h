@@ -2,5 +2,6 @@
 #pragma once
 
 #define IDC_SHOW_AGAIN 101
+#define IDC_PANEL_CAREFUL_MODE 102
 #define IDC_VERSION_LINE 101
 #define IDC_BUILD_LINE 102

@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 
-// Everything that careful mode changes. careful.cpp says what each means, and which quirk it lifts.
+// Everything that careful mode changes; Cares() says what each means.
 enum class Care : uint8_t {
     kWholeDocuments,
     kFailedSaveStops,
@@ -22,7 +23,18 @@ enum class Care : uint8_t {
     kCancelUndoesAll,
     kRefusalChangesNothing,
     kUnchangedStaysUnchanged,
+    kCount,
 };
+
+// What one care is about.
+struct CareRow {
+    Care care;
+    const char* quirks;   // the constants of the quirks that it lifts, with blanks between; empty for none
+    const char* meaning;  // a sentence for users, as the help has it
+};
+
+// The whole table, in the order of the enumeration.
+std::span<const CareRow> Cares();
 
 // Whether the editor takes this care: all of them, or none, as settings.carefulMode says.
 bool Careful(Care care);

@@ -1,4 +1,5 @@
-// The program's own message dialogs. Texts are Windows-1252, as LoadStr (texts/strings.h) returns them.
+// The program's own message dialogs, which grow with long texts. Texts are Windows-1252, as LoadStr (texts/strings.h)
+// returns them.
 #pragma once
 
 #include <string>
@@ -14,3 +15,4 @@ void MessageBox(HWND owner, const std::wstring& text);
 // No.
 int YesNoCancelBox(HWND owner, const char* text);
 int YesnoBox(HWND owner, const char* text);
+int YesnoBox(HWND owner, const std::wstring& text);

@@ -75,7 +75,9 @@ void PlayNextBlock(HWND window, ViewerState& state) {
     if (!GetBlock(*state.list, &state.current, state.nextIndex)) return RestartIfLooping(window, state);
     ++state.nextIndex;
     switch (state.current.kind) {
-        case kImageBlock: return ShowImage(window, state);
+        case kImageBlock:
+            if (!state.current.data) break;  // its picture could not be read
+            return ShowImage(window, state);
         case kControlBlock: ApplyControl(state); break;
         case kPlainTextBlock: return ShowText(window, state);
         case kLoopBlock: ApplyLoop(state); break;

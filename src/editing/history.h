@@ -1,0 +1,71 @@
+// The way back: what every change of a document did to it, so that it can be undone and done again.
+#pragma once
+
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "gif/block_list.h"
+
+constexpr uint64_t kUsualHistoryBytes = uint64_t{256} << 20;
+
+// Remembers the steps of one document. A step keeps the blocks that it took out and those that it put in, which share
+// their texts, pixels and colours with the document: it costs what was changed, not what there is.
+class History {
+public:
+    // `mostBytes`: what the steps may hold beside the document; the oldest ones go first, the newest one always stays.
+    explicit History(uint64_t mostBytes = kUsualHistoryBytes) : mostBytes_(mostBytes) {}
+
+    // Takes down that the document `before` became `after` by what `name` says ("Delete 3 blocks"). Nothing is taken
+    // down when both are the same. What had been undone can't be done again then. Without memory for the step all
+    // steps are forgotten, as none before it would fit the document any more.
+    void Record(const std::string& name, const BlockList& before, const BlockList& after);
+
+    // The names of the steps that Undo and Redo would take; null when there is none.
+    const std::string* UndoName() const { return done_ ? &steps_[done_ - 1].name : nullptr; }
+    const std::string* RedoName() const { return done_ < steps_.size() ? &steps_[done_].name : nullptr; }
+
+    // Takes the document, which is as the last step left it, a step back or forth. False, with nothing changed, when
+    // there is no such step or memory runs out.
+    [[nodiscard]] bool Undo(BlockList* list);
+    [[nodiscard]] bool Redo(BlockList* list);
+
+    // The document is now as its file has it; and whether it is so again, by whatever way.
+    void MarkSaved() { saved_ = static_cast<int64_t>(done_); }
+    bool IsSaved() const { return saved_ == static_cast<int64_t>(done_); }
+
+    // Forgets all, for another document, which is as its file has it.
+    void Clear();
+
+    uint64_t Bytes() const { return bytes_; }
+    size_t Steps() const { return steps_.size(); }
+
+private:
+    // At index `at` of the list that comes out, `taken` blocks of the other one stood.
+    struct Hunk {
+        uint32_t oldAt, newAt;
+        std::vector<Block> taken, put;
+    };
+    struct ListState {
+        uint16_t flags;
+        FileBytes before, after;
+    };
+    struct Step {
+        std::string name;
+        std::vector<Hunk> hunks;  // in the order of the list
+        ListState old, fresh;
+        uint64_t bytes = 0;
+    };
+
+    static Step MakeStep(const std::string& name, const BlockList& before, const BlockList& after);
+    static bool Apply(const Step& step, bool forth, BlockList* list);
+    void DropOldest();
+    void Forget();
+
+    uint64_t mostBytes_;
+    std::deque<Step> steps_;
+    size_t done_ = 0;    // steps that are in the document; those behind were undone
+    int64_t saved_ = 0;  // `done_` of the saved document; none when that can't be reached
+    uint64_t bytes_ = 0;
+};

@@ -1,0 +1,33 @@
+#include "windows/app/options.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "windows/ids/command_ids.h"
+
+namespace {
+
+constexpr Option kOptions[] = {
+    {IDM_CAREFUL_MODE, "CarefulMode", &Settings::carefulMode},
+};
+
+}  // namespace
+
+std::span<const Option> Options() {
+    return kOptions;
+}
+
+bool SwitchOption(HWND window, int command) {
+    const auto* option = std::ranges::find(kOptions, command, &Option::command);
+    if (option == std::end(kOptions)) return false;
+    uint32_t& value = settings.*option->value;
+    value = value ? 0 : 1;
+    ShowOptions(window);
+    return true;
+}
+
+void ShowOptions(HWND window) {
+    for (const Option& option : kOptions)
+        CheckMenuItem(GetMenu(window), static_cast<UINT>(option.command),
+                      MF_BYCOMMAND | (settings.*option.value ? UINT{MF_CHECKED} : UINT{MF_UNCHECKED}));
+}
