@@ -48,7 +48,8 @@ void PrintJson(const std::string& path, bool isRead, const std::vector<Finding>&
 int CheckFile(const std::string& path, const Options& options) {
     PlayedFile file;
     std::vector<Finding> findings;
-    bool isRead = file.Open(path, options);
+    file.tellsDamages = false;  // they are findings
+    bool isRead = file.OpenAnimation(path, options);
     if (isRead && !FindSurprises(file, path, &findings)) {
         Complain(path, "not enough memory");
         isRead = false;
@@ -80,7 +81,7 @@ const char kCheckHelp[] =
     "FILE could not be read.\n";
 
 int RunCheck(const Words& words) {
-    Options options(words, {"--json", "--classic"}, {});
+    Options options(words, {"--json"}, {});
     if (!options.Error().empty()) return WrongUsage("check", options.Error());
     if (options.Operands().empty()) return WrongUsage("check", "give at least one FILE");
     int status = kExitNothing;

@@ -84,7 +84,10 @@ std::string ReadWords(const Options& options, Wanted* wanted) {
 }
 
 bool WriteBytes(const std::string& path, std::span<const uint8_t> bytes) {
-    return WriteOutputFile(path, [&](File& file) { return file.Write(bytes.data(), bytes.size()); });
+    return WriteOutputFile(path, [&](File& file) {
+        file.NeedNotOutliveCrash();
+        return file.Write(bytes.data(), bytes.size());
+    });
 }
 
 // What the end of the work means for the command; whoever delivers has complained already.
@@ -190,12 +193,12 @@ const char kFramesHelp[] =
     "  --strict           fails when IN is damaged\n";
 
 int RunFrames(const Words& words) {
-    Options options(words, {"--raw", "--transparent", "--no-text", "--classic", "--strict"},
+    Options options(words, {"--raw", "--transparent", "--no-text", "--strict"},
                     {"--background", "--level", "--sheet", "--columns", "--apng"});
     Wanted wanted;
     if (std::string wrong = ReadWords(options, &wanted); !wrong.empty()) return WrongUsage("frames", wrong);
     PlayedFile file;
-    if (!file.Open(wanted.in, options) || !TellDamages(file, wanted.in, options)) return kExitFailed;
+    if (!file.OpenAnimation(wanted.in, options)) return kExitFailed;
     const auto count = static_cast<uint32_t>(file.animation.Frames().size());
     if (count == 0) {
         Complain(wanted.in, "there are no frames in it");
