@@ -15,7 +15,7 @@ constexpr char kProgramHelp[] =
     "  list [--json] FILE                print the blocks of a file\n"
     "  save IN OUT                       load a file and write it again\n"
     "  extract FILE INDEX OUT            write the picture or data of a block\n"
-    "  remap FILE INDEX OUT.bmp          the same in colours of a standard palette\n"
+    "  remap FILE INDEX OUT              the same in colours of a standard palette\n"
     "  insert IN OUT [FILE...]           insert images or other new blocks\n"
     "  delete IN OUT INDEX...            delete blocks\n"
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"

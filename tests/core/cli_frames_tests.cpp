@@ -188,6 +188,26 @@ TEST_F(CliFrames, SaysWhatCannotBeDone) {
     EXPECT_NE(RunCli({"frames", in, Out("none/%d.png")}).err.find("there is no such folder"), std::string::npos);
 }
 
+TEST_F(CliFrames, PicturesArePngByTheirName) {
+    const std::tuple<Words, bool> cases[] = {
+        {{"extract", in, "2", Out("o.png")}, true},
+        {{"extract", in, "2", Out("o.PNG")}, true},
+        {{"extract", in, "2", Out("png")}, false},
+        {{"extract", in, "2", Out("o.png.bmp")}, false},
+        {{"remap", in, "2", Out("r.png"), "--palette", "2"}, true},
+    };
+    for (const auto& [words, isPng] : cases) {
+        ASSERT_EQ(RunCli(words).status, kExitDone) << words[3];
+        EXPECT_EQ(ReadAll(words[3])[0], isPng ? 0x89 : 'B') << words[3];
+    }
+    EXPECT_EQ(RedsOf(Out("o.png")), "12 30");
+    EXPECT_EQ(ReadPng(ReadAll(Out("r.png"))).width, 2u);
+    WriteAll(in, GifBytes().Header("GIF89a", 4, 3, 0x81).ImageHead(0, 5, 0).Add({2, 2, 0x4C, 1, 0, 0x3B}));
+    const CliRun run = RunCli({"extract", in, "1", Out("none.png")});
+    EXPECT_EQ(run.status, kExitFailed);
+    EXPECT_NE(run.err.find("a PNG file has at least one pixel"), std::string::npos) << run.err;
+}
+
 TEST_F(CliFrames, FailsWhenMemoryIsShortAtAnyMoment) {
     long n = 0;
     for (bool failed = true; failed; ++n) {
