@@ -1,5 +1,6 @@
 #include "animation/canvas_png.h"
 
+#include <algorithm>
 #include <bit>
 
 #include "gif/descriptor.h"
@@ -118,9 +119,8 @@ bool EncodeCanvasAs(ColourSet* colours, const CanvasView& canvas, const Rectangl
 bool ColoursOfAnimation(const Animation& animation, uint32_t background, ColourSet* colours) {
     const GlobalPalette global = FindGlobalPalette(animation.List());
     if (colours->Number(background) == ColourSet::kNone) return false;
-    for (const Block& block : animation.List().All())
-        if (!AddBlockColours(block, global, colours)) return false;
-    return true;
+    return std::ranges::all_of(animation.List().All(),
+                               [&](const Block& block) { return AddBlockColours(block, global, colours); });
 }
 
 bool EncodeImage(const Block& image, const RgbTriple* palette, int transparentIndex, const PngStyle& style,
