@@ -22,6 +22,8 @@ int RunDelete(const Words& words);
 int RunSet(const Words& words);
 int RunBuild(const Words& words);
 int RunRepair(const Words& words);
+int RunFrames(const Words& words);
+int RunCheck(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -33,6 +35,8 @@ extern const char kDeleteHelp[];
 extern const char kSetHelp[];
 extern const char kBuildHelp[];
 extern const char kRepairHelp[];
+extern const char kFramesHelp[];
+extern const char kCheckHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

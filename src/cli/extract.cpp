@@ -1,10 +1,10 @@
 // zephyr extract: the picture of one image block, or the data of one that belongs to another application.
-#include "cli/bmp_file.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/loaded_file.h"
 #include "cli/options.h"
 #include "cli/output_file.h"
+#include "cli/picture_file.h"
 #include "cli/usage.h"
 #include "gif/application_data.h"
 
@@ -24,7 +24,7 @@ bool Extract(LoadedFile* file, uint32_t index, const Options& options) {
     if (!block) return false;
     if (options.IsWhole() && HasBlockData(*block)) return WriteDataFile(*block, out);
     const Block* image = file->ImageAt(index);
-    return image && WriteBmpFile(image->data, out);
+    return image && WritePictureFile(image->data, out);
 }
 
 }  // namespace
@@ -33,8 +33,9 @@ const char kExtractHelp[] =
     "Usage: zephyr extract [--classic] [--strict] FILE INDEX OUT\n"
     "\n"
     "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
-    "to OUT as a BMP file, or the data of an APPLICATION-DEFINED or UNKNOWN TYPE\n"
-    "block as it is: of XMP the packet. \"zephyr set\" with data=@OUT puts it back.\n"
+    "to OUT as a BMP file, as a PNG file when OUT ends in .png, or the data of an\n"
+    "APPLICATION-DEFINED or UNKNOWN TYPE block as it is: of XMP the packet. \"zephyr\n"
+    "set\" with data=@OUT puts it back.\n"
     "With --strict it fails when FILE is damaged.\n"
     "With --classic it reads as the editor does by default, and --strict means that\n"
     "the load has to reach the trailer; other data than pictures is not known then.\n";

@@ -1,10 +1,10 @@
 // zephyr remap: the picture of one image block in the colours of a standard palette.
 #include "imaging/remap.h"
-#include "cli/bmp_file.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/loaded_file.h"
 #include "cli/options.h"
+#include "cli/picture_file.h"
 #include "cli/usage.h"
 #include "imaging/dither.h"
 #include "imaging/standard_palette.h"
@@ -25,12 +25,13 @@ Result<MemoryHandle> FitToPalette(const MemoryHandle& image, int kind, bool dith
 }  // namespace
 
 const char kRemapHelp[] =
-    "Usage: zephyr remap [--classic] [--strict] FILE INDEX OUT.bmp --palette KIND\n"
+    "Usage: zephyr remap [--classic] [--strict] FILE INDEX OUT --palette KIND\n"
     "                    [--dither]\n"
     "\n"
     "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
-    "as a BMP file in the colours of a standard palette: each pixel in the nearest\n"
-    "colour or, with --dither, in a mixture of colours. Palettes:\n"
+    "to OUT in the colours of a standard palette: each pixel in the nearest colour or,\n"
+    "with --dither, in a mixture of colours. It is a PNG file when OUT ends in .png,\n"
+    "otherwise a BMP file. Palettes:\n"
     "\n"
     "  0  black and white       5  128 colours\n"
     "  2  16 colours            6  216 colours, the web palette\n"
@@ -47,7 +48,7 @@ int RunRemap(const Words& words) {
     Options options(words, {"--dither", "--strict"}, {"--palette"});
     if (!options.Error().empty()) return WrongUsage("remap", options.Error());
     const Words& operands = options.Operands();
-    if (operands.size() != 3) return WrongUsage("remap", "give FILE, INDEX and OUT.bmp");
+    if (operands.size() != 3) return WrongUsage("remap", "give FILE, INDEX and OUT");
     const std::string* palette = options.Value("--palette");
     unsigned kind = 0;
     if (!palette || !ParseNumber(*palette, kPaletteGrey, &kind))
@@ -63,5 +64,5 @@ int RunRemap(const Words& words) {
         Complain(operands[0], "out of memory");
         return kExitFailed;
     }
-    return WriteBmpFile(*fitted, operands[2]) ? kExitDone : kExitFailed;
+    return WritePictureFile(*fitted, operands[2]) ? kExitDone : kExitFailed;
 }

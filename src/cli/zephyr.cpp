@@ -15,12 +15,14 @@ constexpr char kProgramHelp[] =
     "  list [--json] FILE                print the blocks of a file\n"
     "  save IN OUT                       load a file and write it again\n"
     "  extract FILE INDEX OUT            write the picture or data of a block\n"
-    "  remap FILE INDEX OUT.bmp          the same in colours of a standard palette\n"
+    "  remap FILE INDEX OUT              the same in colours of a standard palette\n"
     "  insert IN OUT [FILE...]           insert images or other new blocks\n"
     "  delete IN OUT INDEX...            delete blocks\n"
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
     "  build -o OUT FILE FILE...         make an animation from pictures\n"
     "  repair IN OUT                     save what can be saved of a damaged file\n"
+    "  frames IN OUT-%03d.png            write what each frame looks like\n"
+    "  check FILE...                     tell what will surprise in players\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
@@ -37,9 +39,10 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"list", RunList, kListHelp},    {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
-    {"remap", RunRemap, kRemapHelp}, {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
-    {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},    {"repair", RunRepair, kRepairHelp},
+    {"list", RunList, kListHelp},       {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
+    {"remap", RunRemap, kRemapHelp},    {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
+    {"set", RunSet, kSetHelp},          {"build", RunBuild, kBuildHelp},    {"repair", RunRepair, kRepairHelp},
+    {"frames", RunFrames, kFramesHelp}, {"check", RunCheck, kCheckHelp},
 };
 
 int Print(const char* text) {

@@ -19,6 +19,7 @@ File::~File() {
 void File::Start() {
     Discard();
     failed_ = folderRefused_ = false;
+    flushesNew_ = true;
     error_ = 0;
     windowStart_ = systemPosition_ = 0;
 }
@@ -218,7 +219,7 @@ bool File::Write(const void* from, size_t bytes) {
 }
 
 void File::Replace() {
-    int error = ReplaceFileContent(replacedPath_.c_str(), buffer_.get(), filled_, &folderRefused_);
+    int error = ReplaceFileContent(replacedPath_.c_str(), buffer_.get(), filled_, flushesNew_, &folderRefused_);
     if (error) Fail(error);
 }
 

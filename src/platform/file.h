@@ -32,6 +32,10 @@ public:
     // (replace_file.h says how). What is no ordinary file (a device, a pipe) is written to directly.
     [[nodiscard]] bool CreateReplacement(const char* path);
 
+    // Of a replacement that replaces nothing: Close does not wait until it is on the disk. For results of which there
+    // are many, and that can be made again.
+    void NeedNotOutliveCrash() { flushesNew_ = false; }
+
     // Creates a "file" that is kept in memory alone, until the object goes or opens another one.
     [[nodiscard]] bool CreateMemory();
 
@@ -107,6 +111,7 @@ private:
     bool writing_ = false;
     bool gathering_ = false;  // what is written, until the end
     bool inMemory_ = false;   // and it stays there
+    bool flushesNew_ = true;  // before Close returns
     bool failed_ = false;     // and nothing more is read or written
     bool folderRefused_ = false;
     int error_ = 0;  // the system's number for the first failure

@@ -10,5 +10,8 @@
 // links stay and the file that they lead to is replaced. A file with several names, and one whose folder takes no new
 // file (`folderRefused` is set then), is written in place, once the space for it is there.
 //
+// What replaces nothing waits for the disk only when it `flushesNew`; a crash may cost it then, and nothing else.
+//
 // Returns 0, or the system's number for why it failed.
-[[nodiscard]] int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool* folderRefused);
+[[nodiscard]] int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool flushesNew,
+                                     bool* folderRefused);

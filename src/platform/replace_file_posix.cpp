@@ -112,15 +112,15 @@ int CarryOver(const struct stat& from, int to) {
 
 // Fills the new file and gives it the name. `old` is what it replaces, if anything.
 int FillAndRename(int folder, Descriptor* file, const std::string& fresh, const std::string& name,
-                  const struct stat* old, const void* content, size_t bytes) {
+                  const struct stat* old, const void* content, size_t bytes, bool flushes) {
     if (int error = old ? CarryOver(*old, file->Get()) : 0) return error;
     if (int error = WriteContent(file->Get(), content, bytes, true)) return error;
-    if (int error = Sync(file->Get())) return error;
+    if (int error = flushes ? Sync(file->Get()) : 0) return error;
     if (!file->Close()) return errno;
     return renameat(folder, fresh.c_str(), folder, name.c_str()) == 0 ? 0 : errno;
 }
 
-int WriteBeside(const std::string& path, const struct stat* old, const void* content, size_t bytes) {
+int WriteBeside(const std::string& path, const struct stat* old, const void* content, size_t bytes, bool flushes) {
     std::string folderPath = FolderOf(path);
     std::string name = path.substr(folderPath.size());
     if (name.empty()) return ENOENT;
@@ -131,7 +131,7 @@ int WriteBeside(const std::string& path, const struct stat* old, const void* con
     std::string fresh;
     Descriptor file(OpenFresh(folder.Get(), old != nullptr, &fresh));
     if (!file.IsOpen()) return errno;
-    int error = FillAndRename(folder.Get(), &file, fresh, name, old, content, bytes);
+    int error = FillAndRename(folder.Get(), &file, fresh, name, old, content, bytes, flushes);
     if (error) unlinkat(folder.Get(), fresh.c_str(), 0);
     return error;
 }
@@ -161,7 +161,7 @@ int WriteInPlace(int file, const struct stat& old, const void* content, size_t b
 
 }  // namespace
 
-int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool* folderRefused) {
+int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool flushesNew, bool* folderRefused) {
     *folderRefused = false;
     std::string target = path;
     bool isOpenFile;
@@ -170,12 +170,12 @@ int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool
     Descriptor old(open(path, O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     if (!old.IsOpen() && errno != ENOENT) return errno;
     if (int error = FollowLinks(&target, &isOpenFile)) return error;
-    if (!old.IsOpen()) return WriteBeside(target, nullptr, content, bytes);
+    if (!old.IsOpen()) return WriteBeside(target, nullptr, content, bytes, flushesNew);
 
     struct stat status;
     if (fstat(old.Get(), &status) != 0) return errno;
     if (!isOpenFile && status.st_nlink == 1) {
-        int error = WriteBeside(target, &status, content, bytes);
+        int error = WriteBeside(target, &status, content, bytes, true);
         if (!IsRefusal(error)) return error;
         *folderRefused = true;
     }

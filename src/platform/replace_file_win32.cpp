@@ -75,13 +75,13 @@ bool MoveOver(const std::wstring& from, const std::wstring& to, bool replaces) {
     return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
-int WriteBeside(const std::wstring& path, bool replaces, const void* content, size_t bytes) {
+int WriteBeside(const std::wstring& path, bool replaces, const void* content, size_t bytes, bool flushes) {
     HoldInterrupts hold;
     std::wstring fresh;
     Handle file(OpenFresh(path, &fresh));
     if (!file.IsOpen()) return SystemLastError();
     int error = WriteContent(file.Get(), content, bytes, true);
-    if (!error) error = Sync(file.Get());
+    if (!error && flushes) error = Sync(file.Get());
     if (!file.Close() && !error) error = SystemLastError();
     if (!error && !MoveOver(fresh, path, replaces)) error = SystemLastError();
     if (error) DeleteFileW(fresh.c_str());
@@ -112,18 +112,18 @@ bool HasOneName(HANDLE file) {
 
 }  // namespace
 
-int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool* folderRefused) {
+int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool flushesNew, bool* folderRefused) {
     *folderRefused = false;
     std::wstring target = WideFromUtf8(path);
     DWORD attributes = GetFileAttributesW(target.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) return WriteBeside(target, false, content, bytes);
+    if (attributes == INVALID_FILE_ATTRIBUTES) return WriteBeside(target, false, content, bytes, flushesNew);
     // A file that the user must not write is not replaced either.
     Handle old(OpenForWriting(target, OPEN_EXISTING));
     if (!old.IsOpen()) return SystemLastError();
     bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     if (!isLink && HasOneName(old.Get())) {
         old.Close();
-        int error = WriteBeside(target, true, content, bytes);
+        int error = WriteBeside(target, true, content, bytes, true);
         if (error != ERROR_ACCESS_DENIED) return error;
         *folderRefused = true;
         Handle again(OpenForWriting(target, OPEN_EXISTING));

@@ -1,0 +1,67 @@
+#include "animation/paint_image.h"
+
+#include <bit>
+#include <cstring>
+
+#include "animation/animation.h"
+#include "gif/descriptor.h"
+#include "imaging/row_packer.h"
+
+namespace {
+
+struct PixelTable {
+    uint32_t of[kPaletteEntries];
+};
+
+PixelTable TableOf(const RgbTriple* palette) {
+    PixelTable table;
+    for (int i = 0; i < kPaletteEntries; ++i) table.of[i] = PixelOf(palette[i]);
+    return table;
+}
+
+void PaintOpaque(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table) {
+    for (int i = 0; i < count; ++i) to[i] = table.of[indices[i]];
+}
+
+void PaintTransparent(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table, uint8_t transparent) {
+    for (int i = 0; i < count; ++i) {
+        uint32_t pixel = table.of[indices[i]];
+        to[i] = indices[i] == transparent ? to[i] : pixel;
+    }
+}
+
+}  // namespace
+
+uint32_t PixelOf(RgbTriple colour) {
+    const uint8_t bytes[4] = {colour.red, colour.green, colour.blue, 0xFF};
+    uint32_t pixel;
+    memcpy(&pixel, bytes, sizeof pixel);
+    return pixel;
+}
+
+bool PaintImage(const CanvasView& canvas, const Block& image, const RgbTriple* palette, int transparentIndex) {
+    if (!image.data) return true;
+    ImageLock bitmap(image.data);
+    if (!bitmap) return false;
+    const ImageFields fields = GetImageFields(image);
+    const Rectangle place = {fields.left, fields.top, fields.left + bitmap->width, fields.top + bitmap->height};
+    const Rectangle area = Common(place, {0, 0, canvas.width, canvas.height});
+    const int bitCount = bitmap->bitCount;
+    if (area.IsEmpty() || bitCount > 8) return true;  // documents hold no true colour
+
+    std::unique_ptr<uint8_t[]> unpacked;
+    if (bitCount < 8 && !(unpacked = AllocateScratch(static_cast<uint64_t>(bitmap->width)))) return false;
+    const PixelTable table = TableOf(palette);
+    const int skipped = area.left - place.left;
+    for (int y = area.top; y < area.bottom; ++y) {
+        const uint8_t* row = ImageRow(bitmap, y - place.top);
+        if (unpacked) UnpackRow(unpacked.get(), row, skipped + area.Width(), bitCount);
+        const uint8_t* indices = (unpacked ? unpacked.get() : row) + skipped;
+        uint32_t* to = canvas.Row(y) + area.left;
+        if (transparentIndex == kNoTransparency)
+            PaintOpaque(to, indices, area.Width(), table);
+        else
+            PaintTransparent(to, indices, area.Width(), table, static_cast<uint8_t>(transparentIndex));
+    }
+    return true;
+}

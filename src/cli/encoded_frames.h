@@ -1,0 +1,22 @@
+// Frames as PNG files in memory, made on all processors.
+#pragma once
+
+#include <functional>
+#include <span>
+
+#include "animation/stage.h"
+#include "platform/byte_buffer.h"
+
+// What the frames of an animation are made into. Encoding happens in several threads at once, delivering in the order
+// of the frames; both answer false when they fail, which ends it all.
+struct FrameWork {
+    bool onlyChanges = false;  // `area` is what differs from the frame before instead of the whole canvas
+    std::function<bool(const CanvasView& canvas, const Rectangle& area, ByteBuffer* png)> encode;
+    std::function<bool(uint32_t frame, const Rectangle& area, std::span<const uint8_t> png)> deliver;
+};
+
+enum class FrameResult { kDone, kNotDelivered, kNoMemory };
+
+// Composes the frames with these numbers, ascending, and does the work on each. The memory that it takes does not
+// depend on how many there are. A canvas without pixels has nothing to be made into: do not ask.
+FrameResult EncodeFrames(const Animation& animation, std::span<const uint32_t> frames, const FrameWork& work);
