@@ -70,6 +70,23 @@ TEST_F(CliWhole, NothingChangesButWhatIsAskedFor) {
     EXPECT_EQ(Run("set", {"3", "text=" + std::string(kMaxTextBytes + 1, 'x')}).status, kExitUsage);
 }
 
+TEST_F(CliWhole, TheNamesMayBeTheFirstExtension) {
+    const GifBytes image = GifBytes().SmallImage(), end = GifBytes().Add({0x3B});
+    const GifBytes names = GifBytes().Comment("FILE IDENTITY\r\nCreated or modified by\r\nO\r\nG");
+    WriteAll(in_, GifBytes(start_).Add(image).Add(end));
+    (void)Run("save", {"--owner=O", "--organisation=G"});
+    EXPECT_EQ(ReadAll(out_), GifBytes().Header("GIF89a", 9, 9, 0x81).Add(image).Add(names).Add(end));
+}
+
+// An empty text that the file has is written; set to nothing it is gone, although both are shown alike.
+TEST_F(CliWhole, ClassicallyAnEmptyTextThatIsSetIsLeftOut) {
+    WriteAll(in_, GifBytes(start_).Comment("").SmallImage().Add({0x3B}));
+    EXPECT_EQ(RunCli({"save", "--classic", in_, out_}).status, kExitDone);
+    EXPECT_EQ(KindsOf(LoadedGif(ReadAll(out_), Manner::kWhole)), "1626") << "with the names";
+    EXPECT_EQ(RunCli({"set", "--classic", in_, out_, "1", "text="}).status, kExitDone);
+    EXPECT_EQ(KindsOf(LoadedGif(ReadAll(out_), Manner::kWhole)), "126") << "with the names alone";
+}
+
 TEST_F(CliWhole, DamagesAreToldAndStrictRefusesThem) {
     const std::string at = "zephyr: " + in_ + ": ", strict = at + "it is damaged, which --strict does not allow\n";
     GifBytes many = start_;
