@@ -38,7 +38,8 @@ TEST_F(CliWhole, NothingChangesButWhatIsAskedFor) {
         GifBytes().Header("GIF87a", 2, 2, 0x81).SmallImage().Add({0}).Add(foreign_).Add(text_).Add(behind_);
     GifBytes moved = GifBytes(start_).SmallImage();
     moved[start_.size() + 1] = 7;  // left
-    moved[start_.size() + 9] = 1;  // the depth of the palette, where the file has another
+    GifBytes interlaced = GifBytes(start_).SmallImage();
+    interlaced[start_.size() + 9] = 0x41;  // with the depth of the palette, where the file has another
     const GifBytes identity = GifBytes().Comment("FILE IDENTITY\r\nCreated or modified by\r\nO\r\nG");
     const std::tuple<Words, Bytes> cases[] = {
         {{"save"}, all_},
@@ -49,6 +50,7 @@ TEST_F(CliWhole, NothingChangesButWhatIsAskedFor) {
         {{"set", "0", "width=9", "background=0", "sorted=no"}, all_},
         {{"set", "1", "left=0", "interlaced=no"}, all_},
         {{"set", "1", "left=7"}, GifBytes(moved).Add({0}).Add(foreign_).Add(text_).Add(behind_)},
+        {{"set", "1", "interlaced=yes"}, GifBytes(interlaced).Add({0}).Add(foreign_).Add(text_).Add(behind_)},
         {{"set", "3", "text=a"}, all_},  // as it is shown
         {{"set", "3", "text=b"}, GifBytes(start_).SmallImage().Add({0}).Add(foreign_).Comment("b").Add(behind_)},
         {{"set", "3", "text="}, GifBytes(start_).SmallImage().Add({0}).Add(foreign_).Add({0x21, 0xFE, 0}).Add(behind_)},
