@@ -48,6 +48,12 @@ std::string DamagesOf(const ReadReport& report) {
     return all;
 }
 
+GifBytes Moved(uint8_t left) {
+    GifBytes image = GifBytes().SmallImage();
+    image[1] = left;
+    return image;
+}
+
 // Everything that a file may hold, and some that it may not.
 GifBytes Everything() {
     return GifBytes()
@@ -124,6 +130,10 @@ TEST(Whole, EveryByteIsKeptAndEveryDamageTold) {
          "25/-1: 6 bytes start no block\n32/-1: there are bytes behind the trailer: 25 (harmless)\n"},
         {"junk before an image", Start().Text("j,unk!").Repeat(1, 9).SmallImage().Add({0x3B}), "12",
          "25/1: 15 bytes start no block\n"},
+        {"junk before an image off the screen", Start().Text("junk").Add(Moved(6)).Add({0x3B}), "12",
+         "25/1: 4 bytes start no block\n"},
+        {"junk like an image off the screen", Start().Text("junk").ImageHead(6, 6, 0).Add({2, 2, 0x4B, 0, 0x3B}), "1",
+         "25/-1: 18 bytes start no block\n"},
     };
     for (const auto& [what, bytes, kinds, damages] : cases) {
         LoadedGif list(bytes, Manner::kWhole);
