@@ -147,8 +147,10 @@ TEST_F(CliWhole, DataGoesInAndComesOutAlike) {
     };
     const GifBytes before = GifBytes(start_).Add({0}), behind = GifBytes(text_).Add(behind_);
     const std::string identifier = "\x0BICCRGBG1012";
-    const std::tuple<int, std::string> blocks[] = {{0xFF, identifier}, {0xFF, kXmpHead}, {0xCE, ""}};
-    for (const auto& [label, fixed] : blocks) {
+    // Those of known labels have to stay of unknown type.
+    const std::tuple<int, std::string, size_t> blocks[] = {
+        {0xFF, identifier, 255}, {0xFF, kXmpHead, 100}, {0xCE, "", 255}, {0xF9, "", 3}, {0x01, "", 11}, {0xFF, "", 10}};
+    for (const auto& [label, fixed, longest] : blocks) {
         for (const auto& [data, isRawXmp] : cases) {
             SCOPED_TRACE(fixed + " " + data.substr(0, 12));
             WriteAll(in_, GifBytes(before).Extension(label, fixed, "old").Add(behind));
@@ -159,7 +161,7 @@ TEST_F(CliWhole, DataGoesInAndComesOutAlike) {
             if (isXmp && isRawXmp)
                 expected.Text(data).Add(ending);
             else
-                expected.SubBlocks(data, isXmp ? 100 : 255);
+                expected.SubBlocks(data, longest);
             EXPECT_EQ(ReadAll(out_), expected.Add(behind));
             EXPECT_EQ(RunCli({"extract", out_, "1", data_}).status, kExitDone);
             EXPECT_EQ(ReadAll(data_), Bytes(data.begin(), data.end()));
