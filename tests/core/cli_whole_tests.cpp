@@ -204,6 +204,9 @@ TEST_F(CliWhole, WhatIsRefused) {
          at + "block 2: APPLICATION-DEFINED blocks can't be changed\n"},
         {{"extract", in_, "1", out_}, 1, at + "block 1 has no picture that can be decoded\n"},
         {{"remap", in_, "1", out_, "--palette=6"}, 1, at + "block 1 has no picture that can be decoded\n"},
+        {{"set", in_, out_, "1", "left=1", "interlaced=yes"},
+         1,
+         at + "block 1: interlaced wants a picture that can be decoded\n"},
         {{"extract", in_, "0", out_}, 1, at + "block 0 is not an image\n"},
         {{"extract", "--classic", in_, "2", out_}, 1, at + "block 2 is not an image\n"},
     };
