@@ -50,6 +50,14 @@ Wanted SetFlag(Block* block, const std::string&, const std::string& value) {
     return {};
 }
 
+// The rows of data that can't be decoded can't be put in another order.
+Wanted SetInterlaced(Block* block, const std::string& item, const std::string& value) {
+    const uint8_t packed = GetImageFields(*block).packed;
+    Wanted wanted = SetFlag<GetImageFields, PutImageFields, kImageInterlaced>(block, item, value);
+    if (!wanted.what.empty() || block->data || GetImageFields(*block).packed == packed) return wanted;
+    return {"a picture that can be decoded", true};
+}
+
 Wanted SetColour(Block* block, const std::string& item, const std::string& value) {
     uint8_t packed = GetHeaderFields(*block).packed;
     if (!(packed & kHasPalette)) return {"a global palette, which this file lacks", true};
@@ -162,7 +170,7 @@ constexpr Field kFields[] = {
     {kHeaderBlock, "colour:", SetColour},
     {kImageBlock, "left", kImageNumber<&ImageFields::left>},
     {kImageBlock, "top", kImageNumber<&ImageFields::top>},
-    {kImageBlock, "interlaced", SetFlag<GetImageFields, PutImageFields, kImageInterlaced>},
+    {kImageBlock, "interlaced", SetInterlaced},
     {kControlBlock, "delay", kControlNumber<&ControlFields::delay>},
     {kControlBlock, "disposal", SetDisposal},
     {kControlBlock, "transparent", SetTransparent},

@@ -26,6 +26,7 @@ int SaveDocument(BlockList* list, const std::string& path, const Options& option
         Complain(path, "can't be written: not enough memory");
         return kExitFailed;
     }
+    if (options.IsWhole() && NamesAreGiven(options)) SignForExtensions(list);  // for the comment that has the names
     if (!WriteOutputFile(path, [&](File& file) { return Write(*list, file, options); })) return kExitFailed;
     WarnOfLosses(*list, path, options.DocumentManner());
     if (!fits) WarnOfImagesBeyondScreen(*list, path, touched);

@@ -30,10 +30,11 @@ std::string ReadAssignments(const Words& operands, std::vector<Assignment>* assi
 }
 
 // Puts the changed copy of a block back. One whose content is as before keeps the bytes of its file; with data it knows
-// that itself. False when memory runs out.
+// that itself, and in the classic manner there are none. False when memory runs out.
 bool Store(BlockList* list, const Block& edited, uint32_t index) {
+    const bool comparesContent = (list->flags & kReadWhole) && !HasBlockData(edited);
     bool differs;
-    return HasBlockData(edited) ? PutBlock(list, edited, index) : StoreEdited(list, edited, index, &differs);
+    return comparesContent ? StoreEdited(list, edited, index, &differs) : PutBlock(list, edited, index);
 }
 
 // Returns the exit status.

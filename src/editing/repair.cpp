@@ -1,13 +1,13 @@
 #include "editing/repair.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <initializer_list>
 #include <optional>
 #include <span>
 
 #include "gif/descriptor.h"
+#include "gif/lzw_encoder.h"
 #include "gif/source_bytes.h"
 
 namespace {
@@ -88,14 +88,6 @@ bool ResizeFixedPart(Block* block, uint8_t size, bool isApplication) {
                              ByteSpan(&extraBytes, extra.empty() ? 0 : 1),
                              extra,
                              chain});
-}
-
-// Bits that the largest index among the pixels takes, 1 at least.
-int DepthOfPixels(ConstLockedBitmap bitmap) {
-    unsigned all = 1;
-    for (int y = 0; y < bitmap->height; ++y)
-        for (int x = 0; x < bitmap->width; ++x) all |= IndexAt(ImageRow(bitmap, y), x, bitmap->bitCount);
-    return static_cast<int>(std::bit_width(all));
 }
 
 // Gives an image a palette of its own where it has none to be shown with, or one too small for its pixels to be

@@ -121,7 +121,17 @@ private:
     }
 
     size_t FixedBytes() const { return block_.kind == kApplicationBlock ? 1 + kApplicationBytes : 0; }
-    size_t LongestPart() const { return IsXmp(block_) ? kLongestOfXmp : kLongest; }
+    // A block of unknown type whose label is a known one is unknown for its too short fixed part. It stays so.
+    size_t LongestPart() const {
+        if (IsXmp(block_)) return kLongestOfXmp;
+        if (block_.kind != kUnknownBlock) return kLongest;
+        switch (block_.descriptor[0]) {
+            case kControlLabel: return kControlDescriptorBytes - 3;
+            case kPlainTextLabel: return kPlainTextDescriptorBytes - 2;
+            case kApplicationLabel: return kApplicationDescriptorBytes - 2;
+            default: return kLongest;
+        }
+    }
     size_t ChainBytes() const {
         if (isRawXmp_) return data_.size() + kXmpEndingBytes;
         return data_.size() + (data_.size() + LongestPart() - 1) / LongestPart() + 1;

@@ -60,6 +60,10 @@ bool PutBlock(BlockList* list, const Block& block, uint32_t index);
 // when `*selection` is 0 or less) and selects the last of them. False, with nothing changed, when memory runs out.
 [[nodiscard]] bool InsertBlocks(BlockList* list, int* selection, std::span<const Block> blocks);
 
+// To be called before a list gets an extension. The first version of GIF has none: with its first one a document of
+// that version that was read whole becomes one of the second.
+void SignForExtensions(BlockList* list);
+
 // Takes out the blocks whose indexes `gone` holds in increasing order, in one pass.
 void RemoveBlocks(BlockList* list, std::span<const uint32_t> gone);
 

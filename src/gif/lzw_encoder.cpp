@@ -1,5 +1,7 @@
 #include "gif/lzw_encoder.h"
 
+#include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "gif/code_writer.h"
@@ -144,6 +146,13 @@ bool Encode(Job* job) {
 
 }  // namespace
 
+int DepthOfPixels(ConstLockedBitmap bitmap) {
+    unsigned all = 1;
+    for (int y = 0; y < bitmap->height; ++y)
+        for (int x = 0; x < bitmap->width; ++x) all |= IndexAt(ImageRow(bitmap, y), x, bitmap->bitCount);
+    return static_cast<int>(std::bit_width(all));
+}
+
 bool EncodeImageData(File& file, const Block& image, Manner manner) {
     ImageLock bitmap(image.data);
     if (!bitmap) return false;
@@ -153,6 +162,7 @@ bool EncodeImageData(File& file, const Block& image, Manner manner) {
     if (bitmap->bitCount > 8 || bitmap->width != fields.width || bitmap->height != fields.height) return false;
 
     std::unique_ptr<uint8_t[]> row = AllocateScratch(static_cast<uint64_t>(bitmap->width) + 1);
+    if (manner == Manner::kWhole && depth < bitmap->bitCount) depth = std::max(depth, DepthOfPixels(bitmap));
     auto codeSize = static_cast<unsigned>(depth == 1 ? 2 : depth);
     CodeWriter writer;
     CodeWriter::Place out;

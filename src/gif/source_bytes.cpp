@@ -6,7 +6,12 @@
 
 namespace {
 
-constexpr size_t kPlaceBytes = 4;  // of an image's descriptor: left and top
+// Fields of a block that can change without anything behind them: where they stand in its descriptor and in its bytes.
+struct FixedFields {
+    size_t inDescriptor, inSource, bytes;
+};
+constexpr FixedFields kImagePlace = {0, 1, 4};        // left and top
+constexpr FixedFields kPlainTextFields = {1, 3, 12};  // all
 
 bool SameText(const Block& a, const Block& b) {
     if (a.dataLength != b.dataLength) return false;
@@ -35,20 +40,28 @@ bool SamePalette(const Block& a, const Block& b, uint8_t packed) {
     return memcmp(a.palette.Colours(), b.palette.Colours(), bytes) == 0;
 }
 
-// An image's bytes with its place as the descriptor has it now, in memory of their own.
-bool PatchPlace(Block* image) {
-    SourceLock source(*image);
+// Gives the block its bytes in memory of their own, with these fields as the descriptor has them now.
+bool Patch(Block* block, const FixedFields& fields) {
+    SourceLock source(*block);
     if (!source) return false;
-    const size_t before = image->source.stray + 1;  // the introducer
-    const size_t bytes = image->source.stray + size_t{image->source.bytes};
+    const size_t bytes = block->source.stray + size_t{block->source.bytes};
     MemoryHandle own = AllocateMemory(bytes);
     WriteLock copy(&own);
     if (!copy) return false;
     memcpy(copy.Bytes(), source.Stray().data(), bytes);
-    memcpy(copy.Bytes() + before, image->descriptor, kPlaceBytes);
-    image->aux = own;
-    image->source.start = 0;
+    memcpy(copy.Bytes() + block->source.stray + fields.inSource, block->descriptor + fields.inDescriptor, fields.bytes);
+    block->aux = own;
+    block->source.start = 0;
     return true;
+}
+
+// The fields that alone differ from the old form of a block that still has its bytes; null where more does.
+const FixedFields* FindOnlyChange(const Block& edited, const Block& old) {
+    if (!HasSource(edited) || (edited.kind != kImageBlock && edited.kind != kPlainTextBlock)) return nullptr;
+    const FixedFields& fields = edited.kind == kImageBlock ? kImagePlace : kPlainTextFields;
+    Block rest = edited;
+    memcpy(rest.descriptor + fields.inDescriptor, old.descriptor + fields.inDescriptor, fields.bytes);
+    return SameContent(rest, old) ? &fields : nullptr;
 }
 
 }  // namespace
@@ -62,7 +75,7 @@ bool SameContent(const Block& a, const Block& b) {
 
 bool MarkChanged(Block* block) {
     if (!HasSource(*block)) return true;
-    if (block->kind == kImageBlock && !block->data) return PatchPlace(block);
+    if (block->kind == kImageBlock && !block->data) return Patch(block, kImagePlace);
     block->source.bytes = 0;
     block->isCutOff = false;
     if (block->source.stray == 0) block->aux = nullptr;
@@ -71,6 +84,9 @@ bool MarkChanged(Block* block) {
 
 bool StoreEdited(BlockList* list, Block edited, uint32_t index, bool* differs) {
     if (index >= list->count) return false;
-    *differs = !SameContent(edited, list->blocks[index]);
-    return !*differs || (MarkChanged(&edited) && PutBlock(list, edited, index));
+    const Block& old = list->blocks[index];
+    *differs = !SameContent(edited, old);
+    if (!*differs) return true;
+    const FixedFields* fields = FindOnlyChange(edited, old);
+    return (fields ? Patch(&edited, *fields) : MarkChanged(&edited)) && PutBlock(list, edited, index);
 }

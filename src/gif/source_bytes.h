@@ -38,5 +38,7 @@ bool SameContent(const Block& a, const Block& b);
 [[nodiscard]] bool MarkChanged(Block* block);
 
 // Puts the edited copy of block `index` back. When its content differs from the old one it counts as changed, otherwise
-// nothing happens, and `*differs` tells which. False, with nothing changed, when there is no such block or no memory.
+// nothing happens, and `*differs` tells which. An image that only moved, and a plain text that keeps its text, keep all
+// other bytes: pixels of damaged data and texts too long for a block would not survive being encoded. False, with
+// nothing changed, when there is no such block or no memory.
 [[nodiscard]] bool StoreEdited(BlockList* list, Block edited, uint32_t index, bool* differs);

@@ -81,6 +81,10 @@ private:
 
     bool ReadHeader(size_t at);
     bool ReadBlocks();
+    bool StartsBlock(size_t at) const {
+        return bytes_[at] == kImageIntroducer || bytes_[at] == kExtensionIntroducer || bytes_[at] == kTrailer;
+    }
+    bool StartsWithClearCode(size_t at, int codeSize) const;
     bool LooksLikeBlock(size_t at) const;
     bool LooksLikeImage(size_t at) const;
     size_t FindBlock(size_t at) const;
@@ -143,8 +147,17 @@ bool WholeReader::LooksLikeImage(size_t at) const {
     size_t codeSizeAt = at + 1 + kImageDescriptorBytes + table;
     if (codeSizeAt >= bytes_.size()) return false;
     int codeSize = bytes_[codeSizeAt];
-    return image.width > 0 && image.height > 0 && image.left + image.width <= screen.screenWidth &&
-           image.top + image.height <= screen.screenHeight && codeSize >= kLeastCodeSize && codeSize <= kMostCodeSize;
+    if (image.width == 0 || image.height == 0 || codeSize < kLeastCodeSize || codeSize > kMostCodeSize) return false;
+    const bool isOnScreen =
+        image.left + image.width <= screen.screenWidth && image.top + image.height <= screen.screenHeight;
+    return isOnScreen || StartsWithClearCode(codeSizeAt + 1, codeSize);  // or moved off it
+}
+
+// Whether the sub-blocks at `at` begin with the code that encoders begin with.
+bool WholeReader::StartsWithClearCode(size_t at, int codeSize) const {
+    if (Left(at) < 3 || bytes_[at] < 2) return false;
+    const unsigned codes = bytes_[at + 1] | unsigned{bytes_[at + 2]} << 8;
+    return (codes & ((2u << codeSize) - 1)) == 1u << codeSize;
 }
 
 bool WholeReader::LooksLikeBlock(size_t at) const {
@@ -160,8 +173,7 @@ bool WholeReader::LooksLikeBlock(size_t at) const {
 size_t WholeReader::FindBlock(size_t at) const {
     while (at < bytes_.size() && bytes_[at] == 0) ++at;
     if (at == bytes_.size()) return at;
-    const uint8_t first = bytes_[at];
-    if (first == kImageIntroducer || first == kExtensionIntroducer || first == kTrailer) return at;
+    if (StartsBlock(at)) return at;
     while (at < bytes_.size() && !LooksLikeBlock(at)) ++at;
     return at;
 }

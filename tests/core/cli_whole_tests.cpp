@@ -38,7 +38,8 @@ TEST_F(CliWhole, NothingChangesButWhatIsAskedFor) {
         GifBytes().Header("GIF87a", 2, 2, 0x81).SmallImage().Add({0}).Add(foreign_).Add(text_).Add(behind_);
     GifBytes moved = GifBytes(start_).SmallImage();
     moved[start_.size() + 1] = 7;  // left
-    moved[start_.size() + 9] = 1;  // the depth of the palette, where the file has another
+    GifBytes interlaced = GifBytes(start_).SmallImage();
+    interlaced[start_.size() + 9] = 0x41;  // with the depth of the palette, where the file has another
     const GifBytes identity = GifBytes().Comment("FILE IDENTITY\r\nCreated or modified by\r\nO\r\nG");
     const std::tuple<Words, Bytes> cases[] = {
         {{"save"}, all_},
@@ -49,6 +50,7 @@ TEST_F(CliWhole, NothingChangesButWhatIsAskedFor) {
         {{"set", "0", "width=9", "background=0", "sorted=no"}, all_},
         {{"set", "1", "left=0", "interlaced=no"}, all_},
         {{"set", "1", "left=7"}, GifBytes(moved).Add({0}).Add(foreign_).Add(text_).Add(behind_)},
+        {{"set", "1", "interlaced=yes"}, GifBytes(interlaced).Add({0}).Add(foreign_).Add(text_).Add(behind_)},
         {{"set", "3", "text=a"}, all_},  // as it is shown
         {{"set", "3", "text=b"}, GifBytes(start_).SmallImage().Add({0}).Add(foreign_).Comment("b").Add(behind_)},
         {{"set", "3", "text="}, GifBytes(start_).SmallImage().Add({0}).Add(foreign_).Add({0x21, 0xFE, 0}).Add(behind_)},
@@ -68,6 +70,23 @@ TEST_F(CliWhole, NothingChangesButWhatIsAskedFor) {
         EXPECT_EQ(ReadAll(out_), expected);
     }
     EXPECT_EQ(Run("set", {"3", "text=" + std::string(kMaxTextBytes + 1, 'x')}).status, kExitUsage);
+}
+
+TEST_F(CliWhole, TheNamesMayBeTheFirstExtension) {
+    const GifBytes image = GifBytes().SmallImage(), end = GifBytes().Add({0x3B});
+    const GifBytes names = GifBytes().Comment("FILE IDENTITY\r\nCreated or modified by\r\nO\r\nG");
+    WriteAll(in_, GifBytes(start_).Add(image).Add(end));
+    (void)Run("save", {"--owner=O", "--organisation=G"});
+    EXPECT_EQ(ReadAll(out_), GifBytes().Header("GIF89a", 9, 9, 0x81).Add(image).Add(names).Add(end));
+}
+
+// An empty text that the file has is written; set to nothing it is gone, although both are shown alike.
+TEST_F(CliWhole, ClassicallyAnEmptyTextThatIsSetIsLeftOut) {
+    WriteAll(in_, GifBytes(start_).Comment("").SmallImage().Add({0x3B}));
+    EXPECT_EQ(RunCli({"save", "--classic", in_, out_}).status, kExitDone);
+    EXPECT_EQ(KindsOf(LoadedGif(ReadAll(out_), Manner::kWhole)), "1626") << "with the names";
+    EXPECT_EQ(RunCli({"set", "--classic", in_, out_, "1", "text="}).status, kExitDone);
+    EXPECT_EQ(KindsOf(LoadedGif(ReadAll(out_), Manner::kWhole)), "126") << "with the names alone";
 }
 
 TEST_F(CliWhole, DamagesAreToldAndStrictRefusesThem) {
@@ -128,8 +147,10 @@ TEST_F(CliWhole, DataGoesInAndComesOutAlike) {
     };
     const GifBytes before = GifBytes(start_).Add({0}), behind = GifBytes(text_).Add(behind_);
     const std::string identifier = "\x0BICCRGBG1012";
-    const std::tuple<int, std::string> blocks[] = {{0xFF, identifier}, {0xFF, kXmpHead}, {0xCE, ""}};
-    for (const auto& [label, fixed] : blocks) {
+    // Those of known labels have to stay of unknown type.
+    const std::tuple<int, std::string, size_t> blocks[] = {
+        {0xFF, identifier, 255}, {0xFF, kXmpHead, 100}, {0xCE, "", 255}, {0xF9, "", 3}, {0x01, "", 11}, {0xFF, "", 10}};
+    for (const auto& [label, fixed, longest] : blocks) {
         for (const auto& [data, isRawXmp] : cases) {
             SCOPED_TRACE(fixed + " " + data.substr(0, 12));
             WriteAll(in_, GifBytes(before).Extension(label, fixed, "old").Add(behind));
@@ -140,7 +161,7 @@ TEST_F(CliWhole, DataGoesInAndComesOutAlike) {
             if (isXmp && isRawXmp)
                 expected.Text(data).Add(ending);
             else
-                expected.SubBlocks(data, isXmp ? 100 : 255);
+                expected.SubBlocks(data, longest);
             EXPECT_EQ(ReadAll(out_), expected.Add(behind));
             EXPECT_EQ(RunCli({"extract", out_, "1", data_}).status, kExitDone);
             EXPECT_EQ(ReadAll(data_), Bytes(data.begin(), data.end()));
@@ -183,6 +204,9 @@ TEST_F(CliWhole, WhatIsRefused) {
          at + "block 2: APPLICATION-DEFINED blocks can't be changed\n"},
         {{"extract", in_, "1", out_}, 1, at + "block 1 has no picture that can be decoded\n"},
         {{"remap", in_, "1", out_, "--palette=6"}, 1, at + "block 1 has no picture that can be decoded\n"},
+        {{"set", in_, out_, "1", "left=1", "interlaced=yes"},
+         1,
+         at + "block 1: interlaced wants a picture that can be decoded\n"},
         {{"extract", in_, "0", out_}, 1, at + "block 0 is not an image\n"},
         {{"extract", "--classic", in_, "2", out_}, 1, at + "block 2 is not an image\n"},
     };

@@ -48,6 +48,12 @@ std::string DamagesOf(const ReadReport& report) {
     return all;
 }
 
+GifBytes Moved(uint8_t left) {
+    GifBytes image = GifBytes().SmallImage();
+    image[1] = left;
+    return image;
+}
+
 // Everything that a file may hold, and some that it may not.
 GifBytes Everything() {
     return GifBytes()
@@ -124,6 +130,10 @@ TEST(Whole, EveryByteIsKeptAndEveryDamageTold) {
          "25/-1: 6 bytes start no block\n32/-1: there are bytes behind the trailer: 25 (harmless)\n"},
         {"junk before an image", Start().Text("j,unk!").Repeat(1, 9).SmallImage().Add({0x3B}), "12",
          "25/1: 15 bytes start no block\n"},
+        {"junk before an image off the screen", Start().Text("junk").Add(Moved(6)).Add({0x3B}), "12",
+         "25/1: 4 bytes start no block\n"},
+        {"junk like an image off the screen", Start().Text("junk").ImageHead(6, 6, 0).Add({2, 2, 0x4B, 0, 0x3B}), "1",
+         "25/-1: 18 bytes start no block\n"},
     };
     for (const auto& [what, bytes, kinds, damages] : cases) {
         LoadedGif list(bytes, Manner::kWhole);
@@ -241,6 +251,44 @@ TEST(Whole, AChangedBlockChangesNoOther) {
         Bytes rest = bytes;
         rest.erase(rest.begin() + place.start, rest.begin() + place.start + place.stray + place.bytes);
         EXPECT_EQ(Written(list), rest) << gone;
+    }
+}
+
+// What was not changed of such a block is not to be lost: pixels that are no colours, codes behind the picture, what a
+// text has beyond its room.
+TEST(Whole, WhatOnlyMovedKeepsItsOtherBytes) {
+    const GifBytes badCode = GifBytes().ImageHead(2, 2, 0).Add({2, 2, 0xCC, 1, 0});
+    const GifBytes cut = GifBytes().ImageHead(2, 2, kFourColours).Add({2, 9, 0x4C});
+    const GifBytes text =
+        GifBytes().Extension(0x01, "\x0C\1\0\2\0\3\0\4\0\5\6\1\2"s, std::string(kMaxTextBytes + 1, 't'));
+    const std::tuple<const char*, GifBytes, size_t> cases[] = {
+        {"image", GifBytes().SmallImage(), 1}, {"bad code", badCode, 1}, {"cut", cut, 1}, {"text", text, 3}};
+    for (const auto& [what, block, left] : cases) {
+        GifBytes bytes = Start().Add({7, 7}).Add(block);
+        LoadedGif list(bytes, Manner::kWhole);
+        ASSERT_EQ(list.count, 2u) << what;
+        Block edited = list.blocks[1];
+        edited.descriptor[edited.kind == kImageBlock ? 0 : 1] = 2;
+        bool differs = false;
+        ASSERT_TRUE(StoreEdited(&list, edited, 1, &differs));
+        EXPECT_TRUE(differs) << what;
+        bytes[bytes.size() - block.size() + left] = 2;
+        EXPECT_EQ(Written(list), bytes) << what;
+    }
+}
+
+TEST(Whole, PixelsThatAreNoColoursStayWhatTheyAre) {
+    CodeBits codes;
+    for (unsigned code : {16u, 9u, 3u, 14u, 1u, 17u}) codes.Put(code, 5);
+    const Bytes data = codes.Packed();
+    for (int packed : {0x81, 0x82}) {
+        LoadedGif list(
+            Start(packed).ImageHead(2, 2, 0).Add({4, static_cast<int>(data.size())}).Add(data).Add({0, 0x3B}),
+            Manner::kWhole);
+        Block image = BlockAt(list, 1);
+        EXPECT_EQ(PixelsOf(image), "93 e1");
+        ASSERT_TRUE(MarkChanged(&list.blocks[1]));
+        EXPECT_EQ(PixelsOf(BlockAt(LoadedGif(Written(list), Manner::kWhole), 1)), "93 e1") << packed;
     }
 }
 
