@@ -60,9 +60,11 @@ protected:
         if (!Strip()) return "(none)";
         return ControlText(Strip(), IDC_NOTICE_TEXT) + (GetDlgItem(Strip(), IDC_NOTICE_WHOLE) ? "+" : "");
     }
+    // In the main window, which a window manager may move about.
     RECT PlaceOf(int control) const {
         RECT place = {};
         GetWindowRect(GetDlgItem(hMainWindow, control), &place);
+        MapWindowPoints(nullptr, hMainWindow, reinterpret_cast<POINT*>(&place), 2);
         return place;
     }
 };
@@ -377,10 +379,7 @@ TEST_F(CarefulTest, TheStripSaysWhatIsMissingAndLeavesTheListInPlace) {
     EXPECT_EQ(strip.bottom, place.bottom);
     EXPECT_EQ(strip.right - strip.left, place.right - place.left);
     EXPECT_LT(strip.bottom - strip.top, 60);
-    const POINT inside = {strip.left + 2, strip.top + 2};
-    POINT client = inside;
-    ScreenToClient(hMainWindow, &client);
-    EXPECT_EQ(ChildWindowFromPoint(hMainWindow, client), Strip()) << "above the list";
+    EXPECT_EQ(ChildWindowFromPoint(hMainWindow, {strip.left + 2, strip.top + 2}), Strip()) << "above the list";
     PressButton(Strip(), IDC_NOTICE_CLOSE);
     PumpMessages();
     EXPECT_EQ(Notice(), "(none)");
