@@ -416,6 +416,28 @@ TEST_F(CarefulTest, AltAndItsLetterPressTheStripsButton) {
     EXPECT_FALSE(press(L'w')) << "it is there no longer";
 }
 
+TEST_F(CarefulTest, EscapeTakesTheStripAwayWhereverTheFocusIs) {
+    HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
+    auto press = [](WPARAM key) {
+        SendMessageW(GetFocus(), WM_KEYDOWN, key, 0);
+        PumpMessages();
+    };
+    MakeForeign("f.gif");
+    for (int control : {IDC_BLOCK_LIST, 0, IDC_NOTICE_WHOLE, IDC_NOTICE_CLOSE}) {
+        SCOPED_TRACE(control);
+        Open(File("f.gif"));
+        SetFocus(control == IDC_BLOCK_LIST ? list : control ? GetDlgItem(Strip(), control) : hMainWindow);
+        press(VK_DOWN);
+        EXPECT_NE(Notice(), "(none)");
+        press(VK_ESCAPE);
+        EXPECT_EQ(Notice(), "(none)");
+        EXPECT_EQ(GetFocus(), control == 0 ? hMainWindow : list);
+        SetFocus(list);
+        press(VK_END);
+        EXPECT_EQ(Selection(), 2) << "the list answers its keys";
+    }
+}
+
 TEST_F(CarefulTest, WhatIsNoGifFileIsNotHarmedBySaving) {
     settings.carefulMode = 1;
     WriteAll(File("text.gif"), std::string(200, 'x'));
