@@ -117,7 +117,9 @@ int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool
     std::wstring target = WideFromUtf8(path);
     DWORD attributes = GetFileAttributesW(target.c_str());
     if (attributes == INVALID_FILE_ATTRIBUTES) return WriteBeside(target, false, content, bytes);
-    // A file that the user must not write is not replaced either.
+    // A file that the user must not write is not replaced either. The system refuses to open one that is marked as
+    // read-only; Wine opens it for the superuser.
+    if (attributes & FILE_ATTRIBUTE_READONLY) return ERROR_ACCESS_DENIED;
     Handle old(OpenForWriting(target, OPEN_EXISTING));
     if (!old.IsOpen()) return SystemLastError();
     bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;

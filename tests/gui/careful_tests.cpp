@@ -438,6 +438,23 @@ TEST_F(CarefulTest, EscapeTakesTheStripAwayWhereverTheFocusIs) {
     }
 }
 
+TEST_F(CarefulTest, AReadOnlyFileIsNotReplaced) {
+    settings.carefulMode = 1;
+    const std::string path = MakeGif("a.gif");
+    const Bytes before = ReadAll(path);
+    Open(path);
+    Select(1);
+    Command(IDM_DELETE);
+    const std::wstring wide = WideFromUtf8(path);
+    ASSERT_TRUE(SetFileAttributesW(wide.c_str(), FILE_ATTRIBUTE_READONLY));
+    Run(IDM_SAVE, {ReadStart(kWriteFailed, IDOK)});
+    EXPECT_EQ(ReadAll(path), before);
+    EXPECT_TRUE(documentChanged);
+    ASSERT_TRUE(SetFileAttributesW(wide.c_str(), FILE_ATTRIBUTE_NORMAL));
+    Run(IDM_SAVE, {});
+    EXPECT_NE(ReadAll(path), before);
+}
+
 TEST_F(CarefulTest, WhatIsNoGifFileIsNotHarmedBySaving) {
     settings.carefulMode = 1;
     WriteAll(File("text.gif"), std::string(200, 'x'));
