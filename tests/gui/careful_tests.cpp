@@ -514,13 +514,19 @@ TEST_F(CarefulTest, SavingOverAFileThatWasNotReadToItsEndAsksFirst) {
         if (careful) Run(IDM_NEW, {Read(kSaveQuestion, IDYES), Read(kRestIsLost, IDNO)});
         EXPECT_EQ(ReadAll(path), before);
         EXPECT_TRUE(documentChanged);
+        EXPECT_NE(Notice(), "(none)");
         Run(IDM_SAVE, {}, std::vector<Steps>(careful ? 1 : 0, Read(kRestIsLost, IDYES)));
         EXPECT_NE(ReadAll(path), before);
+        EXPECT_EQ(Notice(), "(none)") << "the file does not go on any more";
         EXPECT_FALSE(documentChanged);
         Run(IDM_SAVE, {});  // there is no more to lose
         Run(IDM_SAVE_AS, {ChooseFiles({copy})});
         EXPECT_TRUE(FileExists(copy));
     }
+    settings.carefulMode = 0;
+    Open(MakeForeign("f.gif"));
+    Run(IDM_SAVE_AS, {ChooseFiles({File("other.gif")})});
+    EXPECT_NE(Notice(), "(none)") << "the rest is still to be had";
 }
 
 // The list's and the file's messages have room for all their lines, and the button stays below them.

@@ -138,6 +138,12 @@ void TellWriteFailure(HWND window, const std::string& reason) {
     MessageBox(window, text);
 }
 
+// A file that was written over holds no more than the document: the strip that offers the rest would not tell the
+// truth.
+void HideNoticeOfRest(HWND window, const std::string& written) {
+    if (NoticeOffersWhole(window) && IsSameName(written, noticedFile)) HideNotice(window);
+}
+
 // Saves the document. False when it was not written, which the user has been told or has decided.
 bool WriteDocument(HWND window, const std::string& name) {
     if (!MayWriteOver(window, name)) return false;
@@ -147,6 +153,7 @@ bool WriteDocument(HWND window, const std::string& name) {
         return false;
     }
     partlyReadFile.clear();  // what it held more is gone, or stays in a file that is the document's no longer
+    HideNoticeOfRest(window, name);
     documentIsNamed = true;
     SetTitle(window, name.c_str());
     documentChanged = false;
