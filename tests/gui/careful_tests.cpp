@@ -503,6 +503,17 @@ TEST_F(CarefulTest, OpenItWholeDoesSoInEitherModeAndIsSavedWhole) {
     }
 }
 
+TEST_F(CarefulTest, OpenItWholeLeavesTheDocumentWhenTheFileIsGone) {
+    const std::string path = MakeForeign("f.gif");
+    Open(path);
+    documentChanged = true;
+    std::filesystem::remove(WideFromUtf8(path));
+    Run(IDM_OPEN_WHOLE, {ReadStart(path, IDOK)});
+    EXPECT_EQ(document.count, 3u);
+    EXPECT_TRUE(documentChanged);
+    EXPECT_NE(Notice(), "(none)");
+}
+
 TEST_F(CarefulTest, SavingOverAFileThatWasNotReadToItsEndAsksFirst) {
     for (bool careful : {false, true}) {
         const std::string path = MakeForeign("f.gif"), copy = File(careful ? "careful.gif" : "classic.gif");

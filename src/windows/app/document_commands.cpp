@@ -7,6 +7,7 @@
 #include "gif/gif_reader.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
+#include "platform/file.h"
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
@@ -170,6 +171,11 @@ bool IsThere(const std::string& name) {
     return GetFileAttributesW(WideFromUtf8(name).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+// What was read of a file that can't be read again may be all that there is of it: the document stays.
+void TellFileIsGone(HWND window, const std::string& name) {
+    MessageBox(window, WideFromUtf8(name) + L"\n\nThis file can't be opened any more.");
+}
+
 // Of a recent file that is gone there is nothing to open: it leaves the list instead.
 void DropRecentFile(HWND window, int id, const std::string& name) {
     RemoveRecentFile(window, id);
@@ -227,6 +233,7 @@ void OnOpenFile(HWND window, const char* name) {
 void OnOpenWhole(HWND window) {
     if (!NoticeOffersWhole(window)) return;
     const std::string name = noticedFile;
+    if (!File().OpenForReading(name.c_str())) return TellFileIsGone(window, name);
     ScopedValue wanted(&restIsWanted, true);
     if (LeaveDocument(window)) OpenDocument(window, name, Manner::kWhole);
 }
