@@ -78,27 +78,14 @@ bool WriteEncoded(File& file, const Block& block) {
 }
 
 bool WriteBlock(File& file, const Block& block, bool isFollowed) {
-    if (HasSource(block) && !(block.isCutOff && isFollowed)) {
-        SourceLock source(block);
-        return source && Write(file, source.Stray()) && Write(file, source.Own());
-    }
-    if (block.source.stray) {
-        SourceLock source(block);
-        if (!source || !Write(file, source.Stray())) return false;
-    }
+    if (HasSource(block) && !(block.isCutOff && isFollowed))
+        return file.WriteKept(block.aux, block.source.start, size_t{block.source.stray} + block.source.bytes);
+    if (block.source.stray && !file.WriteKept(block.aux, block.source.start, block.source.stray)) return false;
     return HasSource(block) ? WriteSource(file, block, isFollowed) : WriteEncoded(file, block);
 }
 
 bool WriteFileBytes(File& file, const FileBytes& kept) {
-    if (kept.bytes == 0) return true;
-    MemoryLock lock(kept.memory);
-    return lock && file.Write(lock.Bytes() + kept.start, kept.bytes);
-}
-
-uint64_t ExpectedBytes(const BlockList& list) {
-    uint64_t bytes = uint64_t{list.before.bytes} + list.after.bytes;
-    for (const Block& block : list.All()) bytes += uint64_t{block.source.stray} + block.source.bytes;
-    return bytes;
+    return kept.bytes == 0 || file.WriteKept(kept.memory, kept.start, kept.bytes);
 }
 
 }  // namespace
@@ -112,7 +99,6 @@ bool WriteSource(File& file, const Block& block, bool isFollowed) {
 bool WriteWholeDocument(const BlockList& list, File& file, const Identity* names) {
     const bool wasRead = (list.flags & kReadWhole) != 0;
     const bool isLastFollowed = names || list.after.bytes || !wasRead;
-    file.ExpectBytes(ExpectedBytes(list));
     if (!WriteFileBytes(file, list.before)) return false;
     for (const Block& block : list.All()) {
         bool isFollowed = isLastFollowed || &block != &list.All().back();

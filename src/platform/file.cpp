@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <deque>
+#include <new>
 #include <utility>
 
 #include "platform/file_system.h"
@@ -172,10 +174,6 @@ MemoryHandle File::ReadRest(uint64_t most, size_t* bytes) {
     }
 }
 
-void File::ExpectBytes(uint64_t bytes) {
-    if (gathering_ && !failed_ && bytes > bufferBytes_ && bytes < SIZE_MAX) GrowBuffer(bytes + 1);
-}
-
 void File::Seek(uint64_t position) {
     if (position >= windowStart_ && position <= windowStart_ + filled_) {
         next_ = static_cast<size_t>(position - windowStart_);
@@ -210,6 +208,7 @@ bool File::Write(const void* from, size_t bytes) {
     while (bytes > 0 && !failed_) {
         size_t piece = std::min(bytes, bufferBytes_ - filled_);
         memcpy(buffer_.get() + filled_, in, piece);
+        if (gathering_ && !inMemory_ && !AddPart(nullptr, filled_, piece)) return false;
         filled_ += piece;
         in += piece;
         bytes -= piece;
@@ -218,9 +217,42 @@ bool File::Write(const void* from, size_t bytes) {
     return !failed_;
 }
 
+// What goes on where the last part ends makes that longer.
+bool File::AddPart(const MemoryHandle& kept, size_t start, size_t bytes) {
+    if (!parts_.empty() && parts_.back().kept == kept && parts_.back().start + parts_.back().bytes == start) {
+        parts_.back().bytes += bytes;
+        return true;
+    }
+    try {
+        parts_.push_back({kept, start, bytes});
+        return true;
+    } catch (const std::bad_alloc&) {
+        return Fail(kSystemNoMemory);
+    }
+}
+
+bool File::WriteKept(const MemoryHandle& memory, size_t start, size_t bytes) {
+    constexpr size_t kWorthAPart = 4096;
+    const bool goesOn = !parts_.empty() && parts_.back().kept == memory;
+    if (gathering_ && !inMemory_ && !failed_ && (goesOn || parts_.empty() || bytes >= kWorthAPart))
+        return AddPart(memory, start, bytes);
+    MemoryLock lock(memory);
+    return lock && Write(lock.Bytes() + start, bytes);
+}
+
 void File::Replace() {
-    int error = ReplaceFileContent(replacedPath_.c_str(), buffer_.get(), filled_, flushesNew_, &folderRefused_);
-    if (error) Fail(error);
+    std::vector<ContentPart> content;
+    std::deque<MemoryLock> locks;
+    try {
+        for (const Part& part : parts_) {
+            const uint8_t* bytes = part.kept ? locks.emplace_back(part.kept).Bytes() : buffer_.get();
+            if (!bytes) return static_cast<void>(Fail(kSystemNoMemory));
+            content.emplace_back(bytes + part.start, part.bytes);
+        }
+    } catch (const std::bad_alloc&) {
+        return static_cast<void>(Fail(kSystemNoMemory));
+    }
+    if (int error = ReplaceFileContent(replacedPath_.c_str(), content, flushesNew_, &folderRefused_)) Fail(error);
 }
 
 bool File::Close() {
@@ -245,6 +277,7 @@ bool File::CloseSystemFile() {
     if (failed_ && !createdPath_.empty()) SystemDelete(createdPath_.c_str());
     system_ = kClosed;
     createdPath_.clear();
+    parts_.clear();
     buffer_.reset();
     content_ = window_ = nullptr;
     next_ = filled_ = 0;

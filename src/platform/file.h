@@ -6,6 +6,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <vector>
 
 #include "platform/memory.h"
 
@@ -57,12 +58,11 @@ public:
     uint64_t Position() const { return windowStart_ + next_; }
     void Seek(uint64_t position);
 
-    // Says how much is about to be written in all. Spares a replacement the growing of its memory; a wrong number does
-    // no harm.
-    void ExpectBytes(uint64_t bytes);
-
     // Appends `bytes` bytes. After the first failure (full disk, say) every later write fails too.
     bool Write(const void* from, size_t bytes);
+
+    // Appends bytes of `memory`, which nobody may change before Close: a replacement does not copy them.
+    bool WriteKept(const MemoryHandle& memory, size_t start, size_t bytes);
 
     // Writes what is still buffered and closes. False when any write to this file has failed; the file is then deleted.
     bool Close();
@@ -84,6 +84,12 @@ private:
     static constexpr size_t kMostStreamBytes = size_t{1} << 30;  // what a pipe may bring
     static constexpr intptr_t kClosed = -1;
 
+    // A part of a replacement: of memory that is kept, or of the buffer.
+    struct Part {
+        MemoryHandle kept;
+        size_t start, bytes;
+    };
+
     void Start();
     bool Fail(int error);
     bool AllocateBuffer();
@@ -93,6 +99,7 @@ private:
     void Fill();
     void FlushBuffer();
     void MakeRoom();
+    bool AddPart(const MemoryHandle& kept, size_t start, size_t bytes);
     void Replace();
     bool CloseSystemFile();
 
@@ -100,6 +107,7 @@ private:
     size_t bufferBytes_ = 0;
     std::string createdPath_;           // of an ordinary file being written; empty otherwise
     std::string replacedPath_;          // of a file that is written in the end, all at once
+    std::vector<Part> parts_;           // of such a file, so far
     intptr_t system_ = kClosed;         // the system's descriptor or handle
     const uint8_t* content_ = nullptr;  // the whole "file" after OpenMemory, or of a stream
     size_t contentBytes_ = 0;

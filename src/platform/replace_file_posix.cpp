@@ -71,16 +71,20 @@ int FollowLinks(std::string* path, bool* isOpenFile) {
     return ELOOP;
 }
 
-int WriteContent(int file, const void* content, size_t bytes, bool mayStop) {
-    const auto* from = static_cast<const uint8_t*>(content);
-    while (bytes > 0) {
+int WritePart(int file, ContentPart part, bool mayStop) {
+    while (!part.empty()) {
         if (mayStop && HoldInterrupts::Pending()) return EINTR;
-        ptrdiff_t written = SystemWrite(file, from, std::min(bytes, kPieceBytes));
+        ptrdiff_t written = SystemWrite(file, part.data(), std::min(part.size(), kPieceBytes));
         if (written < 0) return errno;
         if (written == 0) return EIO;
-        from += written;
-        bytes -= static_cast<size_t>(written);
+        part = part.subspan(static_cast<size_t>(written));
     }
+    return 0;
+}
+
+int WriteContent(int file, FileContent content, bool mayStop) {
+    for (ContentPart part : content)
+        if (int error = WritePart(file, part, mayStop)) return error;
     return 0;
 }
 
@@ -112,15 +116,15 @@ int CarryOver(const struct stat& from, int to) {
 
 // Fills the new file and gives it the name. `old` is what it replaces, if anything.
 int FillAndRename(int folder, Descriptor* file, const std::string& fresh, const std::string& name,
-                  const struct stat* old, const void* content, size_t bytes, bool flushes) {
+                  const struct stat* old, FileContent content, bool flushes) {
     if (int error = old ? CarryOver(*old, file->Get()) : 0) return error;
-    if (int error = WriteContent(file->Get(), content, bytes, true)) return error;
+    if (int error = WriteContent(file->Get(), content, true)) return error;
     if (int error = flushes ? Sync(file->Get()) : 0) return error;
     if (!file->Close()) return errno;
     return renameat(folder, fresh.c_str(), folder, name.c_str()) == 0 ? 0 : errno;
 }
 
-int WriteBeside(const std::string& path, const struct stat* old, const void* content, size_t bytes, bool flushes) {
+int WriteBeside(const std::string& path, const struct stat* old, FileContent content, bool flushes) {
     std::string folderPath = FolderOf(path);
     std::string name = path.substr(folderPath.size());
     if (name.empty()) return ENOENT;
@@ -131,7 +135,7 @@ int WriteBeside(const std::string& path, const struct stat* old, const void* con
     std::string fresh;
     Descriptor file(OpenFresh(folder.Get(), old != nullptr, &fresh));
     if (!file.IsOpen()) return errno;
-    int error = FillAndRename(folder.Get(), &file, fresh, name, old, content, bytes, flushes);
+    int error = FillAndRename(folder.Get(), &file, fresh, name, old, content, flushes);
     if (error) unlinkat(folder.Get(), fresh.c_str(), 0);
     return error;
 }
@@ -152,16 +156,17 @@ int Reserve(int file, off_t oldBytes, off_t bytes) {
     return error;
 }
 
-int WriteInPlace(int file, const struct stat& old, const void* content, size_t bytes) {
+int WriteInPlace(int file, const struct stat& old, FileContent content) {
     HoldInterrupts hold;
-    if (int error = Reserve(file, old.st_size, static_cast<off_t>(bytes))) return error;
-    if (int error = WriteContent(file, content, bytes, false)) return error;
-    return ftruncate(file, static_cast<off_t>(bytes)) == 0 ? Sync(file) : errno;
+    const auto bytes = static_cast<off_t>(BytesOf(content));
+    if (int error = Reserve(file, old.st_size, bytes)) return error;
+    if (int error = WriteContent(file, content, false)) return error;
+    return ftruncate(file, bytes) == 0 ? Sync(file) : errno;
 }
 
 }  // namespace
 
-int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool flushesNew, bool* folderRefused) {
+int ReplaceFileContent(const char* path, FileContent content, bool flushesNew, bool* folderRefused) {
     *folderRefused = false;
     std::string target = path;
     bool isOpenFile;
@@ -170,14 +175,14 @@ int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool
     Descriptor old(open(path, O_WRONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     if (!old.IsOpen() && errno != ENOENT) return errno;
     if (int error = FollowLinks(&target, &isOpenFile)) return error;
-    if (!old.IsOpen()) return WriteBeside(target, nullptr, content, bytes, flushesNew);
+    if (!old.IsOpen()) return WriteBeside(target, nullptr, content, flushesNew);
 
     struct stat status;
     if (fstat(old.Get(), &status) != 0) return errno;
     if (!isOpenFile && status.st_nlink == 1) {
-        int error = WriteBeside(target, &status, content, bytes, true);
+        int error = WriteBeside(target, &status, content, true);
         if (!IsRefusal(error)) return error;
         *folderRefused = true;
     }
-    return WriteInPlace(old.Get(), status, content, bytes);
+    return WriteInPlace(old.Get(), status, content);
 }

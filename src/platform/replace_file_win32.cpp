@@ -38,16 +38,21 @@ HANDLE OpenForWriting(const std::wstring& path, DWORD disposition) {
     return CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, disposition, FILE_ATTRIBUTE_NORMAL, nullptr);
 }
 
-int WriteContent(HANDLE file, const void* content, size_t bytes, bool mayStop) {
-    const auto* from = static_cast<const uint8_t*>(content);
-    while (bytes > 0) {
+int WritePart(HANDLE file, ContentPart part, bool mayStop) {
+    while (!part.empty()) {
         if (mayStop && HoldInterrupts::Pending()) return ERROR_OPERATION_ABORTED;
-        ptrdiff_t written = SystemWrite(reinterpret_cast<intptr_t>(file), from, std::min(bytes, kPieceBytes));
+        size_t most = std::min(part.size(), kPieceBytes);
+        ptrdiff_t written = SystemWrite(reinterpret_cast<intptr_t>(file), part.data(), most);
         if (written < 0) return SystemLastError();
         if (written == 0) return ERROR_WRITE_FAULT;
-        from += written;
-        bytes -= static_cast<size_t>(written);
+        part = part.subspan(static_cast<size_t>(written));
     }
+    return 0;
+}
+
+int WriteContent(HANDLE file, FileContent content, bool mayStop) {
+    for (ContentPart part : content)
+        if (int error = WritePart(file, part, mayStop)) return error;
     return 0;
 }
 
@@ -75,12 +80,12 @@ bool MoveOver(const std::wstring& from, const std::wstring& to, bool replaces) {
     return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0;
 }
 
-int WriteBeside(const std::wstring& path, bool replaces, const void* content, size_t bytes, bool flushes) {
+int WriteBeside(const std::wstring& path, bool replaces, FileContent content, bool flushes) {
     HoldInterrupts hold;
     std::wstring fresh;
     Handle file(OpenFresh(path, &fresh));
     if (!file.IsOpen()) return SystemLastError();
-    int error = WriteContent(file.Get(), content, bytes, true);
+    int error = WriteContent(file.Get(), content, true);
     if (!error && flushes) error = Sync(file.Get());
     if (!file.Close() && !error) error = SystemLastError();
     if (!error && !MoveOver(fresh, path, replaces)) error = SystemLastError();
@@ -94,14 +99,15 @@ bool SetSize(HANDLE file, uint64_t bytes) {
     return SetFilePointerEx(file, end, nullptr, FILE_BEGIN) && SetEndOfFile(file);
 }
 
-int WriteInPlace(HANDLE file, const void* content, size_t bytes) {
+int WriteInPlace(HANDLE file, FileContent content) {
     HoldInterrupts hold;
     LARGE_INTEGER oldBytes, start = {};
+    const uint64_t bytes = BytesOf(content);
     if (!GetFileSizeEx(file, &oldBytes)) return SystemLastError();
     // A larger size reserves the space, before the old content is touched.
     if (bytes > static_cast<uint64_t>(oldBytes.QuadPart) && !SetSize(file, bytes)) return SystemLastError();
     if (!SetFilePointerEx(file, start, nullptr, FILE_BEGIN)) return SystemLastError();
-    if (int error = WriteContent(file, content, bytes, false)) return error;
+    if (int error = WriteContent(file, content, false)) return error;
     return SetSize(file, bytes) ? Sync(file) : SystemLastError();
 }
 
@@ -112,22 +118,24 @@ bool HasOneName(HANDLE file) {
 
 }  // namespace
 
-int ReplaceFileContent(const char* path, const void* content, size_t bytes, bool flushesNew, bool* folderRefused) {
+int ReplaceFileContent(const char* path, FileContent content, bool flushesNew, bool* folderRefused) {
     *folderRefused = false;
     std::wstring target = WideFromUtf8(path);
     DWORD attributes = GetFileAttributesW(target.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES) return WriteBeside(target, false, content, bytes, flushesNew);
-    // A file that the user must not write is not replaced either.
+    if (attributes == INVALID_FILE_ATTRIBUTES) return WriteBeside(target, false, content, flushesNew);
+    // A file that the user must not write is not replaced either. The system refuses to open one that is marked as
+    // read-only; Wine opens it for the superuser.
+    if (attributes & FILE_ATTRIBUTE_READONLY) return ERROR_ACCESS_DENIED;
     Handle old(OpenForWriting(target, OPEN_EXISTING));
     if (!old.IsOpen()) return SystemLastError();
     bool isLink = (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
     if (!isLink && HasOneName(old.Get())) {
         old.Close();
-        int error = WriteBeside(target, true, content, bytes, true);
+        int error = WriteBeside(target, true, content, true);
         if (error != ERROR_ACCESS_DENIED) return error;
         *folderRefused = true;
         Handle again(OpenForWriting(target, OPEN_EXISTING));
-        return again.IsOpen() ? WriteInPlace(again.Get(), content, bytes) : SystemLastError();
+        return again.IsOpen() ? WriteInPlace(again.Get(), content) : SystemLastError();
     }
-    return WriteInPlace(old.Get(), content, bytes);
+    return WriteInPlace(old.Get(), content);
 }

@@ -60,9 +60,11 @@ protected:
         if (!Strip()) return "(none)";
         return ControlText(Strip(), IDC_NOTICE_TEXT) + (GetDlgItem(Strip(), IDC_NOTICE_WHOLE) ? "+" : "");
     }
+    // In the main window, which a window manager may move about.
     RECT PlaceOf(int control) const {
         RECT place = {};
         GetWindowRect(GetDlgItem(hMainWindow, control), &place);
+        MapWindowPoints(nullptr, hMainWindow, reinterpret_cast<POINT*>(&place), 2);
         return place;
     }
 };
@@ -377,10 +379,7 @@ TEST_F(CarefulTest, TheStripSaysWhatIsMissingAndLeavesTheListInPlace) {
     EXPECT_EQ(strip.bottom, place.bottom);
     EXPECT_EQ(strip.right - strip.left, place.right - place.left);
     EXPECT_LT(strip.bottom - strip.top, 60);
-    const POINT inside = {strip.left + 2, strip.top + 2};
-    POINT client = inside;
-    ScreenToClient(hMainWindow, &client);
-    EXPECT_EQ(ChildWindowFromPoint(hMainWindow, client), Strip()) << "above the list";
+    EXPECT_EQ(ChildWindowFromPoint(hMainWindow, {strip.left + 2, strip.top + 2}), Strip()) << "above the list";
     PressButton(Strip(), IDC_NOTICE_CLOSE);
     PumpMessages();
     EXPECT_EQ(Notice(), "(none)");
@@ -415,6 +414,45 @@ TEST_F(CarefulTest, AltAndItsLetterPressTheStripsButton) {
     PumpMessages();
     EXPECT_TRUE(document.flags & kReadWhole);
     EXPECT_FALSE(press(L'w')) << "it is there no longer";
+}
+
+TEST_F(CarefulTest, EscapeTakesTheStripAwayWhereverTheFocusIs) {
+    HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
+    auto press = [](WPARAM key) {
+        SendMessageW(GetFocus(), WM_KEYDOWN, key, 0);
+        PumpMessages();
+    };
+    MakeForeign("f.gif");
+    for (int control : {IDC_BLOCK_LIST, 0, IDC_NOTICE_WHOLE, IDC_NOTICE_CLOSE}) {
+        SCOPED_TRACE(control);
+        Open(File("f.gif"));
+        SetFocus(control == IDC_BLOCK_LIST ? list : control ? GetDlgItem(Strip(), control) : hMainWindow);
+        press(VK_DOWN);
+        EXPECT_NE(Notice(), "(none)");
+        press(VK_ESCAPE);
+        EXPECT_EQ(Notice(), "(none)");
+        EXPECT_EQ(GetFocus(), control == 0 ? hMainWindow : list);
+        SetFocus(list);
+        press(VK_END);
+        EXPECT_EQ(Selection(), 2) << "the list answers its keys";
+    }
+}
+
+TEST_F(CarefulTest, AReadOnlyFileIsNotReplaced) {
+    settings.carefulMode = 1;
+    const std::string path = MakeGif("a.gif");
+    const Bytes before = ReadAll(path);
+    Open(path);
+    Select(1);
+    Command(IDM_DELETE);
+    const std::wstring wide = WideFromUtf8(path);
+    ASSERT_TRUE(SetFileAttributesW(wide.c_str(), FILE_ATTRIBUTE_READONLY));
+    Run(IDM_SAVE, {ReadStart(kWriteFailed, IDOK)});
+    EXPECT_EQ(ReadAll(path), before);
+    EXPECT_TRUE(documentChanged);
+    ASSERT_TRUE(SetFileAttributesW(wide.c_str(), FILE_ATTRIBUTE_NORMAL));
+    Run(IDM_SAVE, {});
+    EXPECT_NE(ReadAll(path), before);
 }
 
 TEST_F(CarefulTest, WhatIsNoGifFileIsNotHarmedBySaving) {
@@ -465,6 +503,17 @@ TEST_F(CarefulTest, OpenItWholeDoesSoInEitherModeAndIsSavedWhole) {
     }
 }
 
+TEST_F(CarefulTest, OpenItWholeLeavesTheDocumentWhenTheFileIsGone) {
+    const std::string path = MakeForeign("f.gif");
+    Open(path);
+    documentChanged = true;
+    std::filesystem::remove(WideFromUtf8(path));
+    Run(IDM_OPEN_WHOLE, {ReadStart(path, IDOK)});
+    EXPECT_EQ(document.count, 3u);
+    EXPECT_TRUE(documentChanged);
+    EXPECT_NE(Notice(), "(none)");
+}
+
 TEST_F(CarefulTest, SavingOverAFileThatWasNotReadToItsEndAsksFirst) {
     for (bool careful : {false, true}) {
         const std::string path = MakeForeign("f.gif"), copy = File(careful ? "careful.gif" : "classic.gif");
@@ -476,13 +525,19 @@ TEST_F(CarefulTest, SavingOverAFileThatWasNotReadToItsEndAsksFirst) {
         if (careful) Run(IDM_NEW, {Read(kSaveQuestion, IDYES), Read(kRestIsLost, IDNO)});
         EXPECT_EQ(ReadAll(path), before);
         EXPECT_TRUE(documentChanged);
+        EXPECT_NE(Notice(), "(none)");
         Run(IDM_SAVE, {}, std::vector<Steps>(careful ? 1 : 0, Read(kRestIsLost, IDYES)));
         EXPECT_NE(ReadAll(path), before);
+        EXPECT_EQ(Notice(), "(none)") << "the file does not go on any more";
         EXPECT_FALSE(documentChanged);
         Run(IDM_SAVE, {});  // there is no more to lose
         Run(IDM_SAVE_AS, {ChooseFiles({copy})});
         EXPECT_TRUE(FileExists(copy));
     }
+    settings.carefulMode = 0;
+    Open(MakeForeign("f.gif"));
+    Run(IDM_SAVE_AS, {ChooseFiles({File("other.gif")})});
+    EXPECT_NE(Notice(), "(none)") << "the rest is still to be had";
 }
 
 // The list's and the file's messages have room for all their lines, and the button stays below them.

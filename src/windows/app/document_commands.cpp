@@ -7,6 +7,7 @@
 #include "gif/gif_reader.h"
 #include "gif/gif_writer.h"
 #include "gif/logical_screen.h"
+#include "platform/file.h"
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
@@ -138,6 +139,12 @@ void TellWriteFailure(HWND window, const std::string& reason) {
     MessageBox(window, text);
 }
 
+// A file that was written over holds no more than the document: the strip that offers the rest would not tell the
+// truth.
+void HideNoticeOfRest(HWND window, const std::string& written) {
+    if (NoticeOffersWhole(window) && IsSameName(written, noticedFile)) HideNotice(window);
+}
+
 // Saves the document. False when it was not written, which the user has been told or has decided.
 bool WriteDocument(HWND window, const std::string& name) {
     if (!MayWriteOver(window, name)) return false;
@@ -147,6 +154,7 @@ bool WriteDocument(HWND window, const std::string& name) {
         return false;
     }
     partlyReadFile.clear();  // what it held more is gone, or stays in a file that is the document's no longer
+    HideNoticeOfRest(window, name);
     documentIsNamed = true;
     SetTitle(window, name.c_str());
     documentChanged = false;
@@ -161,6 +169,11 @@ bool HasFileToSaveTo() {
 
 bool IsThere(const std::string& name) {
     return GetFileAttributesW(WideFromUtf8(name).c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+// What was read of a file that can't be read again may be all that there is of it: the document stays.
+void TellFileIsGone(HWND window, const std::string& name) {
+    MessageBox(window, WideFromUtf8(name) + L"\n\nThis file can't be opened any more.");
 }
 
 // Of a recent file that is gone there is nothing to open: it leaves the list instead.
@@ -220,6 +233,7 @@ void OnOpenFile(HWND window, const char* name) {
 void OnOpenWhole(HWND window) {
     if (!NoticeOffersWhole(window)) return;
     const std::string name = noticedFile;
+    if (!File().OpenForReading(name.c_str())) return TellFileIsGone(window, name);
     ScopedValue wanted(&restIsWanted, true);
     if (LeaveDocument(window)) OpenDocument(window, name, Manner::kWhole);
 }

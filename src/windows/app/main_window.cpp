@@ -130,6 +130,12 @@ LRESULT OnMenuCharacter(HWND window, WPARAM wParam, LPARAM lParam) {
     return MAKELRESULT(0, MNC_CLOSE);
 }
 
+// The window itself has the focus after a dialog.
+LRESULT OnKey(HWND window, WPARAM key, LPARAM lParam) {
+    if (key == VK_ESCAPE) HideNotice(window);
+    return DefWindowProcW(window, WM_KEYDOWN, key, lParam);
+}
+
 LRESULT OnDrawItem(WPARAM control, LPARAM lParam) {
     if (control == IDC_BLOCK_LIST) DrawBlockLine(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
     return 0;
@@ -152,6 +158,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CLOSE: return OnCloseMessage(window);
         case WM_QUERYENDSESSION: return OnQueryEndSession(window);
         case WM_MENUCHAR: return OnMenuCharacter(window, wParam, lParam);
+        case WM_KEYDOWN: return OnKey(window, wParam, lParam);
         case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
         case WM_DRAWITEM: return OnDrawItem(wParam, lParam);
         case WM_CTLCOLORMSGBOX:

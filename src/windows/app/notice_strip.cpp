@@ -57,10 +57,34 @@ void RegisterStripClass() {
     RegisterClassW(&about);  // answers 0 from the second time on
 }
 
-void AddControl(HWND strip, const wchar_t* kind, const wchar_t* text, int id, DWORD style) {
+// The window procedure of the list and of the strip's buttons as long as there is a strip: Escape, which they do
+// nothing with, takes it away. Posted, as they are still at work.
+LRESULT CALLBACK EscapeProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_KEYDOWN && wParam == VK_ESCAPE)
+        return PostMessageW(GetAncestor(control, GA_ROOT), WM_COMMAND, IDM_CLOSE_NOTICE, 0), 0;
+    auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_USERDATA));
+    return CallWindowProcW(own, control, message, wParam, lParam);
+}
+
+void TakeEscape(HWND control) {
+    SetWindowLongPtrW(control, GWLP_USERDATA, GetWindowLongPtrW(control, GWLP_WNDPROC));
+    SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(EscapeProc));
+}
+
+void LeaveEscape(HWND control) {
+    SetWindowLongPtrW(control, GWLP_WNDPROC, GetWindowLongPtrW(control, GWLP_USERDATA));
+    SetWindowLongPtrW(control, GWLP_USERDATA, 0);
+}
+
+HWND AddControl(HWND strip, const wchar_t* kind, const wchar_t* text, int id, DWORD style) {
     HWND control = CreateWindowExW(0, kind, text, WS_CHILD | WS_VISIBLE | style, 0, 0, 0, 0, strip,
                                    reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id)), hInstance, nullptr);
     SendMessageW(control, WM_SETFONT, reinterpret_cast<WPARAM>(hListFont), FALSE);
+    return control;
+}
+
+void AddButton(HWND strip, const wchar_t* caption, int id) {
+    if (HWND button = AddControl(strip, L"BUTTON", caption, id, BS_PUSHBUTTON)) TakeEscape(button);
 }
 
 // The list must not draw where the strip lies, which is so only as long as there is one.
@@ -101,9 +125,10 @@ void ShowNotice(HWND window, const std::string& text, bool offersWhole) {
                                  0, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_NOTICE}), hInstance, nullptr);
     if (!strip) return;
     AddControl(strip, L"STATIC", WideFrom1252(text).c_str(), IDC_NOTICE_TEXT, SS_LEFT | SS_NOPREFIX);
-    if (offersWhole) AddControl(strip, L"BUTTON", kWholeCaption, IDC_NOTICE_WHOLE, BS_PUSHBUTTON);
-    AddControl(strip, L"BUTTON", L"x", IDC_NOTICE_CLOSE, BS_PUSHBUTTON);
+    if (offersWhole) AddButton(strip, kWholeCaption, IDC_NOTICE_WHOLE);
+    AddButton(strip, L"x", IDC_NOTICE_CLOSE);
     ClipList(window, true);
+    TakeEscape(ListOf(window));
     FitNotice(window);
     ShowWindow(strip, SW_SHOWNA);
 }
@@ -114,6 +139,7 @@ void HideNotice(HWND window) {
     if (IsChild(strip, GetFocus())) SetFocus(ListOf(window));
     DestroyWindow(strip);
     ClipList(window, false);
+    LeaveEscape(ListOf(window));
 }
 
 void FitNotice(HWND window) {

@@ -1,5 +1,5 @@
 // A strip over the lower edge of the block list that says in a sentence what is missing or damaged. The list keeps its
-// place, its size and its lines; where the strip hides some, its close button uncovers them.
+// place, its size and its lines; where the strip hides some, its close button and the Escape key uncover them.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 #include "platform/windows_api.h"
 
 // Shows the strip with `text` (Windows-1252) over the list of `window`, in place of another one. With `offersWhole` it
-// has a button for IDM_OPEN_WHOLE; its close button is IDM_CLOSE_NOTICE.
+// has a button for IDM_OPEN_WHOLE; its close button is IDM_CLOSE_NOTICE, and so is Escape in the list and on a button.
 void ShowNotice(HWND window, const std::string& text, bool offersWhole);
 
 // Takes it away; the list gets the focus if the strip has it.
