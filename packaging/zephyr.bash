@@ -118,7 +118,7 @@ _zephyr() {  # PROGRAM, as it was typed
     remap) options='--palette --dither --strict' ;;
     insert) options="--at --kind --remap --dither --keep --strict --fit-screen $names" ;;
     repair) options="--fit-screen $names" ;;
-    frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng' ;;
+    frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;

@@ -6,6 +6,7 @@
 #include "cli/complaints.h"
 #include "cli/contact_sheet.h"
 #include "cli/encoded_frames.h"
+#include "cli/frame_times.h"
 #include "cli/frame_words.h"
 #include "cli/options.h"
 #include "cli/output_file.h"
@@ -26,6 +27,7 @@ struct Wanted {
     const std::string* sheet = nullptr;
     const std::string* apng = nullptr;
     bool raw = false;
+    bool times = false, asJson = false;
     unsigned columns = 0;  // 0: as it comes
     PngStyle style;
 };
@@ -56,7 +58,7 @@ std::string ReadStyle(const Options& options, PngStyle* style) {
 
 std::string ReadOperands(const Options& options, Wanted* wanted) {
     const Words& operands = options.Operands();
-    const bool isOneFile = wanted->sheet || wanted->apng;
+    const bool isOneFile = wanted->sheet || wanted->apng || wanted->times;
     const size_t files = isOneFile ? 1 : 2;
     if (operands.size() < files || operands.size() > files + 1)
         return isOneFile ? "give IN, and a SELECTION if you want" : "give IN, OUT and a SELECTION if you want";
@@ -73,7 +75,11 @@ std::string ReadWords(const Options& options, Wanted* wanted) {
     wanted->sheet = options.Value("--sheet");
     wanted->apng = options.Value("--apng");
     wanted->raw = options.Has("--raw");
+    wanted->times = options.Has("--times");
+    wanted->asJson = options.Has("--json");
     if (wanted->sheet && wanted->apng) return "give --sheet or --apng, not both";
+    if (wanted->times && (wanted->sheet || wanted->apng || wanted->raw)) return "--times writes no pictures";
+    if (wanted->asJson && !wanted->times) return "--json is for --times";
     if (wanted->raw && (wanted->sheet || wanted->apng)) return "--raw writes files of their own, no sheet or animation";
     const std::string* columns = options.Value("--columns");
     if (columns && !wanted->sheet) return "--columns is for --sheet";
@@ -152,7 +158,13 @@ bool WriteApngTo(File& file, const Animation& animation, std::span<const uint32_
            EncodeFrames(animation, frames, work) == FrameResult::kDone && writer.Finish();
 }
 
+bool Print(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+    (wanted.asJson ? PrintTimesAsJson : PrintTimes)(animation, frames);
+    return FlushOutput();
+}
+
 bool Write(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+    if (wanted.times) return Print(animation, frames, wanted);
     if (wanted.raw) return WriteRaw(animation, frames, wanted);
     if (animation.Screen().IsEmpty()) {
         Complain(wanted.in, "its screen has no pixels");
@@ -171,6 +183,7 @@ const char kFramesHelp[] =
     "                     [--level N] [--classic] [--strict] IN OUT [SELECTION]\n"
     "       zephyr frames --sheet OUT.png [--columns N] ... IN [SELECTION]\n"
     "       zephyr frames --apng OUT.png ... IN [SELECTION]\n"
+    "       zephyr frames --times [--json] IN [SELECTION]\n"
     "\n"
     "Writes what the GIF file IN shows, frame by frame, as PNG files: the canvas as\n"
     "browsers compose it. In OUT, %d stands for the number of the frame, counted from\n"
@@ -189,11 +202,16 @@ const char kFramesHelp[] =
     "                     bottom\n"
     "  --columns N        so many in a row of the sheet; by default as many as rows\n"
     "  --apng OUT.png     the animation as an animated PNG file, with its times\n"
+    "  --times            no pictures, but a line for each frame: its blocks, when it\n"
+    "                     starts and how long browsers show it, in hundredths of a\n"
+    "                     second, its delay as written, and its rectangle; then how\n"
+    "                     long all frames take, and how often they are played\n"
+    "  --json             the times as one JSON object\n"
     "  --classic          reads IN as the editor does by default\n"
     "  --strict           fails when IN is damaged\n";
 
 int RunFrames(const Words& words) {
-    Options options(words, {"--raw", "--transparent", "--no-text", "--strict"},
+    Options options(words, {"--raw", "--transparent", "--no-text", "--strict", "--times", "--json"},
                     {"--background", "--level", "--sheet", "--columns", "--apng"});
     Wanted wanted;
     if (std::string wrong = ReadWords(options, &wanted); !wrong.empty()) return WrongUsage("frames", wrong);
@@ -208,7 +226,7 @@ int RunFrames(const Words& words) {
     const std::string selection = wanted.selection.empty() ? "0-last" : wanted.selection;
     if (std::string wrong = ParseFrameSelection(selection, count, &frames); !wrong.empty())
         return WrongUsage("frames", wrong);
-    if (!wanted.sheet && !wanted.apng && frames.size() > 1 && !wanted.names.HasNumber())
+    if (!wanted.sheet && !wanted.apng && !wanted.times && frames.size() > 1 && !wanted.names.HasNumber())
         return WrongUsage("frames", "give %d in " + wanted.out + " for the number of each frame");
     return Write(file.animation, frames, wanted) ? kExitDone : kExitFailed;
 }

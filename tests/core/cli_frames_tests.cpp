@@ -131,6 +131,18 @@ TEST_F(CliFrames, AnimationHasTheTimesAndChangesOfTheFrames) {
               (Bytes{0, 0, 0, 4, 0, 0, 0, 3, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
+TEST_F(CliFrames, TimesAreThoseThatBrowsersPlay) {
+    EXPECT_EQ(RunCli({"frames", "--times", in}).out,
+              "frame  block  control       start  length  written  rectangle\n"
+              "    0      2        1           0      30       30  2x2+0+0\n"
+              "    1      4        3          30      10        0  2x2+2+1\n"
+              "2 frames, 40 hundredths of a second, played once\n");
+    EXPECT_EQ(RunCli({"frames", "--times", "--json", in, "last"}).out,
+              "{\"width\": 4, \"height\": 3, \"length\": 40, \"plays\": 1, \"frames\": [{\"frame\": 1, \"block\": 4, "
+              "\"control\": 3, \"start\": 30, \"length\": 10, \"delay\": 0, \"disposal\": 0, \"transparent\": 1, "
+              "\"left\": 2, \"top\": 1, \"width\": 2, \"height\": 2}]}\n");
+}
+
 TEST_F(CliFrames, RefusesWrongWords) {
     const Words cases[] = {
         {in},
