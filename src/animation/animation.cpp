@@ -45,11 +45,11 @@ int RepeatsOf(const Block& block) {
 
 int TransparentIndexOf(const Block& control) {
     const ControlFields fields = GetControlFields(control);
-    return fields.packed & kControlTransparent ? fields.transparentIndex : kNoTransparency;
+    return (fields.packed & kControlTransparent) ? fields.transparentIndex : kNoTransparency;
 }
 
 Palette ColoursOf(const Block& image, const GlobalPalette& global) {
-    return GetImageFields(image).packed & kHasPalette ? image.palette : global.colours;
+    return (GetImageFields(image).packed & kHasPalette) ? image.palette : global.colours;
 }
 
 bool Animation::Open(const BlockList& list, Texts texts) {

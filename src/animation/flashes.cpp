@@ -104,8 +104,8 @@ public:
 
 private:
     struct Change {
-        Direction way;
-        uint64_t time;
+        Direction way;  // cppcheck-suppress unusedStructMember ; it is
+        uint64_t time;  // cppcheck-suppress unusedStructMember ; it is
         uint32_t frame, round;
     };
 
@@ -172,7 +172,7 @@ private:
             const uint32_t* pixels = stage_.Canvas().Row(static_cast<int>(row * step_));
             for (uint64_t column = FirstAt(changed.left); column * step_ < static_cast<uint64_t>(changed.right);
                  ++column) {
-                Sample& sample = samples_[row * columns_ + column];
+                Sample& sample = samples_[static_cast<size_t>(row * columns_ + column)];
                 const Light light = LightOf(pixels[column * step_], linear_);
                 if (!started_) {
                     sample.Start(light);

@@ -40,6 +40,7 @@ Rectangle PaintText(const CanvasView& canvas, const Block& text, const RgbTriple
     Rectangle drawn;
     TextPiece piece;
     for (TextPieces pieces(lock.Bytes(), length, fields.gridWidth, fields.gridHeight); pieces.Next(&piece);) {
+        // cppcheck-suppress redundantAssignment ; nothing is assigned to `fields` here
         const int64_t below = fields.top + int64_t{piece.line} * kCellHeight;
         if (below >= canvas.height) continue;
         const int top = static_cast<int>(below);

@@ -137,9 +137,10 @@ void CheckDisposals(Finder* finder) {
                           "disposal 4 is not defined; browsers take it for 3 (previous), ImageMagick for nothing",
                           finder->Set(frame.control, "disposal=previous"));
         else if (disposal > kDisposePreviousOfOld)
-            finder->Found("disposal", frame.control,
-                          "disposal " + std::to_string(disposal) + " is not defined; players take it for nothing",
-                          finder->Set(frame.control, "disposal=leave"));
+            finder->Found(
+                "disposal", frame.control,
+                std::string("disposal ") + std::to_string(disposal) + " is not defined; players take it for nothing",
+                finder->Set(frame.control, "disposal=leave"));
         if (i == 0 && frame.disposal == kDisposePrevious && frames.size() > 1)
             finder->Found("disposal", frame.control,
                           "there is nothing before the first frame to bring back; browsers clear the screen, others "

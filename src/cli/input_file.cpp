@@ -20,10 +20,16 @@ bool Gather(Read read, BlockData* content, std::string* why) {
     size_t room = 0;
     for (;;) {
         if (gathered.count == room) {
-            if (room > kMostBlockData) return *why = "is larger than 1 GiB", false;
+            if (room > kMostBlockData) {
+                *why = "is larger than 1 GiB";
+                return false;
+            }
             room = std::max(kFirstRoom, std::min(2 * room, kMostBlockData + 1));
             std::unique_ptr<uint8_t[]> larger = AllocateScratch(room);
-            if (!larger) return *why = "does not fit into the memory", false;
+            if (!larger) {
+                *why = "does not fit into the memory";
+                return false;
+            }
             if (gathered.count) memcpy(larger.get(), gathered.bytes.get(), gathered.count);
             gathered.bytes = std::move(larger);
         }

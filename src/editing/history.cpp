@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <new>
 #include <unordered_map>
 #include <utility>
@@ -82,8 +83,8 @@ public:
 
 private:
     struct Piece {
-        size_t bytes;
-        unsigned sides;
+        size_t bytes;    // cppcheck-suppress unusedStructMember ; it is, by Sum
+        unsigned sides;  // cppcheck-suppress unusedStructMember ; the same
     };
 
     void AddPiece(const void* id, size_t bytes, Side side) {
@@ -110,8 +111,8 @@ History::Step History::MakeStep(const std::string& name, const BlockList& before
         FindMeeting(old, fresh, &oldEnd, &newEnd);
         if (!isOpen) step.hunks.push_back({oldAt, newAt, {}, {}});
         Hunk& hunk = step.hunks.back();
-        hunk.taken.insert(hunk.taken.end(), old.begin() + oldAt, old.begin() + oldEnd);
-        hunk.put.insert(hunk.put.end(), fresh.begin() + newAt, fresh.begin() + newEnd);
+        std::ranges::copy(old.subspan(oldAt, oldEnd - oldAt), std::back_inserter(hunk.taken));
+        std::ranges::copy(fresh.subspan(newAt, newEnd - newAt), std::back_inserter(hunk.put));
         oldAt = oldEnd, newAt = newEnd;
         isOpen = true;
     }

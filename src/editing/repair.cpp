@@ -175,7 +175,10 @@ private:
     bool RepairImage(Block* image, const Ills& ills) {
         const ImageFields fields = GetImageFields(*image);
         const uint64_t room = uint64_t{fields.width} * fields.height;
-        if (!ills.tooLarge && (!image->data || (room && ills.pixels == 0u))) return LeaveOutImage(), true;
+        if (!ills.tooLarge && (!image->data || (room && ills.pixels == 0u))) {
+            LeaveOutImage();
+            return true;
+        }
         const bool isShort = ills.pixels && *ills.pixels < room && image->data;
         if (isShort) {
             const std::string rows = std::to_string(*ills.pixels / fields.width) + " of " +

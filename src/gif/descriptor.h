@@ -40,6 +40,10 @@ constexpr uint8_t WithDepth(uint8_t packed, int depth) {
 constexpr int ColoursOfPacked(uint8_t packed) {
     return 1 << DepthOfPacked(packed);
 }
+// Bytes of the colour table that it announces in the file, if any.
+constexpr size_t TableBytesOfPacked(uint8_t packed) {
+    return (packed & kHasPalette) ? sizeof(RgbTriple) * static_cast<size_t>(ColoursOfPacked(packed)) : 0;
+}
 
 struct HeaderFields {                    // 13 bytes
     uint16_t screenWidth, screenHeight;  // the signature before them stays in the descriptor

@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    static uint32_t Offset(size_t at) { return static_cast<uint32_t>(at); }
+    static uint32_t Offset(uint64_t at) { return static_cast<uint32_t>(at); }
     size_t Left(size_t at) const { return bytes_.size() - at; }
 
     void Report(DamageKind kind, size_t at, uint64_t detail = 0) {
@@ -142,9 +142,7 @@ bool WholeReader::LooksLikeImage(size_t at) const {
     memcpy(block.descriptor, &bytes_[at + 1], kImageDescriptorBytes);
     ImageFields image = GetImageFields(block);
     HeaderFields screen = GetHeaderFields(list_.blocks[0]);
-    size_t table =
-        image.packed & kHasPalette ? sizeof(RgbTriple) * static_cast<size_t>(ColoursOfPacked(image.packed)) : 0;
-    size_t codeSizeAt = at + 1 + kImageDescriptorBytes + table;
+    size_t codeSizeAt = at + 1 + kImageDescriptorBytes + TableBytesOfPacked(image.packed);
     if (codeSizeAt >= bytes_.size()) return false;
     int codeSize = bytes_[codeSizeAt];
     if (image.width == 0 || image.height == 0 || codeSize < kLeastCodeSize || codeSize > kMostCodeSize) return false;

@@ -23,14 +23,11 @@ bool WriteZeros(File& file, size_t count) {
     return written;
 }
 
-size_t TableBytes(uint8_t packed) {
-    return packed & kHasPalette ? sizeof(RgbTriple) * static_cast<size_t>(ColoursOfPacked(packed)) : 0;
-}
-
 // A cut colour table goes on in black.
 bool WriteCutHeader(File& file, Bytes own) {
     constexpr size_t kPackedAt = 10;
-    return Write(file, own) && WriteZeros(file, kHeaderDescriptorBytes + TableBytes(own[kPackedAt]) - own.size());
+    return Write(file, own) &&
+           WriteZeros(file, kHeaderDescriptorBytes + TableBytesOfPacked(own[kPackedAt]) - own.size());
 }
 
 // Ends the chain of sub-blocks that starts at index `at`: a sub-block that is not whole becomes a shorter one.
@@ -45,7 +42,7 @@ bool WriteCutChain(File& file, Bytes own, size_t at) {
 }
 
 bool WriteCutImage(File& file, Bytes own) {
-    size_t codeSizeAt = 1 + kImageDescriptorBytes + TableBytes(own[kImageDescriptorBytes]);
+    size_t codeSizeAt = 1 + kImageDescriptorBytes + TableBytesOfPacked(own[kImageDescriptorBytes]);
     if (own.size() > codeSizeAt) return WriteCutChain(file, own, codeSizeAt + 1);
     return Write(file, own) && WriteZeros(file, codeSizeAt - own.size()) && WriteByte(file, kLeastCodeSize) >= 0 &&
            WriteByte(file, 0) >= 0;

@@ -242,7 +242,7 @@ bool File::WriteKept(const MemoryHandle& memory, size_t start, size_t bytes) {
 
 void File::Replace() {
     std::vector<ContentPart> content;
-    std::deque<MemoryLock> locks;
+    std::deque<MemoryLock> locks;  // cppcheck-suppress variableScope ; they hold until all is written
     try {
         for (const Part& part : parts_) {
             const uint8_t* bytes = part.kept ? locks.emplace_back(part.kept).Bytes() : buffer_.get();

@@ -19,7 +19,8 @@ void RunInParallel(size_t count, const std::function<void(size_t)>& work) {
     auto takeWork = [&] {
         for (size_t number = next++; number < count; number = next++) work(number);
     };
-    std::vector<std::jthread> others;  // end before what they use
+    // cppcheck-suppress variableScope ; they work beside this thread, and end before what they use
+    std::vector<std::jthread> others;
     try {
         while (others.size() + 1 < std::min(ParallelThreads(), count)) others.emplace_back(takeWork);
     } catch (const std::exception&) {

@@ -249,7 +249,8 @@ TEST(Whole, AChangedBlockChangesNoOther) {
         const SourcePlace place = list.blocks[gone].source;
         RemoveBlocks(&list, {&gone, 1});
         Bytes rest = bytes;
-        rest.erase(rest.begin() + place.start, rest.begin() + place.start + place.stray + place.bytes);
+        const auto start = rest.begin() + static_cast<ptrdiff_t>(place.start);
+        rest.erase(start, start + static_cast<ptrdiff_t>(place.stray + place.bytes));
         EXPECT_EQ(Written(list), rest) << gone;
     }
 }

@@ -214,6 +214,12 @@ TEST_F(CarefulTest, TheNameToStartWith) {
     }
 }
 
+// Once the message loop runs.
+void CALLBACK ShowAboutOnce(HWND, UINT, UINT_PTR timer, DWORD) {
+    KillTimer(nullptr, timer);
+    PostMessageW(hMainWindow, WM_COMMAND, IDM_ABOUT, 0);
+}
+
 TEST_F(CarefulTest, TheProgramStartsInItWithTheFileInQuotationMarks) {
     TearDown(), StartAfresh();  // it makes the window itself
     const std::string path = MakeGif("a b.gif");
@@ -228,10 +234,7 @@ TEST_F(CarefulTest, TheProgramStartsInItWithTheFileInQuotationMarks) {
                                for (int i = 0; i < 2; ++i) PostMessageW(hMainWindow, WM_SYSCOMMAND, SC_CLOSE, 0);
                            },
                            Press(IDCANCEL), Press(IDNO)});
-    SetTimer(nullptr, 0, 1, [](HWND, UINT, UINT_PTR timer, DWORD) {
-        KillTimer(nullptr, timer);
-        PostMessageW(hMainWindow, WM_COMMAND, IDM_ABOUT, 0);
-    });
+    SetTimer(nullptr, 0, 1, ShowAboutOnce);
     RunEditor(GetModuleHandleW(nullptr), nullptr, ('"' + path + '"').c_str(), SW_SHOW);
     documentChanged = false;
 }

@@ -66,7 +66,7 @@ Block RandomImageBlock(std::mt19937& random, int most) {
 
 std::vector<Pixels> ComposeLiterally(const Animation& animation) {
     std::vector<Pixels> shown;
-    Pixels canvas(animation.Screen().Pixels(), 0), before = canvas;
+    Pixels canvas(static_cast<size_t>(animation.Screen().Pixels()), 0), before = canvas;
     const BlockList& list = animation.List();
     const GlobalPalette global = FindGlobalPalette(list);
     LiteralControl control, last;
