@@ -22,6 +22,7 @@ int RunDelete(const Words& words);
 int RunSet(const Words& words);
 int RunBuild(const Words& words);
 int RunRepair(const Words& words);
+int RunDiff(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -33,6 +34,7 @@ extern const char kDeleteHelp[];
 extern const char kSetHelp[];
 extern const char kBuildHelp[];
 extern const char kRepairHelp[];
+extern const char kDiffHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

@@ -13,6 +13,7 @@ constexpr char kProgramHelp[] =
     "Works on animated GIF files without a window.\n"
     "\n"
     "  list [--json] FILE                print the blocks of a file\n"
+    "  diff OLD NEW                      print what differs between two files\n"
     "  save IN OUT                       load a file and write it again\n"
     "  extract FILE INDEX OUT            write the picture or data of a block\n"
     "  remap FILE INDEX OUT.bmp          the same in colours of a standard palette\n"
@@ -40,6 +41,7 @@ constexpr Command kCommands[] = {
     {"list", RunList, kListHelp},    {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
     {"remap", RunRemap, kRemapHelp}, {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
     {"set", RunSet, kSetHelp},       {"build", RunBuild, kBuildHelp},    {"repair", RunRepair, kRepairHelp},
+    {"diff", RunDiff, kDiffHelp},
 };
 
 int Print(const char* text) {
