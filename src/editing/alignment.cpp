@@ -166,7 +166,9 @@ Pairs LongestIncrease(const Pairs& all) {
     return longest;
 }
 
-Pairs FindAnchors(Labels old, Labels fresh) {
+}  // namespace
+
+std::vector<IndexPair> AlignSingularLabels(std::span<const uint64_t> old, std::span<const uint64_t> fresh) {
     const Census census = CountLabels(old, fresh);
     Pairs unique;
     for (uint32_t i = 0; i < old.size(); ++i) {
@@ -175,8 +177,6 @@ Pairs FindAnchors(Labels old, Labels fresh) {
     }
     return LongestIncrease(unique);
 }
-
-}  // namespace
 
 std::vector<IndexPair> AlignLabels(std::span<const uint64_t> old, std::span<const uint64_t> fresh) {
     Pairs pairs;
@@ -187,7 +187,7 @@ std::vector<IndexPair> AlignLabels(std::span<const uint64_t> old, std::span<cons
     const Labels oldRest = old.subspan(head, old.size() - head - tail);
     const Labels newRest = fresh.subspan(head, fresh.size() - head - tail);
     IndexPair at = {0, 0};
-    for (IndexPair anchor : FindAnchors(oldRest, newRest)) {
+    for (IndexPair anchor : AlignSingularLabels(oldRest, newRest)) {
         AlignAll(oldRest.subspan(at.old, anchor.old - at.old), newRest.subspan(at.fresh, anchor.fresh - at.fresh),
                  {head + at.old, head + at.fresh}, &pairs);
         pairs.push_back({head + anchor.old, head + anchor.fresh});

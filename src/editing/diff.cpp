@@ -26,11 +26,13 @@ bool IsAnyBlock(const Block&) {
     return true;
 }
 
-// Finds the partner of each block, from what is surely the same to what is only of the same kind.
+// Finds the partner of each block, from what is surely the same to what is only of the same kind. Pictures and texts
+// that are there once hold the documents together; controls go with them.
 class Matching {
 public:
     Matching(const BlockList& old, const BlockList& fresh)
         : old_{old.All(), std::vector<Partner>(old.count)}, new_{fresh.All(), std::vector<Partner>(fresh.count)} {
+        AlignSingular(LabelOfSource, IsWorthFollowing);
         Align(LabelOfSource);
         Align(LabelOfContent);
         FindMoved(LabelOfContent, IsWorthFollowing, true);
@@ -56,8 +58,8 @@ private:
         size_t Count() const { return blocks.size(); }
         bool IsAlone(size_t i) const { return partners[i].index == kAlone; }
         bool IsInPlace(size_t i) const { return !IsAlone(i) && !partners[i].isMoved; }
-        // Collects those without a partner from `*at` to the next that is in its place, and goes there.
-        Indexes TakeGap(size_t* at) const;
+        // Collects the wanted ones without a partner from `*at` to the next that is in its place, and goes there.
+        Indexes TakeGap(size_t* at, bool (*isWanted)(const Block&)) const;
         std::vector<uint64_t> LabelsOf(const Indexes& which, Labelling label) const;
     };
 
@@ -65,16 +67,21 @@ private:
         old_.partners[old] = {fresh, isMoved};
         new_.partners[fresh] = {old, isMoved};
     }
-    void Align(Labelling label);
+    template <typename AlignRows>
+    void AlignGaps(Labelling label, bool (*isWanted)(const Block&), AlignRows alignRows);
+    void AlignSingular(Labelling label, bool (*isWanted)(const Block&)) {
+        AlignGaps(label, isWanted, AlignSingularLabels);
+    }
+    void Align(Labelling label) { AlignGaps(label, IsAnyBlock, AlignLabels); }
     void FindMoved(Labelling label, bool (*isWanted)(const Block&), bool mayBeSeveral);
 
     Side old_, new_;
 };
 
-Indexes Matching::Side::TakeGap(size_t* at) const {
+Indexes Matching::Side::TakeGap(size_t* at, bool (*isWanted)(const Block&)) const {
     Indexes gap;
     for (; *at < Count() && !IsInPlace(*at); ++*at)
-        if (IsAlone(*at)) gap.push_back(static_cast<uint32_t>(*at));
+        if (IsAlone(*at) && isWanted(blocks[*at])) gap.push_back(static_cast<uint32_t>(*at));
     return gap;
 }
 
@@ -86,11 +93,12 @@ std::vector<uint64_t> Matching::Side::LabelsOf(const Indexes& which, Labelling l
 }
 
 // Joins blocks of equal label in each gap between those that have a partner in their place.
-void Matching::Align(Labelling label) {
+template <typename AlignRows>
+void Matching::AlignGaps(Labelling label, bool (*isWanted)(const Block&), AlignRows alignRows) {
     for (size_t oldAt = 0, newAt = 0; oldAt < old_.Count() || newAt < new_.Count(); ++oldAt, ++newAt) {
-        const Indexes olds = old_.TakeGap(&oldAt), news = new_.TakeGap(&newAt);
+        const Indexes olds = old_.TakeGap(&oldAt, isWanted), news = new_.TakeGap(&newAt, isWanted);
         if (olds.empty() || news.empty()) continue;
-        for (IndexPair pair : AlignLabels(old_.LabelsOf(olds, label), new_.LabelsOf(news, label)))
+        for (IndexPair pair : alignRows(old_.LabelsOf(olds, label), new_.LabelsOf(news, label)))
             Join(olds[pair.old], news[pair.fresh], false);
     }
 }

@@ -106,13 +106,16 @@ void CompareStray(const Block& old, const Block& fresh, Changes* changes) {
 
 }  // namespace
 
+// The same bytes say the same, also where there was no memory to see what.
 std::vector<FieldChange> CompareFields(const Block& old, const Block& fresh) {
     Changes changes;
-    CompareValues(old, fresh, &changes);
+    if (!HasSource(old) || !HasSource(fresh) || !SameSourceBytes(old, fresh)) {
+        CompareValues(old, fresh, &changes);
+        CompareTexts(old, fresh, &changes);
+        ComparePalettes(old, fresh, &changes);
+        if (old.kind == kImageBlock) ComparePixels(old, fresh, &changes);
+    }
     CompareNames(old, fresh, &changes);
-    CompareTexts(old, fresh, &changes);
-    ComparePalettes(old, fresh, &changes);
-    if (old.kind == kImageBlock) ComparePixels(old, fresh, &changes);
     CompareStray(old, fresh, &changes);
     return changes;
 }
