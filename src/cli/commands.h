@@ -8,6 +8,11 @@ constexpr int kExitDone = 0;
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
 
+// The answers of diff, whose failures are trouble like wrong usage.
+constexpr int kExitSame = 0;
+constexpr int kExitDifferent = 1;
+constexpr int kExitTrouble = 2;
+
 // The words behind a command's name.
 using Words = std::vector<std::string>;
 

@@ -7,6 +7,7 @@
 
 #include "cli/block_text.h"
 #include "cli/commands.h"
+#include "cli/complaints.h"
 #include "cli/json.h"
 #include "cli/loaded_file.h"
 #include "cli/options.h"
@@ -15,10 +16,6 @@
 #include "gif/block_line.h"
 
 namespace {
-
-constexpr int kExitSame = 0;
-constexpr int kExitDifferent = 1;
-constexpr int kExitTrouble = 2;
 
 constexpr size_t kExcerptBytes = 60;
 constexpr size_t kBytesBeforeChange = 12;
@@ -134,12 +131,20 @@ void PrintJson(const DocumentDifferences& differences, const BlockList& old, con
     printf("], \"around\": %s}\n", JsonOfChanges(differences.around).c_str());
 }
 
+// Damage that both files share is no difference, but a picture without pixels here may be one.
+bool Open(LoadedFile* file, const std::string& path, const Options& options) {
+    file->tellsDamages = false;
+    if (!file->Open(path, options)) return false;
+    for (const Damage& damage : file->report.damages)
+        if (damage.kind == DamageKind::kPictureTooLarge) Complain(path, DescribeDamage(damage));
+    return true;
+}
+
 // Returns the exit status.
 int Compare(const Options& options) {
-    const Words& paths = options.Operands();
     LoadedFile old, fresh;
-    old.tellsDamages = fresh.tellsDamages = false;
-    if (!old.Open(paths[0], options) || !fresh.Open(paths[1], options)) return kExitTrouble;
+    if (!Open(&old, options.Operands()[0], options) || !Open(&fresh, options.Operands()[1], options))
+        return kExitTrouble;
     DocumentDifferences differences;
     if (!CompareDocuments(old.list, fresh.list, &differences)) throw std::bad_alloc();
     if (options.Has("--json"))
@@ -173,10 +178,5 @@ int RunDiff(const Words& words) {
     Options options(words, {"--json"}, {});
     if (!options.Error().empty()) return WrongUsage("diff", options.Error());
     if (options.Operands().size() != 2) return WrongUsage("diff", "give OLD and NEW");
-    try {
-        return Compare(options);
-    } catch (const std::bad_alloc&) {
-        fputs("zephyr: out of memory\n", stderr);
-        return kExitTrouble;
-    }
+    return Compare(options);
 }

@@ -29,7 +29,8 @@ constexpr char kProgramHelp[] =
     "Documents are read and written whole: nothing is lost or changed unasked. With\n"
     "--classic every command keeps them as the editor does by default.\n"
     "\n"
-    "Exit status: 0 done, 1 the operation failed, 2 wrong usage.\n";
+    "Exit status: 0 done, 1 the operation failed, 2 wrong usage; of diff 0 the same,\n"
+    "1 different, 2 trouble.\n";
 
 struct Command {
     const char* name;
@@ -81,6 +82,7 @@ int RunZephyr(const Words& words) {
         return Run(words);
     } catch (const std::exception&) {
         fputs("zephyr: out of memory\n", stderr);
-        return kExitFailed;
+        const bool failureIsAnAnswer = !words.empty() && words[0] == "diff";
+        return failureIsAnAnswer ? kExitTrouble : kExitFailed;
     }
 }
