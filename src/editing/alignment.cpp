@@ -1,6 +1,7 @@
 #include "editing/alignment.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <unordered_map>
 
 namespace {
