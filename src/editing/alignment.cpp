@@ -34,7 +34,7 @@ private:
     using Front = std::vector<int>;  // the farthest index in the old row on each diagonal
 
     static int Size(Labels labels) { return static_cast<int>(labels.size()); }
-    static int& At(Front& front, int k) { return front[static_cast<size_t>(k + kMostEdits + 1)]; }
+    static int& At(Front& front, int k) { return *(front.begin() + kMostEdits + 1 + k); }
 
     // Where diagonal k is entered by one more edit: a member of the old row taken out or one of the new row put in.
     int Enter(Front& front, int k, bool* takesOut) const {

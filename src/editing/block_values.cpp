@@ -63,7 +63,7 @@ std::string NameOfDisposal(unsigned disposal) {
 
 // An index that counts for nothing is shown when it is there.
 std::string NameOfTransparent(const ControlFields& control) {
-    const std::string index = Number(control.transparentIndex);
+    std::string index = Number(control.transparentIndex);
     if (control.packed & kControlTransparent) return index;
     return control.transparentIndex ? "none (" + index + ")" : "none";
 }
@@ -119,7 +119,7 @@ bool GetBlockBytes(const Block& block, BlockData* bytes) {
 int CountOwnColours(const Block& block) {
     if (block.kind != kHeaderBlock && block.kind != kImageBlock) return 0;
     const uint8_t packed = block.kind == kHeaderBlock ? GetHeaderFields(block).packed : GetImageFields(block).packed;
-    return packed & kHasPalette ? ColoursOfPacked(packed) : 0;
+    return (packed & kHasPalette) ? ColoursOfPacked(packed) : 0;
 }
 
 std::optional<uint32_t> SumOfPixels(const Block& block) {

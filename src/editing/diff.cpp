@@ -1,7 +1,6 @@
 #include "editing/diff.h"
 
 #include <algorithm>
-#include <cstring>
 #include <new>
 #include <unordered_map>
 #include <utility>
@@ -47,6 +46,7 @@ public:
 
 private:
     using Labelling = uint64_t (*)(const Block& block);
+    using Places = std::unordered_map<uint64_t, Indexes>;  // of blocks of each label
     struct Partner {
         int64_t index = kAlone;
         bool isMoved = false;
@@ -60,6 +60,7 @@ private:
         bool IsInPlace(size_t i) const { return !IsAlone(i) && !partners[i].isMoved; }
         // Collects the wanted ones without a partner from `*at` to the next that is in its place, and goes there.
         Indexes TakeGap(size_t* at, bool (*isWanted)(const Block&)) const;
+        Places PlacesOf(Labelling label, bool (*isWanted)(const Block&)) const;  // of those without a partner
         std::vector<uint64_t> LabelsOf(const Indexes& which, Labelling label) const;
     };
 
@@ -103,21 +104,23 @@ void Matching::AlignGaps(Labelling label, bool (*isWanted)(const Block&), AlignR
     }
 }
 
+Matching::Places Matching::Side::PlacesOf(Labelling label, bool (*isWanted)(const Block&)) const {
+    Places places;
+    for (uint32_t i = 0; i < Count(); ++i)
+        if (IsAlone(i) && isWanted(blocks[i])) places[label(blocks[i])].push_back(i);
+    return places;
+}
+
 // Joins blocks of equal label wherever they stand; of several alike the first with the first, or none.
 void Matching::FindMoved(Labelling label, bool (*isWanted)(const Block&), bool mayBeSeveral) {
-    struct Places {
-        Indexes olds, news;
-    };
-    std::unordered_map<uint64_t, Places> found;
-    for (uint32_t i = 0; i < old_.Count(); ++i)
-        if (old_.IsAlone(i) && isWanted(old_.blocks[i])) found[label(old_.blocks[i])].olds.push_back(i);
-    if (found.empty()) return;
-    for (uint32_t i = 0; i < new_.Count(); ++i)
-        if (new_.IsAlone(i) && isWanted(new_.blocks[i])) found[label(new_.blocks[i])].news.push_back(i);
-    for (const auto& [same, places] : found) {
-        if (!mayBeSeveral && (places.olds.size() != 1 || places.news.size() != 1)) continue;
-        const size_t pairs = std::min(places.olds.size(), places.news.size());
-        for (size_t i = 0; i < pairs; ++i) Join(places.olds[i], places.news[i], true);
+    const Places olds = old_.PlacesOf(label, isWanted);
+    if (olds.empty()) return;
+    for (const auto& [same, news] : new_.PlacesOf(label, isWanted)) {
+        const auto found = olds.find(same);
+        if (found == olds.end()) continue;
+        if (!mayBeSeveral && (found->second.size() != 1 || news.size() != 1)) continue;
+        const size_t pairs = std::min(found->second.size(), news.size());
+        for (size_t i = 0; i < pairs; ++i) Join(found->second[i], news[i], true);
     }
 }
 
