@@ -65,6 +65,7 @@ TEST(Alignment, SingularLabelsHoldTheRowsTogether) {
         {{1}, {}, 0},
         {{1, 2, 3, 4, 5}, {1, 3, 4, 5, 2}, 4},
         {{1, 2, 3, 4, 5}, {5, 4, 3, 2, 1}, 1},
+        {{1, 2, 3, 4, 5, 6}, {4, 6, 1, 3, 5, 2}, 3},
         {{9, 9, 1, 9, 9, 2}, {1, 9, 9, 9, 9, 2}, 4},  // 5 without them
     };
     for (const auto& [old, fresh, pairs] : cases)

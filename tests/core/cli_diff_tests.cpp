@@ -79,6 +79,10 @@ TEST_F(CliDiff, TellsOfEachBlockWhatHappenedToIt) {
         {"exchanged for another kind", Gif({a, text, b}), Gif({a, Loop(1), b}),
          "2 -> -  taken out: COMMENT Ch\xC3\xA4r\n- -> 2  added: LOOP (1 iterations)\n"},
         {"moved", Gif({a, b, c, text}), Gif({b, c, text, a}), "1 -> 4  moved: IMAGE 3 x 1, 4 colours\n"},
+        {"moved among others that are nearly alike",
+         Gif({GifBytes().Comment("1"), GifBytes().Comment("2"), GifBytes().Comment("3")}),
+         Gif({GifBytes().Comment("2"), GifBytes().Comment("3"), GifBytes().Comment("1")}),
+         "1 -> 3  moved: COMMENT 1\n"},
         {"a frame with its control", Gif({Control(1), a, Control(2), b, Control(3), c}),
          Gif({Control(2), b, Control(3), c, Control(1), a}),
          "1 -> 5  moved: CONTROL (delay 1 1/100ths of a second)\n2 -> 6  moved: IMAGE 3 x 1, 4 colours\n"},
@@ -98,6 +102,9 @@ TEST_F(CliDiff, TellsOfEachBlockWhatHappenedToIt) {
          "0 -> 0  changed: HEADER GIF89a Screen (9 x 9)\n        palette: 1 of 4 colours differs\n"},
         {"pixels", Gif({a, text}), Gif({Stripe(3, 2), text}),
          "1 -> 1  changed: IMAGE 3 x 1, 4 colours\n        pixels: 3 of 3 pixels differ\n"},
+        {"pictures that can't be decoded", Gif({GifBytes().ImageHead(3, 1, 0).Add({99, 1, 7, 0})}),
+         Gif({GifBytes().ImageHead(3, 1, 0).Add({99, 1, 8, 0})}),
+         "1 -> 1  changed: IMAGE 3 x 1, 4 colours\n        data: 1 of 4 bytes differs\n"},
         {"another size", Gif({a, text}), Gif({b, text}),
          "1 -> 1  changed: IMAGE 4 x 1, 4 colours\n        width: 3 -> 4\n        pixels: 3 x 1 -> 4 x 1\n"},
         {"the likeliest partner", Gif({text, a, b}), Gif({text, Stripe(4, 3)}),
@@ -243,6 +250,9 @@ TEST_F(CliDiff, TheTextOfAListShowsEachChangeAndNoPlaces) {
         {Gif({{0, 0x21, 0xCE, 0}}), "UNKNOWN TYPE label=0xce data=0:00000000 stray=1:d202ef8d\n"},
         {Gif({GifBytes().Extension(0xFF, "\x0BXMP DataXM\x80", "x")}),
          "APPLICATION-DEFINED identifier=\"XMP DataXM\xE2\x82\xAC\" data=1:8cdc1683\n"},
+        {Gif({GifBytes().Extension(1, "\x0C" + std::string(12, '\1'), "plain")}),
+         "PLAIN TEXT left=257 top=257 foreground=1 background=1 grid-width=257 grid-height=257 cell-width=1 "
+         "cell-height=1 text=5:192062cf\n    plain\n"},
         {Gif({{0x3B, 'x'}}), "AFTER data=3:8192c9b9\n"},
     };
     for (const auto& [bytes, line] : cases) EXPECT_EQ(Text(bytes), header + line);
