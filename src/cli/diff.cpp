@@ -131,20 +131,18 @@ void PrintJson(const DocumentDifferences& differences, const BlockList& old, con
     printf("], \"around\": %s}\n", JsonOfChanges(differences.around).c_str());
 }
 
-// Damage that both files share is no difference, but a picture without pixels here may be one.
-bool Open(LoadedFile* file, const std::string& path, const Options& options) {
-    file->tellsDamages = false;
-    if (!file->Open(path, options)) return false;
-    for (const Damage& damage : file->report.damages)
+// Damage is no difference, but pictures that could not be looked at may be more alike than what is printed.
+void TellPicturesNotSeen(const LoadedFile& file, const std::string& path) {
+    for (const Damage& damage : file.report.damages)
         if (damage.kind == DamageKind::kPictureTooLarge) Complain(path, DescribeDamage(damage));
-    return true;
 }
 
 // Returns the exit status.
 int Compare(const Options& options) {
+    const Words& paths = options.Operands();
     LoadedFile old, fresh;
-    if (!Open(&old, options.Operands()[0], options) || !Open(&fresh, options.Operands()[1], options))
-        return kExitTrouble;
+    old.tellsDamages = fresh.tellsDamages = false;
+    if (!old.Open(paths[0], options) || !fresh.Open(paths[1], options)) return kExitTrouble;
     DocumentDifferences differences;
     if (!CompareDocuments(old.list, fresh.list, &differences)) throw std::bad_alloc();
     if (options.Has("--json"))
@@ -152,7 +150,10 @@ int Compare(const Options& options) {
     else
         PrintLines(differences, old.list, fresh.list);
     if (!FlushOutput()) return kExitTrouble;
-    return differences.AreNone() ? kExitSame : kExitDifferent;
+    if (differences.AreNone()) return kExitSame;
+    TellPicturesNotSeen(old, paths[0]);
+    TellPicturesNotSeen(fresh, paths[1]);
+    return kExitDifferent;
 }
 
 }  // namespace
