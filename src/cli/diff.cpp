@@ -134,7 +134,8 @@ void PrintJson(const DocumentDifferences& differences, const BlockList& old, con
 // Damage is no difference, but pictures that could not be looked at may be more alike than what is printed.
 void TellPicturesNotSeen(const LoadedFile& file, const std::string& path) {
     for (const Damage& damage : file.report.damages)
-        if (damage.kind == DamageKind::kPictureTooLarge) Complain(path, DescribeDamage(damage));
+        if (damage.kind == DamageKind::kPictureTooLarge)
+            Complain(path, "block " + std::to_string(damage.block) + ": " + DescribeDamage(damage));
 }
 
 // Returns the exit status.
