@@ -97,7 +97,7 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_indexes "$1" ;;
-    frames:0 | check:* | list:0 | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
+    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
   esac
 }
 
@@ -108,11 +108,12 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list save extract remap insert delete set build repair frames check --help --version
+    _zephyr_offer list diff save extract remap insert delete set build repair frames check --help --version
     return
   fi
   case ${words[1]} in
-    list) options='--json --strict' ;;
+    list) options='--json --text --strict' ;;
+    diff) options=--json ;;
     save | delete | set) options="--strict --fit-screen $names" ;;
     extract) options=--strict ;;
     remap) options='--palette --dither --strict' ;;

@@ -8,6 +8,11 @@ constexpr int kExitDone = 0;
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
 
+// The answers of diff, whose failures are trouble like wrong usage.
+constexpr int kExitSame = 0;
+constexpr int kExitDifferent = 1;
+constexpr int kExitTrouble = 2;
+
 // The words behind a command's name.
 using Words = std::vector<std::string>;
 
@@ -24,6 +29,7 @@ int RunBuild(const Words& words);
 int RunRepair(const Words& words);
 int RunFrames(const Words& words);
 int RunCheck(const Words& words);
+int RunDiff(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -37,6 +43,7 @@ extern const char kBuildHelp[];
 extern const char kRepairHelp[];
 extern const char kFramesHelp[];
 extern const char kCheckHelp[];
+extern const char kDiffHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

@@ -1,7 +1,9 @@
-// zephyr list: the blocks of a document, as lines or as JSON.
+// zephyr list: the blocks of a document, as lines, as text for comparisons or as JSON.
 #include <cstdio>
 
+#include "cli/block_text.h"
 #include "cli/commands.h"
+#include "cli/complaints.h"
 #include "cli/json.h"
 #include "cli/loaded_file.h"
 #include "cli/options.h"
@@ -13,13 +15,6 @@
 #include "platform/text_encoding.h"
 
 namespace {
-
-std::string LineOf(const Block& block) {
-    std::string line = FormatBlockLine(block);
-    size_t separator = line.find(kBlockLineSeparator);  // later ones belong to the text
-    if (separator != std::string::npos) line.erase(separator, 1);
-    return Utf8FromWindows1252(line);
-}
 
 bool HasText(const Block& block) {
     return block.kind == kPlainTextBlock || block.kind == kApplicationBlock || block.kind == kCommentBlock ||
@@ -125,10 +120,24 @@ void PrintJson(const LoadedFile& file, bool whole) {
     puts("}");
 }
 
+// Returns whether all is well, `done` whether it was so far. What compares texts goes on with a file of another kind.
+bool PrintText(const LoadedFile& file, const Options& options, bool done) {
+    const std::string& path = options.Operands()[0];
+    std::string why = "out of memory";
+    if (file.result == kReadNotGif) {
+        done = !options.Has("--strict");
+        if (PrintOtherFile(path, &why)) return done;
+    } else if (PrintAsText(file.list)) {
+        return done;
+    }
+    Complain(path, why);
+    return false;
+}
+
 }  // namespace
 
 const char kListHelp[] =
-    "Usage: zephyr list [--classic] [--json] [--strict] FILE\n"
+    "Usage: zephyr list [--classic] [--json | --text] [--strict] FILE\n"
     "\n"
     "Prints one line per block of the GIF file FILE, as the editor's list shows it.\n"
     "The first line is block number 0. Control characters of the file's texts and\n"
@@ -142,20 +151,27 @@ const char kListHelp[] =
     "one). Each block has the offset, count and hexadecimal digits (raw) of its bytes\n"
     "in the file, and stray: bytes before it that start no block. The document has\n"
     "its damages, and what stands before its signature and after its last block.\n"
+    "With --text, prints all fields of each block instead, sums (CRC-32) of pixels,\n"
+    "colours and data, and the lines of texts. Nothing in it depends on where a block\n"
+    "stands, so git shows what was changed in a GIF file when this is its textconv.\n"
+    "A file that is no GIF file is then one line that says so, and no failure.\n"
     "With --strict the exit status is 1 also when there is damage that is not\n"
-    "harmless.\n"
+    "harmless, and with --text when it is no GIF file.\n"
     "With --classic it reads as the editor does by default; the JSON knows no bytes\n"
     "of the file then, and --strict wants a load that is complete.\n"
     "The blocks read before a failure are printed too.\n";
 
 int RunList(const Words& words) {
-    Options options(words, {"--json", "--strict"}, {});
+    Options options(words, {"--json", "--text", "--strict"}, {});
     if (!options.Error().empty()) return WrongUsage("list", options.Error());
+    if (options.Has("--json") && options.Has("--text")) return WrongUsage("list", "give --json or --text, not both");
     if (options.Operands().size() != 1) return WrongUsage("list", "give one FILE");
     LoadedFile file;
     bool done = file.Open(options.Operands()[0], options);
     if (options.Has("--json"))
         PrintJson(file, options.IsWhole());
+    else if (options.Has("--text"))
+        done = PrintText(file, options, done);
     else
         PrintLines(file.list);
     return FlushOutput() && done ? kExitDone : kExitFailed;

@@ -13,6 +13,7 @@ constexpr char kProgramHelp[] =
     "Works on animated GIF files without a window.\n"
     "\n"
     "  list [--json] FILE                print the blocks of a file\n"
+    "  diff OLD NEW                      print what differs between two files\n"
     "  save IN OUT                       load a file and write it again\n"
     "  extract FILE INDEX OUT            write the picture or data of a block\n"
     "  remap FILE INDEX OUT              the same in colours of a standard palette\n"
@@ -30,7 +31,8 @@ constexpr char kProgramHelp[] =
     "Documents are read and written whole: nothing is lost or changed unasked. With\n"
     "--classic every command keeps them as the editor does by default.\n"
     "\n"
-    "Exit status: 0 done, 1 the operation failed, 2 wrong usage.\n";
+    "Exit status: 0 done, 1 the operation failed, 2 wrong usage; of diff 0 the same,\n"
+    "1 different, 2 trouble.\n";
 
 struct Command {
     const char* name;
@@ -42,7 +44,7 @@ constexpr Command kCommands[] = {
     {"list", RunList, kListHelp},       {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
     {"remap", RunRemap, kRemapHelp},    {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
     {"set", RunSet, kSetHelp},          {"build", RunBuild, kBuildHelp},    {"repair", RunRepair, kRepairHelp},
-    {"frames", RunFrames, kFramesHelp}, {"check", RunCheck, kCheckHelp},
+    {"frames", RunFrames, kFramesHelp}, {"check", RunCheck, kCheckHelp},    {"diff", RunDiff, kDiffHelp},
 };
 
 int Print(const char* text) {
@@ -82,6 +84,7 @@ int RunZephyr(const Words& words) {
         return Run(words);
     } catch (const std::exception&) {
         fputs("zephyr: out of memory\n", stderr);
-        return kExitFailed;
+        const bool failureIsAnAnswer = !words.empty() && words[0] == "diff";
+        return failureIsAnAnswer ? kExitTrouble : kExitFailed;
     }
 }

@@ -62,11 +62,16 @@ size_t JoinSubBlocks(ByteSpan chain, uint8_t* to, size_t most) {
     return joined;
 }
 
-// What of a block's own bytes is its chain of data: behind the label and, of an application block, the identifier.
+// Whether a sub-block of its own, before those of the data, tells what the data is for.
+bool HasFixedPart(uint16_t kind) {
+    return kind == kApplicationBlock || kind == kBlockNamesBlock || kind == kPlainTextBlock;
+}
+
+// What of a block's own bytes is its chain of data: behind the label and the fixed part.
 ByteSpan ChainOf(const Block& block, ByteSpan own) {
     size_t start = std::min(kIntroducerBytes, own.size());
-    const bool hasFixedPart = block.kind == kApplicationBlock && start < own.size() && own[start] != 0;
-    if (hasFixedPart) start = std::min(start + 1 + own[start], own.size());
+    if (HasFixedPart(block.kind) && start < own.size() && own[start] != 0)
+        start = std::min(start + 1 + own[start], own.size());
     return own.subspan(start);
 }
 

@@ -20,9 +20,9 @@ struct BlockData {
 // Whether the block is of a kind that has such data.
 bool HasBlockData(const Block& block);
 
-// Copies the data of such a block into `data`: of one that came from a file read whole all of it, otherwise the text
-// that the block keeps. Sub-blocks are joined; an XMP packet comes as it is, without the bytes that end it in a GIF
-// file. False when memory runs out.
+// Copies the data of such a block, or of a text or names block, into `data`: of one that came from a file read whole
+// all of it as it stands there, otherwise the text that the block keeps. Sub-blocks are joined; an XMP packet comes as
+// it is, without the bytes that end it in a GIF file. False when memory runs out.
 [[nodiscard]] bool GetBlockData(const Block& block, BlockData* data);
 
 // Gives such a block this data, of at most kMostBlockData bytes: new source bytes, which a whole document writes, and

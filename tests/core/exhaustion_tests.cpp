@@ -82,6 +82,7 @@ TEST_F(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
         {"build", "-o", out_, "--match=photo", other_, in_},
         {"build", "-o", out_, "--match=first", other_, in_},
         {"list", "--json", regular_},
+        {"list", "--text", regular_},
         {"insert", regular_, out_, "--kind=image", "--at=2", "--dither", other_},
         {"delete", regular_, out_, "1", "2"},
         {"set", regular_, out_, "4", "data=@" + in_},
@@ -107,6 +108,26 @@ TEST_F(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
                     EXPECT_TRUE(left <= 0 || faulted.run.status == kExitDone);
                     ExpectAllOrNothing(faulted, unharmed);
                 }
+    }
+}
+
+// A picture that there is no memory for is told of; what the files have in common is the same all the same.
+TEST_F(Exhaustion, DiffNeverTakesShortMemoryForADifference) {
+    const Words pairs[] = {{"diff", regular_, regular_}, {"diff", regular_, other_}};
+    for (const Words& words : pairs) {
+        const Outcome unharmed = Run(words, &Faults::allocationsUntilFailure, Faults::kNever, true);
+        for (long n = 0, left = 0; left <= 0; ++n) {
+            SCOPED_TRACE(words[2] + ", allocation " + std::to_string(n));
+            const Outcome faulted = Run(words, &Faults::allocationsUntilFailure, n, true);
+            left = faulted.left;
+            const bool lacksPicture = faulted.run.err.find("too large for the memory") != std::string::npos;
+            if (faulted.run.status == kExitTrouble) {
+                EXPECT_NE(faulted.run.err, "");
+                continue;
+            }
+            EXPECT_EQ(faulted.run.status, unharmed.run.status);
+            EXPECT_TRUE(lacksPicture || faulted.run.out == unharmed.run.out) << faulted.run.out;
+        }
     }
 }
 
