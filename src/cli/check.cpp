@@ -12,9 +12,6 @@
 
 namespace {
 
-// As other programs that compare or look for something: trouble is told from what was found.
-constexpr int kExitNothing = 0, kExitFound = 1, kExitTrouble = 2;
-
 constexpr size_t kMostLikeIt = 10;  // lines of one check in a file
 
 void PrintLines(const std::string& path, const std::vector<Finding>& findings) {

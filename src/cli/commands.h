@@ -8,9 +8,9 @@ constexpr int kExitDone = 0;
 constexpr int kExitFailed = 1;
 constexpr int kExitUsage = 2;
 
-// The answers of diff, whose failures are trouble like wrong usage.
-constexpr int kExitSame = 0;
-constexpr int kExitDifferent = 1;
+// The answers of commands that look for something, diff and check, whose failures are trouble like wrong usage.
+constexpr int kExitNothing = 0;
+constexpr int kExitFound = 1;
 constexpr int kExitTrouble = 2;
 
 // The words behind a command's name.

@@ -151,10 +151,10 @@ int Compare(const Options& options) {
     else
         PrintLines(differences, old.list, fresh.list);
     if (!FlushOutput()) return kExitTrouble;
-    if (differences.AreNone()) return kExitSame;
+    if (differences.AreNone()) return kExitNothing;
     TellPicturesNotSeen(old, paths[0]);
     TellPicturesNotSeen(fresh, paths[1]);
-    return kExitDifferent;
+    return kExitFound;
 }
 
 }  // namespace

@@ -84,7 +84,7 @@ int RunZephyr(const Words& words) {
         return Run(words);
     } catch (const std::exception&) {
         fputs("zephyr: out of memory\n", stderr);
-        const bool failureIsAnAnswer = !words.empty() && words[0] == "diff";
+        const bool failureIsAnAnswer = !words.empty() && (words[0] == "diff" || words[0] == "check");
         return failureIsAnAnswer ? kExitTrouble : kExitFailed;
     }
 }

@@ -137,7 +137,7 @@ TEST_F(CliDiff, TellsOfEachBlockWhatHappenedToIt) {
         const CliRun run = Diff(old, fresh);
         EXPECT_EQ(run.out, printed);
         EXPECT_EQ(run.err, "");
-        EXPECT_EQ(run.status, printed.empty() ? kExitSame : kExitDifferent);
+        EXPECT_EQ(run.status, printed.empty() ? kExitNothing : kExitFound);
     }
 }
 
@@ -155,7 +155,7 @@ TEST_F(CliDiff, WhatCantBeComparedIsTrouble) {
         {{old_}, kExitTrouble, "zephyr diff: give OLD and NEW (see zephyr diff --help)\n"},
         {{old_, old_, old_}, kExitTrouble, "zephyr diff: give OLD and NEW (see zephyr diff --help)\n"},
         {{old_, old_, "--strict"}, kExitTrouble, "zephyr diff: unknown option --strict (see zephyr diff --help)\n"},
-        {{old_, old_}, kExitSame, ""},
+        {{old_, old_}, kExitNothing, ""},
     };
     for (auto [words, status, told] : cases) {
         words.insert(words.begin(), "diff");
