@@ -59,6 +59,7 @@ bool Patch(Block* block, const FixedFields& fields) {
 const FixedFields* FindOnlyChange(const Block& edited, const Block& old) {
     if (!HasSource(edited) || (edited.kind != kImageBlock && edited.kind != kPlainTextBlock)) return nullptr;
     const FixedFields& fields = edited.kind == kImageBlock ? kImagePlace : kPlainTextFields;
+    if (edited.source.bytes < fields.inSource + fields.bytes) return nullptr;
     Block rest = edited;
     memcpy(rest.descriptor + fields.inDescriptor, old.descriptor + fields.inDescriptor, fields.bytes);
     return SameContent(rest, old) ? &fields : nullptr;

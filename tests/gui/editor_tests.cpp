@@ -147,15 +147,15 @@ TEST_F(Editors, OnlyTheBlockThatWasChangedLosesItsBytes) {
         {kSampleHeader, dropPalette, IDCANCEL, {yes}, "6 ", ""},  // kQuirkPaletteCopiedAtOnce
         {kSampleHeader, dropAndTakeBack, IDOK, {yes}, "6 !", ""},
         {kSampleImage, {}, IDOK, {}, "!", ""},
-        {kSampleImage, {{IDC_IMAGE_LEFT, "7"}}, IDOK, {}, "1 !", "1 !"},
+        {kSampleImage, {{IDC_IMAGE_LEFT, "7"}}, IDOK, {}, "!", "!"},  // its bytes have the new place
         {kSampleControl, {}, IDOK, {}, "!", ""},
         {kSampleControl, {{IDC_CONTROL_DELAY, "5"}}, IDOK, {}, "2 !", "2 !"},
         {kSampleControl, pick, IDOK, {pixel}, "2 !", "2 !"},
         {kSampleControl, pick, IDCANCEL, {pixel}, "", ""},
-        {kSamplePlainText, {}, IDOK, {}, "3 !", ""},  // kQuirkSizesTakenWithoutFields
+        {kSamplePlainText, {}, IDOK, {}, "!", ""},  // kQuirkSizesTakenWithoutFields
         {kSamplePlainText, {{IDC_PLAIN_TEXT, "new"}}, IDOK, {}, "3 !", "3 !"},
-        {kSamplePlainText, {{IDC_COLOUR}}, IDOK, {ChooseCell(1, 2)}, "3 !", "3 !"},
-        {kSamplePlainText, {{IDC_COLOUR}}, IDCANCEL, {ChooseCell(1, 2)}, "3 !", ""},  // kQuirkCancelKeepsColours
+        {kSamplePlainText, {{IDC_COLOUR}}, IDOK, {ChooseCell(1, 2)}, "!", "!"},
+        {kSamplePlainText, {{IDC_COLOUR}}, IDCANCEL, {ChooseCell(1, 2)}, "!", ""},  // kQuirkCancelKeepsColours
         {kSampleComment, {}, IDOK, {}, "!", ""},
         {kSampleComment, {{IDC_COMMENT_TEXT, "new"}}, IDOK, {}, "4 !", "4 !"},
         {kSampleLoop, {}, IDOK, {}, "!", ""},
@@ -164,7 +164,7 @@ TEST_F(Editors, OnlyTheBlockThatWasChangedLosesItsBytes) {
         {kSampleUnknown, {}, IDOK, {}, "", ""},
         {kSampleEmpty, {}, IDOK, {}, "!", ""},  // kQuirkUneditedCountsAsChanged
     };
-    for (Block& block : document.All()) GiveSource(&block, "bytes", "stray");
+    for (Block& block : document.All()) GiveSource(&block, "more bytes than the fields of any block have", "stray");
     const std::vector<Block> before(document.All().begin(), document.All().end());
     for (size_t row = 0; row < std::size(rows); ++row)
         for (uint32_t careful : {0u, 1u}) {
