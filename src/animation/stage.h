@@ -43,7 +43,7 @@ private:
     void StartAt(uint32_t frame);
     void Dispose();
     void Keep(uint32_t frame);
-    bool Draw(uint32_t frame);
+    bool Draw(uint32_t number);
     void DrawTexts(const Frame& frame);
     bool SaveUnder(const Rectangle& area);
     const uint32_t* KeptBefore(uint32_t frame) const;

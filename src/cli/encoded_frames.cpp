@@ -38,7 +38,8 @@ bool Picture::Copy(const CanvasView& canvas) {
 size_t PicturesAtATime(const Animation& animation, size_t frames) {
     const uint64_t canvasBytes = animation.Screen().Pixels() * sizeof(uint32_t);
     const size_t wanted = ParallelThreads() == 1 ? 1 : ParallelThreads() * kWaitingAThread;
-    return std::clamp<size_t>(static_cast<size_t>(kMostCopiedBytes / canvasBytes), 1, std::min(wanted, frames));
+    return std::clamp<size_t>(static_cast<size_t>(kMostCopiedBytes / std::max<uint64_t>(canvasBytes, 1)), 1,
+                              std::min(wanted, frames));
 }
 
 // A frame that differs in nothing from the one before still needs a pixel.

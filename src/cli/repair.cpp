@@ -17,9 +17,9 @@ namespace {
 
 void Print(const std::vector<RepairStep>& steps) {
     for (const RepairStep& step : steps) {
-        std::string line = step.text;
-        if (step.block >= 0)
-            line = "block " + std::to_string(step.block) + " (" + FormatKindName(step.kind) + "): " + line;
+        std::string line;
+        if (step.block >= 0) line = "block " + std::to_string(step.block) + " (" + FormatKindName(step.kind) + "): ";
+        line += step.text;
         puts(Printable(line).c_str());
     }
     if (steps.empty())

@@ -7,7 +7,7 @@
 namespace {
 
 constexpr size_t kCompressedPieceBytes = size_t{64} * 1024;  // an IDAT chunk each
-constexpr int kFastMemoryLevel = 9;  // the most: less time, and smaller files
+constexpr int kFastMemoryLevel = 9;                          // the most: less time, and smaller files
 
 void Keep(png_structp png, png_bytep bytes, size_t count) {
     if (!static_cast<ByteBuffer*>(png_get_io_ptr(png))->Append(bytes, count)) png_error(png, "out of memory");
@@ -78,6 +78,7 @@ bool PngWriter::Start(const PngLayout& layout, ByteBuffer* out) {
     system_->png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, Leave, IgnoreWarning);
     if (!system_->png) return false;
     system_->info = png_create_info_struct(system_->png);
+    // NOLINTNEXTLINE(cert-err52-cpp): the library's way to report failures
     if (!system_->info || setjmp(png_jmpbuf(system_->png))) return false;
     png_set_write_fn(system_->png, out, Keep, Flush);
     PutHeader(system_->png, system_->info, layout);
@@ -85,12 +86,14 @@ bool PngWriter::Start(const PngLayout& layout, ByteBuffer* out) {
 }
 
 bool PngWriter::AddRow(const uint8_t* row) {
+    // NOLINTNEXTLINE(cert-err52-cpp): the library's way to report failures
     if (setjmp(png_jmpbuf(system_->png))) return false;
     png_write_row(system_->png, row);
     return true;
 }
 
 bool PngWriter::Finish() {
+    // NOLINTNEXTLINE(cert-err52-cpp): the library's way to report failures
     if (setjmp(png_jmpbuf(system_->png))) return false;
     png_write_end(system_->png, nullptr);
     return true;

@@ -106,6 +106,7 @@ bool PngWriter::System::SetColours() {
            SUCCEEDED(palette->InitializeCustom(colours, count)) && SUCCEEDED(frame->SetPalette(palette.Get()));
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what its members point to
 const uint8_t* PngWriter::System::Turned(const uint8_t* rgba) {
     uint8_t* to = row.get();
     const bool isOpaque = layout.form == PngForm::kOpaque;
@@ -118,6 +119,7 @@ const uint8_t* PngWriter::System::Turned(const uint8_t* rgba) {
     return row.get();
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what its members point to
 bool PngWriter::System::HandOver() {
     STATSTG status = {};
     HGLOBAL memory = nullptr;
