@@ -15,8 +15,9 @@ constexpr char kXmpApplication[] = "XMP DataXMP";
 constexpr uint8_t kApplicationBytes = kIdentifierBytes + kAuthenticationBytes;
 constexpr size_t kLongest = 255;  // sub-block
 
-// What ends an XMP packet in a GIF file (Adobe, XMP Specification Part 3): 1, 255, 254, ... 0, 0. A reader that takes
-// the packet's characters for lengths of sub-blocks lands somewhere in it, and each of its bytes leads to the last one.
+// What ends an XMP packet in a GIF file, after Adobe's "XMP: Storage in Files": 1, 255, 254, ... 0, 0. A reader that
+// takes the packet's characters for lengths of sub-blocks lands somewhere in it, and each of its bytes leads to the
+// last one.
 constexpr size_t kXmpEndingBytes = 258;
 
 // A packet that can't go in as it is: the ending would show in longer sub-blocks if the packet contained it.

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include "imaging/crc32.h"
+#include "platform/checksum.h"
 
 namespace {
 

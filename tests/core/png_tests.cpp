@@ -1,6 +1,6 @@
 #include "animation/canvas_png.h"
 #include "imaging/apng_writer.h"
-#include "imaging/crc32.h"
+#include "platform/checksum.h"
 #include "platform/faults.h"
 #include "tests/support/png_reading.h"
 #include "tests/support/test_blocks.h"

@@ -1,6 +1,6 @@
 #include "tests/support/png_reading.h"
 
-#include "imaging/crc32.h"
+#include "platform/checksum.h"
 
 namespace {
 
