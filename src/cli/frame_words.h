@@ -5,9 +5,8 @@
 #include <string>
 #include <vector>
 
-// Reads a selection among `count` frames, which are numbered from 0: numbers and ranges with commas between them, as in
-// "3", "0,4-7", "10-last" or "last-2". Each frame comes once, in ascending order. Returns what is wrong with it, or an
-// empty text.
+// Reads a selection (editing/selection.h) among `count` frames, 1 or more: "3", "0,4-7", "10-last", "frame:last-2".
+// Each frame comes once, in ascending order. Returns what is wrong with it, or an empty text.
 std::string ParseFrameSelection(const std::string& text, uint32_t count, std::vector<uint32_t>* frames);
 
 // The name of a file for each frame: "%d" or "%03d" (with any count of places up to 99) stands for the frame's number,

@@ -147,9 +147,8 @@ std::vector<uint32_t> Selection::Find(const BlockList& list, std::string* why) c
     return found;
 }
 
-std::vector<uint32_t> Selection::FindFrameNumbers(const BlockList& list, std::string* why) const {
+std::vector<uint32_t> Selection::FindFrameNumbers(size_t count, std::string* why) const {
     std::vector<uint32_t> found;
-    const size_t count = FindFrames(list).size();
     std::vector<bool> isThere(count);
     for (const Term& term : terms_) {
         if (term.kind != kFrame && term.kind != kAnyBlock) {

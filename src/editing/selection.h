@@ -33,8 +33,8 @@ public:
     // document lacks.
     std::vector<uint32_t> Find(const BlockList& list, std::string* why) const;
 
-    // The same for frames alone: numbers of frames. A plain number or range means frames here.
-    std::vector<uint32_t> FindFrameNumbers(const BlockList& list, std::string* why) const;
+    // The same for frames alone, of which there are `count`: their numbers. A plain number or range means frames here.
+    std::vector<uint32_t> FindFrameNumbers(size_t count, std::string* why) const;
 
 private:
     struct Place {

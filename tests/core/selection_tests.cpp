@@ -81,7 +81,7 @@ TEST(Selection, FrameNumbers) {
         Selection selection;
         std::string why = selection.Parse(words);
         EXPECT_EQ(why, "");
-        std::vector<uint32_t> found = selection.FindFrameNumbers(list, &why);
+        std::vector<uint32_t> found = selection.FindFrameNumbers(FindFrames(list).size(), &why);
         return found.empty() ? why : Join(found);
     };
     EXPECT_EQ(frames("1-last,0"), "1 2 0");
