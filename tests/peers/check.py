@@ -22,7 +22,6 @@ fails. Its "files" are those of the recipes, "elsewhere" are real ones, which ne
 one closing line with the counts.
 """
 import filecmp
-import glob
 import hashlib
 import json
 import os
@@ -37,7 +36,8 @@ from concurrent.futures import ThreadPoolExecutor
 
 from PIL import Image
 
-HERE = os.path.dirname(os.path.abspath(__file__))
+from judged_files import gif_files, read_exceptions
+
 IDENTITY = b"FILE IDENTITY\r\nCreated or modified by\r\n\r\n".hex()
 CONTROL, PLAIN_TEXT, COMMENT, APPLICATION = 0xF9, 0x01, 0xFE, 0xFF
 # gifsicle gives its copy one palette for all images if it can; the file that it reads is in order.
@@ -273,27 +273,6 @@ class Case:
             self.note(stage, [f"{command[0]}: {line.replace(saved, 'FILE')}" for line in lines[:1]])
 
 
-def read_exceptions(place):
-    """The expected differences of each file, by its name: the lists of all groups that name it, joined."""
-    exceptions = {}
-    with open(os.path.join(HERE, "exceptions.json"), encoding="utf-8") as file:
-        for group in json.load(file):
-            for name, lines in group.get(place, {}).items():
-                exceptions.setdefault(name, []).extend(lines)
-    return exceptions
-
-
-def gif_files(folders):
-    """The paths of the GIF files in the folders; none of these may be without."""
-    paths = []
-    for folder in folders:
-        found = sorted(glob.glob(os.path.join(glob.escape(folder), "*.gif")))
-        if not found:
-            sys.exit(f"peers: no GIF file in {folder}")
-        paths += found
-    return paths
-
-
 def check_file(tools, path, expected):
     """The lines by which the file's differences are not the expected ones."""
     with tempfile.TemporaryDirectory() as folder:
@@ -309,7 +288,7 @@ def main():
     tools = [os.path.abspath(path) for path in sys.argv[1:3]]
     made = gif_files(sys.argv[3:])
     real = gif_files(filter(None, os.environ.get("ZEPHYR_CORPUS", "").split(":")))
-    exceptions, elsewhere = read_exceptions("files"), read_exceptions("elsewhere")
+    exceptions, elsewhere = (read_exceptions("exceptions.json", place) for place in ("files", "elsewhere"))
     expected = {path: elsewhere.get(os.path.basename(path), []) for path in real}
     expected |= {path: exceptions.pop(os.path.basename(path), []) for path in made}
     paths = sorted(expected, key=os.path.getsize, reverse=True)  # the longest work first

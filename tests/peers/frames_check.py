@@ -10,9 +10,7 @@ Each difference is one line of text. frame_exceptions.json lists, for every file
 groups with the reason; a line too many or too few fails. Its "files" are those of the recipes, "elsewhere" are real ones,
 which need not be there.
 """
-import glob
 import hashlib
-import json
 import os
 import re
 import resource
@@ -25,7 +23,8 @@ from pathlib import Path
 
 from PIL import Image
 
-HERE = Path(__file__).resolve().parent
+from judged_files import gif_files, read_exceptions
+
 MOST_PIXELS = 4_000_000  # of the screen; damaged files claim more, and the judges take too long over them
 MOST_MEMORY = 8 << 30
 Image.MAX_IMAGE_PIXELS = None
@@ -108,29 +107,11 @@ def check_file(zephyr, path):
         return differences(path, ours, magick_frames(path, theirs))
 
 
-def read_exceptions(place):
-    exceptions = {}
-    for group in json.loads((HERE / "frame_exceptions.json").read_text()):
-        for name, lines in group.get(place, {}).items():
-            exceptions.setdefault(name, []).extend(lines)
-    return exceptions
-
-
-def gif_files(folders):
-    paths = []
-    for folder in folders:
-        found = sorted(glob.glob(os.path.join(glob.escape(folder), "*.gif")))
-        if not found:
-            sys.exit(f"frames: no GIF file in {folder}")
-        paths += found
-    return paths
-
-
 def main():
     zephyr = os.path.abspath(sys.argv[1])
     made = gif_files(sys.argv[2:])
     real = gif_files(filter(None, os.environ.get("ZEPHYR_CORPUS", "").split(":")))
-    exceptions, elsewhere = read_exceptions("files"), read_exceptions("elsewhere")
+    exceptions, elsewhere = (read_exceptions("frame_exceptions.json", place) for place in ("files", "elsewhere"))
     failures = 0
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         paths = made + real
