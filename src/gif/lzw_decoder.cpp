@@ -82,7 +82,7 @@ DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner mann
     *pixels = 0;
     if (!IsCodeSize(codeSize, manner)) return kDecodeBadCodeSize;
     ImageWriteLock bitmap(&image->data);
-    if (!bitmap) return kDecodeCorrupt;
+    if (!bitmap) return manner == Manner::kWhole ? kDecodeNoMemory : kDecodeCorrupt;
     bool interlaced = (GetImageFields(*image).packed & kImageInterlaced) != 0;
     Target target = {bitmap, bitmap->width, bitmap->height, interlaced, manner};
 

@@ -6,10 +6,10 @@
 #include "platform/file.h"
 
 enum DecodeResult {
-    kDecodeCorrupt = 0,      // a code that can't occur, or a bitmap that can't be locked
+    kDecodeCorrupt = 0,      // a code that can't occur, or (classic) a bitmap that can't be locked
     kDecodeDone = 1,         // the end code was met or the data ran out
     kDecodeBadCodeSize = 2,  // outside 2..8, or 1..11 in the whole manner; nothing was decoded
-    kDecodeNoMemory = 6,     // no work storage; nothing was decoded
+    kDecodeNoMemory = 6,     // no work storage, or in the whole manner no bitmap to be locked; nothing was decoded
 };
 
 // Decodes the data sub-blocks at which `file` stands into the bitmap of `*image`, whose descriptor gives size,

@@ -19,6 +19,12 @@ protected:
             document.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // so many that one more lets it grow
         document.Add({0x3B});
         WriteAll(in_, document);
+        GifBytes regular = GifBytes().Header("GIF89a", 60, 50, 0x87).SmallImage(0x87).Comment("c").SmallImage();
+        regular.Extension(0xFF, "\x0BXMP DataXMP", "data")
+            .Extension(0xFF, "\x0BKELMORnb1.0",
+                       std::string_view(reinterpret_cast<const char*>(names.data()), names.size()))
+            .Add({0x3B});
+        WriteAll(regular_, regular);
         Random random(6);
         MemoryHandle picture = RandomImage(random, 60, 50, 8, Colours{});
         WritePicture(other_, picture, 8);
@@ -45,14 +51,17 @@ protected:
     void ExpectAllOrNothing(const Outcome& faulted, const Outcome& unharmed) {
         const bool isDone = faulted.run.status == kExitDone;
         EXPECT_EQ(faulted.run.status, isDone ? kExitDone : kExitFailed);
-        EXPECT_EQ(faulted.run.err.empty(), isDone) << faulted.run.err;
+        // In the whole manner a picture may be what there is no memory for: its bytes are written all the same.
+        const bool lacksPicture = faulted.run.err.find("too large for the memory") != std::string::npos;
+        EXPECT_EQ(faulted.run.err.empty(), isDone && !lacksPicture) << faulted.run.err;
         EXPECT_TRUE(faulted.out == (isDone ? unharmed.out : before_)) << "the output is neither old nor new";
-        EXPECT_TRUE(!isDone || faulted.run.out == unharmed.run.out);
-        EXPECT_EQ(folder_.Names().size(), 3u) << "something was left behind";
+        EXPECT_TRUE(!isDone || lacksPicture || faulted.run.out == unharmed.run.out);
+        EXPECT_EQ(folder_.Names().size(), 4u) << "something was left behind";
     }
 
     TempFolder folder_;
-    const std::string in_ = folder_.Path("in.gif"), out_ = folder_.Path("out"), other_ = folder_.Path("other.gif");
+    const std::string in_ = folder_.Path("in.gif"), out_ = folder_.Path("out"), other_ = folder_.Path("other.gif"),
+                      regular_ = folder_.Path("regular.gif");
     const Bytes before_ = {1, 2, 3};
 };
 
@@ -60,19 +69,24 @@ protected:
 
 TEST_F(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
     const Words commands[] = {
-        {"list", "--json", in_},
-        {"save", in_, out_},
-        {"extract", in_, "1", out_},
-        {"remap", in_, "1", out_, "--palette", "6"},
+        {"list", "--classic", "--json", in_},
+        {"save", "--classic", in_, out_},
+        {"extract", "--classic", in_, "1", out_},
+        {"remap", "--classic", in_, "1", out_, "--palette", "6"},
         {"remap", other_, "1", out_, "--palette", "0", "--dither"},
-        {"insert", in_, out_, "--kind=image", "--at=2", "--remap", other_, in_},
-        {"insert", in_, out_, "--kind=image", "--at=2", "--dither", other_},
-        {"insert", in_, out_, "--kind=plaintext", "--at=1"},
-        {"delete", in_, out_, "1", "2"},
-        {"set", in_, out_, "2", "text=new"},
-        {"build", "-o", out_, "--loop", other_, in_},
+        {"insert", "--classic", in_, out_, "--kind=image", "--at=2", "--remap", other_, in_},
+        {"insert", "--classic", in_, out_, "--kind=plaintext", "--at=1"},
+        {"delete", "--classic", in_, out_, "1", "2"},
+        {"set", "--classic", in_, out_, "2", "text=new"},
+        {"build", "--classic", "-o", out_, "--loop", other_, in_},
         {"build", "-o", out_, "--match=photo", other_, in_},
         {"build", "-o", out_, "--match=first", other_, in_},
+        {"list", "--json", regular_},
+        {"insert", regular_, out_, "--kind=image", "--at=2", "--dither", other_},
+        {"delete", regular_, out_, "1", "2"},
+        {"set", regular_, out_, "4", "data=@" + in_},
+        {"extract", regular_, "4", out_},
+        {"repair", regular_, out_},
     };
     const std::pair<const char*, long Faults::*> kinds[] = {
         {"allocation", &Faults::allocationsUntilFailure},
@@ -98,11 +112,14 @@ TEST_F(Exhaustion, EveryCommandFailsCleanlyOrDoesWithout) {
 
 TEST_F(Exhaustion, NoLockThatFailsGoesUnnoticed) {
     constexpr long kEnough = 1000000;
-    const Words commands[] = {{"save", in_, out_},
-                              {"extract", in_, "1", out_},
-                              {"remap", in_, "1", out_, "--palette", "6"},
-                              {"delete", in_, out_, "1", "2"},
-                              {"set", in_, out_, "2", "text=new"}};
+    const Words commands[] = {{"save", "--classic", in_, out_},
+                              {"extract", "--classic", in_, "1", out_},
+                              {"remap", "--classic", in_, "1", out_, "--palette", "6"},
+                              {"delete", "--classic", in_, out_, "1", "2"},
+                              {"set", "--classic", in_, out_, "2", "text=new"},
+                              {"save", regular_, out_},
+                              {"set", regular_, out_, "2", "text=new"},
+                              {"set", regular_, out_, "4", "data=@" + in_}};
     for (const Words& words : commands) {
         const Outcome unharmed = Run(words, &Faults::locksUntilFailure, kEnough, true);
         ASSERT_EQ(unharmed.run.status, kExitDone);
