@@ -42,17 +42,6 @@ bool IsExtension(const Block& block) {
     return block.kind >= kControlBlock && block.kind <= kUnknownBlock;
 }
 
-// The first version of GIF has no extensions: with the first ones a document of that version becomes one of the second.
-void SignForExtensions(BlockList* list, std::span<const Block> added) {
-    constexpr char kFirstVersion[] = "GIF87a";
-    Block* header = &list->blocks[0];
-    if (header->kind != kHeaderBlock || memcmp(header->descriptor, kFirstVersion, kSignatureBytes) != 0) return;
-    if (std::ranges::count_if(list->All(), IsExtension) != std::ranges::count_if(added, IsExtension)) return;
-    if (std::ranges::none_of(added, IsExtension)) return;
-    memcpy(header->descriptor, kSignature, kSignatureBytes);
-    (void)MarkChanged(header);  // a header can always be encoded
-}
-
 void RenumberFrom(BlockList* list, uint32_t index) {
     for (; index < list->count; ++index) list->blocks[index].position = static_cast<uint16_t>(index);
 }
@@ -105,6 +94,7 @@ bool AppendBlock(BlockList* list, Block block) {
 
 bool InsertBlocks(BlockList* list, int* selection, std::span<const Block> blocks) {
     if (!MakeRoom(list, blocks.size())) return false;
+    const bool isFirstOfAll = (list->flags & kReadWhole) && !HasExtensions(*list);
     auto more = static_cast<uint32_t>(blocks.size());
     uint32_t index = std::min(*selection <= 0 ? 1u : static_cast<uint32_t>(*selection) + 1, list->count);
     Block* place = &list->blocks[index];
@@ -113,7 +103,7 @@ bool InsertBlocks(BlockList* list, int* selection, std::span<const Block> blocks
     for (Block& block : std::span(place, more)) block.owner = list;
     list->count += more;
     RenumberFrom(list, index);
-    if (list->flags & kReadWhole) SignForExtensions(list, {place, more});
+    if (isFirstOfAll && HasExtensions(*list)) SignForExtensions(list);
     *selection = static_cast<int>(index + more) - 1;
     return true;
 }
@@ -131,6 +121,18 @@ void RemoveBlocks(BlockList* list, std::span<const uint32_t> gone) {
     for (uint32_t index = kept; index < list->count; ++index) FreeBlock(&list->blocks[index]);
     list->count = kept;
     RenumberFrom(list, first);
+}
+
+bool HasExtensions(const BlockList& list) {
+    return std::ranges::any_of(list.All(), IsExtension);
+}
+
+void SignForExtensions(BlockList* list) {
+    constexpr char kFirstVersion[] = "GIF87a";
+    Block* header = &list->blocks[0];
+    if (header->kind != kHeaderBlock || memcmp(header->descriptor, kFirstVersion, kSignatureBytes) != 0) return;
+    memcpy(header->descriptor, kSignature, kSignatureBytes);
+    (void)MarkChanged(header);  // a header can always be encoded
 }
 
 int FindBlock(const BlockList& list, uint16_t kind) {

@@ -63,6 +63,13 @@ bool PutBlock(BlockList* list, const Block& block, uint32_t index);
 // Takes out the blocks whose indexes `gone` holds in increasing order, in one pass.
 void RemoveBlocks(BlockList* list, std::span<const uint32_t> gone);
 
+// Whether some block is anything but a header or an image.
+bool HasExtensions(const BlockList& list);
+
+// The first version of GIF has no extensions: makes a document (of at least one block) of that version one of the
+// second.
+void SignForExtensions(BlockList* list);
+
 // Index of the first block of `kind`, or -1.
 int FindBlock(const BlockList& list, uint16_t kind);
 
