@@ -53,7 +53,6 @@ Rectangle Difference(const CanvasView& a, const CanvasView& b) {
 }
 
 Rectangle AreaToClear(const CanvasView& shown, const CanvasView& wanted) {
-    return Holding({0, 0, shown.width, shown.height}, [&](int x, int y) {
-        return wanted.Row(y)[x] == kTransparent && shown.Row(y)[x] != kTransparent;
-    });
+    return Holding({0, 0, shown.width, shown.height},
+                   [&](int x, int y) { return wanted.Row(y)[x] == kTransparent && shown.Row(y)[x] != kTransparent; });
 }

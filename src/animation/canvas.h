@@ -28,6 +28,6 @@ void ClearPixels(const CanvasView& canvas, const Rectangle& area);
 // Of two canvases of the same size: the smallest rectangle outside of which they are equal.
 Rectangle Difference(const CanvasView& a, const CanvasView& b);
 
-// The smallest rectangle with all pixels that `shown` has and where `wanted`, of the same size, is transparent. No image
-// can make it so.
+// The smallest rectangle with all pixels that `shown` has and where `wanted`, of the same size, is transparent. No
+// image can make it so.
 Rectangle AreaToClear(const CanvasView& shown, const CanvasView& wanted);

@@ -115,10 +115,12 @@ bool BlockCopier::MeansTheSame(const Block& image, const Palette& palette, int d
     const size_t room = to_.depth ? size_t{1} << to_.depth : 0;
     ImageLock bitmap(image.data);
     if (!bitmap)
-        return depth > 0 && depth <= to_.depth && std::equal(palette.Colours(), palette + (1 << depth), to_.colours.Colours());
+        return depth > 0 && depth <= to_.depth &&
+               std::equal(palette.Colours(), palette + (1 << depth), to_.colours.Colours());
     IndexSet used;
     ForEachPixel(bitmap, [&](int, int, uint8_t index) { used.has[index] = true; });
-    if (control_ != kNoControl && (counting_.packed & kControlTransparent)) used.has[counting_.transparentIndex] = false;
+    if (control_ != kNoControl && (counting_.packed & kControlTransparent))
+        used.has[counting_.transparentIndex] = false;
     for (size_t index = 0; index < kPaletteEntries; ++index)
         if (used.has[index] && (index >= room || palette[index] != to_.colours[index])) return false;
     return true;

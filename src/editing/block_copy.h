@@ -14,7 +14,7 @@ enum class ForeignColours : uint8_t {
 };
 
 struct CopyOutcome : EditOutcome {
-    bool wantsChoice = false;         // refused for the colours alone
+    bool wantsChoice = false;        // refused for the colours alone
     uint32_t first = 0, copied = 0;  // the copies: so many blocks, from this number on
 };
 
@@ -23,9 +23,9 @@ struct CopyOutcome : EditOutcome {
 //
 // An image stays as it is when its pixels show the same colours in the palette that it is shown in here; images of a
 // document that keeps all (kReadWhole) and has no global palette keep theirs unasked. Where pixels are exchanged, the
-// transparent index of the control copied with the image is, too. Refused: the header; a second loop block; a plain text
-// where there is no global palette; an image whose pixels can't be had and need to be; an image in which the document's
-// colours leave none for what is transparent.
+// transparent index of the control copied with the image is, too. Refused: the header; a second loop block; a plain
+// text where there is no global palette; an image whose pixels can't be had and need to be; an image in which the
+// document's colours leave none for what is transparent.
 //
 // With Looks::kKept all images look as they did in their own documents; `colours` should be kKeep then.
 CopyOutcome CopyBlocks(const BlockList& other, std::span<const uint32_t> blocks, uint32_t at, ForeignColours colours,

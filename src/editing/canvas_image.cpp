@@ -24,7 +24,7 @@ struct Colouring {
     ColourSet colours;
     uint8_t numbers[kPaletteEntries] = {};  // of each of them
     int transparentIndex = kNoTransparency;
-    bool isOwn = false;         // the numbers are those of `own`, not of the global palette
+    bool isOwn = false;  // the numbers are those of `own`, not of the global palette
     RgbTriples own = {};
     int depth = 0;
 };
@@ -62,7 +62,7 @@ private:
     const CanvasView& wanted_;
     Rectangle area_;
     const GlobalPalette& global_;
-    bool staysSomewhere_ = false;     // some pixels are as before,
+    bool staysSomewhere_ = false;      // some pixels are as before,
     bool isTransparentThere_ = false;  // and some of those transparent
 };
 
@@ -132,8 +132,8 @@ Result<CanvasImage> ImageMaker::Make() {
 Result<CanvasImage> ImageMaker::Draw(Colouring& colouring) const {
     Palette own;
     if (colouring.isOwn && !own.Set(colouring.own)) return Failure::kNoMemory;
-    MemoryHandle bitmap = CreateImageBitmap(area_.Width(), area_.Height(), colouring.isOwn ? own : global_.colours,
-                                            colouring.depth);
+    MemoryHandle bitmap =
+        CreateImageBitmap(area_.Width(), area_.Height(), colouring.isOwn ? own : global_.colours, colouring.depth);
     std::unique_ptr<uint8_t[]> row = AllocateScratch(static_cast<uint64_t>(area_.Width()));
     ImageWriteLock lock(&bitmap);
     if (!lock || !row) return Failure::kNoMemory;

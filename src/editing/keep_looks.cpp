@@ -80,9 +80,9 @@ private:
     Animation animation_;
     GlobalPalette global_;
     std::map<const BlockList*, LookSource> sources_;
-    Canvas before_, shown_;         // without the frame, and with it
-    Canvas wanted_, next_;          // its look, and that of the one behind it
-    Canvas disposed_, drawnThere_;  // what a disposal would leave, and the next frame as it is drawn on that
+    Canvas before_, shown_;          // without the frame, and with it
+    Canvas wanted_, next_;           // its look, and that of the one behind it
+    Canvas disposed_, drawnThere_;   // what a disposal would leave, and the next frame as it is drawn on that
     bool isReduced_ = false;         // the image made last has lost colours,
     std::vector<uint32_t> reduced_;  // as these frames have
 };

@@ -71,7 +71,8 @@ EditOutcome DoSomething(BlockList* list, std::mt19937& random, Numbers* order) {
         }
         case 3: {
             auto isChosen = [&](uint32_t frame) { return std::ranges::find(some, frame) != some.end(); };
-            const auto place = std::count_if(all.begin(), all.begin() + static_cast<long>(before), std::not_fn(isChosen));
+            const auto place =
+                std::count_if(all.begin(), all.begin() + static_cast<long>(before), std::not_fn(isChosen));
             std::erase_if(*order, isChosen);
             order->insert(order->begin() + place, some.begin(), some.end());
             return MoveBlocks(BlocksOf(*list, some), at, Looks::kKept, list);
