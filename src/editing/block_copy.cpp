@@ -110,7 +110,8 @@ private:
 
 constexpr char kNoMemory[] = "not enough memory";
 
-// Whether the pixels show the same in the document's global palette. Those that are transparent show nothing.
+// Whether the pixels show the same in the document's global palette. Those that are transparent show nothing, but have
+// to be told from others where there is room for no more indexes than the palette has.
 bool BlockCopier::MeansTheSame(const Block& image, const Palette& palette, int depth) const {
     const size_t room = to_.depth ? size_t{1} << to_.depth : 0;
     ImageLock bitmap(image.data);
@@ -119,10 +120,11 @@ bool BlockCopier::MeansTheSame(const Block& image, const Palette& palette, int d
                std::equal(palette.Colours(), palette + (1 << depth), to_.colours.Colours());
     IndexSet used;
     ForEachPixel(bitmap, [&](int, int, uint8_t index) { used.has[index] = true; });
-    if (control_ != kNoControl && (counting_.packed & kControlTransparent))
-        used.has[counting_.transparentIndex] = false;
-    for (size_t index = 0; index < kPaletteEntries; ++index)
-        if (used.has[index] && (index >= room || palette[index] != to_.colours[index])) return false;
+    const bool isTransparent = control_ != kNoControl && (counting_.packed & kControlTransparent);
+    for (size_t index = 0; index < kPaletteEntries; ++index) {
+        const bool isSeen = !isTransparent || index != counting_.transparentIndex;
+        if (used.has[index] && (index >= room || (isSeen && palette[index] != to_.colours[index]))) return false;
+    }
     return true;
 }
 
