@@ -77,7 +77,7 @@ _zephyr_fields() {  # FILE INDEX
 
 _zephyr_value() {  # OPTION: what may follow it
   case $1 in
-    -o) _zephyr_files gif ;;
+    -o | --from) _zephyr_files gif ;;
     --palette) _zephyr_offer "$prefix"{0..9} ;;
     --kind) _zephyr_offer "$prefix"{image,control,comment,plaintext,loop} ;;
     --match) _zephyr_offer "$prefix"{super,first,photo,drawn,sixteen} ;;
@@ -95,6 +95,8 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_indexes "$1" ;;
+    move:[01] | copy:[01] | timing:[01] | reverse:[01] | thin:[01] | cut:[01]) _zephyr_files gif ;;
+    move:* | copy:*) _zephyr_indexes "$1" ;;
     list:0 | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
   esac
 }
@@ -106,15 +108,19 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list save extract remap insert delete set build repair --help --version
+    _zephyr_offer list save extract remap insert delete set move copy timing reverse thin cut build repair --help --version
     return
   fi
   case ${words[1]} in
     list) options='--json --strict' ;;
-    save | delete | set) options="--strict --fit-screen $names" ;;
+    save | delete | set | reverse | cut) options="--strict --fit-screen $names" ;;
     extract) options=--strict ;;
     remap) options='--palette --dither --strict' ;;
     insert) options="--at --kind --remap --dither --keep --strict --fit-screen $names" ;;
+    move) options="--at --keep-looks --strict --fit-screen $names" ;;
+    copy) options="--at --from --remap --dither --keep --keep-looks --strict --fit-screen $names" ;;
+    timing) options="--delay --scale --total --least --strict --fit-screen $names" ;;
+    thin) options="--every --strict --fit-screen $names" ;;
     repair) options="--fit-screen $names" ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;
@@ -123,7 +129,7 @@ _zephyr() {  # PROGRAM, as it was typed
     # Behind "--" no word is an option: none begins with a hyphen once `ended` stands in front of it.
     case $ended${words[i]} in
       --) ended=yes ;;
-      -o | --palette | --kind | --match | --at | --delay | --owner | --organisation) ((++i)) ;;
+      -o | --palette | --kind | --match | --at | --delay | --from | --scale | --total | --least | --every | --owner | --organisation) ((++i)) ;;
       -?*) ;;
       *) operands+=("${words[i]}") ;;
     esac
