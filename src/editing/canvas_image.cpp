@@ -46,6 +46,7 @@ private:
     Result<CanvasImage> Draw(Colouring& colouring) const;
     Result<CanvasImage> DrawNearest() const;
     MemoryHandle TrueColours() const;
+    bool Settle(RgbTriple* colours, int count) const;
     Result<CanvasImage> Finish(const MemoryHandle& bitmap, const Palette& own, int depth, int transparentIndex) const;
 
     bool IsSame(int x, int y) const { return before_.Row(y)[x] == wanted_.Row(y)[x]; }
@@ -169,6 +170,41 @@ MemoryHandle ImageMaker::TrueColours() const {
     return bitmap;
 }
 
+// Moves each colour to the mean of the changing pixels that are nearest to it, and once more (S. P. Lloyd, "Least
+// squares quantization in PCM", 1982). The cut alone leaves white grounds a little grey, as it looks at 5 bits a
+// channel. False when memory runs out.
+bool ImageMaker::Settle(RgbTriple* colours, int count) const {
+    constexpr int kRounds = 2;
+    std::unique_ptr<uint32_t[]> room = AllocateScratchArray<uint32_t>(area_.Pixels());
+    if (!room) return false;
+    uint32_t* end = room.get();
+    (void)AllPlaces([&](int x, int y) {
+        if (!IsSame(x, y)) *end++ = wanted_.Row(y)[x];
+        return true;
+    });
+    std::sort(room.get(), end);
+    for (int round = 0; round < kRounds; ++round) {
+        struct Sum {
+            uint64_t red, green, blue, pixels;
+        } sums[kPaletteEntries] = {};
+        for (const uint32_t *pixel = room.get(), *next; pixel != end; pixel = next) {
+            next = std::upper_bound(pixel, static_cast<const uint32_t*>(end), *pixel);
+            const auto pixels = static_cast<uint64_t>(next - pixel);
+            const RgbTriple colour = ColourOf(*pixel);
+            Sum& sum = sums[NearestColour(colour.red, colour.green, colour.blue, colours, count)];
+            sum.red += colour.red * pixels;
+            sum.green += colour.green * pixels;
+            sum.blue += colour.blue * pixels;
+            sum.pixels += pixels;
+        }
+        for (int i = 0; i < count; ++i) {
+            const auto mean = [n = sums[i].pixels](uint64_t sum) { return static_cast<uint8_t>((sum + n / 2) / n); };
+            if (sums[i].pixels) colours[i] = {mean(sums[i].red), mean(sums[i].green), mean(sums[i].blue)};
+        }
+    }
+    return true;
+}
+
 // More than 256 colours change, or 256 beside transparent pixels.
 Result<CanvasImage> ImageMaker::DrawNearest() const {
     const int room = staysSomewhere_ ? kPaletteEntries - 1 : kPaletteEntries;
@@ -176,7 +212,7 @@ Result<CanvasImage> ImageMaker::DrawNearest() const {
     if (!changing) return Failure::kNoMemory;
     Result<SharedPalette> shared = BuildSharedPalette(room, {&changing, 1});
     Palette palette;
-    if (!shared || !palette.Set(shared->colours)) return Failure::kNoMemory;
+    if (!shared || !Settle(shared->colours, shared->count) || !palette.Set(shared->colours)) return Failure::kNoMemory;
     MemoryHandle bitmap = CreateImageBitmap(area_.Width(), area_.Height(), palette, 8);
     ImageWriteLock lock(&bitmap);
     if (!lock) return Failure::kNoMemory;

@@ -4,7 +4,8 @@
 //
 // All that is no frame stays where it is in the list: comments, applications, the loop block, and plain texts with
 // their controls, which players do not show. The control of a text would count for an image behind it, too: where
-// another image than before comes to stand there, it gets a control of its own that says what it had.
+// another image than before comes to stand there, it gets a control of its own that says what it had. So does an image
+// without a control that comes behind the first control of all.
 #pragma once
 
 #include <span>

@@ -180,6 +180,9 @@ bool LookKeeper::ComposeFrame(uint32_t frame, FramePlan* plan) {
 bool LookKeeper::PlanFrame(uint32_t number) {
     const Frame& frame = animation_.Frames()[number];
     FramePlan plan = {std::nullopt, frame.transparentIndex, frame.disposal, frame.area};
+    // There is nothing before the first frame: players do not agree on what to bring back, but on what to clear.
+    const bool cameToFront = number == 0 && looks_[0].frame != 0;
+    if (cameToFront && plan.disposal == kDisposePrevious) plan.disposal = kDisposeBackground;
     if (!IsLast(number) && !LoadLook(number + 1, &next_)) return false;
     if (!DrawFrame(number, before_, &shown_)) return false;
     if (IsSame(shown_, wanted_) ? !KeepFrame(number, &plan) : !ComposeFrame(number, &plan)) return false;

@@ -61,7 +61,7 @@ TEST_F(CliOperations, WhatTheyWrite) {
          "162332",
          "note: of 1 frame the delay is now below 2, for which players take 10"},
         {"in.gif", {"timing", "frame:0", "0", "--least", "0"}, "162332"},
-        {"in.gif", {"reverse"}, "163322"},
+        {"in.gif", {"reverse"}, "1633232"},
         {"in.gif", {"reverse", "0"}, "162332"},
         {"in.gif", {"thin", "--every", "2"}, "1632"},
         {"in.gif", {"cut", "1"}, "16332"},

@@ -192,6 +192,15 @@ TEST(FrameOperations, TheControlOfATextCountsForNoOtherImage) {
     EXPECT_EQ(GetControlFields(control).delay, 40) << "the text has its own still";
 }
 
+TEST(FrameOperations, TheNewFirstFrameBringsNothingBack) {
+    RowDocument list(2);
+    list.Control(3).Row(0, {1}).Control(3).Row(1, {2});
+    ASSERT_TRUE(ReverseFrames(AllFrames(list), &list));
+    EXPECT_EQ(RowsOf(list), ".2 1.");
+    EXPECT_EQ(GetControlFields(list.blocks[1]).packed, kDisposeBackground << kControlDisposalShift);
+    EXPECT_EQ(GetControlFields(list.blocks[3]).packed, kDisposePrevious << kControlDisposalShift);
+}
+
 TEST(FrameOperations, ThinningAddsDelaysUp) {
     const struct {
         std::vector<int> delays;

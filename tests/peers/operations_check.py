@@ -21,7 +21,7 @@ from frames_check import gif_files, our_frames, run, visible
 
 MOST_PIXELS = 60_000_000  # of all frames together: the judge holds them in memory
 LOST = "the nearest of them are taken"
-FARTHEST = 12  # root of the mean square in a channel, of 255, where colours are lost
+FARTHEST = 3  # root of the mean square in a channel, of 255, where colours are lost
 
 
 def judged(path, folder):
