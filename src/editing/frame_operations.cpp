@@ -48,25 +48,15 @@ bool IsSame(const ControlFields& a, const ControlFields& b) {
     return a.packed == b.packed && a.delay == b.delay && a.transparentIndex == b.transparentIndex;
 }
 
-// Whether there is a control anywhere in front of the frame. Some players, View among them, leave it in force until the
-// next one.
-bool IsBehindControl(const BlockList& list, const Frame& frame) {
-    const int first = FindBlock(list, kControlBlock);
-    return first >= 0 && static_cast<uint32_t>(first) < frame.block;
-}
-
-// Gives a control to each frame for which another one counts than it had in `old`, and to one without that has come
-// behind the first control of all.
+// Gives a control to each frame for which another one counts than it had in `old`.
 bool KeepControls(const BlockList& old, std::span<const Look> looks, BlockList* list) {
     Animation before, after;
     if (!before.Open(old, Texts::kLeftOut) || !after.Open(*list, Texts::kLeftOut)) return false;
     ListDraft draft(*list);
     for (uint32_t number = 0; number < looks.size(); ++number) {
         const Frame& frame = after.Frames()[number];
-        const Frame& oldFrame = before.Frames()[looks[number].frame];
-        const ControlFields fields = FieldsOf(old, oldFrame);
-        const bool cameBehind = frame.control < 0 && IsBehindControl(*list, frame) && !IsBehindControl(old, oldFrame);
-        if (IsSame(fields, FieldsOf(*list, frame)) && !cameBehind) continue;
+        const ControlFields fields = FieldsOf(old, before.Frames()[looks[number].frame]);
+        if (IsSame(fields, FieldsOf(*list, frame))) continue;
         Block control = MakeControlBlock(list);
         PutControlFields(&control, fields);
         draft.InsertBefore(frame.block, control);

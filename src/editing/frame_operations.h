@@ -4,8 +4,7 @@
 //
 // All that is no frame stays where it is in the list: comments, applications, the loop block, and plain texts with
 // their controls, which players do not show. The control of a text would count for an image behind it, too: where
-// another image than before comes to stand there, it gets a control of its own that says what it had. So does an image
-// without a control that comes behind the first control of all.
+// another image than before comes to stand there, it gets a control of its own that says what it had.
 #pragma once
 
 #include <span>

@@ -44,6 +44,13 @@ bool IsSame(const Canvas& a, const Canvas& b) {
     return Difference(a.View(), b.View()).IsEmpty();
 }
 
+// Whether there is a control anywhere in front of the frame. Some players, View among them, leave it in force until the
+// next one.
+bool IsBehindControl(const BlockList& list, const Frame& frame) {
+    const int first = FindBlock(list, kControlBlock);
+    return first >= 0 && static_cast<uint32_t>(first) < frame.block;
+}
+
 // Why there can't be a canvas for the document, or an empty text.
 std::string WhyNotComposed(const BlockList& list) {
     Animation animation;
@@ -71,6 +78,7 @@ private:
     bool ChooseDisposal(uint32_t frame, std::initializer_list<uint8_t> candidates, FramePlan* plan, bool* found);
     void Dispose(const FramePlan& plan, Canvas* canvas) const;
     bool IsLast(uint32_t frame) const { return frame + 1 == animation_.Frames().size(); }
+    bool CameBehindControl(uint32_t frame);
     bool Take(uint32_t frame, const FramePlan& plan);
     EditOutcome Finish();
 
@@ -192,6 +200,14 @@ bool LookKeeper::PlanFrame(uint32_t number) {
     return Take(number, plan);
 }
 
+// Whether the frame has no control and stands behind one now, as it did not before.
+bool LookKeeper::CameBehindControl(uint32_t number) {
+    const Frame& frame = animation_.Frames()[number];
+    if (frame.control >= 0 || !IsBehindControl(*list_, frame)) return false;
+    const Animation& old = sources_[looks_[number].document].animation;
+    return !IsBehindControl(old.List(), old.Frames()[looks_[number].frame]);
+}
+
 // Puts into the draft what differs.
 bool LookKeeper::Take(uint32_t number, const FramePlan& plan) {
     const Frame& frame = animation_.Frames()[number];
@@ -202,7 +218,8 @@ bool LookKeeper::Take(uint32_t number, const FramePlan& plan) {
         PutImageFields(&image, GetImageFields(*plan.image));
         if (!draft_.Replace(frame.block, image)) return false;
     }
-    if (plan.disposal == frame.disposal && plan.transparentIndex == frame.transparentIndex) return true;
+    const bool isAsItWas = plan.disposal == frame.disposal && plan.transparentIndex == frame.transparentIndex;
+    if (isAsItWas && !CameBehindControl(number)) return true;
     const bool hasControl = frame.control >= 0;
     const auto index = static_cast<uint32_t>(frame.control);
     Block control = hasControl ? list_->blocks[index] : MakeControlBlock(list_);

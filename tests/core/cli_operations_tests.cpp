@@ -47,7 +47,7 @@ TEST_F(CliOperations, WhatTheyWrite) {
     } cases[] = {
         {"in.gif", {"move", "1", "--at", "last"}, "123326"},
         {"in.gif", {"move", "last,comment", "--at", "0"}, "126233"},
-        {"in.gif", {"move", "frame:1", "--at", "0", "--keep-looks"}, "133262"},
+        {"in.gif", {"move", "frame:1", "--at", "0", "--keep-looks"}, "1332632"},
         {"in.gif", {"copy", "frame:1", "comment", "--at", "image:0"}, "1623326332"},
         {"in.gif", {"copy", "image", "--from", "other.gif", "--at", "0"}, "1262332"},
         {"two.gif", {"copy", "image", "--from", "other.gif", "--at", "0", "--keep"}, "126"},
