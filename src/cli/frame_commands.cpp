@@ -66,9 +66,10 @@ int RunCut(const Words& words) {
 const char kThinHelp[] =
     "Usage: zephyr thin [OPTION...] IN OUT --every N\n"
     "\n"
-    "Loads the GIF file IN, keeps the first of every N frames and writes the result to\n"
-    "OUT. A frame that is kept is shown for as long as players show those N together\n"
-    "(a delay of 0 or 1 counts as 10), so that the animation takes as long as before.\n"
+    "Loads the GIF file IN, keeps the first of every N frames and writes the result\n"
+    "to OUT. A frame that is kept is shown for as long as players show those N\n"
+    "together (a delay of 0 or 1 counts as 10), so that the animation takes as long\n"
+    "as before.\n"
     "All that is no frame stays.\n"
     "\n"
     "A frame is an image with the controls before it. Frames look as they did: one\n"

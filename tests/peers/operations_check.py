@@ -21,6 +21,8 @@ from frames_check import gif_files, our_frames, run, visible
 
 MOST_PIXELS = 60_000_000  # of all frames together: the judge holds them in memory
 LOST = "the nearest of them are taken"
+# ImageMagick shows the images behind a block of its own in the gamma that this tells. It stays; a frame goes past it.
+EXPECTED = {"application-gamma.gif": ["move: other pixels in [0, 1]"]}
 FARTHEST = 3  # root of the mean square in a channel, of 255, where colours are lost
 
 
@@ -99,9 +101,10 @@ def main():
     passed = failed = 0
     with ThreadPoolExecutor(os.cpu_count()) as pool:
         for path, found in zip(paths, pool.map(lambda path: check_file(zephyr, path), paths)):
-            passed += found == []
-            failed += bool(found)
-            if found:
+            is_well = found == EXPECTED.get(os.path.basename(path), [])
+            passed += is_well
+            failed += found is not None and not is_well
+            if found is not None and not is_well:
                 print(path, *found, sep="\n  ")
     if passed == 0:
         sys.exit("operations: no file that could be judged")
