@@ -44,11 +44,15 @@ bool IsSame(const Canvas& a, const Canvas& b) {
     return Difference(a.View(), b.View()).IsEmpty();
 }
 
-// Whether there is a control anywhere in front of the frame. Some players, View among them, leave it in force until the
-// next one.
-bool IsBehindControl(const BlockList& list, const Frame& frame) {
-    const int first = FindBlock(list, kControlBlock);
-    return first >= 0 && static_cast<uint32_t>(first) < frame.block;
+// What the last control in front of the block says. Some players, View among them, leave it in force until the next
+// one.
+ControlFields InForceAt(const BlockList& list, uint32_t block) {
+    while (block > 0 && list.blocks[block].kind != kControlBlock) --block;
+    return list.blocks[block].kind == kControlBlock ? GetControlFields(list.blocks[block]) : ControlFields{};
+}
+
+bool IsSame(const ControlFields& a, const ControlFields& b) {
+    return a.packed == b.packed && a.delay == b.delay && a.transparentIndex == b.transparentIndex;
 }
 
 // Why there can't be a canvas for the document, or an empty text.
@@ -91,6 +95,7 @@ private:
     Canvas before_, shown_;          // without the frame, and with it
     Canvas wanted_, next_;           // its look, and that of the one behind it
     Canvas disposed_, drawnThere_;   // what a disposal would leave, and the next frame as it is drawn on that
+    ControlFields inForce_ = {};     // of the last control
     bool isReduced_ = false;         // the image made last has lost colours,
     std::vector<uint32_t> reduced_;  // as these frames have
 };
@@ -200,12 +205,11 @@ bool LookKeeper::PlanFrame(uint32_t number) {
     return Take(number, plan);
 }
 
-// Whether the frame has no control and stands behind one now, as it did not before.
+// Whether the frame has no control, and another one is in force there than was before.
 bool LookKeeper::CameBehindControl(uint32_t number) {
-    const Frame& frame = animation_.Frames()[number];
-    if (frame.control >= 0 || !IsBehindControl(*list_, frame)) return false;
+    if (animation_.Frames()[number].control >= 0) return false;
     const Animation& old = sources_[looks_[number].document].animation;
-    return !IsBehindControl(old.List(), old.Frames()[looks_[number].frame]);
+    return !IsSame(inForce_, InForceAt(old.List(), old.Frames()[looks_[number].frame].block));
 }
 
 // Puts into the draft what differs.
@@ -218,6 +222,7 @@ bool LookKeeper::Take(uint32_t number, const FramePlan& plan) {
         PutImageFields(&image, GetImageFields(*plan.image));
         if (!draft_.Replace(frame.block, image)) return false;
     }
+    if (frame.control >= 0) inForce_ = GetControlFields(list_->blocks[static_cast<uint32_t>(frame.control)]);
     const bool isAsItWas = plan.disposal == frame.disposal && plan.transparentIndex == frame.transparentIndex;
     if (isAsItWas && !CameBehindControl(number)) return true;
     const bool hasControl = frame.control >= 0;
@@ -226,6 +231,7 @@ bool LookKeeper::Take(uint32_t number, const FramePlan& plan) {
     ControlFields fields = hasControl ? GetControlFields(control) : ControlFields{};
     fields.packed = PackedFor(fields.packed, plan);
     if (plan.transparentIndex != kNoTransparency) fields.transparentIndex = static_cast<uint8_t>(plan.transparentIndex);
+    inForce_ = fields;
     if (hasControl && !SharesControlWithText(*list_, index, frame.block)) {
         PutControlFields(&control, fields);
         return draft_.Replace(index, control);

@@ -16,7 +16,7 @@ struct Look {
 // keeps its bytes. Any other is composed anew: an image of the smallest rectangle that makes its look of what is there,
 // in the global palette or with one of its own. Where something has to become transparent again, which no image does,
 // the frame before it is disposed of to the background, and is composed anew as well when it is too small for that.
-// Delays stay: an image without a control that has come behind the first one of all gets one that says so.
+// Delays stay: an image without a control gets one that says so where it has come behind another control than before.
 //
 // Looks are those of players, which show no plain texts: these stay where they are, and no image that is made has their
 // letters. A frame composed anew that had the control of a text gets one of its own, so that the text's stays as it is.

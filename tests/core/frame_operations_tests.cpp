@@ -150,7 +150,7 @@ TEST(FrameOperations, WhatKeepsItsBytesAndWhatIsComposedAnew) {
         {"a part on a ground", CopyOf(RowDocument(3).Row(0, {1, 1, 1}).Row(1, {2})), reverse, "121 111", "122", 1},
         {"what must be cleared is disposed of by the control there is",
          CopyOf(RowDocument(3).Control(0).Row(0, {1, 1}).Row(2, {2})), reverse, "112 11.", "13232", 1},
-        {"or by a new one", CopyOf(RowDocument(3).Row(0, {1, 1}).Row(2, {2})), reverse, "112 11.", "1322", 1},
+        {"or by a new one", CopyOf(RowDocument(3).Row(0, {1, 1}).Row(2, {2})), reverse, "112 11.", "13232", 1},
         {"frames in front go", CopyOf(RowDocument(3).Row(0, {1, 1}).Row(2, {2}).Row(0, {3})), cut({1, 2}), "112 312",
          "122", 1},
         {"frames behind go", CopyOf(RowDocument(3).Row(0, {1, 1}).Row(2, {2}).Row(0, {3})), cut({1, 0}), "11. 112",
