@@ -21,8 +21,17 @@ from frames_check import gif_files, our_frames, run, visible
 
 MOST_PIXELS = 60_000_000  # of all frames together: the judge holds them in memory
 LOST = "the nearest of them are taken"
-# ImageMagick shows the images behind a block of its own in the gamma that this tells. It stays; a frame goes past it.
-EXPECTED = {"application-gamma.gif": ["move: other pixels in [0, 1]"]}
+# By file, what ImageMagick has otherwise. "zephyr frames" shows each of these frames as it was.
+EXPECTED = {
+    # The images behind a block of its own get the gamma that this tells. It stays; a frame goes past it.
+    "application-gamma.gif": ["move: other pixels in [0, 1]"],
+    # The first image now covers a part of the screen alone, and has no transparent colour: the canvas is not clear then.
+    "background-colour.gif": ["reverse: other pixels in [1, 2]", "copy: other pixels in [1]"],
+    "frames-259-local-palettes.gif": ["thin: other pixels in [1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11]"],
+    # The same; and it takes an image without a control for one with the delay of the last control.
+    "frames-of-several-images.gif": ["reverse: other delays", "thin: other pixels in [2, 3, 4, 5]", "thin: other delays",
+                                     "cut: other delays", "move: other delays"],
+}
 FARTHEST = 3  # root of the mean square in a channel, of 255, where colours are lost
 
 
