@@ -77,7 +77,7 @@ _zephyr_fields() {  # FILE INDEX
 
 _zephyr_value() {  # OPTION: what may follow it
   case $1 in
-    -o) _zephyr_files gif ;;
+    -o | --from) _zephyr_files gif ;;
     --sheet | --apng) _zephyr_files png ;;
     --level) _zephyr_offer "$prefix"{0..9} ;;
     --palette) _zephyr_offer "$prefix"{0..9} ;;
@@ -98,6 +98,8 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_indexes "$1" ;;
     frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
+    move:[01] | copy:[01] | timing:[01] | reverse:[01] | thin:[01] | cut:[01]) _zephyr_files gif ;;
+    move:* | copy:*) _zephyr_indexes "$1" ;;
   esac
 }
 
@@ -108,16 +110,20 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list diff save extract remap insert delete set build repair frames check --help --version
+    _zephyr_offer list diff save extract remap insert delete set move copy timing reverse thin cut build repair frames check --help --version
     return
   fi
   case ${words[1]} in
     list) options='--json --text --strict' ;;
     diff) options=--json ;;
-    save | delete | set) options="--strict --fit-screen $names" ;;
+    save | delete | set | reverse | cut) options="--strict --fit-screen $names" ;;
     extract) options=--strict ;;
     remap) options='--palette --dither --strict' ;;
     insert) options="--at --kind --remap --dither --keep --strict --fit-screen $names" ;;
+    move) options="--at --keep-looks --strict --fit-screen $names" ;;
+    copy) options="--at --from --remap --dither --keep --keep-looks --strict --fit-screen $names" ;;
+    timing) options="--delay --scale --total --least --strict --fit-screen $names" ;;
+    thin) options="--every --strict --fit-screen $names" ;;
     repair) options="--fit-screen $names" ;;
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
@@ -128,7 +134,7 @@ _zephyr() {  # PROGRAM, as it was typed
     # Behind "--" no word is an option: none begins with a hyphen once `ended` stands in front of it.
     case $ended${words[i]} in
       --) ended=yes ;;
-      -o | --palette | --kind | --match | --at | --delay | --background | --level | --sheet | --columns | --apng | --owner | --organisation) ((++i)) ;;
+      -o | --palette | --kind | --match | --at | --delay | --from | --scale | --total | --least | --every | --background | --level | --sheet | --columns | --apng | --owner | --organisation) ((++i)) ;;
       -?*) ;;
       *) operands+=("${words[i]}") ;;
     esac

@@ -30,6 +30,12 @@ int RunRepair(const Words& words);
 int RunFrames(const Words& words);
 int RunCheck(const Words& words);
 int RunDiff(const Words& words);
+int RunMove(const Words& words);
+int RunCopy(const Words& words);
+int RunTiming(const Words& words);
+int RunReverse(const Words& words);
+int RunThin(const Words& words);
+int RunCut(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -44,6 +50,12 @@ extern const char kRepairHelp[];
 extern const char kFramesHelp[];
 extern const char kCheckHelp[];
 extern const char kDiffHelp[];
+extern const char kMoveHelp[];
+extern const char kCopyHelp[];
+extern const char kTimingHelp[];
+extern const char kReverseHelp[];
+extern const char kThinHelp[];
+extern const char kCutHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

@@ -20,6 +20,12 @@ constexpr char kProgramHelp[] =
     "  insert IN OUT [FILE...]           insert images or other new blocks\n"
     "  delete IN OUT INDEX...            delete blocks\n"
     "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
+    "  move IN OUT SELECTION --at INDEX  put blocks elsewhere\n"
+    "  copy IN OUT SELECTION --at INDEX  copy blocks, also those of another file\n"
+    "  timing IN OUT [SELECTION]         change how long frames are shown\n"
+    "  reverse IN OUT [SELECTION]        let frames come in the opposite order\n"
+    "  thin IN OUT --every N             keep every Nth frame\n"
+    "  cut IN OUT SELECTION              keep these frames alone\n"
     "  build -o OUT FILE FILE...         make an animation from pictures\n"
     "  repair IN OUT                     save what can be saved of a damaged file\n"
     "  frames IN OUT-%03d.png            write what each frame looks like\n"
@@ -41,10 +47,24 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"list", RunList, kListHelp},       {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
-    {"remap", RunRemap, kRemapHelp},    {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
-    {"set", RunSet, kSetHelp},          {"build", RunBuild, kBuildHelp},    {"repair", RunRepair, kRepairHelp},
-    {"frames", RunFrames, kFramesHelp}, {"check", RunCheck, kCheckHelp},    {"diff", RunDiff, kDiffHelp},
+    {"list", RunList, kListHelp},
+    {"save", RunSave, kSaveHelp},
+    {"extract", RunExtract, kExtractHelp},
+    {"remap", RunRemap, kRemapHelp},
+    {"insert", RunInsert, kInsertHelp},
+    {"delete", RunDelete, kDeleteHelp},
+    {"set", RunSet, kSetHelp},
+    {"build", RunBuild, kBuildHelp},
+    {"repair", RunRepair, kRepairHelp},
+    {"frames", RunFrames, kFramesHelp},
+    {"check", RunCheck, kCheckHelp},
+    {"diff", RunDiff, kDiffHelp},
+    {"move", RunMove, kMoveHelp},
+    {"copy", RunCopy, kCopyHelp},
+    {"timing", RunTiming, kTimingHelp},
+    {"reverse", RunReverse, kReverseHelp},
+    {"thin", RunThin, kThinHelp},
+    {"cut", RunCut, kCutHelp},
 };
 
 int Print(const char* text) {

@@ -122,6 +122,22 @@ void RemoveBlocks(BlockList* list, std::span<const uint32_t> gone) {
     RenumberFrom(list, first);
 }
 
+bool HasExtensions(const BlockList& list) {
+    return std::ranges::any_of(list.All(), IsExtension);
+}
+
+void SignAsSecondVersion(BlockList* list) {
+    constexpr char kFirstVersion[] = "GIF87a";
+    Block* header = &list->blocks[0];
+    if (header->kind != kHeaderBlock || memcmp(header->descriptor, kFirstVersion, kSignatureBytes) != 0) return;
+    memcpy(header->descriptor, kSignature, kSignatureBytes);
+    (void)MarkChanged(header);  // a header can always be encoded
+}
+
+void SignForExtensions(BlockList* list) {
+    if ((list->flags & kReadWhole) && !HasExtensions(*list)) SignAsSecondVersion(list);
+}
+
 int FindBlock(const BlockList& list, uint16_t kind) {
     auto found = std::ranges::find(list.All(), kind, &Block::kind);
     return found == list.All().end() ? -1 : static_cast<int>(found - list.All().begin());
@@ -144,15 +160,6 @@ GlobalPalette FindGlobalPalette(const BlockList& list) {
         if (palette.depth != 0) return palette;
     }
     return {};
-}
-
-void SignForExtensions(BlockList* list) {
-    constexpr char kFirstVersion[] = "GIF87a";
-    if (!(list->flags & kReadWhole) || std::ranges::any_of(list->All(), IsExtension)) return;
-    Block* header = &list->blocks[0];
-    if (header->kind != kHeaderBlock || memcmp(header->descriptor, kFirstVersion, kSignatureBytes) != 0) return;
-    memcpy(header->descriptor, kSignature, kSignatureBytes);
-    (void)MarkChanged(header);  // a header can always be encoded
 }
 
 void RenumberBlocks(BlockList* list) {

@@ -67,6 +67,12 @@ void SignForExtensions(BlockList* list);
 // Takes out the blocks whose indexes `gone` holds in increasing order, in one pass.
 void RemoveBlocks(BlockList* list, std::span<const uint32_t> gone);
 
+// Whether some block is anything but a header or an image.
+bool HasExtensions(const BlockList& list);
+
+// Makes a document (of at least one block) of GIF's first version one of the second.
+void SignAsSecondVersion(BlockList* list);
+
 // Index of the first block of `kind`, or -1.
 int FindBlock(const BlockList& list, uint16_t kind);
 

@@ -5,72 +5,9 @@
 
 #include "platform/faults.h"
 #include "tests/support/literal_stage.h"
-#include "tests/support/test_blocks.h"
+#include "tests/support/row_document.h"
 
 namespace {
-
-// A screen of one row whose global colours are (i, 2i, 3i); each part adds blocks.
-struct Document : BlockList {
-    explicit Document(int width, int height = 1) {
-        (void)CreateBlockList(this);
-        Block header = *MakeHeaderBlock(this);
-        std::vector<RgbTriple> colours;
-        for (int i = 0; i < 8; ++i)
-            colours.push_back({static_cast<uint8_t>(i), static_cast<uint8_t>(2 * i), static_cast<uint8_t>(3 * i)});
-        (void)header.palette.Set(colours);
-        PutHeaderFields(&header, {static_cast<uint16_t>(width), static_cast<uint16_t>(height), 0xF2, 0, 0});
-        Append(this, header);
-    }
-    Document& Control(int disposal, int transparent = kNoTransparency, int delay = 5) {
-        Block control = OfKind(kControlBlock);
-        const int packed = disposal << kControlDisposalShift | (transparent >= 0 ? kControlTransparent : 0);
-        PutControlFields(&control, {static_cast<uint8_t>(packed), static_cast<uint16_t>(delay),
-                                    static_cast<uint8_t>(std::max(transparent, 0))});
-        Append(this, control);
-        return *this;
-    }
-    Document& Row(int left, const std::vector<uint32_t>& pixels, int top = 0) {
-        Block image = MakeImage(static_cast<int>(pixels.size()), 1, 3);
-        image.data = MakeRow(4, pixels);
-        ImageFields fields = GetImageFields(image);
-        fields.left = static_cast<uint16_t>(left);
-        fields.top = static_cast<uint16_t>(top);
-        PutImageFields(&image, fields);
-        Append(this, image);
-        return *this;
-    }
-    Document& Text(int left, int top, std::string_view words, int columns = 80, int lines = 25) {
-        Block text = MakeText(kPlainTextBlock, words);
-        PutPlainTextFields(&text, {static_cast<uint16_t>(left), static_cast<uint16_t>(top),
-                                   static_cast<uint16_t>(columns), static_cast<uint16_t>(lines), 8, 8, 1, 2});
-        Append(this, text);
-        return *this;
-    }
-};
-
-// The first row of the canvas: the red of each pixel as a digit, "." for a transparent one.
-std::string RowOf(const CanvasView& canvas, int y = 0) {
-    std::string row;
-    for (int x = 0; x < canvas.width; ++x) {
-        const auto* bytes = reinterpret_cast<const uint8_t*>(&canvas.Row(y)[x]);
-        row += bytes[3] ? static_cast<char>('0' + bytes[0]) : '.';
-    }
-    return row;
-}
-
-// All frames, a blank between two.
-std::string RowsOf(const BlockList& list) {
-    Animation animation;
-    Stage stage;
-    EXPECT_TRUE(animation.Open(list, Texts::kDrawn));
-    EXPECT_TRUE(stage.Open(animation, 0));
-    std::string rows;
-    for (uint32_t frame = 0; frame < animation.Frames().size(); ++frame) {
-        EXPECT_TRUE(stage.Show(frame));
-        rows += (frame ? " " : "") + RowOf(stage.Canvas());
-    }
-    return rows;
-}
 
 Pixels PixelsOf(const Stage& stage) {
     const CanvasView& canvas = stage.Canvas();
@@ -90,41 +27,42 @@ bool DiffersWithin(const Pixels& a, const Pixels& b, int width, const Rectangle&
 
 TEST(Stage, DrawsByTheRulesOfBrowsers) {
     const std::tuple<const char*, std::string, const char*> cases[] = {
-        {"one image on an empty canvas", RowsOf(Document(5).Row(1, {1, 2})), ".12.."},
-        {"an image stays", RowsOf(Document(4).Row(0, {1, 1}).Row(1, {2, 2})), "11.. 122."},
-        {"disposal 1 stays", RowsOf(Document(4).Control(1).Row(0, {1, 1}).Row(3, {2})), "11.. 11.2"},
+        {"one image on an empty canvas", RowsOf(RowDocument(5).Row(1, {1, 2})), ".12.."},
+        {"an image stays", RowsOf(RowDocument(4).Row(0, {1, 1}).Row(1, {2, 2})), "11.. 122."},
+        {"disposal 1 stays", RowsOf(RowDocument(4).Control(1).Row(0, {1, 1}).Row(3, {2})), "11.. 11.2"},
         {"disposal 2 clears its own rectangle",
-         RowsOf(Document(4).Row(0, {1, 1, 1, 1}).Control(2).Row(1, {2}).Row(3, {3})), "1111 1211 1.13"},
+         RowsOf(RowDocument(4).Row(0, {1, 1, 1, 1}).Control(2).Row(1, {2}).Row(3, {3})), "1111 1211 1.13"},
         {"disposal 2 clears what was transparent, too",
-         RowsOf(Document(3).Row(0, {1, 1, 1}).Control(2, 0).Row(0, {0, 2, 0}).Row(2, {3})), "111 121 ..3"},
-        {"disposal 3 brings back", RowsOf(Document(3).Row(0, {1, 1, 1}).Control(3).Row(1, {2, 2}).Row(0, {4})),
+         RowsOf(RowDocument(3).Row(0, {1, 1, 1}).Control(2, 0).Row(0, {0, 2, 0}).Row(2, {3})), "111 121 ..3"},
+        {"disposal 3 brings back", RowsOf(RowDocument(3).Row(0, {1, 1, 1}).Control(3).Row(1, {2, 2}).Row(0, {4})),
          "111 122 411"},
-        {"disposal 3 twice", RowsOf(Document(3).Row(0, {1}).Control(3).Row(1, {2}).Control(3).Row(2, {3}).Row(0, {4})),
+        {"disposal 3 twice",
+         RowsOf(RowDocument(3).Row(0, {1}).Control(3).Row(1, {2}).Control(3).Row(2, {3}).Row(0, {4})),
          "1.. 12. 1.3 4.."},
-        {"a first frame with disposal 3", RowsOf(Document(2).Control(3).Row(0, {1}).Row(1, {2})), "1. .2"},
-        {"4 counts as 3", RowsOf(Document(2).Row(0, {1, 1}).Control(4).Row(0, {2}).Row(1, {3})), "11 21 13"},
+        {"a first frame with disposal 3", RowsOf(RowDocument(2).Control(3).Row(0, {1}).Row(1, {2})), "1. .2"},
+        {"4 counts as 3", RowsOf(RowDocument(2).Row(0, {1, 1}).Control(4).Row(0, {2}).Row(1, {3})), "11 21 13"},
         {"5 to 7 do nothing",
-         RowsOf(Document(3).Control(5).Row(0, {1}).Control(6).Row(1, {2}).Control(7).Row(2, {3}).Row(0, {4})),
+         RowsOf(RowDocument(3).Control(5).Row(0, {1}).Control(6).Row(1, {2}).Control(7).Row(2, {3}).Row(0, {4})),
          "1.. 12. 123 423"},
-        {"transparency", RowsOf(Document(3).Row(0, {1, 2, 3}).Control(0, 5).Row(0, {5, 4, 5})), "123 143"},
-        {"a transparent index beyond the palette", RowsOf(Document(2).Control(0, 200).Row(0, {1, 2})), "12"},
-        {"a control counts for one image", RowsOf(Document(2).Control(2, 1).Row(0, {1, 2}).Row(0, {1, 1}).Row(0, {3})),
-         ".2 11 31"},
-        {"of two controls the later", RowsOf(Document(2).Control(0, 1).Control(0, 2).Row(0, {1, 2})), "1."},
-        {"beyond the right edge", RowsOf(Document(3).Row(2, {1, 2, 3})), "..1"},
-        {"wholly outside, and cleared there", RowsOf(Document(2).Row(0, {1, 2}).Control(2).Row(7, {3}).Row(0, {4})),
+        {"transparency", RowsOf(RowDocument(3).Row(0, {1, 2, 3}).Control(0, 5).Row(0, {5, 4, 5})), "123 143"},
+        {"a transparent index beyond the palette", RowsOf(RowDocument(2).Control(0, 200).Row(0, {1, 2})), "12"},
+        {"a control counts for one image",
+         RowsOf(RowDocument(2).Control(2, 1).Row(0, {1, 2}).Row(0, {1, 1}).Row(0, {3})), ".2 11 31"},
+        {"of two controls the later", RowsOf(RowDocument(2).Control(0, 1).Control(0, 2).Row(0, {1, 2})), "1."},
+        {"beyond the right edge", RowsOf(RowDocument(3).Row(2, {1, 2, 3})), "..1"},
+        {"wholly outside, and cleared there", RowsOf(RowDocument(2).Row(0, {1, 2}).Control(2).Row(7, {3}).Row(0, {4})),
          "12 12 42"},
-        {"below the screen", RowsOf(Document(2).Row(0, {1}, 1)), ".."},
-        {"an index beyond the palette is black", RowsOf(Document(2).Row(0, {9, 1})), "01"},
-        {"a screen without width takes the first image's edge", RowsOf(Document(0).Row(1, {1, 2}).Row(0, {3, 3, 3, 3})),
-         ".12 333"},
-        {"a screen without height", RowsOf(Document(2, 0).Row(0, {1, 2})), "12"},
+        {"below the screen", RowsOf(RowDocument(2).Row(0, {1}, 1)), ".."},
+        {"an index beyond the palette is black", RowsOf(RowDocument(2).Row(0, {9, 1})), "01"},
+        {"a screen without width takes the first image's edge",
+         RowsOf(RowDocument(0).Row(1, {1, 2}).Row(0, {3, 3, 3, 3})), ".12 333"},
+        {"a screen without height", RowsOf(RowDocument(2, 0).Row(0, {1, 2})), "12"},
     };
     for (const auto& [what, rows, expected] : cases) EXPECT_EQ(rows, expected) << what;
 }
 
 TEST(Stage, ImagesWithoutPixelsKeepTheirPlaceInTime) {
-    Document document(3);
+    RowDocument document(3);
     document.Row(0, {1, 2, 3}).Control(2).Row(1, {}).Control(2).Row(0, {4, 4}).Row(2, {5});
     document.blocks[5].data = nullptr;  // could not be decoded
     EXPECT_EQ(RowsOf(document), "123 123 123 ..5");
@@ -174,7 +112,7 @@ TEST(Stage, GoesToAnyFrameInAnyOrderWhateverIsKept) {
 }
 
 TEST(Stage, GoesBackFromTheNearestCanvas) {
-    Document document(8);
+    RowDocument document(8);
     for (int i = 0; i < 100; ++i) document.Row(i % 8, {static_cast<uint32_t>(i % 8)});
     document.Row(0, {1, 1, 1, 1, 1, 1, 1, 1});  // frame 100 stands alone
     for (int i = 0; i < 99; ++i) document.Row(i % 8, {2});
@@ -202,7 +140,7 @@ TEST(Stage, GoesBackFromTheNearestCanvas) {
 }
 
 TEST(Stage, TouchesOnlyWhatChanges) {
-    Document document(10);
+    RowDocument document(10);
     document.Row(0, std::vector<uint32_t>(10, 1)).Control(2).Row(1, {2, 2}).Row(4, {3}).Row(20, {3});
     Animation animation;
     Stage stage;
@@ -218,7 +156,7 @@ TEST(Stage, TouchesOnlyWhatChanges) {
 }
 
 TEST(Stage, TellsWhenMemoryIsShort) {
-    Document document(4);
+    RowDocument document(4);
     document.Row(0, {1, 2, 3, 4}).Control(3).Row(0, {2}).Control(3).Row(1, {2, 3}).Row(0, {5});
     long n = 0;
     for (bool failed = true; failed; ++n) {
@@ -241,7 +179,7 @@ TEST(Stage, RefusesWhatNoCanvasHolds) {
     const std::tuple<int, int, bool> cases[] = {
         {16384, 16384, true}, {16385, 16384, false}, {65535, 65535, false}, {65535, 1, true}};
     for (const auto& [width, height, fits] : cases) {
-        Document document(width, height);
+        RowDocument document(width, height);
         Animation animation;
         ASSERT_TRUE(animation.Open(document, Texts::kDrawn));
         EXPECT_EQ(FitsCanvas(animation), fits) << width << " x " << height;
@@ -249,7 +187,7 @@ TEST(Stage, RefusesWhatNoCanvasHolds) {
 }
 
 TEST(Stage, DrawsTextsIntoTheFrameOfTheNextImage) {
-    Document document(40, 30);
+    RowDocument document(40, 30);
     document.Control(2, 2).Text(1, 1, "I").Row(0, {5}).Control(0, 7, 30).Text(20, 15, "-\r-", 80, 2);
     Animation animation;
     ASSERT_TRUE(animation.Open(document, Texts::kDrawn));
@@ -270,7 +208,7 @@ TEST(Stage, DrawsTextsIntoTheFrameOfTheNextImage) {
 }
 
 TEST(Animation, TellsWhenEachFrameIsPlayed) {
-    Document document(1);
+    RowDocument document(1);
     document.Control(0, kNoTransparency, 0).Row(0, {1}).Control(0, kNoTransparency, 1).Row(0, {1});
     document.Control(0, kNoTransparency, 2).Row(0, {1}).Row(0, {1}).Control(0, kNoTransparency, 65535).Row(0, {1});
     Animation animation;
@@ -311,7 +249,7 @@ TEST(Animation, CountsHowOftenItIsPlayed) {
         {"a foreign block", {application("ANIMEXTS2.0", "\1\3\0"sv)}, 1},
     };
     for (const auto& [what, blocks, plays] : cases) {
-        Document document(1);
+        RowDocument document(1);
         for (const Block& block : blocks) Append(&document, block);
         Animation animation;
         ASSERT_TRUE(animation.Open(document, Texts::kDrawn));

@@ -1,0 +1,22 @@
+// What tests of operations on documents share.
+#pragma once
+
+#include "gif/source_bytes.h"
+#include "tests/support/test_blocks.h"
+
+inline BlockList CopyOf(const BlockList& list) {
+    BlockList copy;
+    EXPECT_TRUE(CreateBlockList(&copy));
+    for (const Block& block : list.All()) EXPECT_TRUE(AppendBlock(&copy, block));
+    copy.flags = list.flags;
+    copy.before = list.before;
+    copy.after = list.after;
+    return copy;
+}
+
+inline Bytes SavedBytes(const BlockList& list) {
+    File file;
+    EXPECT_TRUE(file.CreateMemory());
+    EXPECT_TRUE(WriteWholeGif(list, file, nullptr));
+    return {file.Written().begin(), file.Written().end()};
+}
