@@ -3,6 +3,8 @@
 #include <algorithm>
 
 #include "cli/complaints.h"
+#include "cli/input_file.h"
+#include "cli/output_file.h"
 
 namespace {
 
@@ -20,17 +22,21 @@ void TellDamages(const std::string& path, const std::vector<Damage>& damages) {
 }  // namespace
 
 bool LoadedFile::Open(const std::string& path, const Options& options) {
-    path_ = path;
+    path_ = path == kStandardStream ? "standard input" : path;
     manner_ = options.DocumentManner();
     bool strict = options.Has("--strict");
-    Read();
+    Read(path);
     if (result == kReadDone) TellWhatIsMissing(strict);
     return result == kReadDone && (IsComplete() || !strict);
 }
 
-void LoadedFile::Read() {
+void LoadedFile::Read(const std::string& path) {
     if (!CreateBlockList(&list)) return Complain(path_, "out of memory");
-    result = ReadGifFile(&list, path_.c_str(), &report, manner_);
+    if (path == kStandardStream) {
+        if (!ReadStandardInput()) return;
+    } else {
+        result = ReadGifFile(&list, path.c_str(), &report, manner_);
+    }
     if (report.couldNotOpen)
         Complain(path_, WhyNotOpened(path_, report.reason));
     else if (report.couldNotRead)
@@ -41,6 +47,19 @@ void LoadedFile::Read() {
         Complain(path_, "not a GIF file");
     else if (report.imageLeftBlank)
         RefuseBlankImage();
+}
+
+bool LoadedFile::ReadStandardInput() {
+    BlockData content;
+    std::string why;
+    if (!ReadInputFile(kStandardStream, &content, &why)) {
+        Complain(path_, why);
+        return false;
+    }
+    File file;
+    file.OpenMemory(content.bytes.get(), content.count);
+    result = ReadGif(&list, file, &report, manner_);
+    return true;
 }
 
 bool LoadedFile::IsComplete() const {

@@ -7,9 +7,10 @@
 #include "gif/gif_reader.h"
 
 struct LoadedFile {
-    // Reads the file in the manner that the options ask for; what was read before a failure stays in `list`. A failure
-    // is reported on standard error, as is damage or, in the classic manner, a load that ended before the trailer; with
-    // the option "--strict" these are failures too, harmless damage not. Returns whether the command may go on.
+    // Reads the file, or standard input for "-", in the manner that the options ask for; what was read before a failure
+    // stays in `list`. A failure is reported on standard error, as is damage or, in the classic manner, a load that
+    // ended before the trailer; with the option "--strict" these are failures too, harmless damage not. Returns whether
+    // the command may go on.
     bool Open(const std::string& path, const Options& options);
 
     // Block number `index`; null, with the reason on standard error, when there is none.
@@ -27,7 +28,8 @@ struct LoadedFile {
     bool tellsDamages = true;  // false: whoever opens the file tells of them in its own way
 
 private:
-    void Read();
+    void Read(const std::string& path);
+    bool ReadStandardInput();  // false when that fails, which is told
     void RefuseBlankImage();
     bool IsComplete() const;
     void TellWhatIsMissing(bool strict) const;

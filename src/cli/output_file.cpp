@@ -1,8 +1,29 @@
 #include "cli/output_file.h"
 
+#include <cstdio>
+
 #include "cli/complaints.h"
+#include "cli/terminal.h"
+#include "cli/usage.h"
+
+namespace {
+
+bool WriteStandardOutput(const std::function<bool(File&)>& write) {
+    File file;
+    if (!file.CreateMemory() || !write(file)) {
+        Complain("standard output", "not enough memory");
+        return false;
+    }
+    MakeOutputBinary();
+    const std::span<const uint8_t> bytes = file.Written();
+    fwrite(bytes.data(), 1, bytes.size(), stdout);
+    return FlushOutput();
+}
+
+}  // namespace
 
 bool WriteOutputFile(const std::string& path, const std::function<bool(File&)>& write) {
+    if (path == kStandardStream) return WriteStandardOutput(write);
     File file;
     if (!file.CreateReplacement(path.c_str()) || !write(file) || !file.Close()) {
         Complain(path, WhyNotWritten(path, file.HasFailed() ? file.Reason() : "not enough memory"));

@@ -6,7 +6,9 @@
 
 #include "platform/file.h"
 
-// Makes what `write` puts into the file the content of the file at `path`. What stands there is replaced only once
-// everything is written; `write` returns false when memory or the file gives out. False, with the reason on standard
-// error, when that fails.
+constexpr char kStandardStream[] = "-";  // in the place of a file: standard input or output
+
+// Makes what `write` puts into the file the content of the file at `path`, or standard output for "-". What stands
+// there is replaced only once everything is written; `write` returns false when memory or the file gives out. False,
+// with the reason on standard error, when that fails.
 [[nodiscard]] bool WriteOutputFile(const std::string& path, const std::function<bool(File&)>& write);

@@ -8,6 +8,7 @@
 #include "cli/loaded_file.h"
 #include "cli/names.h"
 #include "cli/options.h"
+#include "cli/output_file.h"
 #include "cli/printable.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
@@ -15,17 +16,18 @@
 
 namespace {
 
-void Print(const std::vector<RepairStep>& steps) {
+// Where the document itself goes to standard output, this goes beside it.
+void Print(FILE* out, const std::vector<RepairStep>& steps) {
     for (const RepairStep& step : steps) {
         std::string line;
         if (step.block >= 0) line = "block " + std::to_string(step.block) + " (" + FormatKindName(step.kind) + "): ";
         line += step.text;
-        puts(Printable(line).c_str());
+        fprintf(out, "%s\n", Printable(line).c_str());
     }
     if (steps.empty())
-        puts("nothing to repair");
+        fputs("nothing to repair\n", out);
     else
-        printf("%zu %s\n", steps.size(), steps.size() == 1 ? "repair" : "repairs");
+        fprintf(out, "%zu %s\n", steps.size(), steps.size() == 1 ? "repair" : "repairs");
 }
 
 // Whatever is wrong with such an image, here it can't be looked at.
@@ -45,7 +47,7 @@ int RepairWhole(LoadedFile* file, const Options& options) {
     const int status = SaveDocument(&file->list, options.Operands()[1], options);
     if (status != kExitDone) return status;
     TellWhatStays(options.Operands()[0], file->report.damages);
-    Print(steps);
+    Print(options.Operands()[1] == kStandardStream ? stderr : stdout, steps);
     return FlushOutput() ? kExitDone : kExitFailed;
 }
 

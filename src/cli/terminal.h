@@ -4,5 +4,6 @@
 // True when standard error is a terminal, so that progress may be shown on it.
 bool ErrorsGoToTerminal();
 
-// Makes standard input deliver bytes as they are, where the system would change line ends.
+// Make standard input and output pass bytes as they are, where the system would change line ends.
 void MakeInputBinary();
+void MakeOutputBinary();

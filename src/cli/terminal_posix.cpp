@@ -7,3 +7,5 @@ bool ErrorsGoToTerminal() {
 }
 
 void MakeInputBinary() {}
+
+void MakeOutputBinary() {}

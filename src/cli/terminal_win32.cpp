@@ -15,3 +15,7 @@ bool ErrorsGoToTerminal() {
 void MakeInputBinary() {
     (void)_setmode(_fileno(stdin), _O_BINARY);
 }
+
+void MakeOutputBinary() {
+    (void)_setmode(_fileno(stdout), _O_BINARY);
+}
