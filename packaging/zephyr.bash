@@ -53,6 +53,12 @@ _zephyr_indexes() {  # FILE [KIND|KIND...]
   _zephyr_offer "$(_zephyr_lines "$1" | awk -v kinds="^(${2-})" '$0 ~ kinds { print NR - 1 }')"
 }
 
+# The same, or words for blocks.
+_zephyr_selection() {  # FILE
+  local kinds='header image control plaintext application comment loop names unknown frame last'
+  _zephyr_offer "$(_zephyr_lines "$1" | awk '{ print NR - 1 }')" "$kinds"
+}
+
 _zephyr_fields() {  # FILE INDEX
   local header='width= height= background= sorted= colour:' image='left= top= interlaced='
   local control='delay= disposal= transparent= input=' loop='iterations='
@@ -89,22 +95,30 @@ _zephyr_value() {  # OPTION: what may follow it
 _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
   local command=$1
   shift
+  if [[ -n $in_place ]]; then
+    case $ended$command in
+      yes* | save | repair | thin) _zephyr_files gif ;;
+      *) _zephyr_selection '' ;;
+    esac
+    return
+  fi
   case $command:$# in
     extract:1) _zephyr_indexes "$1" 'IMAGE|APPLICATION|UNKNOWN' ;;
     remap:1) _zephyr_indexes "$1" IMAGE ;;
     extract:2 | remap:2) _zephyr_files bmp ;;
-    set:2) _zephyr_indexes "$1" ;;
+    set:2) _zephyr_selection "$1" ;;
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
-    delete:*) _zephyr_indexes "$1" ;;
+    delete:*) _zephyr_selection "$1" ;;
     frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
     move:[01] | copy:[01] | timing:[01] | reverse:[01] | thin:[01] | cut:[01]) _zephyr_files gif ;;
-    move:* | copy:*) _zephyr_indexes "$1" ;;
+    move:* | copy:*) _zephyr_selection "$1" ;;
   esac
 }
 
 _zephyr() {  # PROGRAM, as it was typed
-  local words cur prefix='' ended='' names='--owner --organisation' options operands=() i program
+  local words cur prefix='' ended='' in_place='' names='--owner --organisation' options operands=() i program
+  local edits="--in-place --dry-run --strict --fit-screen $names"
   program=$(_zephyr_plain "$1")
   COMPREPLY=()
   _zephyr_join
@@ -116,15 +130,15 @@ _zephyr() {  # PROGRAM, as it was typed
   case ${words[1]} in
     list) options='--json --text --strict' ;;
     diff) options=--json ;;
-    save | delete | set | reverse | cut) options="--strict --fit-screen $names" ;;
+    save | set | reverse | cut | repair) options=$edits ;;
+    delete) options="--keep-looks $edits" ;;
     extract) options=--strict ;;
     remap) options='--palette --dither --strict' ;;
-    insert) options="--at --kind --remap --dither --keep --strict --fit-screen $names" ;;
-    move) options="--at --keep-looks --strict --fit-screen $names" ;;
-    copy) options="--at --from --remap --dither --keep --keep-looks --strict --fit-screen $names" ;;
-    timing) options="--delay --scale --total --least --strict --fit-screen $names" ;;
-    thin) options="--every --strict --fit-screen $names" ;;
-    repair) options="--fit-screen $names" ;;
+    insert) options="--at --kind --remap --dither --keep $edits" ;;
+    move) options="--at --keep-looks $edits" ;;
+    copy) options="--at --from --remap --dither --keep --keep-looks $edits" ;;
+    timing) options="--delay --scale --total --least $edits" ;;
+    thin) options="--every $edits" ;;
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
@@ -134,6 +148,7 @@ _zephyr() {  # PROGRAM, as it was typed
     # Behind "--" no word is an option: none begins with a hyphen once `ended` stands in front of it.
     case $ended${words[i]} in
       --) ended=yes ;;
+      --in-place) in_place=yes ;;
       -o | --palette | --kind | --match | --at | --delay | --from | --scale | --total | --least | --every | --background | --level | --sheet | --columns | --apng | --owner | --organisation) ((++i)) ;;
       -?*) ;;
       *) operands+=("${words[i]}") ;;

@@ -215,9 +215,9 @@ std::string NoSuchField(uint16_t kind, const std::string& field, Manner manner) 
 FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value, Manner manner) {
     size_t nameEnd = std::min(field.find(':'), field.size() - 1) + 1;
     const Field* known = FindField(block->kind, field.substr(0, nameEnd), manner);
-    if (!known) return {NoSuchField(block->kind, field, manner)};
+    if (!known) return {NoSuchField(block->kind, field, manner), false, "", true};
     Wanted wanted = known->set(block, field.substr(nameEnd), value);
     if (wanted.what.empty()) return {};
-    if (!wanted.file.empty()) return {wanted.what, false, wanted.file};
+    if (!wanted.file.empty()) return {wanted.what, false, wanted.file, false};
     return {field + " wants " + wanted.what, !wanted.ofDocument};
 }

@@ -11,6 +11,7 @@ struct FieldRefusal {
     std::string text;
     bool wrongWords = false;  // no block of this kind would take the value
     std::string file = {};    // the one that the text is about, when that is one which the value names
+    bool noSuchField = false;
 };
 
 // Sets one field: `field` as in "delay" or "colour:5", `value` in UTF-8. Documents of the classic manner have fewer

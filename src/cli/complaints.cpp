@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <filesystem>
 
+#include "cli/options.h"
 #include "cli/printable.h"
 
 namespace fs = std::filesystem;
@@ -17,6 +18,14 @@ fs::path PathOf(const std::string& utf8) {
 
 void Complain(const std::string& path, const std::string& what) {
     fprintf(stderr, "zephyr: %s: %s\n", Printable(path).c_str(), Printable(what).c_str());
+}
+
+std::string NameOfInput(const std::string& path) {
+    return path == kStandardStream ? "standard input" : path;
+}
+
+std::string NameOfOutput(const std::string& path) {
+    return path == kStandardStream ? "standard output" : path;
 }
 
 std::string WhyNotOpened(const std::string& path, const std::string& reason) {

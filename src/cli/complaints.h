@@ -8,6 +8,10 @@
 // Prints "zephyr: <path>: <what>".
 void Complain(const std::string& path, const std::string& what);
 
+// What messages call the file that a command reads or writes: "-" are the standard streams.
+std::string NameOfInput(const std::string& path);
+std::string NameOfOutput(const std::string& path);
+
 // Why a file could not be opened for reading, read or written, in plain words where we have any, otherwise with the
 // system's `reason`.
 std::string WhyNotOpened(const std::string& path, const std::string& reason);

@@ -1,9 +1,7 @@
 // zephyr copy: blocks a second time, or those of another document.
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/edited_file.h"
-#include "cli/names.h"
-#include "cli/usage.h"
+#include "cli/edit_command.h"
 #include "editing/block_copy.h"
 
 namespace {
@@ -38,54 +36,73 @@ std::string ReadColours(const Options& options, Order* order) {
     return "";
 }
 
-std::string ReadOrder(const Options& options, Order* order) {
-    if (std::string wrong = WrongNames(options); !wrong.empty()) return wrong;
-    if (options.Operands().size() < 3) return "give IN, OUT and the blocks to be copied";
-    if (options.Has("--keep-looks")) order->looks = Looks::kKept;
-    if (std::string wrong = ReadColours(options, order); !wrong.empty()) return wrong;
-    std::string wrong = ReadSelection(options, 2, "", &order->blocks);
-    return wrong.empty() ? ReadPlace(options, &order->place) : wrong;
-}
+class Copying : public Edit {
+public:
+    std::string Read(const Options& options, const Words& operands) override {
+        options_ = &options;
+        if (options.Has("--keep-looks")) order_.looks = Looks::kKept;
+        if (std::string wrong = ReadColours(options, &order_); !wrong.empty()) return wrong;
+        std::string wrong = ReadSelection(operands, "", &order_.blocks);
+        return wrong.empty() ? ReadPlace(options, &order_.place) : wrong;
+    }
 
-int CopyWithin(const Options& options, const Order& order) {
-    EditedFile file(options);
-    std::vector<uint32_t> blocks;
-    uint32_t at = 0;
-    if (!file.Open() || !file.Find(order.blocks, &blocks) || !file.FindPlace(order.place, &at)) return kExitFailed;
-    EditOutcome outcome = DuplicateBlocks(blocks, at, order.looks, file.List());
-    return file.Finish(outcome, {at + 1, static_cast<uint32_t>(blocks.size())});
-}
+    EditAnswer Change(LoadedFile* file) override {
+        std::string why;
+        uint32_t at = 0;
+        if (!FindPlace(order_.place, file->list, &at, &why)) return EditOutcome::Refused(why);
+        return Other() ? CopyFrom(*Other(), at, &file->list) : CopyWithin(at, &file->list);
+    }
 
-int CopyFrom(const std::string& path, const Options& options, const Order& order) {
-    EditedFile file(options);
-    LoadedFile other;
-    std::string why;
-    uint32_t at = 0;
-    if (!file.Open() || !file.FindPlace(order.place, &at) || !other.Open(path, options)) return kExitFailed;
-    const std::vector<uint32_t> blocks = order.blocks.Find(other.list, &why);
-    CopyOutcome outcome;
-    if (blocks.empty())
-        outcome.refusal = why;
-    else
-        outcome = CopyBlocks(other.list, blocks, at, order.colours, order.looks, file.List());
-    if (outcome.wantsChoice) outcome.refusal += ": give --remap, --dither or --keep";
-    if (outcome) return file.Finish(outcome, {outcome.first, outcome.copied});
-    Complain(path, outcome.refusal);
-    return kExitFailed;
-}
+    bool ReadsStandardInput() const override { return Other() && *Other() == kStandardStream; }
+
+private:
+    const std::string* Other() const { return options_->Value("--from"); }
+
+    EditAnswer CopyWithin(uint32_t at, BlockList* list) const {
+        std::string why;
+        const std::vector<uint32_t> blocks = order_.blocks.Find(*list, &why);
+        if (blocks.empty()) return EditOutcome::Refused(why);
+        EditAnswer answer = DuplicateBlocks(blocks, at, order_.looks, list);
+        answer.touched = BlocksFrom(at + 1, static_cast<uint32_t>(blocks.size()));
+        return answer;
+    }
+
+    EditAnswer CopyFrom(const std::string& path, uint32_t at, BlockList* list) const {
+        LoadedFile other;
+        EditAnswer answer;
+        if (!other.Open(path, *options_)) {
+            answer.isTold = true;
+            return answer;
+        }
+        std::string why;
+        const std::vector<uint32_t> blocks = order_.blocks.Find(other.list, &why);
+        if (blocks.empty()) {
+            answer.refusal = why;
+        } else {
+            CopyOutcome outcome = CopyBlocks(other.list, blocks, at, order_.colours, order_.looks, list);
+            if (outcome.wantsChoice) outcome.refusal += ": give --remap, --dither or --keep";
+            answer = EditAnswer(outcome);
+            answer.touched = BlocksFrom(outcome.first, outcome.copied);
+        }
+        answer.file = NameOfInput(path);
+        return answer;
+    }
+
+    const Options* options_ = nullptr;
+    Order order_;
+};
 
 }  // namespace
 
 const char kCopyHelp[] =
     "Usage: zephyr copy [OPTION...] IN OUT SELECTION... --at INDEX\n"
     "       zephyr copy [OPTION...] IN OUT SELECTION... --from OTHER --at INDEX\n"
+    "       zephyr copy --in-place [OPTION...] SELECTION... --at INDEX -- FILE...\n"
     "\n"
     "Loads the GIF file IN, puts copies of the blocks of SELECTION, in the order of\n"
     "its words, behind block number INDEX of IN and writes the result to OUT. With\n"
     "--from they are blocks of the GIF file OTHER. The header is never copied, and\n"
-    "there is one loop block at most. A SELECTION is a number as 7, a range as\n"
-    "3-last, a kind as comment or image:0, or frames as frame:2-4: images with the\n"
-    "controls before them; several come with commas or as several words.\n"
+    "there is one loop block at most.\n"
     "\n"
     "What to do with images and plain texts of OTHER whose colours IN does not have\n"
     "at the same places of its global palette:\n"
@@ -100,16 +117,15 @@ const char kCopyHelp[] =
     "\n"
     "  --keep-looks\n"
     "             frames look as they did in their documents: those that stand behind\n"
-    "             others than before and would look different are composed anew\n"
-    "  --fit-screen, --owner NAME, --organisation NAME, --strict, --classic\n"
-    "             as with the command delete\n";
+    "             others than before and would look different are composed anew\n";
 
 int RunCopy(const Words& words) {
-    Options options(words, {"--keep-looks", "--remap", "--dither", "--keep", "--strict", "--fit-screen"},
-                    {"--at", "--from", "--owner", "--organisation"});
-    if (!options.Error().empty()) return WrongUsage("copy", options.Error());
-    Order order;
-    if (std::string wrong = ReadOrder(options, &order); !wrong.empty()) return WrongUsage("copy", wrong);
-    const std::string* other = options.Value("--from");
-    return other ? CopyFrom(*other, options, order) : CopyWithin(options, order);
+    Copying copying;
+    return RunEdit({"copy",
+                    {"--keep-looks", "--remap", "--dither", "--keep"},
+                    {"--at", "--from"},
+                    1,
+                    SIZE_MAX,
+                    " and the blocks to be copied"},
+                   words, &copying);
 }

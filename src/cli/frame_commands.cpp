@@ -1,34 +1,52 @@
 // zephyr reverse, thin and cut: other frames, or in another order.
 #include "cli/commands.h"
-#include "cli/edited_file.h"
-#include "cli/names.h"
-#include "cli/usage.h"
+#include "cli/edit_command.h"
 #include "editing/frame_operations.h"
 
 namespace {
 
-using FrameOperation = EditOutcome (*)(std::span<const uint32_t> frames, BlockList* list);
+// Work on chosen frames: all of them when nothing is said.
+class FrameEdit : public Edit {
+public:
+    using Operation = EditOutcome (*)(std::span<const uint32_t> frames, BlockList* list);
 
-// One that works on chosen frames: all of them when nothing is said and `isAllMeant`.
-int RunOnFrames(const char* command, const Words& words, bool isAllMeant, FrameOperation operation) {
-    Options options(words, {"--strict", "--fit-screen"}, {"--owner", "--organisation"});
-    if (!options.Error().empty()) return WrongUsage(command, options.Error());
-    if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage(command, wrong);
-    if (options.Operands().size() < 2) return WrongUsage(command, "give IN and OUT");
-    if (options.Operands().size() < 3 && !isAllMeant) return WrongUsage(command, "give IN, OUT and frames");
-    Selection selection;
-    if (std::string wrong = ReadSelection(options, 2, "frame", &selection); !wrong.empty())
-        return WrongUsage(command, wrong);
-    EditedFile file(options);
-    std::vector<uint32_t> frames;
-    if (!file.Open() || !file.FindFrameNumbers(selection, &frames)) return kExitFailed;
-    return file.Finish(operation(frames, file.List()));
-}
+    explicit FrameEdit(Operation operation) : operation_(operation) {}
+
+    std::string Read(const Options&, const Words& operands) override {
+        return ReadSelection(operands, "frame", &frames_);
+    }
+
+    EditAnswer Change(LoadedFile* file) override {
+        std::string why;
+        const std::vector<uint32_t> frames = frames_.FindFrameNumbers(FindFrames(file->list).size(), &why);
+        if (frames.empty()) return EditOutcome::Refused(why);
+        return operation_(frames, &file->list);
+    }
+
+private:
+    Operation operation_;
+    Selection frames_;
+};
+
+class Thinning : public Edit {
+public:
+    std::string Read(const Options& options, const Words&) override {
+        const std::string* text = options.Value("--every");
+        const bool isNumber = text && ParseNumber(*text, UINT32_MAX, &every_) && every_ > 0;
+        return isNumber ? "" : "give --every and a number of frames from 1 on";
+    }
+
+    EditAnswer Change(LoadedFile* file) override { return ThinFrames(every_, &file->list); }
+
+private:
+    unsigned every_ = 0;
+};
 
 }  // namespace
 
 const char kReverseHelp[] =
     "Usage: zephyr reverse [OPTION...] IN OUT [SELECTION...]\n"
+    "       zephyr reverse --in-place [OPTION...] [SELECTION...] -- FILE...\n"
     "\n"
     "Loads the GIF file IN, lets its frames come in the opposite order and writes the\n"
     "result to OUT. SELECTION chooses frames as in 0, 2-4, last or frame:3, which are\n"
@@ -42,11 +60,13 @@ const char kReverseHelp[] =
     "             as with the command delete\n";
 
 int RunReverse(const Words& words) {
-    return RunOnFrames("reverse", words, true, ReverseFrames);
+    FrameEdit reversal(ReverseFrames);
+    return RunEdit({"reverse", {}, {}, 0, SIZE_MAX}, words, &reversal);
 }
 
 const char kCutHelp[] =
     "Usage: zephyr cut [OPTION...] IN OUT SELECTION...\n"
+    "       zephyr cut --in-place [OPTION...] SELECTION... -- FILE...\n"
     "\n"
     "Loads the GIF file IN, keeps the chosen frames, in the order of IN, and writes\n"
     "the result to OUT. SELECTION chooses frames as in 0, 2-4, last or frame:3. All\n"
@@ -54,17 +74,16 @@ const char kCutHelp[] =
     "\n"
     "A frame is an image with the controls before it. Frames look as they did: one\n"
     "that would look different behind the frame that it has now is composed anew, all\n"
-    "others keep their bytes.\n"
-    "\n"
-    "  --fit-screen, --owner NAME, --organisation NAME, --strict, --classic\n"
-    "             as with the command delete\n";
+    "others keep their bytes.\n";
 
 int RunCut(const Words& words) {
-    return RunOnFrames("cut", words, false, CutFrames);
+    FrameEdit cut(CutFrames);
+    return RunEdit({"cut", {}, {}, 1, SIZE_MAX, " and the frames to be kept"}, words, &cut);
 }
 
 const char kThinHelp[] =
     "Usage: zephyr thin [OPTION...] IN OUT --every N\n"
+    "       zephyr thin --in-place [OPTION...] --every N FILE...\n"
     "\n"
     "Loads the GIF file IN, keeps the first of every N frames and writes the result\n"
     "to OUT. A frame that is kept is shown for as long as players show those N\n"
@@ -74,21 +93,9 @@ const char kThinHelp[] =
     "\n"
     "A frame is an image with the controls before it. Frames look as they did: one\n"
     "that would look different behind the frame that it has now is composed anew, all\n"
-    "others keep their bytes.\n"
-    "\n"
-    "  --fit-screen, --owner NAME, --organisation NAME, --strict, --classic\n"
-    "             as with the command delete\n";
+    "others keep their bytes.\n";
 
 int RunThin(const Words& words) {
-    Options options(words, {"--strict", "--fit-screen"}, {"--every", "--owner", "--organisation"});
-    if (!options.Error().empty()) return WrongUsage("thin", options.Error());
-    if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("thin", wrong);
-    if (options.Operands().size() != 2) return WrongUsage("thin", "give IN and OUT");
-    const std::string* text = options.Value("--every");
-    unsigned every = 0;
-    if (!text || !ParseNumber(*text, UINT32_MAX, &every) || every == 0)
-        return WrongUsage("thin", "give --every and a number of frames from 1 on");
-    EditedFile file(options);
-    if (!file.Open()) return kExitFailed;
-    return file.Finish(ThinFrames(every, file.List()));
+    Thinning thinning;
+    return RunEdit({"thin", {}, {"--every"}, 0, 0}, words, &thinning);
 }

@@ -1,11 +1,7 @@
 // zephyr insert: new blocks, as the editor's Insert command makes them.
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/loaded_file.h"
-#include "cli/names.h"
-#include "cli/options.h"
-#include "cli/save_document.h"
-#include "cli/usage.h"
+#include "cli/edit_command.h"
 #include "editing/palette_match.h"
 #include "gif/default_blocks.h"
 #include "texts/string_ids.h"
@@ -52,16 +48,13 @@ private:
 struct Order {
     uint16_t kind = kEmptyBlock;
     Colours colours = Colours::kNotSaid;
-    uint32_t place = 0;  // the block behind which the new ones come
-    Words files;         // the images
+    Selection place;  // the block behind which the new ones come
+    Words files;      // the images
 };
 
 // Fills `order`; returns what is wrong with the words, or an empty text.
-std::string ReadOrder(const Options& options, Order* order) {
-    const Words& operands = options.Operands();
-    if (operands.size() < 2) return "give IN and OUT";
-    order->files.assign(operands.begin() + 2, operands.end());
-
+std::string ReadOrder(const Options& options, const Words& operands, Order* order) {
+    order->files = operands;
     const std::string* kind = options.Value("--kind");
     for (const KindName& known : kKindNames)
         if (kind && *kind == known.name) order->kind = known.kind;
@@ -73,14 +66,11 @@ std::string ReadOrder(const Options& options, Order* order) {
         order->colours = known.colours;
     }
     bool images = order->kind == kImageBlock;
-    if (images && order->files.empty()) return "give at least one image FILE";
-    if (!images && !order->files.empty()) return "a FILE is for --kind image only";
+    if (images && order->files.empty()) return "give at least one PICTURE";
+    if (!images && !order->files.empty()) return "a PICTURE is for --kind image only";
     if (!images && order->colours != Colours::kNotSaid) return "--remap, --dither and --keep are for images only";
     const std::string* at = options.Value("--at");
-    if (!at && order->kind != kLoopBlock) return "give --at and the number of a block";
-    std::string error = WrongNames(options);
-    if (at && error.empty()) (void)ParseIndex(*at, &order->place, &error);
-    return error;
+    return at || order->kind != kLoopBlock ? ReadPlace(options, &order->place) : order->place.Parse("0");
 }
 
 // Why the image of the file can't join the document.
@@ -100,48 +90,67 @@ std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
     return "";
 }
 
-// Makes the blocks that are to be inserted. False, with the reason on standard error, when one can't be had.
-bool MakeBlocks(BlockList* list, const Order& order, const std::string& path, std::vector<Block>* blocks) {
-    InsertAnswers answers(order.colours);
+// Makes the blocks that are to be inserted.
+EditAnswer MakeBlocks(BlockList* list, const Order& order, Colours colours, std::vector<Block>* blocks) {
+    EditAnswer answer;
+    InsertAnswers answers(colours);
     for (const std::string& file : order.files) {
         Result<Block> image = ImportImage(list, file, answers);
         if (!image) {
-            Complain(file, WhyNotInserted(file, image));
-            return false;
+            answer.refusal = WhyNotInserted(file, image);
+            answer.file = file;
+            return answer;
         }
         blocks->push_back(*image);
     }
-    if (order.kind == kImageBlock) return true;
-    std::string reason = WhyNotAllowed(*list, order.kind);
-    Result<Block> block = reason.empty() ? MakeBlock(list, order.kind) : Failure::kNotAllowed;
-    if (block) {
-        blocks->push_back(*block);
-        return true;
-    }
-    Complain(path, reason.empty() ? "out of memory" : reason);
-    return false;
+    if (order.kind == kImageBlock) return answer;
+    answer.refusal = WhyNotAllowed(*list, order.kind);
+    if (!answer) return answer;
+    Result<Block> block = MakeBlock(list, order.kind);
+    if (!block) return EditOutcome::OutOfMemory();
+    blocks->push_back(*block);
+    return answer;
 }
 
-// All at once, so that the blocks behind them move only once.
-bool Insert(LoadedFile* file, const Order& order, const std::string& path, TouchedBlocks* made) {
-    std::vector<Block> blocks;
-    if (!file->At(order.place) || !MakeBlocks(&file->list, order, path, &blocks)) return false;
-    int selection = order.kind == kLoopBlock ? 0 : static_cast<int>(order.place);
-    *made = {static_cast<uint32_t>(selection) + 1, static_cast<uint32_t>(blocks.size())};
-    if (InsertBlocks(&file->list, &selection, blocks)) return true;
-    Complain(path, "out of memory");
-    return false;
-}
+class Insertion : public Edit {
+public:
+    std::string Read(const Options& options, const Words& operands) override {
+        return ReadOrder(options, operands, &order_);
+    }
+
+    // All at once, so that the blocks behind them move only once.
+    EditAnswer Change(LoadedFile* file) override {
+        BlockList& list = file->list;
+        uint32_t place = 0;
+        std::string why;
+        if (!FindPlace(order_.place, list, &place, &why)) return EditOutcome::Refused(why);
+        // Nothing to choose from: without a global palette nobody could show the image in other colours than its own.
+        const bool isFree = (list.flags & kReadWhole) && FindGlobalPalette(list).depth == 0;
+        std::vector<Block> blocks;
+        EditAnswer answer = MakeBlocks(&list, order_, isFree ? Colours::kKeep : order_.colours, &blocks);
+        if (!answer) return answer;
+        int selection = order_.kind == kLoopBlock ? 0 : static_cast<int>(place);
+        answer.touched = BlocksFrom(static_cast<uint32_t>(selection) + 1, static_cast<uint32_t>(blocks.size()));
+        if (!InsertBlocks(&list, &selection, blocks)) return EditOutcome::OutOfMemory();
+        return answer;
+    }
+
+private:
+    Order order_;
+};
 
 }  // namespace
 
 const char kInsertHelp[] =
-    "Usage: zephyr insert IN OUT --at INDEX --kind KIND [OPTION...] [FILE...]\n"
+    "Usage: zephyr insert [OPTION...] IN OUT --at INDEX --kind KIND [PICTURE...]\n"
+    "       zephyr insert --in-place [OPTION...] --at INDEX --kind KIND [PICTURE...]\n"
+    "                     -- FILE...\n"
     "\n"
     "Loads the GIF file IN, inserts new blocks after block number INDEX (0 is the\n"
-    "header) and writes the result to OUT, all other blocks as they were. Kinds:\n"
+    "header; or the last one of a selection) and writes the result to OUT, all other\n"
+    "blocks as they were. Kinds:\n"
     "\n"
-    "  image      the first image of each GIF file FILE, in the order given\n"
+    "  image      the first image of each GIF file PICTURE, in the order given\n"
     "  control    a control block without flags, with a delay of 1/100 second\n"
     "  comment    a comment with a text to be replaced\n"
     "  plaintext  a plain text block with such a text; IN needs a global palette\n"
@@ -159,32 +168,10 @@ const char kInsertHelp[] =
     "\n"
     "When one of several images can't be inserted, nothing is written.\n"
     "\n"
-    "  --owner NAME, --organisation NAME\n"
-    "             add a file-identity comment with these names; one that is not\n"
-    "             given is that which Windows is registered to, elsewhere empty\n"
-    "  --fit-screen\n"
-    "             set the logical screen to the right and bottom edge of the images\n"
-    "  --strict   fail, and write nothing, when IN is damaged; with --classic, when\n"
-    "             its load ended before the trailer\n"
-    "  --classic  read and write as the editor does by default: what is not\n"
-    "             understood is dropped, every block is written anew, the screen is\n"
-    "             fitted, the comment is always there, and an image of other colours\n"
-    "             needs --keep also in a document without a global palette\n";
+    "With --classic an image of other colours needs --keep also in a document without\n"
+    "a global palette.\n";
 
 int RunInsert(const Words& words) {
-    Options options(words, {"--remap", "--dither", "--keep", "--strict", "--fit-screen"},
-                    {"--at", "--kind", "--owner", "--organisation"});
-    if (!options.Error().empty()) return WrongUsage("insert", options.Error());
-    Order order;
-    std::string error = ReadOrder(options, &order);
-    if (!error.empty()) return WrongUsage("insert", error);
-
-    const std::string& in = options.Operands()[0];
-    LoadedFile file;
-    if (!file.Open(in, options)) return kExitFailed;
-    // Nothing to choose from: without a global palette nobody could show the image in other colours than its own.
-    if (options.IsWhole() && FindGlobalPalette(file.list).depth == 0) order.colours = Colours::kKeep;
-    TouchedBlocks made;
-    if (!Insert(&file, order, in, &made)) return kExitFailed;
-    return SaveDocument(&file.list, options.Operands()[1], options, made);
+    Insertion insertion;
+    return RunEdit({"insert", {"--remap", "--dither", "--keep"}, {"--at", "--kind"}}, words, &insertion);
 }

@@ -22,7 +22,7 @@ void TellDamages(const std::string& path, const std::vector<Damage>& damages) {
 }  // namespace
 
 bool LoadedFile::Open(const std::string& path, const Options& options) {
-    path_ = path == kStandardStream ? "standard input" : path;
+    path_ = NameOfInput(path);
     manner_ = options.DocumentManner();
     bool strict = options.Has("--strict");
     Read(path);
@@ -92,16 +92,9 @@ std::string LoadedFile::WhereLoadEnded() const {
     return report.fileEnded ? "end of file" : "unknown byte";
 }
 
-Block* LoadedFile::At(uint32_t index) {
-    if (index < list.count) return &list.blocks[index];
-    Complain(path_, "no block " + std::to_string(index) + "; they are numbered 0 to " +
-                        std::to_string(int64_t{list.count} - 1));
-    return nullptr;
-}
-
 Block* LoadedFile::ImageAt(uint32_t index) {
-    Block* block = At(index);
-    if (!block || (block->kind == kImageBlock && block->data)) return block;
+    Block* block = &list.blocks[index];
+    if (block->kind == kImageBlock && block->data) return block;
     const char* why = block->kind == kImageBlock ? " has no picture that can be decoded" : " is not an image";
     Complain(path_, "block " + std::to_string(index) + why);
     return nullptr;

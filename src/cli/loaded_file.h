@@ -13,10 +13,8 @@ struct LoadedFile {
     // the command may go on.
     bool Open(const std::string& path, const Options& options);
 
-    // Block number `index`; null, with the reason on standard error, when there is none.
-    Block* At(uint32_t index);
-
-    // The same for a block that has to be an image with pixels.
+    // The block number `index`, which must be there, as an image with pixels; null, with the reason on standard error,
+    // when it is none.
     Block* ImageAt(uint32_t index);
 
     // Where the load ended, in a few words: "trailer" when all of it was read.

@@ -5,23 +5,22 @@
 
 namespace {
 
-bool IsOneOf(const std::string& option, std::initializer_list<const char*> known) {
+bool IsOneOf(const std::string& option, const Options::Names& known) {
     return std::any_of(known.begin(), known.end(), [&](const char* name) { return option == name; });
 }
 
 }  // namespace
 
-Options::Options(const Words& words, std::initializer_list<const char*> flags,
-                 std::initializer_list<const char*> values) {
-    bool optionsEnded = false;
+Options::Options(const Words& words, const Names& flags, const Names& values) {
     for (size_t i = 0; i < words.size() && error_.empty(); ++i) {
         const std::string& word = words[i];
-        if (optionsEnded || word.size() < 2 || word[0] != '-') {
+        if (isEnded_ || word.size() < 2 || word[0] != '-') {
             operands_.push_back(word);
             continue;
         }
         if (word == "--") {
-            optionsEnded = true;
+            isEnded_ = true;
+            beforeEnd_ = operands_.size();
             continue;
         }
         size_t equals = word.find('=');
@@ -47,12 +46,6 @@ bool Options::Has(const char* option) const {
 const std::string* Options::Value(const char* option) const {
     auto found = std::find_if(given_.rbegin(), given_.rend(), [&](const Given& g) { return g.option == option; });
     return found == given_.rend() ? nullptr : &found->value;
-}
-
-bool ParseIndex(const std::string& text, uint32_t* index, std::string* error) {
-    if (ParseNumber(text, UINT32_MAX, index)) return true;
-    *error = "give the number of a block, not " + text;
-    return false;
 }
 
 bool ParseNumber(const std::string& text, unsigned most, unsigned* number) {

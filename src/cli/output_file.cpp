@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "cli/complaints.h"
+#include "cli/options.h"
 #include "cli/terminal.h"
 #include "cli/usage.h"
 
@@ -11,7 +12,7 @@ namespace {
 bool WriteStandardOutput(const std::function<bool(File&)>& write) {
     File file;
     if (!file.CreateMemory() || !write(file)) {
-        Complain("standard output", "not enough memory");
+        Complain(NameOfOutput(kStandardStream), "not enough memory");
         return false;
     }
     MakeOutputBinary();

@@ -6,8 +6,6 @@
 
 #include "platform/file.h"
 
-constexpr char kStandardStream[] = "-";  // in the place of a file: standard input or output
-
 // Makes what `write` puts into the file the content of the file at `path`, or standard output for "-". What stands
 // there is replaced only once everything is written; `write` returns false when memory or the file gives out. False,
 // with the reason on standard error, when that fails.

@@ -1,9 +1,8 @@
 // zephyr remap: the picture of one image block in the colours of a standard palette.
 #include "imaging/remap.h"
+#include "cli/chosen_blocks.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/loaded_file.h"
-#include "cli/options.h"
 #include "cli/picture_file.h"
 #include "cli/usage.h"
 #include "imaging/dither.h"
@@ -22,16 +21,24 @@ Result<MemoryHandle> FitToPalette(const MemoryHandle& image, int kind, bool dith
     return convert(image, colours, depth, nullptr);
 }
 
+bool WriteRemapped(const Block& image, int kind, bool dither, const std::string& out) {
+    Result<MemoryHandle> fitted = FitToPalette(image.data, kind, dither);
+    if (fitted) return WritePictureFile(*fitted, out);
+    Complain(NameOfOutput(out), "out of memory");
+    return false;
+}
+
 }  // namespace
 
 const char kRemapHelp[] =
-    "Usage: zephyr remap [--classic] [--strict] FILE INDEX OUT --palette KIND\n"
+    "Usage: zephyr remap [--classic] [--strict] FILE SELECTION OUT --palette KIND\n"
     "                    [--dither]\n"
     "\n"
-    "Writes the picture of block number INDEX (0 is the header) of the GIF file FILE\n"
-    "to OUT in the colours of a standard palette: each pixel in the nearest colour or,\n"
-    "with --dither, in a mixture of colours. It is a PNG file when OUT ends in .png,\n"
-    "otherwise a BMP file. Palettes:\n"
+    "Writes the picture of a block of the GIF file FILE to OUT in the colours of a\n"
+    "standard palette: each pixel in the nearest colour or, with --dither, in a\n"
+    "mixture of colours. It is a PNG file when OUT ends in .png, otherwise a BMP\n"
+    "file. \"-\" is standard input or output. For several images OUT has a place for\n"
+    "their numbers: %d, or %03d for at least three digits. Palettes:\n"
     "\n"
     "  0  black and white       5  128 colours\n"
     "  2  16 colours            6  216 colours, the web palette\n"
@@ -47,22 +54,14 @@ const char kRemapHelp[] =
 int RunRemap(const Words& words) {
     Options options(words, {"--dither", "--strict"}, {"--palette"});
     if (!options.Error().empty()) return WrongUsage("remap", options.Error());
-    const Words& operands = options.Operands();
-    if (operands.size() != 3) return WrongUsage("remap", "give FILE, INDEX and OUT");
+    ChosenBlocks images;
+    if (std::string wrong = images.Read(options.Operands()); !wrong.empty()) return WrongUsage("remap", wrong);
     const std::string* palette = options.Value("--palette");
     unsigned kind = 0;
     if (!palette || !ParseNumber(*palette, kPaletteGrey, &kind))
         return WrongUsage("remap", "give --palette and a number of 0 to 9");
-    uint32_t index;
-    std::string error;
-    if (!ParseIndex(operands[1], &index, &error)) return WrongUsage("remap", error);
-    LoadedFile file;
-    const Block* image = file.Open(operands[0], options) ? file.ImageAt(index) : nullptr;
-    if (!image) return kExitFailed;
-    Result<MemoryHandle> fitted = FitToPalette(image->data, static_cast<int>(kind), options.Has("--dither"));
-    if (!fitted) {
-        Complain(operands[0], "out of memory");
-        return kExitFailed;
-    }
-    return WritePictureFile(*fitted, operands[2]) ? kExitDone : kExitFailed;
+    return images.WriteEach(options, [&](LoadedFile& file, uint32_t index, const std::string& out) {
+        const Block* image = file.ImageAt(index);
+        return image && WriteRemapped(*image, static_cast<int>(kind), options.Has("--dither"), out);
+    });
 }

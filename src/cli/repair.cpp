@@ -5,13 +5,8 @@
 
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/loaded_file.h"
-#include "cli/names.h"
-#include "cli/options.h"
-#include "cli/output_file.h"
+#include "cli/edit_command.h"
 #include "cli/printable.h"
-#include "cli/save_document.h"
-#include "cli/usage.h"
 #include "gif/block_line.h"
 
 namespace {
@@ -38,24 +33,38 @@ void TellWhatStays(const std::string& path, const std::vector<Damage>& damages) 
                      "note: block " + std::to_string(damage.block) + " stays as it is: " + DescribeDamage(damage));
 }
 
-int RepairWhole(LoadedFile* file, const Options& options) {
-    std::vector<RepairStep> steps;
-    if (!RepairDocument(&file->list, file->report, &steps)) {
-        Complain(options.Operands()[0], "out of memory");
-        return kExitFailed;
+class Repair : public Edit {
+public:
+    std::string Read(const Options& options, const Words&) override {
+        isWhole_ = options.IsWhole();
+        return "";
     }
-    const int status = SaveDocument(&file->list, options.Operands()[1], options);
-    if (status != kExitDone) return status;
-    TellWhatStays(options.Operands()[0], file->report.damages);
-    Print(options.Operands()[1] == kStandardStream ? stderr : stdout, steps);
-    return FlushOutput() ? kExitDone : kExitFailed;
-}
+
+    // The classic manner repairs by reading and writing.
+    EditAnswer Change(LoadedFile* file) override {
+        steps_.clear();
+        if (isWhole_ && !RepairDocument(&file->list, file->report, &steps_)) return EditOutcome::OutOfMemory();
+        return {};
+    }
+
+    void Report(const LoadedFile& file, const std::string& in, const std::string& out) override {
+        if (!isWhole_) return;
+        TellWhatStays(in, file.report.damages);
+        Print(out == kStandardStream ? stderr : stdout, steps_);
+    }
+
+    bool TellsDamages() const override { return !isWhole_; }  // what is done about them is told instead
+
+private:
+    bool isWhole_ = true;
+    std::vector<RepairStep> steps_;
+};
 
 }  // namespace
 
 const char kRepairHelp[] =
-    "Usage: zephyr repair [--classic] [--fit-screen] [--owner NAME]\n"
-    "                     [--organisation NAME] IN OUT\n"
+    "Usage: zephyr repair [OPTION...] IN OUT\n"
+    "       zephyr repair --in-place [OPTION...] FILE...\n"
     "\n"
     "Writes to OUT a clean file of all that can be saved of the GIF file IN, and\n"
     "prints a line for each thing that it did. What is not damaged keeps its bytes; a\n"
@@ -63,19 +72,10 @@ const char kRepairHelp[] =
     "index 0 where nothing can. Left out are bytes that belong to no block, images\n"
     "that can't be decoded at all with their control blocks, and extensions that the\n"
     "end of the file cuts off, but for texts.\n"
-    "--fit-screen sets the logical screen to the right and bottom edge of the images.\n"
-    "--owner and --organisation add a file-identity comment with these names; one\n"
-    "that is not given is that which Windows is registered to, elsewhere empty.\n"
     "With --classic it reads and writes as the editor does by default, which keeps\n"
     "less, and prints nothing.\n";
 
 int RunRepair(const Words& words) {
-    Options options(words, {"--fit-screen"}, {"--owner", "--organisation"});
-    if (!options.Error().empty()) return WrongUsage("repair", options.Error());
-    if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("repair", wrong);
-    if (options.Operands().size() != 2) return WrongUsage("repair", "give IN and OUT");
-    LoadedFile file;
-    file.tellsDamages = !options.IsWhole();  // what is done about them is told instead
-    if (!file.Open(options.Operands()[0], options)) return kExitFailed;
-    return options.IsWhole() ? RepairWhole(&file, options) : SaveDocument(&file.list, options.Operands()[1], options);
+    Repair repair;
+    return RunEdit({"repair", {}, {}, 0, 0}, words, &repair);
 }

@@ -11,3 +11,8 @@
 // "--fit-screen" is given; images among `touched` that it does not hold are told of. Returns the program's exit status;
 // a failure is reported on standard error.
 int SaveDocument(BlockList* list, const std::string& path, const Options& options, const TouchedBlocks& touched = {});
+
+// Prints instead what the document that SaveDocument would write differs in from `before`, which was read in the same
+// manner. Throws when memory runs out.
+int PrintChanges(const BlockList& before, BlockList* list, const std::string& path, const Options& options,
+                 const TouchedBlocks& touched);

@@ -1,5 +1,8 @@
 #include "cli/save_warnings.h"
 
+#include <algorithm>
+#include <numeric>
+
 #include "cli/complaints.h"
 #include "gif/descriptor.h"
 
@@ -59,14 +62,22 @@ void WarnOfLosses(const BlockList& list, const std::string& path, Manner manner)
         if (manner == Manner::kClassic || !loss.inClassicOnly) Warn(list, path, loss.strikes, loss.what);
 }
 
+TouchedBlocks BlocksFrom(uint32_t first, uint32_t count) {
+    TouchedBlocks blocks(count);
+    std::iota(blocks.begin(), blocks.end(), first);
+    return blocks;
+}
+
 void WarnOfImagesBeyondScreen(const BlockList& list, const std::string& path, const TouchedBlocks& touched) {
     const Block* header = FindHeader(list);
-    if (!header || touched.count == 0) return;
+    if (!header || touched.empty()) return;
     const HeaderFields screen = GetHeaderFields(*header);
+    std::vector<bool> isTouched(list.count, std::ranges::find(touched, 0u) != touched.end());
+    for (uint32_t index : touched) isTouched[index] = true;
     auto isBeyond = [&](const Block& block) {
         auto index = static_cast<uint32_t>(&block - list.blocks.get());
         const ImageFields image = GetImageFields(block);
-        return block.kind == kImageBlock && (touched.first == 0 || index - touched.first < touched.count) &&
+        return block.kind == kImageBlock && isTouched[index] &&
                (image.left + image.width > screen.screenWidth || image.top + image.height > screen.screenHeight);
     };
     Warn(list, path, isBeyond,

@@ -2,15 +2,16 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "gif/block_list.h"
 
-// The blocks that a command changed or made: `count` of them, from number `first` on. A changed header touches all
-// images, as it may have changed the screen.
-struct TouchedBlocks {
-    uint32_t first = 0;
-    uint32_t count = 0;
-};
+// The numbers of the blocks that a command changed or made. A changed header touches all images, as it may have changed
+// the screen.
+using TouchedBlocks = std::vector<uint32_t>;
+
+// Of `count` blocks from number `first` on.
+TouchedBlocks BlocksFrom(uint32_t first, uint32_t count);
 
 // Tells on standard error, in one line for each kind of trouble, which blocks of the document just saved to `path` in
 // this manner will not be read back as they are.

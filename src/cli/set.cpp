@@ -4,11 +4,7 @@
 #include "cli/block_fields.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/loaded_file.h"
-#include "cli/names.h"
-#include "cli/options.h"
-#include "cli/save_document.h"
-#include "cli/usage.h"
+#include "cli/edit_command.h"
 #include "gif/application_data.h"
 #include "gif/descriptor.h"
 #include "gif/source_bytes.h"
@@ -19,12 +15,12 @@ struct Assignment {
     std::string field, value;
 };
 
-// The first malformed one of the words behind IN, OUT and INDEX, or an empty text.
-std::string ReadAssignments(const Words& operands, std::vector<Assignment>* assignments) {
-    for (size_t i = 3; i < operands.size(); ++i) {
-        size_t equals = operands[i].find('=');
-        if (equals == 0 || equals == std::string::npos) return operands[i];
-        assignments->push_back({operands[i].substr(0, equals), operands[i].substr(equals + 1)});
+// The first malformed one of the words, or an empty text.
+std::string ReadAssignments(std::span<const std::string> words, std::vector<Assignment>* assignments) {
+    for (const std::string& word : words) {
+        size_t equals = word.find('=');
+        if (equals == 0 || equals == std::string::npos) return word;
+        assignments->push_back({word.substr(0, equals), word.substr(equals + 1)});
     }
     return "";
 }
@@ -35,26 +31,6 @@ bool Store(BlockList* list, const Block& edited, uint32_t index) {
     const bool comparesContent = (list->flags & kReadWhole) && !HasBlockData(edited);
     bool differs;
     return comparesContent ? StoreEdited(list, edited, index, &differs) : PutBlock(list, edited, index);
-}
-
-// Returns the exit status.
-int SetFields(LoadedFile* file, uint32_t index, const Options& options, const std::vector<Assignment>& assignments) {
-    const std::string& path = options.Operands()[0];
-    if (!file->At(index)) return kExitFailed;
-    Block edited = *file->At(index);
-    for (const Assignment& given : assignments) {
-        FieldRefusal refusal = SetBlockField(&edited, given.field, given.value, options.DocumentManner());
-        if (refusal.wrongWords) return WrongUsage("set", refusal.text);
-        if (refusal.text.empty()) continue;
-        if (refusal.file.empty())
-            Complain(path, "block " + std::to_string(index) + ": " + refusal.text);
-        else
-            Complain(refusal.file, refusal.text);
-        return kExitFailed;
-    }
-    if (Store(&file->list, edited, index)) return kExitDone;
-    Complain(path, "out of memory");
-    return kExitFailed;
 }
 
 // Tells when the screen was set to something else than what the images need.
@@ -71,15 +47,81 @@ void WarnOfScreen(const HeaderFields& kept, const HeaderFields& wanted, const st
     warn("height", wanted.screenHeight, kept.screenHeight);
 }
 
+class Setting : public Edit {
+public:
+    std::string Read(const Options& options, const Words& operands) override {
+        manner_ = options.DocumentManner();
+        const std::string malformed = ReadAssignments(std::span(operands).subspan(1), &assignments_);
+        if (!malformed.empty()) return "give FIELD=VALUE, not " + malformed;
+        return blocks_.Parse(operands[0]);
+    }
+
+    EditAnswer Change(LoadedFile* file) override {
+        std::string why;
+        const std::vector<uint32_t> blocks = blocks_.Find(file->list, &why);
+        if (blocks.empty()) return EditOutcome::Refused(why);
+        isSet_.assign(assignments_.size(), false);
+        noSuchField_.assign(assignments_.size(), "");
+        EditAnswer answer;
+        for (uint32_t index : blocks) {
+            answer = SetFields(&file->list, index);
+            if (!answer) return answer;
+        }
+        for (size_t i = 0; i < isSet_.size(); ++i)
+            if (!isSet_[i]) return EditOutcome::Refused(noSuchField_[i]);
+        wanted_ = GetHeaderFields(file->list.blocks[0]);
+        answer.touched = blocks;
+        return answer;
+    }
+
+    void Report(const LoadedFile& file, const std::string&, const std::string& out) override {
+        WarnOfScreen(GetHeaderFields(file.list.blocks[0]), wanted_, assignments_, NameOfOutput(out));
+    }
+
+    bool ReadsStandardInput() const override {
+        return std::ranges::any_of(assignments_, [](const Assignment& given) { return given.value == "@-"; });
+    }
+
+private:
+    // Sets those of the fields that the block has.
+    EditAnswer SetFields(BlockList* list, uint32_t index) {
+        const std::string place = "block " + std::to_string(index) + ": ";
+        Block edited = list->blocks[index];
+        EditAnswer answer;
+        for (size_t i = 0; i < assignments_.size(); ++i) {
+            const FieldRefusal refusal = SetBlockField(&edited, assignments_[i].field, assignments_[i].value, manner_);
+            if (refusal.noSuchField) {
+                noSuchField_[i] = place + refusal.text;
+                continue;
+            }
+            isSet_[i] = true;
+            if (refusal.text.empty()) continue;
+            answer.refusal = refusal.wrongWords || !refusal.file.empty() ? refusal.text : place + refusal.text;
+            answer.wrongWords = refusal.wrongWords;
+            answer.file = refusal.file;
+            return answer;
+        }
+        if (!Store(list, edited, index)) answer.refusal = "out of memory";
+        return answer;
+    }
+
+    Manner manner_ = Manner::kWhole;
+    Selection blocks_;
+    std::vector<Assignment> assignments_;
+    std::vector<bool> isSet_;               // which of them some block had
+    std::vector<std::string> noSuchField_;  // what is said when none has them
+    HeaderFields wanted_ = {};
+};
+
 }  // namespace
 
 const char kSetHelp[] =
-    "Usage: zephyr set [--classic] [--strict] [--fit-screen] [--owner NAME]\n"
-    "                  [--organisation NAME] IN OUT INDEX FIELD=VALUE...\n"
+    "Usage: zephyr set [OPTION...] IN OUT SELECTION FIELD=VALUE...\n"
+    "       zephyr set --in-place [OPTION...] SELECTION FIELD=VALUE... -- FILE...\n"
     "\n"
-    "Loads the GIF file IN, changes fields of block number INDEX (0 is the header)\n"
-    "and writes the result to OUT, all other blocks as they were. Fields of each kind\n"
-    "of block:\n"
+    "Loads the GIF file IN, changes fields of the blocks of SELECTION (0 is the\n"
+    "header) and writes the result to OUT, all other blocks as they were. Of several\n"
+    "blocks those are changed that have the field. Fields of each kind of block:\n"
     "\n"
     "  HEADER      width height background sorted\n"
     "              colour:N (N counts the global colours from 0)\n"
@@ -97,34 +139,10 @@ const char kSetHelp[] =
     "Colours of the palette are given as #rrggbb, other colours by their number;\n"
     "sorted, interlaced and input are yes or no. A text may have several lines; it\n"
     "is kept in Windows-1252. XMP data goes in as the format's authors want it.\n"
-    "--fit-screen sets the logical screen to the right and bottom edge of the images.\n"
-    "--owner and --organisation add a file-identity comment with these names; one\n"
-    "that is not given is that which Windows is registered to, elsewhere empty.\n"
-    "With --strict it fails, and writes nothing, when IN is damaged.\n"
-    "With --classic it reads and writes as the editor does by default: what is not\n"
-    "understood is dropped, every block is written anew, the screen is fitted, the\n"
-    "comment is always there, there is no field data, and a block whose text is made\n"
-    "empty is left out. --strict then means that the load has to reach the trailer.\n";
+    "With --classic there is no field data, and a block whose text is made empty is\n"
+    "left out.\n";
 
 int RunSet(const Words& words) {
-    Options options(words, {"--strict", "--fit-screen"}, {"--owner", "--organisation"});
-    if (!options.Error().empty()) return WrongUsage("set", options.Error());
-    if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("set", wrong);
-    const Words& operands = options.Operands();
-    if (operands.size() < 4) return WrongUsage("set", "give IN, OUT, INDEX and at least one FIELD=VALUE");
-    std::vector<Assignment> assignments;
-    std::string malformed = ReadAssignments(operands, &assignments);
-    if (!malformed.empty()) return WrongUsage("set", "give FIELD=VALUE, not " + malformed);
-    uint32_t index;
-    std::string error;
-    if (!ParseIndex(operands[2], &index, &error)) return WrongUsage("set", error);
-    LoadedFile file;
-    if (!file.Open(operands[0], options)) return kExitFailed;
-    int status = SetFields(&file, index, options, assignments);
-    if (status != kExitDone) return status;
-    const HeaderFields wanted = GetHeaderFields(file.list.blocks[0]);
-    status = SaveDocument(&file.list, operands[1], options, {index, 1});
-    if (status == kExitDone && index == 0)
-        WarnOfScreen(GetHeaderFields(file.list.blocks[0]), wanted, assignments, operands[1]);
-    return status;
+    Setting setting;
+    return RunEdit({"set", {}, {}, 2, SIZE_MAX, ", SELECTION and at least one FIELD=VALUE"}, words, &setting);
 }

@@ -1,9 +1,7 @@
 // zephyr timing: how long frames are shown.
 #include "editing/timing.h"
 #include "cli/commands.h"
-#include "cli/edited_file.h"
-#include "cli/names.h"
-#include "cli/usage.h"
+#include "cli/edit_command.h"
 
 namespace {
 
@@ -39,6 +37,7 @@ bool ParseFactor(const std::string& text, Retiming* how) {
 // Returns what is wrong with the words, or an empty text.
 std::string ReadRetiming(const Options& options, Retiming* how) {
     int given = 0;
+    how->divisor = 1;
     for (const TimingOption& known : kTimingOptions) {
         const std::string* value = options.Value(known.option);
         if (!value) continue;
@@ -55,6 +54,25 @@ std::string ReadRetiming(const Options& options, Retiming* how) {
     return given == 1 ? "" : "give one of --delay, --scale, --total and --least";
 }
 
+class TimingEdit : public Edit {
+public:
+    std::string Read(const Options& options, const Words& operands) override {
+        std::string wrong = ReadRetiming(options, &how_);
+        return wrong.empty() ? ReadSelection(operands, "frame", &frames_) : wrong;
+    }
+
+    EditAnswer Change(LoadedFile* file) override {
+        std::string why;
+        const std::vector<uint32_t> frames = frames_.FindFrameNumbers(FindFrames(file->list).size(), &why);
+        if (frames.empty()) return EditOutcome::Refused(why);
+        return Retime(frames, how_, &file->list);
+    }
+
+private:
+    Retiming how_ = {};
+    Selection frames_;
+};
+
 }  // namespace
 
 const char kTimingHelp[] =
@@ -62,6 +80,7 @@ const char kTimingHelp[] =
     "       zephyr timing [OPTION...] IN OUT [SELECTION...] --scale FACTOR\n"
     "       zephyr timing [OPTION...] IN OUT [SELECTION...] --total N\n"
     "       zephyr timing [OPTION...] IN OUT [SELECTION...] --least N\n"
+    "       zephyr timing --in-place [OPTION...] [SELECTION...] --delay N -- FILE...\n"
     "\n"
     "Loads the GIF file IN, changes how long frames are shown and writes the result\n"
     "to OUT, all other blocks as they were. N is in hundredths of a second. SELECTION\n"
@@ -75,25 +94,9 @@ const char kTimingHelp[] =
     "\n"
     "Delays count as the file has them, also those of 0 and 1, for which players take\n"
     "10. What rounding takes from one frame the next ones get, so that the sum is\n"
-    "right. A frame without a control gets one. No delay is longer than 65535.\n"
-    "\n"
-    "  --fit-screen, --owner NAME, --organisation NAME, --strict, --classic\n"
-    "             as with the command delete\n";
+    "right. A frame without a control gets one. No delay is longer than 65535.\n";
 
 int RunTiming(const Words& words) {
-    Options options(words, {"--strict", "--fit-screen"},
-                    {"--delay", "--scale", "--total", "--least", "--owner", "--organisation"});
-    if (!options.Error().empty()) return WrongUsage("timing", options.Error());
-    if (std::string wrong = WrongNames(options); !wrong.empty()) return WrongUsage("timing", wrong);
-    if (options.Operands().size() < 2) return WrongUsage("timing", "give IN and OUT");
-    Retiming how = {};
-    how.divisor = 1;
-    if (std::string wrong = ReadRetiming(options, &how); !wrong.empty()) return WrongUsage("timing", wrong);
-    Selection selection;
-    if (std::string wrong = ReadSelection(options, 2, "frame", &selection); !wrong.empty())
-        return WrongUsage("timing", wrong);
-    EditedFile file(options);
-    std::vector<uint32_t> frames;
-    if (!file.Open() || !file.FindFrameNumbers(selection, &frames)) return kExitFailed;
-    return file.Finish(Retime(frames, how, file.List()));
+    TimingEdit timing;
+    return RunEdit({"timing", {}, {"--delay", "--scale", "--total", "--least"}}, words, &timing);
 }

@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "cli/commands.h"
+#include "cli/edit_command.h"
 #include "cli/usage.h"
 
 namespace {
@@ -15,11 +16,11 @@ constexpr char kProgramHelp[] =
     "  list [--json] FILE                print the blocks of a file\n"
     "  diff OLD NEW                      print what differs between two files\n"
     "  save IN OUT                       load a file and write it again\n"
-    "  extract FILE INDEX OUT            write the picture or data of a block\n"
-    "  remap FILE INDEX OUT              the same in colours of a standard palette\n"
+    "  extract FILE SELECTION OUT        write the picture or data of a block\n"
+    "  remap FILE SELECTION OUT          the same in colours of a standard palette\n"
     "  insert IN OUT [FILE...]           insert images or other new blocks\n"
-    "  delete IN OUT INDEX...            delete blocks\n"
-    "  set IN OUT INDEX FIELD=VALUE...   change the fields of a block\n"
+    "  delete IN OUT SELECTION           delete blocks\n"
+    "  set IN OUT SELECTION FIELD=VALUE  change the fields of blocks\n"
     "  move IN OUT SELECTION --at INDEX  put blocks elsewhere\n"
     "  copy IN OUT SELECTION --at INDEX  copy blocks, also those of another file\n"
     "  timing IN OUT [SELECTION]         change how long frames are shown\n"
@@ -40,36 +41,47 @@ constexpr char kProgramHelp[] =
     "Exit status: 0 done, 1 the operation failed, 2 wrong usage; of diff 0 the same,\n"
     "1 different, 2 trouble.\n";
 
+// What --help adds to a command's own text.
+enum HelpTail : uint8_t { kNoTail = 0, kOfSelections = 1, kOfEdits = 2 };
+
 struct Command {
     const char* name;
     int (*run)(const Words& words);
     const char* help;
+    unsigned tail = kNoTail;
 };
 
 constexpr Command kCommands[] = {
     {"list", RunList, kListHelp},
-    {"save", RunSave, kSaveHelp},
-    {"extract", RunExtract, kExtractHelp},
-    {"remap", RunRemap, kRemapHelp},
-    {"insert", RunInsert, kInsertHelp},
-    {"delete", RunDelete, kDeleteHelp},
-    {"set", RunSet, kSetHelp},
+    {"diff", RunDiff, kDiffHelp},
+    {"save", RunSave, kSaveHelp, kOfEdits},
+    {"extract", RunExtract, kExtractHelp, kOfSelections},
+    {"remap", RunRemap, kRemapHelp, kOfSelections},
+    {"insert", RunInsert, kInsertHelp, kOfEdits},
+    {"delete", RunDelete, kDeleteHelp, kOfSelections | kOfEdits},
+    {"set", RunSet, kSetHelp, kOfSelections | kOfEdits},
+    {"move", RunMove, kMoveHelp, kOfSelections | kOfEdits},
+    {"copy", RunCopy, kCopyHelp, kOfSelections | kOfEdits},
+    {"timing", RunTiming, kTimingHelp, kOfEdits},
+    {"reverse", RunReverse, kReverseHelp, kOfEdits},
+    {"thin", RunThin, kThinHelp, kOfEdits},
+    {"cut", RunCut, kCutHelp, kOfEdits},
     {"build", RunBuild, kBuildHelp},
-    {"repair", RunRepair, kRepairHelp},
+    {"repair", RunRepair, kRepairHelp, kOfEdits},
     {"frames", RunFrames, kFramesHelp},
     {"check", RunCheck, kCheckHelp},
-    {"diff", RunDiff, kDiffHelp},
-    {"move", RunMove, kMoveHelp},
-    {"copy", RunCopy, kCopyHelp},
-    {"timing", RunTiming, kTimingHelp},
-    {"reverse", RunReverse, kReverseHelp},
-    {"thin", RunThin, kThinHelp},
-    {"cut", RunCut, kCutHelp},
 };
 
 int Print(const char* text) {
     fputs(text, stdout);
     return FlushOutput() ? kExitDone : kExitFailed;
+}
+
+int PrintHelp(const Command& command) {
+    std::string text = command.help;
+    if (command.tail & kOfSelections) text += kSelectionHelp;
+    if (command.tail & kOfEdits) text += kEditHelp;
+    return Print(text.c_str());
 }
 
 bool AsksForHelp(const std::string& word) {
@@ -90,7 +102,7 @@ int Run(const Words& words) {
     Words rest(words.begin() + 1, words.end());
     for (const Command& command : kCommands) {
         if (name != command.name) continue;
-        if (WantsHelp(rest)) return Print(command.help);
+        if (WantsHelp(rest)) return PrintHelp(command);
         return command.run(rest);
     }
     return WrongUsage("", "unknown command " + name);

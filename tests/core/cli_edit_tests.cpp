@@ -165,7 +165,7 @@ TEST_F(CliEdit, WhatIsRefused) {
     const std::tuple<const char*, Words, std::string> cases[] = {
         {"set", {"0", "colour:256=#000000"}, "colour:256 wants a whole number of 0 to 255 behind its colon\n"},
         {"set", {"0", "colour=#000000"}, "HEADER blocks have no field colour, but width, height, background, sorted, "},
-        {"set", {"6", "delay=1"}, "no block 6; " + numbered},
+        {"set", {"6", "delay=1"}, "there is no block 6; " + numbered},
         {"delete", {"1", "0"}, "The header block can't be copied or deleted.\n"},
         {"insert",
          {"--kind=loop"},

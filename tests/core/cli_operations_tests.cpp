@@ -129,7 +129,7 @@ TEST_F(CliOperations, WhatTheyRefuseAndThenWriteNothing) {
         {"in.gif", {"thin"}, kExitUsage, "give --every and a number of frames from 1 on"},
         {"in.gif", {"thin", "--every", "0"}, kExitUsage, "give --every and a number of frames from 1 on"},
         {"in.gif", {"thin", "1", "--every", "2"}, kExitUsage, "give IN and OUT"},
-        {"in.gif", {"cut"}, kExitUsage, "give IN, OUT and frames"},
+        {"in.gif", {"cut"}, kExitUsage, "give IN, OUT and the frames to be kept"},
         {"in.gif", {"cut", "1-0"}, kExitFailed, "the range 1-0 runs backwards"},
         {"in.gif", {"cut", "2"}, kExitFailed, "there is no frame 2; they are numbered 0 to 1"},
         {"in.gif", {"cut", "1", "--owner", "\xE2\x98\x83"}, kExitUsage, "--owner"},

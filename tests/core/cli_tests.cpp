@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstring>
 #include <fstream>
+#include <sstream>
 
 #include "platform/faults.h"
 #include "platform/identity.h"
@@ -216,11 +217,11 @@ TEST_F(Cli, FailuresKeepAnExistingOutput) {
         {{"save", good_, place}, place + ": can't be written: it is a folder"},
         {{"save", good_, nowhere}, nowhere + ": can't be written: there is no such folder"},
         {{"extract", good_, "1", out_}, good_ + ": block 1 is not an image"},
-        {{"extract", good_, "4", out_}, good_ + ": no block 4" + noBlock},
-        {{"remap", good_, "4294967295", out_, "--palette=6"}, good_ + ": no block 4294967295" + noBlock},
-        {{"set", good_, out_, "4", "delay=1"}, good_ + ": no block 4" + noBlock},
-        {{"delete", good_, out_, "0", "4"}, good_ + ": no block 4" + noBlock},
-        {{"insert", good_, out_, "--at=4", "--kind=control"}, good_ + ": no block 4" + noBlock},
+        {{"extract", good_, "4", out_}, good_ + ": there is no block 4" + noBlock},
+        {{"remap", good_, "4294967295", out_, "--palette=6"}, good_ + ": there is no block 4294967295" + noBlock},
+        {{"set", good_, out_, "4", "delay=1"}, good_ + ": there is no block 4" + noBlock},
+        {{"delete", good_, out_, "0", "4"}, good_ + ": there is no block 4" + noBlock},
+        {{"insert", good_, out_, "--at=4", "--kind=control"}, good_ + ": there is no block 4" + noBlock},
         {{"extract", good_, "2", place}, place + ": can't be written: it is a folder"},
     };
     for (const auto& [words, error] : cases) {
@@ -243,19 +244,21 @@ TEST_F(Cli, WrongWordsAreToldBeforeAnythingIsRead) {
         {{"save", "a", "b", "--owner"}, "option --owner needs a value"},
         {{"remap", "a", "1", "b", "--palette", "10"}, "give --palette and a number of 0 to 9"},
         {{"insert", "a", "b", "--at", "0"}, "give --kind and image, control, comment, plaintext or loop"},
-        {{"insert", "a", "b", "--at=0", "--kind=image"}, "give at least one image FILE"},
-        {{"insert", "a", "b", "c", "--at=0", "--kind=comment"}, "a FILE is for --kind image only"},
+        {{"insert", "a", "b", "--at=0", "--kind=image"}, "give at least one PICTURE"},
+        {{"insert", "a", "b", "c", "--at=0", "--kind=comment"}, "a PICTURE is for --kind image only"},
         {{"insert", "a", "b", "c", "--at=0", "--kind=image", "--remap", "--dither"},
          "give one of --remap, --dither and --keep"},
-        {{"set", "a", "b", "0"}, "give IN, OUT, INDEX and at least one FIELD=VALUE"},
+        {{"set", "a", "b", "0"}, "give IN, OUT, SELECTION and at least one FIELD=VALUE"},
         {{"set", "a", "b", "0", "width=1", "=1"}, "give FIELD=VALUE, not =1"},
-        {{"extract", "a", "abc", "b"}, "give the number of a block, not abc"},
+        {{"extract", "a", "abc", "b"}, "give blocks as in 7, 3-last, comment, image:0 or frame:2-4, not abc"},
         {{"extract", "a", "-1", "b"}, "unknown option -1"},
-        {{"extract", "a", "--", "-1", "b"}, "give the number of a block, not -1"},
-        {{"remap", "a", "99999999999", "b", "--palette=6"}, "give the number of a block, not 99999999999"},
-        {{"set", "a", "b", "2x", "width=1"}, "give the number of a block, not 2x"},
-        {{"delete", "a", "b", "1", ""}, "give the number of a block, not "},
-        {{"insert", "a", "b", "--kind=loop", "--at", "-1"}, "give the number of a block, not -1"},
+        {{"extract", "a", "--", "-1", "b"}, "give blocks as in 7, 3-last, comment, image:0 or frame:2-4, not -1"},
+        {{"remap", "a", "99999999999", "b", "--palette=6"},
+         "give blocks as in 7, 3-last, comment, image:0 or frame:2-4, not 99999999999"},
+        {{"set", "a", "b", "2x", "width=1"}, "give blocks as in 7, 3-last, comment, image:0 or frame:2-4, not 2x"},
+        {{"delete", "a", "b", "1", ""}, "give blocks as in 7, 3-last, comment, image:0 or frame:2-4, not "},
+        {{"insert", "a", "b", "--kind=loop", "--at", "-1"},
+         "give blocks as in 7, 3-last, comment, image:0 or frame:2-4, not -1"},
         {{"save", "a", "b", "--owner=\xE6\x97\xA5"}, "--owner takes only characters that Windows-1252 has"},
         {{"set", "a", "b", "0", "width=1", "--owner", "\xFF"}, "--owner takes only characters that Windows-1252 has"},
         {{"delete", "a", "b", "1", "--organisation=\xC4\x80"},
@@ -280,10 +283,13 @@ TEST_F(Cli, HelpAndVersion) {
     std::string version;
     std::getline(std::ifstream(ZEPHYR_SOURCES "/VERSION"), version);
     EXPECT_EQ(RunCli({"--version"}).out, "zephyr " + version + "\n");
-    for (const char* command : {"list", "save", "extract", "remap", "insert", "delete", "set", "build", "repair"}) {
+    for (const char* command : {"list", "diff", "save", "extract", "remap", "insert", "delete", "set", "move", "copy",
+                                "timing", "reverse", "thin", "cut", "build", "repair", "frames", "check"}) {
         const std::string help = RunCli({command, "x", "--help"}).out;
         EXPECT_EQ(help.find("Usage: zephyr " + std::string(command)), 0u) << command;
         EXPECT_EQ(RunCli({"help", command}).out + RunCli({command, "-h"}).out, help + help);
+        std::istringstream lines(help);
+        for (std::string line; std::getline(lines, line);) EXPECT_LE(line.size(), 80u) << line;
     }
     for (const char* word : {"--help", "-h", "help"}) EXPECT_EQ(RunCli({word}).out.find("Usage: zephyr COMMAND"), 0u);
     EXPECT_EQ(RunCli({"list", "--", "--help"}).err, "zephyr: --help: can't be opened: there is no such file\n");

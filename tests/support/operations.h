@@ -6,11 +6,7 @@
 
 inline BlockList CopyOf(const BlockList& list) {
     BlockList copy;
-    EXPECT_TRUE(CreateBlockList(&copy));
-    for (const Block& block : list.All()) EXPECT_TRUE(AppendBlock(&copy, block));
-    copy.flags = list.flags;
-    copy.before = list.before;
-    copy.after = list.after;
+    EXPECT_TRUE(CopyBlockList(list, &copy));
     return copy;
 }
 
