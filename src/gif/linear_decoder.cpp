@@ -95,9 +95,8 @@ LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize, Manner ma
         CopyStep(out, from);
         for (unsigned done = kStep; done < entry.length; done += kStep) CopyStep(out + done, from + done);
         if (code == next) out[entry.length - 1] = *out;
-        if (previous.length && next < kMostCodes && ++next == top && width < kMostCodeBits) {
-            ++width;
-            top <<= 1;
+        if (previous.length && next < kMostCodes && ++next >= top && width < kMostCodeBits) {
+            top = 1u << ++width;  // not doubled: of one-bit pixels it starts below the first entry
         }
         previous = {static_cast<uint32_t>(out - base), entry.length};
         out += entry.length;
