@@ -47,15 +47,20 @@ struct Codes {
     CodeBits bits;
 };
 
-// Up to `most` codes, mostly valid, in a chain that may be cut or damaged.
+// Up to `most` codes, mostly valid, often literals in a row, in a chain that may be cut or damaged.
 Bytes RandomChain(Random& random, unsigned codeSize, unsigned most) {
     Codes codes(codeSize);
     if (random() % 4) codes.Put(1u << codeSize);
     unsigned wild = random() % 3 ? 0 : 40;  // one in so many codes is any at all
+    bool isNoise = random() % 3 == 0;
     for (unsigned left = Upto(random, most); left > 0; --left) {
         bool clears = Upto(random, most) == 0;  // large ones fill the table, and most go on with it
         bool isWild = wild && random() % wild == 0;
-        codes.Put(clears ? 1u << codeSize : isWild ? Upto(random, (1u << codes.width) - 1) : codes.Pick(random));
+        bool isLiteral = isNoise && random() % 16;
+        codes.Put(clears      ? 1u << codeSize
+                  : isWild    ? Upto(random, (1u << codes.width) - 1)
+                  : isLiteral ? Upto(random, (1u << codeSize) - 1)
+                              : codes.Pick(random));
     }
     if (random() % 2) codes.Put((1u << codeSize) + 1);
     Bytes chain = codes.Chain(random() % 3 ? 255 : 1 + Upto(random, 254));
@@ -111,6 +116,27 @@ TEST(LzwDecoder, EndOfDataAnywhere) {
     for (ptrdiff_t left = 0; left <= whole.end() - whole.begin(); ++left)
         DecodeBothWays(Bytes(whole.begin(), whole.end() - left), 3, 17, 31, 3);
     for (size_t longest = 1; longest <= 255; ++longest) DecodeBothWays(codes.Chain(longest), 3, 17, 31, 3);
+}
+
+// The fast decoder takes several literals at once: up to the last pixel and not beyond, across every growth of the
+// codes and with a full table, also right after the clear codes.
+TEST(LzwDecoder, LiteralsInARow) {
+    Random random(3);
+    for (unsigned codeSize = 2; codeSize <= 8; ++codeSize)
+        for (int clears = 0; clears <= 2; ++clears) {
+            Codes codes(codeSize);
+            auto put = [&](int count) {
+                for (int i = 0; i < count; ++i) codes.Put(Upto(random, (1u << codeSize) - 1));
+            };
+            int ahead = static_cast<int>(Upto(random, 5));
+            put(ahead);
+            for (int i = 0; i < clears; ++i) codes.Put(1u << codeSize);
+            put(4500);
+            for (int height : {3, 4, ahead + 4497, ahead + 4499, ahead + 4500, ahead + 4501})
+                EXPECT_EQ(DecodeBothWays(codes.Chain(), static_cast<int>(codeSize), 1, height, 8), kDecodeDone);
+            put(4500);  // far beyond the image, with a table that is full already
+            EXPECT_EQ(DecodeBothWays(codes.Chain(), static_cast<int>(codeSize), 1, ahead + 4300, 8), kDecodeDone);
+        }
 }
 
 // Around the size from which on images are decoded row by row; few pixels come, so that most of it stays untouched.

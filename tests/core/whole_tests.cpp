@@ -163,6 +163,19 @@ TEST(Whole, DamagedPicturesGoAsFarAsTheirData) {
     EXPECT_EQ(pixels(GifBytes().ImageHead(2, 1, 0).Add({11, 5, 0x00, 0x18, 0x00, 0x03, 0x00, 0})), "13");
 }
 
+// Of one-bit pixels the first entry of the dictionary needs three bits: in the fast decoder, and in the thorough one,
+// which takes over when there are more pixels than room.
+TEST(Whole, CodesOfOneBitPixelsGrow) {
+    CodeBits codes;
+    for (auto [code, width] : {std::pair{2u, 2u}, {1u, 2u}, {0u, 2u}, {4u, 3u}, {6u, 3u}, {5u, 3u}, {7u, 4u}, {3u, 4u}})
+        codes.Put(code, width);
+    for (auto [width, height, pixels] : {std::tuple{13, 1, "1010101011010"}, {6, 2, "101010 101101"}}) {
+        GifBytes image = GifBytes().ImageHead(width, height, 0).Add({1, static_cast<int>(codes.Packed().size())});
+        LoadedGif list(Start().Add(image.Add(codes.Packed()).Add({0})), Manner::kWhole);
+        EXPECT_EQ(PixelsOf(BlockAt(list, 1)), pixels);
+    }
+}
+
 // The manners agree on what is regular, whatever each keeps besides.
 TEST(Whole, SoundFilesAreReadAsInTheClassicManner) {
     const Bytes bytes = Start()
