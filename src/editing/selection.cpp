@@ -126,24 +126,34 @@ bool Selection::Resolve(const Term& term, size_t count, uint32_t* first, uint32_
     return *first <= *last;
 }
 
+// What a term counts, each with its blocks.
+std::vector<std::vector<uint32_t>> Selection::UnitsOf(const Term& term, const BlockList& list) {
+    std::vector<std::vector<uint32_t>> units;
+    if (term.kind == kFrame) {
+        for (const FrameBlocks& frame : FindFrames(list)) units.push_back(frame.blocks);
+        return units;
+    }
+    for (uint32_t i = 0; i < list.count; ++i)
+        if (term.kind == kAnyBlock || list.blocks[i].kind == term.kind) units.push_back({i});
+    return units;
+}
+
 std::vector<uint32_t> Selection::Find(const BlockList& list, std::string* why) const {
     std::vector<uint32_t> found;
     std::vector<bool> isThere(list.count);
+    std::string lacking;
     for (const Term& term : terms_) {
+        const std::vector<std::vector<uint32_t>> units = UnitsOf(term, list);
         uint32_t first = 0, last = 0;
-        if (term.kind == kFrame) {
-            const std::vector<FrameBlocks> frames = FindFrames(list);
-            if (!Resolve(term, frames.size(), &first, &last, why)) return {};
-            for (uint32_t i = first; i <= last; ++i)
-                for (uint32_t block : frames[i].blocks) AddOnce(block, &isThere, &found);
-            continue;
+        if (!Resolve(term, units.size(), &first, &last, &lacking)) {
+            if (term.isAll) continue;
+            *why = lacking;
+            return {};
         }
-        std::vector<uint32_t> blocks;
-        for (uint32_t i = 0; i < list.count; ++i)
-            if (term.kind == kAnyBlock || list.blocks[i].kind == term.kind) blocks.push_back(i);
-        if (!Resolve(term, blocks.size(), &first, &last, why)) return {};
-        for (uint32_t i = first; i <= last; ++i) AddOnce(blocks[i], &isThere, &found);
+        for (uint32_t i = first; i <= last; ++i)
+            for (uint32_t block : units[i]) AddOnce(block, &isThere, &found);
     }
+    if (found.empty()) *why = lacking;
     return found;
 }
 

@@ -30,7 +30,7 @@ public:
     [[nodiscard]] std::string Parse(std::string_view text);
 
     // The numbers of the blocks in the order of the words, each once. Without any, `*why` says in one line what the
-    // document lacks.
+    // document lacks: a number that it does not have, or all the kinds.
     std::vector<uint32_t> Find(const BlockList& list, std::string* why) const;
 
     // The same for frames alone, of which there are `count`: their numbers. A plain number or range means frames here.
@@ -55,6 +55,7 @@ private:
     static bool ParseTerm(std::string_view text, Term* term);
     static bool Resolve(const Term& term, size_t count, uint32_t* first, uint32_t* last, std::string* why);
     static std::string UnitOf(const Term& term);
+    static std::vector<std::vector<uint32_t>> UnitsOf(const Term& term, const BlockList& list);
 
     std::vector<Term> terms_;
 };
