@@ -190,14 +190,25 @@ bool History::Apply(const Step& step, bool forth, BlockList* list) {
     return true;
 }
 
-bool History::Undo(BlockList* list) {
+ChangedPlace History::PlaceOf(const Step& step, bool forth) {
+    if (step.hunks.empty()) return {};
+    auto found =
+        std::ranges::find_if(step.hunks, [](const Hunk& hunk) { return hunk.taken.size() != hunk.put.size(); });
+    const Hunk& hunk = found == step.hunks.end() ? step.hunks.front() : *found;
+    const auto old = static_cast<uint32_t>(hunk.taken.size()), fresh = static_cast<uint32_t>(hunk.put.size());
+    return forth ? ChangedPlace{hunk.newAt, old, fresh} : ChangedPlace{hunk.oldAt, fresh, old};
+}
+
+bool History::Undo(BlockList* list, ChangedPlace* changed) {
     if (done_ == 0 || !Apply(steps_[done_ - 1], false, list)) return false;
     --done_;
+    if (changed) *changed = PlaceOf(steps_[done_], false);
     return true;
 }
 
-bool History::Redo(BlockList* list) {
+bool History::Redo(BlockList* list, ChangedPlace* changed) {
     if (done_ == steps_.size() || !Apply(steps_[done_], true, list)) return false;
+    if (changed) *changed = PlaceOf(steps_[done_], true);
     ++done_;
     return true;
 }

@@ -69,6 +69,17 @@ bool CreateBlockList(BlockList* list) {
     return true;
 }
 
+bool CopyBlockList(const BlockList& list, BlockList* copy) {
+    if (!CreateBlockList(copy) || !MakeRoom(copy, list.count)) return DestroyBlockList(copy), false;
+    std::ranges::copy(list.All(), copy->blocks.get());
+    copy->count = list.count;
+    for (Block& block : copy->All()) block.owner = copy;
+    copy->flags = list.flags;
+    copy->before = list.before;
+    copy->after = list.after;
+    return true;
+}
+
 void DestroyBlockList(BlockList* list) {
     *list = BlockList();
 }

@@ -44,6 +44,10 @@ struct BlockList {
 // Makes `list` an empty list with room for 64 blocks. False when memory runs out.
 [[nodiscard]] bool CreateBlockList(BlockList* list);
 
+// Makes `copy` a list of the same blocks, which share their texts, pixels and colours with those of `list`. False, with
+// an empty copy, when memory runs out.
+[[nodiscard]] bool CopyBlockList(const BlockList& list, BlockList* copy);
+
 // Makes the list one without blocks and memory, as it was before it was created.
 void DestroyBlockList(BlockList* list);
 
