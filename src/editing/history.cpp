@@ -37,12 +37,18 @@ bool SameBytes(const FileBytes& a, const FileBytes& b) {
     return a.memory == b.memory && a.start == b.start && a.bytes == b.bytes;
 }
 
-// The next place, `oldAt` and `newAt`, where both lists go on alike, or their ends.
+// The next place, `oldAt` and `newAt`, where both lists go on alike, or their ends. At the same distance blocks count as
+// changed sooner than as inserted or deleted: animations are full of control blocks that are alike.
 void FindMeeting(std::span<const Block> old, std::span<const Block> fresh, uint32_t* oldAt, uint32_t* newAt) {
     const auto oldLeft = static_cast<uint32_t>(old.size()) - *oldAt;
     const auto newLeft = static_cast<uint32_t>(fresh.size()) - *newAt;
     const uint32_t farthest = std::min(kMostLookAhead, std::max(oldLeft, newLeft));
     for (uint32_t ahead = 1; ahead <= farthest; ++ahead) {
+        if (ahead < oldLeft && ahead < newLeft && SameBlock(old[*oldAt + ahead], fresh[*newAt + ahead])) {
+            *oldAt += ahead;
+            *newAt += ahead;
+            return;
+        }
         if (ahead < oldLeft && newLeft > 0 && SameBlock(old[*oldAt + ahead], fresh[*newAt])) {
             *oldAt += ahead;
             return;

@@ -148,6 +148,7 @@ TEST(History, AStepTellsWhereTheDocumentChanged) {
         {kRemove, {2}, {2, 0, 1}, {2, 1, 0}},
         {kRemove, {1, 3}, {1, 0, 1}, {1, 1, 0}},
         {kEdit, {2, 3}, {2, 2, 2}, {2, 2, 2}},
+        {kEdit, {1}, {1, 1, 1}, {1, 1, 1}},  // the third one is as this one was
         {kInsertFirstExtension, {2}, {3, 1, 0}, {3, 0, 1}},  // which also makes the header one of GIF89a
     };
     auto at = [](const ChangedPlace& place) { return std::tuple(place.at, place.taken, place.put); };
