@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <deque>
 #include <string>
 #include <vector>
 
@@ -21,7 +20,7 @@ struct ChangedPlace {
 class History {
 public:
     // `mostBytes`: what the steps may hold beside the document; the oldest ones go first, the newest one always stays.
-    explicit History(uint64_t mostBytes = kUsualHistoryBytes) : mostBytes_(mostBytes) {}
+    explicit History(uint64_t mostBytes = kUsualHistoryBytes) noexcept : mostBytes_(mostBytes) {}
 
     // Gives it another limit, which the next step heeds.
     void LimitTo(uint64_t mostBytes) { mostBytes_ = mostBytes; }
@@ -73,10 +72,10 @@ private:
     static Step MakeStep(const std::string& name, const BlockList& before, const BlockList& after);
     static bool Apply(const Step& step, bool forth, BlockList* list);
     static ChangedPlace PlaceOf(const Step& step, bool forth);
-    void DropOldest();
+    void KeepToLimit();
 
     uint64_t mostBytes_;
-    std::deque<Step> steps_;
+    std::vector<Step> steps_;
     size_t done_ = 0;    // steps that are in the document; those behind were undone
     int64_t saved_ = 0;  // `done_` of the saved document; none when that can't be reached
     uint64_t bytes_ = 0;
