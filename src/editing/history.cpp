@@ -1,6 +1,7 @@
 #include "editing/history.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 #include <iterator>
 #include <new>
@@ -37,12 +38,18 @@ bool SameBytes(const FileBytes& a, const FileBytes& b) {
     return a.memory == b.memory && a.start == b.start && a.bytes == b.bytes;
 }
 
-// The next place, `oldAt` and `newAt`, where both lists go on alike, or their ends.
+// The next place, `oldAt` and `newAt`, where both lists go on alike, or their ends. At the same distance blocks count
+// as changed sooner than as inserted or deleted: animations are full of control blocks that are alike.
 void FindMeeting(std::span<const Block> old, std::span<const Block> fresh, uint32_t* oldAt, uint32_t* newAt) {
     const auto oldLeft = static_cast<uint32_t>(old.size()) - *oldAt;
     const auto newLeft = static_cast<uint32_t>(fresh.size()) - *newAt;
     const uint32_t farthest = std::min(kMostLookAhead, std::max(oldLeft, newLeft));
     for (uint32_t ahead = 1; ahead <= farthest; ++ahead) {
+        if (ahead < oldLeft && ahead < newLeft && SameBlock(old[*oldAt + ahead], fresh[*newAt + ahead])) {
+            *oldAt += ahead;
+            *newAt += ahead;
+            return;
+        }
         if (ahead < oldLeft && newLeft > 0 && SameBlock(old[*oldAt + ahead], fresh[*newAt])) {
             *oldAt += ahead;
             return;
@@ -140,17 +147,18 @@ void History::Record(const std::string& name, const BlockList& before, const Blo
         bytes_ += step.bytes;
         steps_.push_back(std::move(step));
         ++done_;
-        while (bytes_ > mostBytes_ && steps_.size() > 1) DropOldest();
+        KeepToLimit();
     } catch (const std::bad_alloc&) {
         Forget();
     }
 }
 
-void History::DropOldest() {
-    bytes_ -= steps_.front().bytes;
-    steps_.pop_front();
-    --done_;
-    saved_ = std::max<int64_t>(saved_ - 1, -1);
+void History::KeepToLimit() {
+    size_t gone = 0;
+    while (bytes_ > mostBytes_ && steps_.size() - gone > 1) bytes_ -= steps_[gone++].bytes;
+    steps_.erase(steps_.begin(), steps_.begin() + static_cast<std::ptrdiff_t>(gone));
+    done_ -= gone;
+    saved_ = std::max<int64_t>(saved_ - static_cast<int64_t>(gone), -1);
 }
 
 void History::Forget() {
@@ -190,14 +198,25 @@ bool History::Apply(const Step& step, bool forth, BlockList* list) {
     return true;
 }
 
-bool History::Undo(BlockList* list) {
+ChangedPlace History::PlaceOf(const Step& step, bool forth) {
+    if (step.hunks.empty()) return {};
+    auto found =
+        std::ranges::find_if(step.hunks, [](const Hunk& hunk) { return hunk.taken.size() != hunk.put.size(); });
+    const Hunk& hunk = found == step.hunks.end() ? step.hunks.front() : *found;
+    const auto old = static_cast<uint32_t>(hunk.taken.size()), fresh = static_cast<uint32_t>(hunk.put.size());
+    return forth ? ChangedPlace{hunk.newAt, old, fresh} : ChangedPlace{hunk.oldAt, fresh, old};
+}
+
+bool History::Undo(BlockList* list, ChangedPlace* changed) {
     if (done_ == 0 || !Apply(steps_[done_ - 1], false, list)) return false;
     --done_;
+    if (changed) *changed = PlaceOf(steps_[done_], false);
     return true;
 }
 
-bool History::Redo(BlockList* list) {
+bool History::Redo(BlockList* list, ChangedPlace* changed) {
     if (done_ == steps_.size() || !Apply(steps_[done_], true, list)) return false;
+    if (changed) *changed = PlaceOf(steps_[done_], true);
     ++done_;
     return true;
 }

@@ -137,6 +137,28 @@ TEST(BlockListTest, WithoutMemoryNothingChanges) {
     EXPECT_EQ(LettersOf(list), "."s.append(62, 'a'));
 }
 
+TEST(BlockListTest, ACopySharesWhatItsBlocksHold) {
+    BlockList list = Filled("abc"), copy = Filled("x");
+    list.flags = kReadWhole;
+    list.after = {list.blocks[1].data, 1, 2};
+    EXPECT_TRUE(CopyBlockList(list, &copy));
+    EXPECT_EQ(LettersOf(copy), ".abc");
+    EXPECT_EQ(LettersOf(list), ".abc");
+    EXPECT_EQ(copy.blocks[2].data, list.blocks[2].data);
+    EXPECT_EQ(copy.flags, kReadWhole);
+    EXPECT_EQ(copy.after.memory, list.after.memory);
+    EXPECT_EQ(copy.after.bytes, 2u);
+    Append(&copy, Comments("d")[0]);
+    RenumberBlocks(&copy);
+    EXPECT_EQ(LettersOf(copy), ".abcd");
+    faults.allocationsUntilFailure = 0;
+    EXPECT_FALSE(CopyBlockList(list, &copy));
+    faults = {};
+    EXPECT_EQ(copy.count, 0u);
+    EXPECT_TRUE(CopyBlockList(BlockList(), &copy));
+    EXPECT_EQ(copy.count, 0u);
+}
+
 TEST(BlockListTest, AMovedListOwnsItsBlocks) {
     BlockList first = Filled("ab"), second = Filled("xyz");
     second = std::move(first);

@@ -17,11 +17,7 @@ Bytes SavedBytes(const BlockList& list) {
 
 BlockList CopyOf(const BlockList& list) {
     BlockList copy;
-    EXPECT_TRUE(CreateBlockList(&copy));
-    for (const Block& block : list.All()) EXPECT_TRUE(AppendBlock(&copy, block));
-    copy.flags = list.flags;
-    copy.before = list.before;
-    copy.after = list.after;
+    EXPECT_TRUE(CopyBlockList(list, &copy));
     return copy;
 }
 
@@ -144,6 +140,42 @@ TEST(History, NamesSavedStateAndNewSteps) {
     EXPECT_FALSE(history.Undo(&list));
 }
 
+TEST(History, AStepTellsWhereTheDocumentChanged) {
+    enum { kInsert, kRemove, kEdit, kInsertFirstExtension };
+    const std::tuple<int, std::vector<uint32_t>, ChangedPlace, ChangedPlace> rows[] = {
+        // what is done to which blocks of a header and four images; the place when it is undone, and when it is redone
+        {kInsert, {2}, {3, 2, 0}, {3, 0, 2}},
+        {kRemove, {2}, {2, 0, 1}, {2, 1, 0}},
+        {kRemove, {1, 3}, {1, 0, 1}, {1, 1, 0}},
+        {kEdit, {2, 3}, {2, 2, 2}, {2, 2, 2}},
+        {kEdit, {1}, {1, 1, 1}, {1, 1, 1}},  // the third one is as this one was
+        {kInsertFirstExtension, {2}, {3, 1, 0}, {3, 0, 1}},  // which also makes the header one of GIF89a
+    };
+    auto at = [](const ChangedPlace& place) { return std::tuple(place.at, place.taken, place.put); };
+    for (const auto& [act, blocks, undone, redone] : rows) {
+        SCOPED_TRACE(testing::Message() << act << " " << blocks[0]);
+        LoadedGif list(Document(4), Manner::kWhole);
+        BlockList before = CopyOf(list);
+        int selection = static_cast<int>(blocks[0]);
+        std::vector<Block> fresh;
+        if (act == kInsert) fresh.assign(2, MakeImage(9, 9, 2));
+        if (act == kInsertFirstExtension) fresh = {MakeText(kCommentBlock, "a")};
+        EXPECT_TRUE(fresh.empty() || InsertBlocks(&list, &selection, fresh));
+        if (act == kRemove) RemoveBlocks(&list, blocks);
+        for (uint32_t index : blocks)
+            if (act == kEdit) PutImageFields(&list.blocks[index], {7, 7, 9, 9, 0});
+        History history;
+        history.Record("", before, list);
+        ChangedPlace place;
+        ASSERT_TRUE(history.Undo(&list, &place));
+        EXPECT_EQ(at(place), at(undone));
+        ASSERT_TRUE(history.Redo(&list, &place));
+        EXPECT_EQ(at(place), at(redone));
+        EXPECT_FALSE(history.Redo(&list, &place));
+        EXPECT_EQ(at(place), at(redone)) << "there was no step";
+    }
+}
+
 TEST(History, StepsCostWhatTheyChange) {
     BlockList list;
     ASSERT_TRUE(NewDocument(&list));
@@ -179,6 +211,11 @@ TEST(History, OldStepsGoAndShortMemoryForgets) {
         EXPECT_LE(history.Bytes(), 5000000u);
     }
     EXPECT_EQ(history.Steps(), 4u);
+    history.LimitTo(2500000);
+    EXPECT_EQ(history.Steps(), 4u) << "so far";
+    history.Record("", CopyOf(list), list);
+    EXPECT_EQ(history.Steps(), 4u) << "there was no step";
+    history.LimitTo(5000000);
     while (history.Undo(&list)) {
     }
     EXPECT_EQ(list.count, 6u);
@@ -192,4 +229,14 @@ TEST(History, OldStepsGoAndShortMemoryForgets) {
     history.Clear();
     EXPECT_EQ(history.UndoName(), nullptr);
     EXPECT_TRUE(history.IsSaved());
+    history.LimitTo(0);
+    for (int i = 0; i < 2; ++i) {
+        BlockList before = CopyOf(list);
+        Append(&list, MakeImage(10, 10, 8));
+        history.Record("", before, list);
+        EXPECT_EQ(history.Steps(), 1u) << "the newest one stays";
+    }
+    history.Forget();
+    EXPECT_EQ(history.UndoName(), nullptr);
+    EXPECT_FALSE(history.IsSaved());
 }

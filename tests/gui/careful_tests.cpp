@@ -72,10 +72,10 @@ protected:
 TEST_F(CarefulTest, TheOptionsMenuSwitchesItAndThePanelDoes) {
     wchar_t text[100];
     HMENU bar = GetMenu(hMainWindow);
-    GetMenuStringW(bar, 1, text, 100, MF_BYPOSITION);
+    GetMenuStringW(bar, 2, text, 100, MF_BYPOSITION);
     EXPECT_STREQ(text, L"&Options");
-    EXPECT_EQ(GetMenuItemCount(bar), 3);
-    EXPECT_EQ(GetMenuItemCount(GetSubMenu(bar, 1)), 1);
+    EXPECT_EQ(GetMenuItemCount(bar), 4);
+    EXPECT_EQ(GetMenuItemCount(GetSubMenu(bar, 2)), 1);
     GetMenuStringW(bar, IDM_CAREFUL_MODE, text, 100, MF_BYCOMMAND);
     EXPECT_STREQ(text, L"&Careful mode");
     auto isChecked = [&] { return (GetMenuState(bar, IDM_CAREFUL_MODE, MF_BYCOMMAND) & MF_CHECKED) != 0; };

@@ -44,37 +44,50 @@ TEST_F(SettingsFileTest, ReadsWhatALineMeans) {
 
 // Their keys count only as they are: no other one may switch an option on.
 TEST_F(SettingsFileTest, OptionsAreReadByTheirWholeNames) {
-    const std::tuple<std::string, uint32_t, uint32_t> cases[] = {
-        // careful mode, and the banner
-        {"[KLMZephyrOptions]\r\nCarefulMode = 1\r\n", 1, 1},
-        {"CarefulMode=1\r\nShow = 0", 1, 0},
-        {"CarefulMode = 1\r\nCarefulMode = 0\r\n", 0, 1},
-        {"C = 1\r\nCareful = 1\r\nCarefulModes = 1\r\ncarefulmode = 1\r\n;CarefulMode = 1\r\n", 0, 1},
-        {"\r\n = 1\r\n", 0, 1},
-        {"CarefulMode = 1\r\n\r\n", 1, 0},
+    const std::tuple<std::string, uint32_t, uint32_t, uint32_t> cases[] = {
+        // careful mode, the memory for steps, and the banner
+        {"[KLMZephyrOptions]\r\nCarefulMode = 1\r\n", 1, 256, 1},
+        {"CarefulMode=1\r\nShow = 0", 1, 256, 0},
+        {"CarefulMode = 1\r\nCarefulMode = 0\r\n", 0, 256, 1},
+        {"C = 1\r\nCareful = 1\r\nCarefulModes = 1\r\ncarefulmode = 1\r\n;CarefulMode = 1\r\n", 0, 256, 1},
+        {"\r\n = 1\r\n", 0, 256, 1},
+        {"CarefulMode = 1\r\n\r\n", 1, 256, 0},
+        {"UndoMemory = 32\r\nCarefulMode = 1", 1, 32, 1},
+        {"UndoMemory = 0\r\nUndo = 5\r\nUndoMemories = 5", 0, 0, 1},
+        {"UndoMemory = 99999999999\r\n", 0, 4294967295u, 1},
     };
-    for (const auto& [content, careful, banner] : cases) {
+    for (const auto& [content, careful, memory, banner] : cases) {
         settings = Settings();
         WriteAll(File("KLMZEP.INI"), content);
         ReadSettings(Folder());
         EXPECT_EQ(settings.carefulMode, careful) << content;
+        EXPECT_EQ(settings.undoMemory, memory) << content;
         EXPECT_EQ(settings.showStartupBanner, banner) << content;
     }
 }
 
 TEST_F(SettingsFileTest, OptionsAreWrittenOnlyWhileTheyAreNotAsByDefault) {
     std::string without;
-    for (uint32_t careful : {0u, 1u, 0u}) {
+    const std::tuple<uint32_t, uint32_t, std::string> cases[] = {
+        {0, 256, ""},
+        {1, 256, "[KLMZephyrOptions]\r\nCarefulMode = 1\r\n"},
+        {0, 0, "[KLMZephyrOptions]\r\nUndoMemory = 0\r\n"},
+        {1, 1024, "[KLMZephyrOptions]\r\nCarefulMode = 1\r\nUndoMemory = 1024\r\n"},
+        {0, 256, ""},
+    };
+    for (const auto& [careful, memory, options] : cases) {
         settings.carefulMode = careful;
+        settings.undoMemory = memory;
         WriteSettings(hMainWindow, Folder());
         const Bytes bytes = ReadAll(File("KLMZEP.INI"));
         std::string content(bytes.begin(), bytes.end());
         content.erase(content.find("updated ") + 8, strlen("Sat Nov 21 15:18:14 2026"));
         if (without.empty()) without = content;
-        EXPECT_EQ(content, without + (careful ? "[KLMZephyrOptions]\r\nCarefulMode = 1\r\n" : ""));
+        EXPECT_EQ(content, without + options);
         settings = Settings();
         ReadSettings(Folder());
         EXPECT_EQ(settings.carefulMode, careful);
+        EXPECT_EQ(settings.undoMemory, memory);
     }
 }
 

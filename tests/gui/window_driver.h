@@ -10,8 +10,10 @@
 
 #include "platform/wide_text_win32.h"
 #include "tests/gui/dialog_answers.h"
+#include "tests/gui/step_watch.h"
 #include "tests/support/test_blocks.h"
 #include "windows/app/block_list_view.h"
+#include "windows/app/document_history.h"
 #include "windows/app/main_window.h"
 #include "windows/app/settings_file.h"
 #include "windows/app/shell_state.h"
@@ -57,10 +59,12 @@ protected:
         documentIsNamed = false;
         partlyReadFile.clear();
         selectedLine = 0;
+        StartHistory(true);
     }
 
-    // Sends the command and everything that it posts.
+    // Sends the command and everything that it posts. What it changes of the document must be one step.
     void Command(int id) {
+        StepWatch watch(id);
         SendMessageW(hMainWindow, WM_COMMAND, static_cast<WPARAM>(id), 0);
         PumpMessages();
     }

@@ -3,6 +3,7 @@
 #include "windows/app/about_box.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/document_commands.h"
+#include "windows/app/edit_menu.h"
 #include "windows/app/information_panel.h"
 #include "windows/app/notice_strip.h"
 #include "windows/app/options.h"
@@ -51,7 +52,8 @@ LRESULT OnCommand(HWND window, int id, int notification) {
         case IDM_ABOUT: ShowAboutBox(window); break;
         case IDC_BLOCK_LIST: OnListNotification(window, notification); break;
         default:
-            if (!SwitchOption(window, id) && id >= IDM_RECENT_FIRST) OnRecentFile(window, id);
+            if (RunEditCommand(window, id) || SwitchOption(window, id)) break;
+            if (id >= IDM_RECENT_FIRST) OnRecentFile(window, id);
     }
     return 0;
 }

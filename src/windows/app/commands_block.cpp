@@ -4,6 +4,7 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
 #include "windows/app/document_commands.h"
+#include "windows/app/document_history.h"
 #include "windows/app/screen_reach.h"
 #include "windows/app/shell_state.h"
 #include "windows/dialogs/document_operations.h"
@@ -34,6 +35,8 @@ void OnView(HWND window) {
 void OnEdit(HWND window) {
     int line = SelectedLine(window);
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    RecordedStep step(IDS_STEP_EDIT);
+    step.Concerns(line, 1);
     const bool reachedBeyond = ReachesBeyond(line);
     int result = EditBlock(window, &document, line);
     if (result == kBlockEdited) ShowChangedDocument(window, line);
@@ -44,5 +47,7 @@ void OnEdit(HWND window) {
 void OnDelete(HWND window) {
     int line = SelectedLine(window);
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    RecordedStep step(IDS_STEP_DELETE);
+    step.Concerns(line, 1);
     if (DeleteBlock(window, &document, &line)) ShowChangedDocument(window, line);
 }

@@ -11,6 +11,7 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
 #include "windows/app/document_commands.h"
+#include "windows/app/document_history.h"
 #include "windows/app/screen_reach.h"
 #include "windows/app/shell_state.h"
 #include "windows/dialogs/document_operations.h"
@@ -117,6 +118,12 @@ void InsertLoop(HWND window) {
     InsertOther(window, 0, kLoopBlock);
 }
 
+void InsertKind(HWND window, int line, int kind) {
+    if (kind == kLoopBlock) return InsertLoop(window);
+    if (kind == kImageBlock) return InsertImages(window, line);
+    InsertOther(window, line, static_cast<uint16_t>(kind));
+}
+
 }  // namespace
 
 void OnInsert(HWND window) {
@@ -125,7 +132,8 @@ void OnInsert(HWND window) {
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
     int kind = ChooseInsertKind(window, &document);
     if (kind == 0) return;
-    if (kind == kLoopBlock) return InsertLoop(window);
-    if (kind == kImageBlock) return InsertImages(window, line);
-    InsertOther(window, line, static_cast<uint16_t>(kind));
+    RecordedStep step(IDS_STEP_INSERT);
+    const uint32_t count = document.count;
+    InsertKind(window, line, kind);
+    step.Concerns(kind == kLoopBlock ? 1 : line + 1, document.count - count);
 }

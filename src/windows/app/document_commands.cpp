@@ -13,6 +13,7 @@
 #include "texts/strings.h"
 #include "windows/app/block_list_view.h"
 #include "windows/app/document_face.h"
+#include "windows/app/document_history.h"
 #include "windows/app/load_notice.h"
 #include "windows/app/main_window.h"
 #include "windows/app/notice_strip.h"
@@ -95,6 +96,7 @@ void OpenDocument(HWND window, std::string name, Manner manner) {
     HideNotice(window);
     documentIsNamed = false;
     partlyReadFile.clear();
+    StartHistory(true);
     DestroyBlockList(&document);  // those who send a name have closed the document; this is for those who forgot
     if (!CreateBlockList(&document)) return TellOutOfMemory(window);
     FillBlockListView(window, nullptr);
@@ -125,11 +127,16 @@ bool MayWriteOver(HWND window, const std::string& name) {
     return YesnoBox(window, kRestIsLost) == IDYES;
 }
 
+void FitScreen(HWND window) {
+    RecordedStep step(IDS_STEP_FIT_SCREEN);
+    if (FitLogicalScreen(&document)) ReplaceHeaderLine(window, document.blocks[0]);
+}
+
 // Writes the document in its manner, with the screen fitted before where that is done. False, with the system's reason
 // if there is one, when it can't be written.
 bool WriteInManner(HWND window, const std::string& name, std::string* reason) {
     WaitCursor wait;
-    if (ScreenFollowsImages() && FitLogicalScreen(&document)) ReplaceHeaderLine(window, document.blocks[0]);
+    if (ScreenFollowsImages()) FitScreen(window);
     return SavesWhole() ? WriteWholeGifFile(document, name.c_str(), reason) : WriteGifFile(document, name.c_str());
 }
 
@@ -158,6 +165,7 @@ bool WriteDocument(HWND window, const std::string& name) {
     documentIsNamed = true;
     SetTitle(window, name.c_str());
     documentChanged = false;
+    MarkDocumentSaved();
     return true;
 }
 
@@ -244,6 +252,7 @@ void OnClose(HWND window) {
     HideNotice(window);
     documentIsNamed = false;
     partlyReadFile.clear();
+    StartHistory(true);
     DestroyBlockList(&document);
     SetTitleText(window, IDS_NO_FILE);
     EnableDocumentCommands(window, false);
@@ -267,6 +276,7 @@ void OnWizard(HWND window) {
     if (!LeaveDocument(window)) return;
     if (!RunAnimationWizard(window, &document)) return;
     documentChanged = true;
+    StartHistory(false);
     document.flags |= kMadeHere;
     SetTitleText(window, IDS_UNTITLED);
     ShowDocument(window);

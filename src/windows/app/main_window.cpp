@@ -6,6 +6,7 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
 #include "windows/app/document_commands.h"
+#include "windows/app/edit_menu.h"
 #include "windows/app/notice_strip.h"
 #include "windows/app/recent_files.h"
 #include "windows/app/settings_file.h"
@@ -132,8 +133,14 @@ LRESULT OnMenuCharacter(HWND window, WPARAM wParam, LPARAM lParam) {
 
 // The window itself has the focus after a dialog.
 LRESULT OnKey(HWND window, WPARAM key, LPARAM lParam) {
+    if (PressEditKey(window, key)) return 0;
     if (key == VK_ESCAPE) HideNotice(window);
     return DefWindowProcW(window, WM_KEYDOWN, key, lParam);
+}
+
+LRESULT OnMenuOpens(HWND window, WPARAM wParam, LPARAM lParam) {
+    UpdateEditMenu(window);
+    return DefWindowProcW(window, WM_INITMENUPOPUP, wParam, lParam);
 }
 
 LRESULT OnDrawItem(WPARAM control, LPARAM lParam) {
@@ -157,6 +164,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_EXITSIZEMOVE: return OnDrag(window, message == WM_ENTERSIZEMOVE);
         case WM_CLOSE: return OnCloseMessage(window);
         case WM_QUERYENDSESSION: return OnQueryEndSession(window);
+        case WM_INITMENUPOPUP: return OnMenuOpens(window, wParam, lParam);
         case WM_MENUCHAR: return OnMenuCharacter(window, wParam, lParam);
         case WM_KEYDOWN: return OnKey(window, wParam, lParam);
         case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
@@ -197,6 +205,8 @@ void RegisterMainWindowClass() {
 void CreateMainWindow() {
     hMainWindow = CreateWindowExW(0, kMainWindowClass, L"Kelmor Zephyr", WS_OVERLAPPEDWINDOW, CW_USEDEFAULT,
                                   CW_USEDEFAULT, kMinimumWidth, kMinimumHeight, nullptr, nullptr, hInstance, nullptr);
+    AddEditMenu(hMainWindow);
     CreateBlockListView(hMainWindow);
+    PassEditKeys(GetDlgItem(hMainWindow, IDC_BLOCK_LIST));
     StartRecentFiles();
 }

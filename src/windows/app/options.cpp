@@ -9,6 +9,7 @@ namespace {
 
 constexpr Option kOptions[] = {
     {IDM_CAREFUL_MODE, "CarefulMode", &Settings::carefulMode},
+    {0, "UndoMemory", &Settings::undoMemory},
 };
 
 }  // namespace
@@ -19,7 +20,7 @@ std::span<const Option> Options() {
 
 bool SwitchOption(HWND window, int command) {
     const auto* option = std::ranges::find(kOptions, command, &Option::command);
-    if (option == std::end(kOptions)) return false;
+    if (command == 0 || option == std::end(kOptions)) return false;
     uint32_t& value = settings.*option->value;
     value = value ? 0 : 1;
     ShowOptions(window);
@@ -28,6 +29,7 @@ bool SwitchOption(HWND window, int command) {
 
 void ShowOptions(HWND window) {
     for (const Option& option : kOptions)
-        CheckMenuItem(GetMenu(window), static_cast<UINT>(option.command),
-                      MF_BYCOMMAND | (settings.*option.value ? UINT{MF_CHECKED} : UINT{MF_UNCHECKED}));
+        if (option.command)
+            CheckMenuItem(GetMenu(window), static_cast<UINT>(option.command),
+                          MF_BYCOMMAND | (settings.*option.value ? UINT{MF_CHECKED} : UINT{MF_UNCHECKED}));
 }

@@ -1,4 +1,5 @@
-// The options: switches that the Options menu shows and the settings file keeps.
+// The options: what came to the settings later and the settings file keeps only while it is not as by default. Most
+// are switches that the Options menu shows.
 #pragma once
 
 #include <span>
@@ -7,9 +8,9 @@
 #include "windows/services/settings.h"
 
 struct Option {
-    int command;                // of its menu item
+    int command;                // of its menu item, which turns it on and off; 0: it has none
     const char* key;            // in the settings file
-    uint32_t Settings::*value;  // 0: off
+    uint32_t Settings::*value;  // of a switch 0: off
 };
 
 // One row each.

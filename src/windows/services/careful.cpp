@@ -37,6 +37,7 @@ constexpr CareRow kCares[] = {
     {Care::kRefusalChangesNothing, "kQuirkUneditedCountsAsChanged kQuirkChosenImagesMarkChanged",
      "A block that can't be edited, or an image that can't be inserted, leaves the document unchanged."},
     {Care::kUnchangedStaysUnchanged, "", "OK in a block's dialog without a change leaves the document unchanged."},
+    {Care::kUndoneIsUnchanged, "", "A document that is taken back to what was saved counts as unchanged again."},
 };
 
 constexpr bool EveryCareHasItsRow() {

@@ -8,5 +8,6 @@ struct Settings {
     uint32_t interlaceDelay = 4;     // milliseconds that each row of an interlaced image takes to appear; 1000 at most
     uint32_t fileMenuRange = 10;     // how many recent files are kept; 0: none
     uint32_t carefulMode = 0;        // non-zero: careful mode (careful.h)
+    uint32_t undoMemory = 256;       // MiB that the steps of a document's history may hold
 };
 extern Settings settings;
