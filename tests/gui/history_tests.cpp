@@ -13,6 +13,11 @@ protected:
     static constexpr char kSaveQuestion[] = "Your current GIF file has been changed. Do you wish to save it?";
 
     static Steps ChooseFiles(const std::vector<std::string>& texts) { return DialogAnswers::ChooseFiles(texts); }
+    // Unasked about the document before.
+    void OpenAfresh(const std::string& path) {
+        documentChanged = false;
+        Open(path);
+    }
     void EditLine(int line, const std::vector<Steps>& dialogs) {
         Select(line);
         Run(IDM_EDIT, dialogs);
@@ -149,7 +154,7 @@ TEST_F(EditorHistoryTest, AFileReadWholeIsTheSameFileAgain) {
     GifBytes bytes;
     bytes.Header("GIF87a", 40, 30, 0x80).SmallImage().Add({0, 0}).SmallImage(0x80).Add({0x3B}).Text("and more");
     WriteAll(File("a.gif"), bytes);
-    Open(File("a.gif"));
+    OpenAfresh(File("a.gif"));
     EditLine(1, {Press(IDOK, {{IDC_IMAGE_TOP, "3"}})});
     EditLine(2, {Press(IDOK, {{IDC_IMAGE_INTERLACED}})});
     InsertComment(0);
@@ -174,7 +179,7 @@ TEST_F(EditorHistoryTest, TheMenuNamesTheStepsAndGreysWhatThereIsNot) {
     EXPECT_EQ(Menu(), nothing);
     for (int command : {IDM_UNDO, IDM_REDO, 0}) Run(command, {});
     EXPECT_EQ(settings.undoMemory, 256u) << "an option without an item is no switch";
-    Open(MakeGif("a.gif"));
+    OpenAfresh(MakeGif("a.gif"));
     EXPECT_EQ(Menu(), nothing);
     Select(1);
     Command(IDM_DELETE);
@@ -188,8 +193,7 @@ TEST_F(EditorHistoryTest, TheMenuNamesTheStepsAndGreysWhatThereIsNot) {
     EXPECT_EQ(Menu(), "&Undo Insert comment\tCtrl+Z[&Redo\tCtrl+Y]") << "no way forth any more";
     // Each of these puts another document into the window, or none.
     for (int command : {IDM_CLOSE, IDM_NEW, IDM_RECENT_FIRST, IDM_WIZARD}) {
-        documentChanged = false;
-        Open(File("a.gif"));
+        OpenAfresh(File("a.gif"));
         InsertComment(0);
         documentChanged = false;
         Run(command, {}, std::vector<Steps>(command == IDM_WIZARD ? 1 : 0, Press(IDCANCEL)));
@@ -201,7 +205,7 @@ TEST_F(EditorHistoryTest, KeysGoBackAndForthWhereverTheFocusIs) {
     const HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
     GifBytes bytes;  // the strip, which listens for Escape, is there with it
     WriteAll(File("cut.gif"), bytes.Header("GIF89a", 2, 2, 0x80).SmallImage().Comment("a").Comment("b"));
-    Open(File("cut.gif"));
+    OpenAfresh(File("cut.gif"));
     ASSERT_NE(GetDlgItem(hMainWindow, IDC_NOTICE), nullptr);
     for (HWND focus : {list, hMainWindow, list}) {
         Select(2);
@@ -231,7 +235,7 @@ TEST_F(EditorHistoryTest, TheCarefulDocumentIsUnchangedAgainWhereItWasSaved) {
     for (bool careful : {false, true}) {
         settings.carefulMode = careful;
         const std::string path = MakeGif("a.gif");
-        Open(path);
+        OpenAfresh(path);
         InsertComment(0);
         Command(IDM_UNDO);
         EXPECT_EQ(documentChanged, !careful);
@@ -250,7 +254,7 @@ TEST_F(EditorHistoryTest, TheCarefulDocumentIsUnchangedAgainWhereItWasSaved) {
         EXPECT_EQ(document.count, 0u);
     }
     // A save that fails leaves the document as changed as it was.
-    Open(MakeGif("b.gif"));
+    OpenAfresh(MakeGif("b.gif"));
     InsertComment(0);
     faults.writesUntilFailure = 0;
     Run(IDM_SAVE, {[](HWND dialog) { faults = {}, PressButton(dialog, IDOK); }});
@@ -284,7 +288,7 @@ TEST_F(EditorHistoryTest, MemoryIsBoundedAndTheOldestStepsGo) {
     // MiB, and the steps that remain of five, each with an image of 480000 pixels.
     for (const auto& [megabytes, steps] : {std::pair(256u, 5), {UINT32_MAX, 5}, {2u, 4}, {1u, 2}, {0u, 1}}) {
         settings.undoMemory = megabytes;
-        Open(MakeGif("a.gif"));
+        OpenAfresh(MakeGif("a.gif"));
         const std::string large = MakeGif("large.gif", 800, 600);
         Select(0);
         for (int i = 0; i < 5; ++i) Run(IDM_INSERT, {Press(IDC_INSERT_IMAGE), ChooseFiles({large})});
@@ -298,7 +302,7 @@ TEST_F(EditorHistoryTest, MemoryIsBoundedAndTheOldestStepsGo) {
 }
 
 TEST_F(EditorHistoryTest, WithoutMemoryNothingIsHalfUndone) {
-    Open(MakeGif("a.gif"));
+    OpenAfresh(MakeGif("a.gif"));
     InsertComment(0);
     const std::string state = StateOf(document);
     faults.allocationsUntilFailure = 0;
