@@ -6,9 +6,9 @@
 #include <memory>
 #include <utility>
 
-#include "gif/encoder_dictionaries.h"
 #include "platform/memory.h"
 #include "size/code_sequence.h"
+#include "size/string_table.h"
 
 // How a parser looks ahead. Taking less than the longest known string may let the following ones reach farther:
 // flexible parsing (Y. Matias, S. C. Sahinalp, "On the optimality of parsing in dynamic dictionary based data
@@ -20,10 +20,9 @@ struct LookAhead {
     int shorterWhenFull = 0;  // the same with a full table, where a code's outcome is certain: one further string tells
 };
 
-// Parses from any pixel on with a fresh dictionary, which fills and is then kept. `Pixels` is one of pixel_choices.h,
-// `Dictionary` one of gif/encoder_dictionaries.h. Where pixels leave a choice, all strings that fit are followed, up to
-// kMostLive at a time.
-template <typename Pixels, typename Dictionary>
+// Parses from any pixel on with a fresh table, which fills and is then kept. `Pixels` is one of pixel_choices.h. Where
+// pixels leave a choice, all strings that fit are followed, up to kMostLive at a time.
+template <typename Pixels>
 class CodeParser {
 public:
     // False when there is no memory.
@@ -31,17 +30,15 @@ public:
         pixels_ = pixels;
         codeSize_ = codeSize;
         look_ = look;
-        if (!tables_) tables_ = AllocateScratchObject<Tables>();
-        return tables_ != nullptr;
+        if (!table_) table_ = AllocateScratchObject<StringTable>();
+        return table_ != nullptr;
     }
 
     // Goes to pixel `at`, as behind a clear code.
     void Restart(size_t at) {
-        const unsigned literals = 1u << codeSize_;
-        tables_->dictionary.Reset(literals);
-        for (unsigned i = 0; i < literals; ++i) tables_->first[i] = static_cast<uint8_t>(i);
+        table_->Reset(1u << codeSize_);
         at_ = at;
-        next_ = literals + 2;
+        next_ = (1u << codeSize_) + 2;
         count_ = 0;
         bits_ = 0;
     }
@@ -49,13 +46,12 @@ public:
     // Takes the next string. False, with nothing done, at the end of the pixels.
     bool Step() {
         if (at_ >= pixels_->Count()) return false;
-        Slot slot = nullptr;
-        const bool isTentative = AddLikeFirst(&slot);
-        Match match = Longest(at_);
+        const bool isTentative = AddLikeFirst();
         const bool isFull = next_ >= kMostCodes;
+        Match match = Longest(at_);
         if (int shorter = isFull ? look_.shorterWhenFull : look_.shorter; shorter && match.length > 1)
             match = BestOf(match, shorter, isFull);
-        if (count_ && !isFull) Learn(tables_->first[match.code], isTentative, slot);
+        if (count_ && !isFull) Learn(table_->First(match.code), isTentative);
         last_ = match.code;
         length_ = match.length;
         at_ += match.length;
@@ -70,21 +66,12 @@ public:
     bool IsFull() const { return next_ >= kMostCodes; }
     unsigned Code() const { return last_; }  // of the last string
     // The code of the last string without its last pixels, so that it ends before pixel `end`, which lies within it.
-    unsigned CodeUpTo(size_t end) const { return Shortened(last_, at_ - end); }
+    unsigned CodeUpTo(size_t end) const { return table_->Beginning(last_, length_ - (at_ - end)); }
 
 private:
-    using Slot = typename Dictionary::Slot;
+    using Match = StringTable::Match;
     static constexpr unsigned kMostLive = 8;
 
-    struct Tables {
-        Dictionary dictionary;
-        uint16_t parent[kMostCodes];  // the string without its last pixel
-        uint8_t first[kMostCodes];    // a string's first pixel
-    };
-    struct Match {
-        unsigned code;
-        size_t length;
-    };
     // A string that fits the pixels so far, and how many of them would look otherwise.
     struct Live {
         unsigned code;
@@ -105,32 +92,27 @@ private:
         }
     };
 
-    unsigned Shortened(unsigned code, size_t pixels) const {
-        while (pixels--) code = tables_->parent[code];
-        return code;
-    }
-
-    void Add(Slot slot, unsigned pixel) {
-        tables_->dictionary.Fill(slot, last_, pixel, next_);
-        tables_->parent[next_] = static_cast<uint16_t>(last_);
-        tables_->first[next_] = tables_->first[last_];
+    void Add(unsigned pixel) {
+        const uint8_t* source = nullptr;
+        if constexpr (Pixels::kIsExact) source = pixels_->From(at_ - length_);
+        table_->Add(last_, pixel, next_, source);
     }
 
     // The decoder is about to learn the last string and the first pixel of the next. If that may be the last one's
-    // first, the string can be the next one itself: it is added for now. True when that was done, at `*slot`.
-    bool AddLikeFirst(Slot* slot) {
+    // first, the string can be the next one itself: it is added for now. True when that was done.
+    bool AddLikeFirst() {
         if (!count_ || next_ >= kMostCodes) return false;
-        const unsigned pixel = tables_->first[last_];
-        if (!pixels_->Allows(at_, pixel) || tables_->dictionary.Find(last_, pixel, slot)) return false;
-        Add(*slot, pixel);
+        const unsigned pixel = table_->First(last_);
+        if (!pixels_->Allows(at_, pixel) || table_->Child(last_, pixel)) return false;
+        Add(pixel);
         return true;
     }
 
     // The next string begins with `pixel`. Its code number is used up even if the string was known.
-    void Learn(unsigned pixel, bool isTentative, Slot slot) {
-        if (!isTentative || pixel != tables_->first[last_]) {
-            if (isTentative) *slot = 0;
-            if (!tables_->dictionary.Find(last_, pixel, &slot)) Add(slot, pixel);
+    void Learn(unsigned pixel, bool isTentative) {
+        if (!isTentative || pixel != table_->First(last_)) {
+            if (isTentative) table_->RemoveAdded();
+            if (!table_->Child(last_, pixel)) Add(pixel);
         }
         ++next_;
     }
@@ -138,21 +120,9 @@ private:
     // The longest known string at a pixel; of several the one that changes least.
     Match Longest(size_t at) {
         if constexpr (Pixels::kIsExact)
-            return LongestExact(at);
+            return table_->Longest(pixels_->From(at), pixels_->From(pixels_->Count()));
         else
             return LongestOfSeveral(at);
-    }
-
-    Match LongestExact(size_t at) {
-        const size_t start = at, end = pixels_->Count();
-        unsigned code = pixels_->Own(at);
-        for (++at; at < end; ++at) {
-            Slot slot;
-            const unsigned longer = tables_->dictionary.Find(code, pixels_->Own(at), &slot);
-            if (!longer) break;
-            code = longer;
-        }
-        return {code, at - start};
     }
 
     Match LongestOfSeveral(size_t at) {
@@ -165,8 +135,7 @@ private:
             pixels_->ForEach(at, [&](unsigned index, bool isOwn) {
                 for (unsigned i = 0; i < live->count; ++i) {
                     const Live& string = live->strings[i];
-                    Slot slot;
-                    if (unsigned code = tables_->dictionary.Find(string.code, index, &slot))
+                    if (unsigned code = table_->Child(string.code, index))
                         grown->Insert({code, string.changed + (isOwn ? 0u : 1u)});
                 }
             });
@@ -188,7 +157,7 @@ private:
         size_t farthest = Reach(at_ + longest.length, strings) + static_cast<size_t>(isFull ? 0 : look_.gain);
         Match best = longest, match = longest;
         while (match.length > 1 && shorter-- > 0) {
-            match = {tables_->parent[match.code], match.length - 1};
+            match = {table_->Beginning(match.code, match.length - 1), match.length - 1};
             const size_t reach = Reach(at_ + match.length, strings);
             if (reach <= farthest) continue;
             farthest = reach;
@@ -200,7 +169,7 @@ private:
     const Pixels* pixels_ = nullptr;
     unsigned codeSize_ = 0;
     LookAhead look_;
-    std::unique_ptr<Tables> tables_;
+    std::unique_ptr<StringTable> table_;
     size_t at_ = 0, length_ = 0;
     uint64_t count_ = 0, bits_ = 0;
     unsigned next_ = 0;  // the code that the decoder gives next

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -12,7 +13,7 @@
 // Makes sequences from one form of the pixels. All procedures answer false when memory runs out, when the sequence
 // would take more than `mostBits` bits, and when they were stopped; containers throw std::bad_alloc when memory runs
 // out.
-template <typename Pixels, typename Dictionary>
+template <typename Pixels>
 class CodePasses {
 public:
     CodePasses(const Pixels& pixels, unsigned codeSize, const std::atomic<bool>* stop)
@@ -21,7 +22,7 @@ public:
     // Clears when the table is full, as most encoders do.
     bool ClearWhenFull(const LookAhead& look, uint64_t mostBits, CodeSequence* made) {
         Parser& parser = parsers_[0];
-        if (!parser.Prepare(&pixels_, codeSize_, look)) return false;
+        Prepare(&parser, look);
         Begin(made);
         parser.Restart(0);
         while (parser.Step()) {
@@ -39,7 +40,8 @@ public:
     // Keeps the full table as long as a fresh one, tried beside it, does not overtake it (deferred clear).
     bool ClearWhenOvertaken(const LookAhead& look, uint64_t mostBits, CodeSequence* made) {
         Parser *kept = &parsers_[0], *fresh = &parsers_[1];
-        if (!kept->Prepare(&pixels_, codeSize_, look) || !fresh->Prepare(&pixels_, codeSize_, look)) return false;
+        Prepare(kept, look);
+        Prepare(fresh, look);
         Begin(made);
         uint64_t keptBefore = made->bits, freshBefore = 0;  // bits that stand before the parsers' first codes
         size_t clearAt = 0;                                 // where in the codes the fresh table would begin
@@ -83,7 +85,7 @@ public:
     bool ClearAtPoints(const LookAhead& look, const std::vector<size_t>& points, uint64_t slack, uint64_t mostBits,
                        CodeSequence* made) {
         Parser& parser = parsers_[0];
-        if (!parser.Prepare(&pixels_, codeSize_, look)) return false;
+        Prepare(&parser, look);
         std::vector<Way> ways(points.size() + 1);
         ways[0].bits = codeSize_ + 1;
         for (size_t i = 0; i < points.size(); ++i) {
@@ -105,7 +107,7 @@ public:
     }
 
 private:
-    using Parser = CodeParser<Pixels, Dictionary>;
+    using Parser = CodeParser<Pixels>;
     static constexpr uint64_t kTooFarBehind = 6000;  // bits
 
     // The best way to a point that ends with a clear code.
@@ -116,6 +118,10 @@ private:
 
     uint16_t ClearCode() const { return static_cast<uint16_t>(1u << codeSize_); }
     bool Stopped() const { return stop_ && stop_->load(std::memory_order_relaxed); }
+
+    void Prepare(Parser* parser, const LookAhead& look) {
+        if (!parser->Prepare(&pixels_, codeSize_, look)) throw std::bad_alloc();
+    }
 
     void Begin(CodeSequence* made) {
         made->codes.assign(1, ClearCode());

@@ -31,19 +31,18 @@ Plan PlanFor(Effort effort) {
 struct Search {
     const PixelsToEncode& image;
     Plan plan;
-    CodeSequence best;  // without codes while there is none
     uint64_t mostBits;
-    bool outOfMemory = false;
+    CodeSequence best;  // without codes while there is none
 
     unsigned CodeSize() const { return static_cast<unsigned>(image.codeSize); }
-
-    void Keep(CodeSequence* made) {
-        mostBits = made->bits - 1;
-        std::swap(best, *made);
+    // Longer ones are of no use. Those that are a little too long are: they tell where to go on.
+    uint64_t Limit() const {
+        const uint64_t near = mostBits + mostBits / 8;
+        return best.codes.empty() ? near : std::min(near, best.bits - 1);
     }
 };
 
-// Pixels at equal distances in bits, as far as this can be told from the pixels alone.
+// Places for clear codes at equal distances.
 std::vector<size_t> EvenPoints(size_t pixels, size_t most) {
     const size_t step = std::max<size_t>(pixels / most, 32);
     std::vector<size_t> points;
@@ -51,33 +50,21 @@ std::vector<size_t> EvenPoints(size_t pixels, size_t most) {
     return points;
 }
 
-template <typename Dictionary, typename Pixels>
-void SearchWith(const Pixels& pixels, Search* search) {
-    CodePasses<Pixels, Dictionary> passes(pixels, search->CodeSize(), search->image.stop);
+template <typename Pixels>
+void SearchAmong(const Pixels& pixels, Search* search) {
+    CodePasses<Pixels> passes(pixels, search->CodeSize(), search->image.stop);
     CodeSequence made;
-    if (passes.ClearWhenFull({}, search->mostBits, &made)) search->Keep(&made);
+    if (passes.ClearWhenFull({}, search->Limit(), &made)) std::swap(search->best, made);
     const LookAhead* bestLook = &search->plan.looks[0];
     for (const LookAhead& look : search->plan.looks)
-        if (passes.ClearWhenOvertaken(look, search->mostBits, &made)) {
-            search->Keep(&made);
+        if (passes.ClearWhenOvertaken(look, search->Limit(), &made)) {
+            std::swap(search->best, made);
             bestLook = &look;
         }
     if (!search->plan.points) return;
     if (passes.ClearAtPoints(*bestLook, EvenPoints(pixels.Count(), search->plan.points), search->plan.slack,
-                             search->mostBits, &made))
-        search->Keep(&made);
-}
-
-template <typename Pixels>
-void SearchAmong(const Pixels& pixels, Search* search) {
-    switch (search->image.codeSize) {
-        case 2:
-        case 3:
-        case 4: return SearchWith<RowDictionary<4>>(pixels, search);
-        case 5: return SearchWith<RowDictionary<5>>(pixels, search);
-        case 6: return SearchWith<RowDictionary<6>>(pixels, search);
-        default: return SearchWith<HashDictionary>(pixels, search);
-    }
+                             search->Limit(), &made))
+        std::swap(search->best, made);
 }
 
 // The pixels with all free ones transparent.
@@ -103,9 +90,11 @@ void SearchAll(Search* search) {
 bool SearchCodes(const PixelsToEncode& image, Effort effort, uint64_t mostBits, EncodedPixels* result) {
     *result = {};
     try {
-        Search search = {image, PlanFor(effort), {}, mostBits ? mostBits : UINT64_MAX};
+        constexpr uint64_t kAnyNumber = UINT64_MAX / 2;
+        Search search = {image, PlanFor(effort), mostBits ? mostBits : kAnyNumber, {}};
         SearchAll(&search);
-        if (search.best.codes.empty() || (image.stop && image.stop->load())) return false;
+        if (search.best.codes.empty() || search.best.bits > search.mostBits || (image.stop && image.stop->load()))
+            return false;
         result->data = PackCodes(search.best, search.CodeSize());
         result->bits = search.best.bits;
         return true;

@@ -36,6 +36,7 @@ struct EncodedPixels {
 };
 
 // Makes `*result` the shortest code stream that was found, never longer than what EncodeImageData would write for the
-// pixels as they are. False, with an empty result, when it takes more than `mostBits` bits (0: any number will do),
+// pixels as they are (but for one bit: its end code has not the width that decoders expect where that has just grown).
+// False, with an empty result, when it takes more than `mostBits` bits (0: any number will do),
 // when memory runs out, and when it was stopped. The same arguments always give the same stream.
 [[nodiscard]] bool SearchCodes(const PixelsToEncode& image, Effort effort, uint64_t mostBits, EncodedPixels* result);

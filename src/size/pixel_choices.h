@@ -4,7 +4,7 @@
 //   Allows(at, index)         whether pixel `at` may be written as `index`
 //   ForEach(at, visit)        calls visit(index, isOwn) for each index that it may be, the preferred ones first; isOwn
 //                             is false for those that change what is seen
-//   kIsExact                  whether each pixel can only be one index, Own(at)
+//   kIsExact                  whether each pixel can only be one index; From(at) is then where they stand in memory
 #pragma once
 
 #include <cstddef>
@@ -21,7 +21,7 @@ public:
     explicit ExactPixels(std::span<const uint8_t> pixels) : pixels_(pixels.data()), count_(pixels.size()) {}
 
     size_t Count() const { return count_; }
-    unsigned Own(size_t at) const { return pixels_[at]; }
+    const uint8_t* From(size_t at) const { return pixels_ + at; }
     bool Allows(size_t at, unsigned index) const { return pixels_[at] == index; }
     template <typename Visit>
     void ForEach(size_t at, Visit visit) const {
