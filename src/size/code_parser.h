@@ -1,7 +1,6 @@
 // Cutting pixels into strings that the decoder knows, one code after the other.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <utility>
@@ -21,7 +20,7 @@ struct LookAhead {
 };
 
 // Parses from any pixel on with a fresh table, which fills and is then kept. `Pixels` is one of pixel_choices.h. Where
-// pixels leave a choice, all strings that fit are followed, up to kMostLive at a time.
+// pixels leave a choice, the longest string decides on them.
 template <typename Pixels>
 class CodeParser {
 public:
@@ -31,7 +30,8 @@ public:
         codeSize_ = codeSize;
         look_ = look;
         if (!table_) table_ = AllocateScratchObject<StringTable>();
-        return table_ != nullptr;
+        if (!Pixels::kIsExact && !written_) written_ = AllocateScratch(pixels->Count());
+        return table_ && (Pixels::kIsExact || written_);
     }
 
     // Goes to pixel `at`, as behind a clear code.
@@ -52,6 +52,7 @@ public:
         if (int shorter = isFull ? look_.shorterWhenFull : look_.shorter; shorter && match.length > 1)
             match = BestOf(match, shorter, isFull);
         if (count_ && !isFull) Learn(table_->First(match.code), isTentative);
+        if constexpr (!Pixels::kIsExact) table_->Write(match, written_.get() + at_);
         last_ = match.code;
         length_ = match.length;
         at_ += match.length;
@@ -70,32 +71,18 @@ public:
 
 private:
     using Match = StringTable::Match;
-    static constexpr unsigned kMostLive = 8;
 
-    // A string that fits the pixels so far, and how many of them would look otherwise.
-    struct Live {
-        unsigned code;
-        unsigned changed;
-    };
-    struct LiveStrings {
-        std::array<Live, kMostLive> strings;
-        unsigned count = 0;
-
-        // Puts one behind those that change no more; the last one falls out when there are too many.
-        void Insert(Live fresh) {
-            unsigned place = count;
-            while (place > 0 && strings[place - 1].changed > fresh.changed) --place;
-            if (place == kMostLive) return;
-            if (count < kMostLive) ++count;
-            for (unsigned i = count - 1; i > place; --i) strings[i] = strings[i - 1];
-            strings[place] = fresh;
-        }
-    };
+    // Where the pixels from `at` on stand as they are written.
+    const uint8_t* Written(size_t at) const {
+        if constexpr (Pixels::kIsExact)
+            return pixels_->From(at);
+        else
+            return written_.get() + at;
+    }
 
     void Add(unsigned pixel) {
-        const uint8_t* source = nullptr;
-        if constexpr (Pixels::kIsExact) source = pixels_->From(at_ - length_);
-        table_->Add(last_, pixel, next_, source);
+        if constexpr (!Pixels::kIsExact) written_[at_] = static_cast<uint8_t>(pixel);
+        table_->Add(last_, pixel, next_, Written(at_ - length_));
     }
 
     // The decoder is about to learn the last string and the first pixel of the next. If that may be the last one's
@@ -117,41 +104,20 @@ private:
         ++next_;
     }
 
-    // The longest known string at a pixel; of several the one that changes least.
-    Match Longest(size_t at) {
+    Match Longest(size_t at) const {
         if constexpr (Pixels::kIsExact)
             return table_->Longest(pixels_->From(at), pixels_->From(pixels_->Count()));
         else
-            return LongestOfSeveral(at);
+            return table_->LongestAmong(*pixels_, at);
     }
 
-    Match LongestOfSeveral(size_t at) {
-        const size_t start = at, end = pixels_->Count();
-        LiveStrings strings[2];
-        LiveStrings *live = &strings[0], *grown = &strings[1];
-        pixels_->ForEach(at, [&](unsigned index, bool isOwn) { live->Insert({index, isOwn ? 0u : 1u}); });
-        for (++at; at < end; ++at) {
-            grown->count = 0;
-            pixels_->ForEach(at, [&](unsigned index, bool isOwn) {
-                for (unsigned i = 0; i < live->count; ++i) {
-                    const Live& string = live->strings[i];
-                    if (unsigned code = table_->Child(string.code, index))
-                        grown->Insert({code, string.changed + (isOwn ? 0u : 1u)});
-                }
-            });
-            if (!grown->count) break;
-            std::swap(live, grown);
-        }
-        return {live->strings[0].code, at - start};
-    }
-
-    size_t Reach(size_t at, int strings) {
+    size_t Reach(size_t at, int strings) const {
         for (; strings > 0 && at < pixels_->Count(); --strings) at += Longest(at).length;
         return at;
     }
 
     // The longest string or one that is up to `shorter` pixels less.
-    Match BestOf(Match longest, int shorter, bool isFull) {
+    Match BestOf(Match longest, int shorter, bool isFull) const {
         const int strings = isFull ? 1 : look_.strings;
         if (at_ + longest.length >= pixels_->Count()) return longest;
         size_t farthest = Reach(at_ + longest.length, strings) + static_cast<size_t>(isFull ? 0 : look_.gain);
@@ -170,6 +136,7 @@ private:
     unsigned codeSize_ = 0;
     LookAhead look_;
     std::unique_ptr<StringTable> table_;
+    std::unique_ptr<uint8_t[]> written_;  // the pixels as they were decided on, for those that leave a choice
     size_t at_ = 0, length_ = 0;
     uint64_t count_ = 0, bits_ = 0;
     unsigned next_ = 0;  // the code that the decoder gives next

@@ -10,17 +10,35 @@
 #include "size/code_parser.h"
 #include "size/code_sequence.h"
 
-// Makes sequences from one form of the pixels. All procedures answer false when memory runs out, when the sequence
+// Sequences for one form of the pixels. All procedures answer false when memory runs out, when the sequence
 // would take more than `mostBits` bits, and when they were stopped; containers throw std::bad_alloc when memory runs
 // out.
-template <typename Pixels>
-class CodePasses {
+class AnyCodePasses {
 public:
+    virtual ~AnyCodePasses() = default;
+
+    // Clears when the table is full, as most encoders do.
+    virtual bool ClearWhenFull(const LookAhead& look, uint64_t mostBits, CodeSequence* made) = 0;
+
+    // Keeps the full table as long as a fresh one, tried beside it, does not overtake it (deferred clear).
+    virtual bool ClearWhenOvertaken(const LookAhead& look, uint64_t mostBits, CodeSequence* made) = 0;
+
+    // Clears at those of the `points` that make the sequence shortest: a shortest path along them. `points` are pixels
+    // in increasing order, 0 the first. From each the parser runs on, past the filling of its table too, until it is
+    // `slack` bits behind the best way to where it is. The last code before a clear is cut short at the point, since
+    // the beginning of a string that is known is known.
+    virtual bool ClearAtPoints(const LookAhead& look, const std::vector<size_t>& points, uint64_t slack,
+                               uint64_t mostBits, CodeSequence* made) = 0;
+};
+
+template <typename Pixels>
+class CodePasses final : public AnyCodePasses {
+public:
+    // `pixels` must outlive this.
     CodePasses(const Pixels& pixels, unsigned codeSize, const std::atomic<bool>* stop)
         : pixels_(pixels), codeSize_(codeSize), stop_(stop) {}
 
-    // Clears when the table is full, as most encoders do.
-    bool ClearWhenFull(const LookAhead& look, uint64_t mostBits, CodeSequence* made) {
+    bool ClearWhenFull(const LookAhead& look, uint64_t mostBits, CodeSequence* made) override {
         Parser& parser = parsers_[0];
         Prepare(&parser, look);
         Begin(made);
@@ -37,8 +55,7 @@ public:
         return made->bits <= mostBits;
     }
 
-    // Keeps the full table as long as a fresh one, tried beside it, does not overtake it (deferred clear).
-    bool ClearWhenOvertaken(const LookAhead& look, uint64_t mostBits, CodeSequence* made) {
+    bool ClearWhenOvertaken(const LookAhead& look, uint64_t mostBits, CodeSequence* made) override {
         Parser *kept = &parsers_[0], *fresh = &parsers_[1];
         Prepare(kept, look);
         Prepare(fresh, look);
@@ -78,12 +95,8 @@ public:
         return made->bits <= mostBits;
     }
 
-    // Clears at those of the `points` that make the sequence shortest: a shortest path along them. `points` are pixels
-    // in increasing order, 0 the first. From each the parser runs on, past the filling of its table too, until it is
-    // `slack` bits behind the best way to where it is. The last code before a clear is cut short at the point, since
-    // the beginning of a string that is known is known.
     bool ClearAtPoints(const LookAhead& look, const std::vector<size_t>& points, uint64_t slack, uint64_t mostBits,
-                       CodeSequence* made) {
+                       CodeSequence* made) override {
         Parser& parser = parsers_[0];
         Prepare(&parser, look);
         std::vector<Way> ways(points.size() + 1);

@@ -1,5 +1,7 @@
 #include "size/code_sequence.h"
 
+#include <array>
+
 namespace {
 
 constexpr size_t kSubBlockBytes = 255;
@@ -57,4 +59,27 @@ std::vector<uint8_t> PackCodes(const CodeSequence& sequence, unsigned codeSize) 
     }
     blocks.Put(clearCode + 1, CodeWidth(codeSize, count));
     return blocks.Finish();
+}
+
+std::vector<size_t> StringStarts(const CodeSequence& sequence, unsigned codeSize, std::vector<size_t>* clears) {
+    const unsigned clearCode = 1u << codeSize;
+    std::array<size_t, kMostCodes> lengths;
+    std::fill_n(lengths.begin(), clearCode, 1);
+    std::vector<size_t> starts;
+    clears->clear();
+    size_t at = 0, last = 0;
+    unsigned next = 0;
+    for (unsigned code : sequence.codes) {
+        if (code == clearCode) {
+            if (at) clears->push_back(at);
+            next = clearCode + 1;  // the first string makes none
+            continue;
+        }
+        if (next > clearCode + 1 && next < kMostCodes) lengths[next] = last + 1;
+        if (next < kMostCodes) ++next;
+        starts.push_back(at);
+        last = lengths[code];
+        at += last;
+    }
+    return starts;
 }

@@ -25,3 +25,7 @@ struct CodeSequence {
 
 // The minimum code size, the codes and the end code in sub-blocks of 255 bytes, and the empty sub-block behind them.
 std::vector<uint8_t> PackCodes(const CodeSequence& sequence, unsigned codeSize);
+
+// The pixel with which each string of a sequence begins, and in `*clears` where its clear codes stand among the pixels,
+// the first one left out.
+std::vector<size_t> StringStarts(const CodeSequence& sequence, unsigned codeSize, std::vector<size_t>* clears);

@@ -1,10 +1,11 @@
-// What may be written for each pixel of an image, in three forms with the same interface:
+// What may be written for each pixel of an image. Those that leave a choice have two forms with the same interface:
 //
-//   Count()                   how many pixels there are
-//   Allows(at, index)         whether pixel `at` may be written as `index`
-//   ForEach(at, visit)        calls visit(index, isOwn) for each index that it may be, the preferred ones first; isOwn
-//                             is false for those that change what is seen
-//   kIsExact                  whether each pixel can only be one index; From(at) is then where they stand in memory
+//   Count()                     how many pixels there are
+//   Allows(at, index)           whether pixel `at` may be written as `index`
+//   Own(at)                     what it is, and is to stay when there is nothing to choose
+//   ForEachOther(at, visit)     calls visit(index) for each other index that it may be
+//   Common(at, indices, most)   so many of the pixels from `at` on may be written as `indices`
+//   Changed(at, indices, count) how many of `count` pixels would be seen changed
 #pragma once
 
 #include <cstddef>
@@ -23,10 +24,6 @@ public:
     size_t Count() const { return count_; }
     const uint8_t* From(size_t at) const { return pixels_ + at; }
     bool Allows(size_t at, unsigned index) const { return pixels_[at] == index; }
-    template <typename Visit>
-    void ForEach(size_t at, Visit visit) const {
-        visit(pixels_[at], true);
-    }
 
 private:
     const uint8_t* pixels_;
@@ -37,58 +34,58 @@ private:
 class FreePixels {
 public:
     static constexpr bool kIsExact = false;
-    FreePixels(const PixelsToEncode& image, bool prefersTransparent)
-        : pixels_(image.pixels),
-          free_(image.free),
-          transparent_(static_cast<uint8_t>(image.transparent)),
-          prefersTransparent_(prefersTransparent) {}
+    // `cleared`: the pixels with all free ones transparent.
+    FreePixels(std::span<const uint8_t> pixels, std::span<const uint8_t> cleared)
+        : own_(pixels.data()), cleared_(cleared.data()), count_(pixels.size()) {}
 
-    size_t Count() const { return pixels_.size(); }
-    bool Allows(size_t at, unsigned index) const {
-        return pixels_[at] == index || (free_[at] && index == transparent_);
-    }
+    size_t Count() const { return count_; }
+    unsigned Own(size_t at) const { return cleared_[at]; }
+    bool Allows(size_t at, unsigned index) const { return own_[at] == index || cleared_[at] == index; }
     template <typename Visit>
-    void ForEach(size_t at, Visit visit) const {
-        const unsigned own = pixels_[at];
-        if (!free_[at] || own == transparent_) return visit(own, true);
-        visit(prefersTransparent_ ? transparent_ : own, true);
-        visit(prefersTransparent_ ? own : transparent_, true);
+    void ForEachOther(size_t at, Visit visit) const {
+        if (cleared_[at] != own_[at]) visit(own_[at]);
     }
+    size_t Common(size_t at, const uint8_t* indices, size_t most) const;
+    static size_t Changed(size_t, const uint8_t*, size_t) { return 0; }
 
 private:
-    std::span<const uint8_t> pixels_, free_;
-    unsigned transparent_;
-    bool prefersTransparent_;
+    const uint8_t *own_, *cleared_;
+    size_t count_;
 };
 
 // A pixel may also be any index that is alike to its own.
 class AlikePixels {
 public:
     static constexpr bool kIsExact = false;
-    // Throws std::bad_alloc when memory runs out.
-    explicit AlikePixels(const PixelsToEncode& image);
+    explicit AlikePixels(const PixelsToEncode& image) : image_(image) {}
 
-    size_t Count() const { return image_->pixels.size(); }
+    size_t Count() const { return image_.pixels.size(); }
+    unsigned Own(size_t at) const { return image_.pixels[at]; }
     bool Allows(size_t at, unsigned index) const {
-        const unsigned own = image_->pixels[at];
-        return own == index || (*image_->alike)[own][index] || IsTransparent(at, index);
+        return IsSeenTheSame(at, index) || (*image_.alike)[image_.pixels[at]][index];
     }
     template <typename Visit>
-    void ForEach(size_t at, Visit visit) const {
-        const unsigned own = image_->pixels[at];
-        visit(own, true);
-        if (IsFree(at) && static_cast<unsigned>(image_->transparent) != own)
-            visit(static_cast<unsigned>(image_->transparent), true);
-        for (uint8_t index : others_[own])
-            if (!IsTransparent(at, index)) visit(index, false);
+    void ForEachOther(size_t at, Visit visit) const {
+        const unsigned own = image_.pixels[at], indices = 1u << image_.codeSize;
+        for (unsigned index = 0; index < indices; ++index)
+            if (index != own && Allows(at, index)) visit(index);
+    }
+    size_t Common(size_t at, const uint8_t* indices, size_t most) const {
+        size_t same = 0;
+        while (same < most && Allows(at + same, indices[same])) ++same;
+        return same;
+    }
+    size_t Changed(size_t at, const uint8_t* indices, size_t count) const {
+        size_t changed = 0;
+        for (size_t i = 0; i < count; ++i) changed += IsSeenTheSame(at + i, indices[i]) ? 0u : 1u;
+        return changed;
     }
 
 private:
-    bool IsFree(size_t at) const { return !image_->free.empty() && image_->free[at]; }
-    bool IsTransparent(size_t at, unsigned index) const {
-        return static_cast<int>(index) == image_->transparent && IsFree(at);
+    bool IsSeenTheSame(size_t at, unsigned index) const {
+        return image_.pixels[at] == index ||
+               (static_cast<int>(index) == image_.transparent && !image_.free.empty() && image_.free[at]);
     }
 
-    const PixelsToEncode* image_;
-    std::array<std::vector<uint8_t>, 256> others_;  // for each index those that are alike, itself left out
+    const PixelsToEncode& image_;
 };

@@ -2,8 +2,8 @@
 // searched again and again, and in drawings most strings are long.
 //
 // Each string is a node of a tree, one pixel longer than its parent. The first child of a node continues its parent's
-// chain, further ones begin chains of their own. A chain is a piece of the image, so following it is one comparison of
-// bytes, and only where it is left a child is looked up.
+// chain, further ones begin chains of their own. A chain is a piece of the image as it is being written, so following
+// it is one comparison of bytes, and only where it is left a child is looked up.
 #pragma once
 
 #include <algorithm>
@@ -47,7 +47,7 @@ public:
     }
 
     // Makes the string of code `parent` followed by `pixel`, which must not be known, known as `code`. `source` is
-    // where it stands in the image, for those who use Longest.
+    // where it stands in the image as it is written.
     void Add(unsigned parent, unsigned pixel, unsigned code, const uint8_t* source) {
         Node& node = nodes_[parent];
         Chain& chain = chains_[node.chain];
@@ -60,8 +60,11 @@ public:
             return;
         }
         node.hasBranches = true;
-        nodes_[code].chain = static_cast<uint16_t>(chainCount_);
+        const auto fresh = static_cast<uint16_t>(chainCount_);
+        nodes_[code].chain = fresh;
         BeginChain(code, parent, depth, source);
+        chains_[fresh].next = chain.firstBranch;
+        chain.firstBranch = fresh;
         unsigned at = SlotOf(parent, pixel);
         while (slots_[at % kSlots]) ++at;
         added_.slot = &slots_[at % kSlots];
@@ -71,14 +74,16 @@ public:
     // Takes the string back that was added last.
     void RemoveAdded() {
         Node& node = nodes_[added_.parent];
+        Chain& chain = chains_[node.chain];
         node.hasBranches = added_.hadBranches;
         if (!added_.slot) {
-            --chains_[node.chain].lastDepth;
+            --chain.lastDepth;
             return;
         }
         *added_.slot = 0;
-        --chainCount_;
-        poolUsed_ = chains_[chainCount_].codes;
+        const Chain& branch = chains_[--chainCount_];
+        chain.firstBranch = branch.next;
+        poolUsed_ = branch.codes;
     }
 
     // The longest string at the start of the pixels from `at` to before `end`, of which there must be some.
@@ -87,16 +92,62 @@ public:
         unsigned code = *at;
         for (size_t depth = 1;; ++depth) {
             const Chain& chain = chains_[nodes_[code].chain];
-            if (const size_t alike =
-                    CommonBytes(at + depth, chain.source + depth, std::min<size_t>(chain.lastDepth, most) - depth)) {
-                depth += alike;
-                code = CodeIn(chain, static_cast<unsigned>(depth));
+            if (depth < chain.lastDepth && depth < most) {
+                const size_t more = std::min<size_t>(chain.lastDepth, most) - depth;
+                if (const size_t alike = CommonBytes(at + depth, chain.source + depth, more)) {
+                    depth += alike;
+                    code = CodeIn(chain, static_cast<unsigned>(depth));
+                }
             }
             if (depth == most || !nodes_[code].hasBranches) return {code, depth};
             const unsigned branch = Branch(code, at[depth]);
             if (!branch) return {code, depth};
             code = branch;
         }
+    }
+
+    // The same for pixels that leave a choice (pixel_choices.h), from pixel `at` of them on; of several longest strings
+    // one that changes least. Follows kMostChains chains at most.
+    template <typename Pixels>
+    Match LongestAmong(const Pixels& pixels, size_t at) const {
+        const size_t most = pixels.Count() - at;
+        Match best = {0, 0};
+        size_t leastChanged = SIZE_MAX;
+        uint16_t waiting[kMostChains + 1];
+        unsigned waits = 0, taken = 0;
+        auto add = [&](unsigned chain) {
+            if (taken + waits < kMostChains) waiting[waits++] = static_cast<uint16_t>(chain);
+        };
+        pixels.ForEachOther(at, add);
+        waiting[waits++] = static_cast<uint16_t>(pixels.Own(at));
+        while (waits) {
+            const Chain& chain = chains_[waiting[--waits]];
+            ++taken;
+            size_t depth = chain.firstDepth;
+            if (depth < chain.lastDepth && depth < most)
+                depth +=
+                    pixels.Common(at + depth, chain.source + depth, std::min<size_t>(chain.lastDepth, most) - depth);
+            if (depth >= best.length) {
+                const size_t changed = chain.lastDepth > 1 ? pixels.Changed(at, chain.source, depth) : 0;
+                if (depth > best.length || changed < leastChanged) {
+                    best = {CodeIn(chain, static_cast<unsigned>(depth)), depth};
+                    leastChanged = changed;
+                }
+            }
+            for (unsigned i = chain.firstBranch; i != kNoChain; i = chains_[i].next) {
+                const Chain& branch = chains_[i];
+                if (branch.firstDepth <= depth + 1 && branch.firstDepth <= most &&
+                    pixels.Allows(at + branch.firstDepth - 1, nodes_[pool_[branch.codes]].pixel))
+                    add(i);
+            }
+        }
+        return best;
+    }
+
+    // Copies the pixels of a string of that length to `to`.
+    void Write(const Match& string, uint8_t* to) const {
+        if (string.length > 1) memmove(to, chains_[nodes_[string.code].chain].source, string.length);
+        *to = nodes_[string.code].first;
     }
 
     // The code of the first `length` pixels of a string, 1 at least and no more than it has.
@@ -109,6 +160,8 @@ public:
 private:
     static constexpr unsigned kSlots = 1u << 13;
     static constexpr unsigned kFirstRoom = 4;
+    static constexpr unsigned kMostChains = 64;
+    static constexpr uint16_t kNoChain = 0xFFFF;
     // Every chain but the first pieces has at least half of its room in use, and the rooms it has left are no larger.
     static constexpr unsigned kPool = (4 + kFirstRoom) * kMostCodes;
 
@@ -124,7 +177,8 @@ private:
         uint16_t parent;        // of its first string
         uint16_t firstDepth, lastDepth;
         uint16_t room;
-        unsigned codes;  // where the codes of its strings stand in the pool
+        uint16_t firstBranch, next;  // chains that leave this one, as a list
+        unsigned codes;              // where the codes of its strings stand in the pool
     };
     struct Added {
         unsigned parent;
@@ -149,7 +203,8 @@ private:
 
     void BeginChain(unsigned code, unsigned parent, unsigned depth, const uint8_t* source) {
         const auto at = static_cast<uint16_t>(depth);
-        chains_[chainCount_++] = {source, static_cast<uint16_t>(parent), at, at, kFirstRoom, poolUsed_};
+        chains_[chainCount_++] = {source,   static_cast<uint16_t>(parent), at, at, kFirstRoom, kNoChain, kNoChain,
+                                  poolUsed_};
         pool_[poolUsed_] = static_cast<uint16_t>(code);
         poolUsed_ += kFirstRoom;
     }
