@@ -2,8 +2,9 @@
 //
 //   Count()                     how many pixels there are
 //   Allows(at, index)           whether pixel `at` may be written as `index`
-//   Own(at)                     what it is, and is to stay when there is nothing to choose
+//   Preferred(at)               what it becomes when there is nothing to choose
 //   ForEachOther(at, visit)     calls visit(index) for each other index that it may be
+//   kAreTwo                     whether that is one at most
 //   Common(at, indices, most)   so many of the pixels from `at` on may be written as `indices`
 //   Changed(at, indices, count) how many of `count` pixels would be seen changed
 #pragma once
@@ -34,12 +35,14 @@ private:
 class FreePixels {
 public:
     static constexpr bool kIsExact = false;
+    static constexpr bool kAreTwo = true;
     // `cleared`: the pixels with all free ones transparent.
     FreePixels(std::span<const uint8_t> pixels, std::span<const uint8_t> cleared)
         : own_(pixels.data()), cleared_(cleared.data()), count_(pixels.size()) {}
 
     size_t Count() const { return count_; }
-    unsigned Own(size_t at) const { return cleared_[at]; }
+    // Transparent: no string of transparent pixels would ever be learned otherwise, and nothing could follow one.
+    unsigned Preferred(size_t at) const { return cleared_[at]; }
     bool Allows(size_t at, unsigned index) const { return own_[at] == index || cleared_[at] == index; }
     template <typename Visit>
     void ForEachOther(size_t at, Visit visit) const {
@@ -57,10 +60,11 @@ private:
 class AlikePixels {
 public:
     static constexpr bool kIsExact = false;
+    static constexpr bool kAreTwo = false;
     explicit AlikePixels(const PixelsToEncode& image) : image_(image) {}
 
     size_t Count() const { return image_.pixels.size(); }
-    unsigned Own(size_t at) const { return image_.pixels[at]; }
+    unsigned Preferred(size_t at) const { return image_.pixels[at]; }
     bool Allows(size_t at, unsigned index) const {
         return IsSeenTheSame(at, index) || (*image_.alike)[image_.pixels[at]][index];
     }

@@ -65,6 +65,7 @@ public:
         BeginChain(code, parent, depth, source);
         chains_[fresh].next = chain.firstBranch;
         chain.firstBranch = fresh;
+        ++chain.branches;
         unsigned at = SlotOf(parent, pixel);
         while (slots_[at % kSlots]) ++at;
         added_.slot = &slots_[at % kSlots];
@@ -83,6 +84,7 @@ public:
         *added_.slot = 0;
         const Chain& branch = chains_[--chainCount_];
         chain.firstBranch = branch.next;
+        --chain.branches;
         poolUsed_ = branch.codes;
     }
 
@@ -119,7 +121,7 @@ public:
             if (taken + waits < kMostChains) waiting[waits++] = static_cast<uint16_t>(chain);
         };
         pixels.ForEachOther(at, add);
-        waiting[waits++] = static_cast<uint16_t>(pixels.Own(at));
+        waiting[waits++] = static_cast<uint16_t>(pixels.Preferred(at));
         while (waits) {
             const Chain& chain = chains_[waiting[--waits]];
             ++taken;
@@ -134,12 +136,7 @@ public:
                     leastChanged = changed;
                 }
             }
-            for (unsigned i = chain.firstBranch; i != kNoChain; i = chains_[i].next) {
-                const Chain& branch = chains_[i];
-                if (branch.firstDepth <= depth + 1 && branch.firstDepth <= most &&
-                    pixels.Allows(at + branch.firstDepth - 1, nodes_[pool_[branch.codes]].pixel))
-                    add(i);
-            }
+            ForEachBranch(pixels, at, chain, std::min(depth, most - 1), add);
         }
         return best;
     }
@@ -178,6 +175,8 @@ private:
         uint16_t firstDepth, lastDepth;
         uint16_t room;
         uint16_t firstBranch, next;  // chains that leave this one, as a list
+        uint16_t branches;           // how many these are
+        uint8_t pixel;               // the last one of its first string
         unsigned codes;              // where the codes of its strings stand in the pool
     };
     struct Added {
@@ -185,6 +184,28 @@ private:
         bool hadBranches;
         uint32_t* slot;  // null: it made its chain longer
     };
+
+    // Calls visit(chain) for those that leave a chain after `depth` pixels or less and may go on there.
+    template <typename Pixels, typename Visit>
+    void ForEachBranch(const Pixels& pixels, size_t at, const Chain& chain, size_t depth, Visit visit) const {
+        const size_t places = depth - chain.firstDepth + 1;
+        if (Pixels::kAreTwo && chain.branches > 2 * places) {
+            for (size_t i = chain.firstDepth; i <= depth; ++i) {
+                const unsigned code = CodeIn(chain, static_cast<unsigned>(i));
+                if (!nodes_[code].hasBranches) continue;
+                auto visitBranch = [&](unsigned index) {
+                    if (const unsigned branch = Branch(code, index)) visit(nodes_[branch].chain);
+                };
+                pixels.ForEachOther(at + i, visitBranch);
+                visitBranch(pixels.Preferred(at + i));
+            }
+            return;
+        }
+        for (unsigned i = chain.firstBranch; i != kNoChain; i = chains_[i].next) {
+            const Chain& branch = chains_[i];
+            if (branch.firstDepth <= depth + 1 && pixels.Allows(at + branch.firstDepth - 1, branch.pixel)) visit(i);
+        }
+    }
 
     // A slot: parent and pixel from bit 12, the code below; 0 is an empty one.
     static uint32_t KeyOf(unsigned parent, unsigned pixel) { return parent << 20 | pixel << 12; }
@@ -203,8 +224,9 @@ private:
 
     void BeginChain(unsigned code, unsigned parent, unsigned depth, const uint8_t* source) {
         const auto at = static_cast<uint16_t>(depth);
-        chains_[chainCount_++] = {source,   static_cast<uint16_t>(parent), at, at, kFirstRoom, kNoChain, kNoChain,
-                                  poolUsed_};
+        chains_[chainCount_++] = {
+            source,   static_cast<uint16_t>(parent), at, at, kFirstRoom, kNoChain, kNoChain, 0, nodes_[code].pixel,
+            poolUsed_};
         pool_[poolUsed_] = static_cast<uint16_t>(code);
         poolUsed_ += kFirstRoom;
     }
