@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cstdint>
 #include <new>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -24,10 +25,10 @@ public:
     virtual bool ClearWhenOvertaken(const LookAhead& look, uint64_t mostBits, CodeSequence* made) = 0;
 
     // Clears at those of the `points` that make the sequence shortest: a shortest path along them. `points` are pixels
-    // in increasing order, 0 the first. From each the parser runs on, past the filling of its table too, until it is
-    // `slack` bits behind the best way to where it is. The last code before a clear is cut short at the point, since
-    // the beginning of a string that is known is known.
-    virtual bool ClearAtPoints(const LookAhead& look, const std::vector<size_t>& points, uint64_t slack,
+    // in increasing order, 0 the first. From each the parser runs on, once with each look, past the filling of its
+    // table too, until it is `slack` bits behind the best way to where it is. The last code before a clear is cut short
+    // at the point, since the beginning of a string that is known is known.
+    virtual bool ClearAtPoints(std::span<const LookAhead> looks, const std::vector<size_t>& points, uint64_t slack,
                                uint64_t mostBits, CodeSequence* made) = 0;
 };
 
@@ -95,15 +96,13 @@ public:
         return made->bits <= mostBits;
     }
 
-    bool ClearAtPoints(const LookAhead& look, const std::vector<size_t>& points, uint64_t slack, uint64_t mostBits,
-                       CodeSequence* made) override {
-        Parser& parser = parsers_[0];
-        Prepare(&parser, look);
+    bool ClearAtPoints(std::span<const LookAhead> looks, const std::vector<size_t>& points, uint64_t slack,
+                       uint64_t mostBits, CodeSequence* made) override {
         std::vector<Way> ways(points.size() + 1);
         ways[0].bits = codeSize_ + 1;
         for (size_t i = 0; i < points.size(); ++i) {
             if (Stopped()) return false;
-            ExtendWay(i, points, slack, &ways);
+            for (const LookAhead& look : looks) ExtendWay(i, look, points, slack, &ways);
         }
         if (ways.back().bits > mostBits) return false;
         std::vector<size_t> clears;  // backwards
@@ -113,7 +112,7 @@ public:
         made->codes.clear();
         for (size_t i = clears.size(); i-- > 0;) {
             end = i ? points[clears[i - 1]] : pixels_.Count();
-            AppendRun(points[clears[i]], end, made);
+            AppendRun(points[clears[i]], end, *ways[i ? clears[i - 1] : points.size()].look, made);
         }
         made->bits = ways.back().bits;
         return true;
@@ -126,7 +125,8 @@ private:
     // The best way to a point that ends with a clear code.
     struct Way {
         uint64_t bits = UINT64_MAX;
-        size_t from = 0;  // the point of the clear code before
+        size_t from = 0;                  // the point of the clear code before
+        const LookAhead* look = nullptr;  // of the parser from there on
     };
 
     uint16_t ClearCode() const { return static_cast<uint16_t>(1u << codeSize_); }
@@ -141,10 +141,12 @@ private:
         made->bits = codeSize_ + 1;
     }
 
-    void ExtendWay(size_t from, const std::vector<size_t>& points, uint64_t slack, std::vector<Way>* ways) {
+    void ExtendWay(size_t from, const LookAhead& look, const std::vector<size_t>& points, uint64_t slack,
+                   std::vector<Way>* ways) {
         Parser& parser = parsers_[0];
         const uint64_t before = (*ways)[from].bits;
         if (before == UINT64_MAX) return;
+        Prepare(&parser, look);
         parser.Restart(points[from]);
         size_t next = from + 1;
         while (parser.Step()) {
@@ -153,14 +155,15 @@ private:
                 if ((next < points.size() ? points[next] : pixels_.Count()) > parser.At()) break;
                 Way& way = (*ways)[next];
                 if (way.bits != UINT64_MAX && bits > way.bits + slack) return;
-                if (bits < way.bits) way = {bits, from};
+                if (bits < way.bits) way = {bits, from, &look};
             }
         }
     }
 
-    void AppendRun(size_t start, size_t end, CodeSequence* made) {
+    void AppendRun(size_t start, size_t end, const LookAhead& look, CodeSequence* made) {
         Parser& parser = parsers_[0];
         made->codes.push_back(ClearCode());
+        Prepare(&parser, look);
         parser.Restart(start);
         while (parser.At() < end && parser.Step())
             made->codes.push_back(static_cast<uint16_t>(parser.At() > end ? parser.CodeUpTo(end) : parser.Code()));

@@ -8,25 +8,33 @@
 
 namespace {
 
-// How effort is spent. The first look ahead is taken on every form of the pixels, the others on the best forms, and
-// clear codes are searched for the best pairs of both.
-struct Plan {
-    std::span<const LookAhead> looks;
-    size_t forms = 0;                    // so many get the further looks
-    size_t searched = 0;                 // so many pairs are searched
-    size_t points = 0;                   // places for clear codes, in images whose strings are few
-    size_t leastStep = 0, mostStep = 0;  // bounds of the strings between two places
-    uint64_t slack = 0;                  // of the search, see AnyCodePasses
-    size_t fineStep = 0;                 // then again so close together around the clear codes found, unless 0
+// Clear codes are looked for at places so many strings apart, first everywhere and then around those that were found.
+struct Round {
+    size_t step;
+    size_t spread;  // strings on either side
+    size_t looks;   // the best so many of the form are tried from each place
 };
 
-constexpr LookAhead kFastLooks[] = {{0, 1, 0, 4}};
-constexpr LookAhead kNormalLooks[] = {{0, 1, 0, 8}, {2, 1, 1, 8}, {2, 1, 4, 8}, {2, 3, 1, 8}};
-constexpr LookAhead kMaxLooks[] = {{0, 1, 0, 32}, {2, 1, 1, 32}, {2, 1, 4, 32}, {2, 3, 1, 32}, {8, 4, 2, 32}};
+// How effort is spent. The first look ahead is taken on every form of the pixels, the others on the best forms, and
+// clear codes are searched for on the best of these.
+struct Plan {
+    std::span<const LookAhead> looks;
+    size_t forms = 0;                                // so many get the further looks
+    size_t searched = 0;                             // and on so many of them clear codes are searched for
+    uint64_t slack = 0;                              // of the search, see AnyCodePasses
+    size_t mostStep = 0, leastStep = 0, places = 0;  // of the first round, in images of few strings so many places
+    std::span<const Round> rounds;                   // the further ones
+};
 
-constexpr Plan kFastPlan = {kFastLooks};
-constexpr Plan kNormalPlan = {kNormalLooks, 1, 1, 16, 32, 512, 3000, 0};
-constexpr Plan kMaxPlan = {kMaxLooks, 4, 3, 64, 16, 128, 6000, 8};
+constexpr LookAhead kFastLooks[] = {{0, 1, 0, 2}};
+constexpr LookAhead kNormalLooks[] = {{0, 1, 0, 4}, {2, 1, 1, 4}, {2, 1, 4, 4}, {2, 3, 1, 4}};
+constexpr Round kNormalRounds[] = {{128, 512, 1}, {32, 96, 2}};
+constexpr LookAhead kMaxLooks[] = {{0, 1, 0, 32}, {2, 1, 1, 32}, {2, 1, 4, 32}, {2, 3, 1, 32}, {8, 4, 2, 32}};
+constexpr Round kMaxRounds[] = {{32, 256, 3}, {8, 64, 5}};
+
+constexpr Plan kFastPlan = {kFastLooks, 0, 0, 0, 0, 0, 0, {}};
+constexpr Plan kNormalPlan = {kNormalLooks, 1, 1, 3000, 512, 32, 16, kNormalRounds};
+constexpr Plan kMaxPlan = {kMaxLooks, 3, 2, 6000, 128, 16, 64, kMaxRounds};
 
 const Plan& PlanFor(Effort effort) {
     if (effort == Effort::kFast) return kFastPlan;
@@ -54,8 +62,7 @@ public:
         for (size_t i = 0; i < std::min(plan_.forms, pairs_.size()); ++i) best.push_back(pairs_[i].form);
         for (AnyCodePasses* form : best)
             for (const LookAhead& look : plan_.looks.subspan(1)) TryPair(form, look);
-        const size_t searched = std::min(plan_.searched, pairs_.size());
-        for (size_t i = 0; i < searched; ++i) SearchClears(pairs_[i]);
+        for (size_t i = 0; i < std::min(plan_.searched, best.size()); ++i) SearchClears(best[i]);
     }
 
     // The shortest one; without codes when none is short enough.
@@ -63,7 +70,10 @@ public:
 
 private:
     // Longer ones are of no use. Those that are a little too long are: they tell where to go on.
-    uint64_t Limit() const { return mostBits_ + mostBits_ / 8; }
+    uint64_t Limit() const {
+        const uint64_t most = best_.codes.empty() ? mostBits_ : std::min(mostBits_, best_.bits);
+        return most + most / 8;
+    }
     bool HasClears() const { return std::ranges::count(best_.codes, uint16_t(1u << codeSize_)) > 1; }
 
     void Keep() {
@@ -77,14 +87,59 @@ private:
         Keep();
     }
 
-    void SearchClears(const Pair& pair) {
-        std::vector<size_t> clears;
-        std::vector<size_t> starts = StringStarts(best_, codeSize_, &clears);
-        const size_t step = std::clamp(starts.size() / plan_.points, plan_.leastStep, plan_.mostStep);
-        std::vector<size_t> points;
-        for (size_t i = 0; i < starts.size(); i += step) points.push_back(starts[i]);
-        if (!pair.form->ClearAtPoints(*pair.look, points, plan_.slack, Limit(), &made_)) return;
+    // The looks ahead that were tried on a form, the best ones first.
+    std::vector<LookAhead> LooksOf(const AnyCodePasses* form) const {
+        std::vector<LookAhead> looks;
+        for (const Pair& pair : pairs_)
+            if (pair.form == form) looks.push_back(*pair.look);
+        return looks;
+    }
+
+    void SearchClears(AnyCodePasses* form) {
+        const std::vector<LookAhead> looks = LooksOf(form);
+        std::vector<size_t> clears, starts = StringStarts(best_, codeSize_, &clears);
+        const size_t step = std::clamp(starts.size() / plan_.places, plan_.leastStep, plan_.mostStep);
+        CodeSequence found;
+        if (!form->ClearAtPoints({looks.data(), 1}, PointsEverywhere(starts, clears, step), plan_.slack, Limit(),
+                                 &found))
+            return;
+        for (const Round& round : plan_.rounds) {
+            starts = StringStarts(found, codeSize_, &clears);
+            if (clears.empty()) break;
+            if (!form->ClearAtPoints({looks.data(), std::min(round.looks, looks.size())},
+                                     PointsAround(starts, clears, round), plan_.slack, Limit(), &made_))
+                return;
+            if (made_.bits < found.bits) std::swap(found, made_);
+        }
+        std::swap(made_, found);
         Keep();
+    }
+
+    // The pixels that begin every `step`-th string, and those of the clear codes.
+    static std::vector<size_t> PointsEverywhere(const std::vector<size_t>& starts, const std::vector<size_t>& clears,
+                                                size_t step) {
+        std::vector<size_t> points = clears;
+        for (size_t i = 0; i < starts.size(); i += step) points.push_back(starts[i]);
+        return InOrder(std::move(points));
+    }
+
+    // The first pixel and those that begin strings around the clear codes.
+    static std::vector<size_t> PointsAround(const std::vector<size_t>& starts, const std::vector<size_t>& clears,
+                                            const Round& round) {
+        std::vector<size_t> points = {0};
+        for (size_t clear : clears) {
+            const auto middle = static_cast<size_t>(std::ranges::lower_bound(starts, clear) - starts.begin());
+            for (size_t i = middle - std::min(middle, round.spread) / round.step * round.step;
+                 i < std::min(middle + round.spread + 1, starts.size()); i += round.step)
+                points.push_back(starts[i]);
+        }
+        return InOrder(std::move(points));
+    }
+
+    static std::vector<size_t> InOrder(std::vector<size_t> points) {
+        std::ranges::sort(points);
+        points.erase(std::ranges::unique(points).begin(), points.end());
+        return points;
     }
 
     const Plan& plan_;
