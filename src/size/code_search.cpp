@@ -13,12 +13,14 @@ struct Round {
     size_t step;
     size_t spread;  // strings on either side
     size_t looks;   // the best so many of the form are tried from each place
+    uint64_t slack;
 };
 
 // How effort is spent. The first look ahead is taken on every form of the pixels, the others on the best forms, and
 // clear codes are searched for on the best of these.
 struct Plan {
     std::span<const LookAhead> looks;
+    std::span<const LookAhead> furtherLooks;         // in images whose strings do not fill a table
     size_t forms = 0;                                // so many get the further looks
     size_t searched = 0;                             // and on so many of them clear codes are searched for
     uint64_t slack = 0;                              // of the search, see AnyCodePasses
@@ -28,13 +30,17 @@ struct Plan {
 
 constexpr LookAhead kFastLooks[] = {{0, 1, 0, 2}};
 constexpr LookAhead kNormalLooks[] = {{0, 1, 0, 4}, {2, 1, 1, 4}, {2, 1, 4, 4}, {2, 3, 1, 4}};
-constexpr Round kNormalRounds[] = {{128, 512, 1}, {32, 96, 2}};
+constexpr LookAhead kNormalFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {4, 3, 1, 0}};
+constexpr LookAhead kMaxFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {2, 1, 0, 0},  {4, 3, 1, 0},
+                                     {4, 2, 0, 0}, {8, 4, 1, 0}, {3, 5, 0, 0},  {8, 1, 2, 0},
+                                     {1, 2, 0, 0}, {2, 4, 0, 0}, {16, 3, 1, 0}, {6, 6, 3, 0}};
+constexpr Round kNormalRounds[] = {{128, 512, 1, 400}, {32, 96, 2, 400}};
 constexpr LookAhead kMaxLooks[] = {{0, 1, 0, 32}, {2, 1, 1, 32}, {2, 1, 4, 32}, {2, 3, 1, 32}, {8, 4, 2, 32}};
-constexpr Round kMaxRounds[] = {{32, 256, 3}, {8, 64, 5}};
+constexpr Round kMaxRounds[] = {{32, 256, 3, 1500}, {8, 64, 5, 1000}};
 
-constexpr Plan kFastPlan = {kFastLooks, 0, 0, 0, 0, 0, 0, {}};
-constexpr Plan kNormalPlan = {kNormalLooks, 1, 1, 3000, 512, 32, 16, kNormalRounds};
-constexpr Plan kMaxPlan = {kMaxLooks, 3, 2, 6000, 128, 16, 64, kMaxRounds};
+constexpr Plan kFastPlan = {kFastLooks, {}, 0, 0, 0, 0, 0, 0, {}};
+constexpr Plan kNormalPlan = {kNormalLooks, kNormalFurther, 1, 1, 2000, 512, 32, 16, kNormalRounds};
+constexpr Plan kMaxPlan = {kMaxLooks, kMaxFurther, 3, 2, 6000, 128, 16, 64, kMaxRounds};
 
 const Plan& PlanFor(Effort effort) {
     if (effort == Effort::kFast) return kFastPlan;
@@ -60,8 +66,11 @@ public:
         if (HasClears() && forms[0]->ClearWhenFull({}, Limit(), &made_)) Keep();
         std::vector<AnyCodePasses*> best;
         for (size_t i = 0; i < std::min(plan_.forms, pairs_.size()); ++i) best.push_back(pairs_[i].form);
-        for (AnyCodePasses* form : best)
-            for (const LookAhead& look : plan_.looks.subspan(1)) TryPair(form, look);
+        const bool isSmall = !HasClears();
+        for (AnyCodePasses* form : best) {
+            if (isSmall) TryPairs(form, plan_.furtherLooks);
+            TryPairs(form, plan_.looks.subspan(1));
+        }
         for (size_t i = 0; i < std::min(plan_.searched, best.size()); ++i) SearchClears(best[i]);
     }
 
@@ -78,6 +87,10 @@ private:
 
     void Keep() {
         if (best_.codes.empty() || made_.bits < best_.bits) std::swap(best_, made_);
+    }
+
+    void TryPairs(AnyCodePasses* form, std::span<const LookAhead> looks) {
+        for (const LookAhead& look : looks) TryPair(form, look);
     }
 
     void TryPair(AnyCodePasses* form, const LookAhead& look) {
@@ -107,7 +120,7 @@ private:
             starts = StringStarts(found, codeSize_, &clears);
             if (clears.empty()) break;
             if (!form->ClearAtPoints({looks.data(), std::min(round.looks, looks.size())},
-                                     PointsAround(starts, clears, round), plan_.slack, Limit(), &made_))
+                                     PointsAround(starts, clears, round), round.slack, Limit(), &made_))
                 return;
             if (made_.bits < found.bits) std::swap(found, made_);
         }
