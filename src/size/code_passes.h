@@ -108,11 +108,11 @@ public:
         std::vector<size_t> clears;  // backwards
         for (size_t i = points.size(); i != 0; i = ways[i].from) clears.push_back(ways[i].from);
         Begin(made);
-        size_t end = pixels_.Count();
         made->codes.clear();
         for (size_t i = clears.size(); i-- > 0;) {
-            end = i ? points[clears[i - 1]] : pixels_.Count();
-            AppendRun(points[clears[i]], end, *ways[i ? clears[i - 1] : points.size()].look, made);
+            const size_t next = i ? clears[i - 1] : points.size();
+            const size_t end = i ? points[next] : pixels_.Count();
+            AppendRun(points[clears[i]], end, *ways[next].look, made);
         }
         made->bits = ways.back().bits;
         return true;

@@ -111,6 +111,7 @@ private:
     void SearchClears(AnyCodePasses* form) {
         const std::vector<LookAhead> looks = LooksOf(form);
         std::vector<size_t> clears, starts = StringStarts(best_, codeSize_, &clears);
+        if (starts.empty()) return;
         const size_t step = std::clamp(starts.size() / plan_.places, plan_.leastStep, plan_.mostStep);
         CodeSequence found;
         if (!form->ClearAtPoints({looks.data(), 1}, PointsEverywhere(starts, clears, step), plan_.slack, Limit(),
@@ -151,7 +152,7 @@ private:
 
     static std::vector<size_t> InOrder(std::vector<size_t> points) {
         std::ranges::sort(points);
-        points.erase(std::ranges::unique(points).begin(), points.end());
+        points.erase(std::unique(points.begin(), points.end()), points.end());
         return points;
     }
 

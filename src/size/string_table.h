@@ -159,8 +159,9 @@ private:
     static constexpr unsigned kFirstRoom = 4;
     static constexpr unsigned kMostChains = 64;
     static constexpr uint16_t kNoChain = 0xFFFF;
-    // Every chain but the first pieces has at least half of its room in use, and the rooms it has left are no larger.
-    static constexpr unsigned kPool = (4 + kFirstRoom) * kMostCodes;
+    // A chain moves when its room is used up, into one twice as large: of a string it has taken less than four codes by
+    // then, or kFirstRoom if it is alone. One string more than it keeps may have been there for a moment.
+    static constexpr unsigned kPool = (kFirstRoom + 2) * kMostCodes;
 
     struct Node {
         uint16_t chain;

@@ -209,7 +209,7 @@ TEST(CodeSearch, FullTables) {
     for (int codeSize : {2, 6, 8})
         for (Kind kind : {kNoise, kRepeats})
             for (int choices : {0, 1, 2}) {
-                Sample sample = MakeSample(random, kind, 200, kind == kNoise ? 100 : 400, codeSize);
+                Sample sample = MakeSample(random, kind, 200, kind == kNoise ? 50 : 200, codeSize);
                 if (choices == 1) MakeSomeFree(random, &sample);
                 if (choices == 2) MakeSomeAlike(random, &sample);
                 for (Effort effort : {Effort::kFast, Effort::kNormal}) {
@@ -218,6 +218,41 @@ TEST(CodeSearch, FullTables) {
                     ExpectGood(sample, effort);
                 }
             }
+}
+
+// The same noise over and over: a full table serves better than a fresh one.
+TEST(CodeSearch, KeepsAFullTableThatServes) {
+    Random random(38);
+    Sample sample = MakeSample(random, kNoise, 100, 200, 4);
+    for (size_t i = 3000; i < sample.pixels.size(); ++i) sample.pixels[i] = sample.pixels[i - 3000];
+    const uint64_t plain = BitsInSubBlocks(EncodedPlainly(sample));
+    for (Effort effort : kEfforts) EXPECT_LT(Search(sample, effort).bits, plain * 9 / 10);
+}
+
+// On the left the ground shows through here and there, on the right all that changes was there before: one is short in
+// its own colours, the other transparent, and the two take turns in every row.
+TEST(CodeSearch, ChoosesForEachFreePixel) {
+    Random random(39);
+    Sample sample = MakeSample(random, kNoise, 50, 60, 4);
+    sample.transparent = 15;
+    Sample own = MakeSample(random, kNoise, 50, 60, 4), cleared = MakeSample(random, kNoise, 50, 60, 4);
+    for (size_t i = 0; i < sample.pixels.size(); ++i) {
+        const bool isLeft = i % 50 < 25, isFree = !isLeft || random() % 2;
+        if (isLeft) sample.pixels[i] = 3;
+        sample.free.push_back(isFree ? 1 : 0);
+        own.pixels[i] = sample.pixels[i];
+        cleared.pixels[i] = isFree ? 15 : sample.pixels[i];
+    }
+    for (Effort effort : kEfforts) {
+        const uint64_t chosen = Search(sample, effort).bits;
+        EXPECT_LT(chosen, Search(own, effort).bits / 2);
+        EXPECT_LT(chosen, Search(cleared, effort).bits / 2);
+    }
+}
+
+TEST(CodeSearch, NoPixels) {
+    const Sample sample = {0, 0, {}, {}, nullptr, -1, 8};
+    for (Effort effort : kEfforts) EXPECT_EQ(Search(sample, effort).data, Bytes({8, 3, 0x00, 0x03, 0x02, 0}));
 }
 
 // Data of any length, with sub-blocks that are just full among them, and widths that grow with the last code.
