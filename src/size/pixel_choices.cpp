@@ -32,3 +32,9 @@ size_t FreePixels::Common(size_t at, const uint8_t* indices, size_t most) const 
     while (same < most && (indices[same] == own[same] || indices[same] == cleared[same])) ++same;
     return same;
 }
+
+AlikePixels::AlikePixels(const PixelsToEncode& image) : image_(image) {
+    for (unsigned own = 0; image.alike && own < others_.size(); ++own)
+        for (unsigned index = 0; index < others_.size(); ++index)
+            if (index != own && (*image.alike)[own][index]) others_[own].push_back(static_cast<uint8_t>(index));
+}

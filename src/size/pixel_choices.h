@@ -5,10 +5,12 @@
 //   Preferred(at)               what it becomes when there is nothing to choose
 //   ForEachOther(at, visit)     calls visit(index) for each other index that it may be
 //   kAreTwo                     whether that is one at most
+//   kMostChains                 how many strings to follow for them, see StringTable
 //   Common(at, indices, most)   so many of the pixels from `at` on may be written as `indices`
 //   Changed(at, indices, count) how many of `count` pixels would be seen changed
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -36,6 +38,7 @@ class FreePixels {
 public:
     static constexpr bool kIsExact = false;
     static constexpr bool kAreTwo = true;
+    static constexpr unsigned kMostChains = 64;
     // `cleared`: the pixels with all free ones transparent.
     FreePixels(std::span<const uint8_t> pixels, std::span<const uint8_t> cleared)
         : own_(pixels.data()), cleared_(cleared.data()), count_(pixels.size()) {}
@@ -61,7 +64,9 @@ class AlikePixels {
 public:
     static constexpr bool kIsExact = false;
     static constexpr bool kAreTwo = false;
-    explicit AlikePixels(const PixelsToEncode& image) : image_(image) {}
+    static constexpr unsigned kMostChains = 20;
+    // Throws std::bad_alloc when memory runs out.
+    explicit AlikePixels(const PixelsToEncode& image);
 
     size_t Count() const { return image_.pixels.size(); }
     unsigned Preferred(size_t at) const { return image_.pixels[at]; }
@@ -70,9 +75,11 @@ public:
     }
     template <typename Visit>
     void ForEachOther(size_t at, Visit visit) const {
-        const unsigned own = image_.pixels[at], indices = 1u << image_.codeSize;
-        for (unsigned index = 0; index < indices; ++index)
-            if (index != own && Allows(at, index)) visit(index);
+        const uint8_t own = image_.pixels[at];
+        for (uint8_t index : others_[own]) visit(index);
+        if (!image_.free.empty() && image_.free[at] && image_.transparent != own &&
+            !(*image_.alike)[own][TransparentIndex()])
+            visit(TransparentIndex());
     }
     size_t Common(size_t at, const uint8_t* indices, size_t most) const {
         size_t same = 0;
@@ -91,5 +98,8 @@ private:
                (static_cast<int>(index) == image_.transparent && !image_.free.empty() && image_.free[at]);
     }
 
+    unsigned TransparentIndex() const { return static_cast<unsigned>(image_.transparent); }
+
     const PixelsToEncode& image_;
+    std::array<std::vector<uint8_t>, 256> others_;  // those that are alike to each index, itself left out
 };

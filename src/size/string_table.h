@@ -109,16 +109,16 @@ public:
     }
 
     // The same for pixels that leave a choice (pixel_choices.h), from pixel `at` of them on; of several longest strings
-    // one that changes least. Follows kMostChains chains at most.
+    // one that changes least. Follows Pixels::kMostChains chains at most.
     template <typename Pixels>
     Match LongestAmong(const Pixels& pixels, size_t at) const {
         const size_t most = pixels.Count() - at;
         Match best = {0, 0};
         size_t leastChanged = SIZE_MAX;
-        uint16_t waiting[kMostChains + 1];
+        uint16_t waiting[Pixels::kMostChains + 1];
         unsigned waits = 0, taken = 0;
         auto add = [&](unsigned chain) {
-            if (taken + waits < kMostChains) waiting[waits++] = static_cast<uint16_t>(chain);
+            if (taken + waits < Pixels::kMostChains) waiting[waits++] = static_cast<uint16_t>(chain);
         };
         pixels.ForEachOther(at, add);
         waiting[waits++] = static_cast<uint16_t>(pixels.Preferred(at));
@@ -136,7 +136,7 @@ public:
                     leastChanged = changed;
                 }
             }
-            ForEachBranch(pixels, at, chain, std::min(depth, most - 1), add);
+            if (taken + waits < Pixels::kMostChains) ForEachBranch(pixels, at, chain, std::min(depth, most - 1), add);
         }
         return best;
     }
@@ -157,7 +157,6 @@ public:
 private:
     static constexpr unsigned kSlots = 1u << 13;
     static constexpr unsigned kFirstRoom = 4;
-    static constexpr unsigned kMostChains = 64;
     static constexpr uint16_t kNoChain = 0xFFFF;
     // A chain moves when its room is used up, into one twice as large: of a string it has taken less than four codes by
     // then, or kFirstRoom if it is alone. One string more than it keeps may have been there for a moment.
