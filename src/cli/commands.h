@@ -30,6 +30,7 @@ int RunRepair(const Words& words);
 int RunFrames(const Words& words);
 int RunCheck(const Words& words);
 int RunDiff(const Words& words);
+int RunOptimise(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -44,6 +45,7 @@ extern const char kRepairHelp[];
 extern const char kFramesHelp[];
 extern const char kCheckHelp[];
 extern const char kDiffHelp[];
+extern const char kOptimiseHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

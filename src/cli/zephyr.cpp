@@ -24,6 +24,7 @@ constexpr char kProgramHelp[] =
     "  repair IN OUT                     save what can be saved of a damaged file\n"
     "  frames IN OUT-%03d.png            write what each frame looks like\n"
     "  check FILE...                     tell what will surprise in players\n"
+    "  optimise IN OUT                   write the smallest file that plays the same\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
@@ -41,10 +42,19 @@ struct Command {
 };
 
 constexpr Command kCommands[] = {
-    {"list", RunList, kListHelp},       {"save", RunSave, kSaveHelp},       {"extract", RunExtract, kExtractHelp},
-    {"remap", RunRemap, kRemapHelp},    {"insert", RunInsert, kInsertHelp}, {"delete", RunDelete, kDeleteHelp},
-    {"set", RunSet, kSetHelp},          {"build", RunBuild, kBuildHelp},    {"repair", RunRepair, kRepairHelp},
-    {"frames", RunFrames, kFramesHelp}, {"check", RunCheck, kCheckHelp},    {"diff", RunDiff, kDiffHelp},
+    {"list", RunList, kListHelp},
+    {"save", RunSave, kSaveHelp},
+    {"extract", RunExtract, kExtractHelp},
+    {"remap", RunRemap, kRemapHelp},
+    {"insert", RunInsert, kInsertHelp},
+    {"delete", RunDelete, kDeleteHelp},
+    {"set", RunSet, kSetHelp},
+    {"build", RunBuild, kBuildHelp},
+    {"repair", RunRepair, kRepairHelp},
+    {"frames", RunFrames, kFramesHelp},
+    {"check", RunCheck, kCheckHelp},
+    {"diff", RunDiff, kDiffHelp},
+    {"optimise", RunOptimise, kOptimiseHelp},
 };
 
 int Print(const char* text) {

@@ -1,0 +1,309 @@
+#include "size/frame_coder.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "gif/descriptor.h"
+#include "gif/lzw_limits.h"
+#include "platform/bytes.h"
+#include "size/old_image.h"
+#include "size/recode.h"
+
+namespace {
+
+constexpr size_t kHeadBytes = 1 + kImageDescriptorBytes;
+
+// A palette that a frame may be written with.
+struct FramePalette {
+    PaletteIds ids;
+    int depth = 0;
+    bool isLocal = false;
+
+    size_t Entries() const { return size_t{1} << depth; }
+    size_t LocalBytes() const { return isLocal ? 3 * Entries() : 0; }
+};
+
+// Pixels that show the frame, ready to be encoded.
+struct Form {
+    const FramePalette* palette = nullptr;
+    Rectangle box;
+    std::vector<uint8_t> pixels, free;
+    int transparent = kNoTransparency;
+    int codeSize = 0;
+    uint64_t guess = 0;  // bytes of the block
+};
+
+int CodeSizeFor(int largestIndex) {
+    return std::max(DepthForColours(static_cast<size_t>(largestIndex) + 1), kLeastCodeSize);
+}
+
+class FrameCoder {
+public:
+    FrameCoder(const CodingTask& task, const PlannedFrame& frame, CodedFrame* coded)
+        : task_(task), frame_(frame), coded_(*coded), indexOf_(task.plan->colours.Pixels().size(), kNone) {
+        coded_ = {};
+        coded_.bytes = UINT64_MAX;
+    }
+
+    bool Run() {
+        old_ = FindOldImage(*task_.animation, task_.plan->colours, frame_);
+        MakePalettes();
+        KeepOldBlock();
+        for (const FramePalette& palette : palettes_) RecodeOld(palette);
+        for (const FramePalette& palette : palettes_) MakeForms(palette);
+        SearchForms();
+        return coded_.bytes != UINT64_MAX;
+    }
+
+private:
+    static constexpr int kNone = -1;
+
+    void MakePalettes();
+    void AddLocal(const std::vector<ColourId>& colours, size_t further);
+    void KeepOldBlock();
+    void RecodeOld(const FramePalette& palette);
+    void MakeForms(const FramePalette& palette);
+    void Number(const FramePalette& palette);
+    int Largest(const std::vector<ColourId>& ids) const;
+    int ChooseTransparent(const FramePalette& palette, int* codeSize) const;
+    void MakeForm(const FramePalette& palette, int codeSize);
+    void MakeOldForm(const FramePalette& palette);
+    void SearchForms();
+    void Offer(const Form& form, EncodedPixels* codes);
+    void Build(const FramePalette& palette, const Rectangle& box, uint8_t flags, const std::vector<uint8_t>& data);
+
+    const CodingTask& task_;
+    const PlannedFrame& frame_;
+    CodedFrame& coded_;
+    std::vector<int16_t> indexOf_;  // by colour, in the palette at hand
+    std::optional<OldImage> old_;
+    std::vector<FramePalette> palettes_;
+    std::vector<Form> forms_;
+};
+
+// The global palette where it has the colours, and ones of the frame's own.
+void FrameCoder::MakePalettes() {
+    palettes_.reserve(4);
+    if (!task_.global.empty()) {
+        palettes_.push_back({task_.global, task_.globalDepth, false});
+        Number(palettes_[0]);
+        if (Largest(frame_.needed) == INT16_MAX) palettes_.clear();
+    }
+    const bool isCovered = !palettes_.empty();
+    const size_t transparent = frame_.hasFree ? 1 : 0;
+    const int localSize = std::max(DepthForColours(frame_.needed.size() + transparent), kLeastCodeSize);
+    if (isCovered && localSize >= CodeSizeFor(Largest(frame_.needed))) return;
+    if (isCovered && task_.effort == Effort::kFast) return;
+    AddLocal(frame_.needed, transparent);
+    if (isCovered || frame_.offered.empty()) return;
+    std::vector<ColourId> all = frame_.needed;
+    all.insert(all.end(), frame_.offered.begin(), frame_.offered.end());
+    AddLocal(all, transparent);
+    if (transparent && !frame_.needsTransparency) AddLocal(all, 0);
+}
+
+// A palette of the colours and `further` entries.
+void FrameCoder::AddLocal(const std::vector<ColourId>& colours, size_t further) {
+    const size_t entries = colours.size() + further;
+    if (entries > kMostColours) return;
+    palettes_.push_back({colours, DepthForColours(entries), true});
+}
+
+void FrameCoder::Number(const FramePalette& palette) {
+    std::ranges::fill(indexOf_, int16_t{kNone});
+    for (size_t index = palette.ids.size(); index-- > 0;) indexOf_[palette.ids[index]] = static_cast<int16_t>(index);
+    indexOf_[kTransparentId] = kNone;
+}
+
+// The largest index of the colours; INT16_MAX when one has none.
+int FrameCoder::Largest(const std::vector<ColourId>& ids) const {
+    int largest = 0;
+    for (ColourId id : ids) largest = std::max<int>(largest, indexOf_[id] == kNone ? INT16_MAX : indexOf_[id]);
+    return largest;
+}
+
+void FrameCoder::KeepOldBlock() {
+    if (!old_ || old_->blockBytes == 0 || (!old_->hasPalette && !task_.keepsGlobal)) return;
+    coded_.bytes = old_->blockBytes;
+    coded_.transparent = old_->transparent;
+}
+
+// The strings of the old data, in this palette.
+void FrameCoder::RecodeOld(const FramePalette& palette) {
+    if (!old_ || old_->data.empty()) return;
+    Number(palette);
+    IndexMap map = {};
+    std::array<bool, 256> isTaken = {};
+    int largest = 0;
+    for (size_t index = 0; index < 256; ++index) {
+        if (!old_->isUsed[index] || static_cast<int>(index) == old_->transparent) continue;
+        const int to = indexOf_[old_->ids[index]];
+        if (to == kNone) return;
+        map[index] = static_cast<uint8_t>(to);
+        isTaken[static_cast<size_t>(to)] = true;
+        largest = std::max(largest, to);
+    }
+    int transparent = kNoTransparency;
+    if (old_->transparent != kNoTransparency && old_->isUsed[static_cast<size_t>(old_->transparent)]) {
+        transparent = static_cast<int>(std::ranges::find(isTaken, false) - isTaken.begin());
+        if (transparent >= static_cast<int>(palette.Entries())) return;
+        map[static_cast<size_t>(old_->transparent)] = static_cast<uint8_t>(transparent);
+        largest = std::max(largest, transparent);
+    }
+    EncodedPixels codes;
+    const int codeSize = CodeSizeFor(largest);
+    if (!RecodeStrings(old_->data, old_->pixels.size(), map, codeSize, &codes)) return;
+    const uint64_t bytes = kHeadBytes + palette.LocalBytes() + codes.data.size();
+    if (bytes >= coded_.bytes) return;
+    coded_.transparent = transparent;
+    Build(palette, old_->place, old_->isInterlaced ? kImageInterlaced : uint8_t{0}, codes.data);
+}
+
+// The index below 1 << *codeSize that colours can do best without; one more bit is taken when there is none.
+int FrameCoder::ChooseTransparent(const FramePalette& palette, int* codeSize) const {
+    std::array<uint32_t, 256> uses = {};
+    for (ColourId id : frame_.needed) uses[static_cast<size_t>(indexOf_[id])] = UINT32_MAX;
+    for (size_t i = 0; i < frame_.ids.size(); ++i) {
+        const int index = frame_.free[i] ? indexOf_[frame_.ids[i]] : kNone;
+        if (index != kNone && uses[static_cast<size_t>(index)] != UINT32_MAX) ++uses[static_cast<size_t>(index)];
+    }
+    for (; *codeSize <= kMostCodeSize; ++*codeSize) {
+        const size_t room = std::min(palette.Entries(), size_t{1} << *codeSize);
+        const auto least = std::min_element(uses.begin(), uses.begin() + static_cast<ptrdiff_t>(room));
+        if (*least != UINT32_MAX) return static_cast<int>(least - uses.begin());
+        if (room == palette.Entries()) break;
+    }
+    return kNoTransparency;
+}
+
+// The frame in this palette with codes of at least that size: a free pixel shows its colour where it has an index, and
+// may be transparent.
+void FrameCoder::MakeForm(const FramePalette& palette, int codeSize) {
+    Form form;
+    form.palette = &palette;
+    form.box = frame_.box;
+    form.codeSize = codeSize;
+    if (frame_.hasFree) form.transparent = ChooseTransparent(palette, &form.codeSize);
+    if (form.transparent == kNoTransparency) {
+        if (frame_.needsTransparency) return;
+        form.codeSize = std::max(codeSize, CodeSizeFor(std::max(Largest(frame_.needed), Largest(frame_.offered))));
+        if (form.codeSize > kMostCodeSize) return;
+    }
+    const int room = 1 << form.codeSize;
+    form.pixels.resize(frame_.ids.size());
+    for (size_t i = 0; i < frame_.ids.size(); ++i) {
+        int index = indexOf_[frame_.ids[i]];
+        if (frame_.free[i] && (index == kNone || index >= room || frame_.ids[i] == kTransparentId))
+            index = form.transparent;
+        form.pixels[i] = static_cast<uint8_t>(index);
+    }
+    if (form.transparent != kNoTransparency) form.free = frame_.free;
+    forms_.push_back(std::move(form));
+}
+
+// The old image's own choice of what is transparent.
+void FrameCoder::MakeOldForm(const FramePalette& palette) {
+    Form form;
+    form.palette = &palette;
+    form.box = Common(old_->place, task_.animation->Screen());
+    if (form.box != old_->place) return;
+    std::array<uint8_t, 256> map = {};
+    std::array<bool, 256> isTaken = {};
+    int largest = 0;
+    bool hasTransparent = false;
+    for (size_t index = 0; index < 256; ++index) {
+        if (!old_->isUsed[index]) continue;
+        if (static_cast<int>(index) == old_->transparent) {
+            hasTransparent = true;
+            continue;
+        }
+        const int to = indexOf_[old_->ids[index]];
+        if (to == kNone) return;
+        map[index] = static_cast<uint8_t>(to);
+        isTaken[map[index]] = true;
+        largest = std::max(largest, to);
+    }
+    if (hasTransparent) {
+        form.transparent = static_cast<int>(std::ranges::find(isTaken, false) - isTaken.begin());
+        if (form.transparent >= static_cast<int>(palette.Entries())) return;
+        map[static_cast<size_t>(old_->transparent)] = static_cast<uint8_t>(form.transparent);
+        largest = std::max(largest, form.transparent);
+    }
+    form.codeSize = CodeSizeFor(largest);
+    form.pixels.resize(old_->pixels.size());
+    for (size_t i = 0; i < form.pixels.size(); ++i) form.pixels[i] = map[old_->pixels[i]];
+    forms_.push_back(std::move(form));
+}
+
+void FrameCoder::MakeForms(const FramePalette& palette) {
+    Number(palette);
+    const int needed = CodeSizeFor(Largest(frame_.needed));
+    MakeForm(palette, needed);
+    if (task_.effort == Effort::kFast) return;
+    int all = needed;
+    for (ColourId id : frame_.offered)
+        if (indexOf_[id] != kNone) all = std::max(all, CodeSizeFor(indexOf_[id]));
+    if (frame_.hasFree && all > needed) MakeForm(palette, all);
+    if (old_) MakeOldForm(palette);
+}
+
+// Encodes all forms in a hurry and those that came out best with effort.
+void FrameCoder::SearchForms() {
+    std::vector<EncodedPixels> quick(forms_.size());
+    std::vector<size_t> order;
+    for (size_t i = 0; i < forms_.size(); ++i) {
+        Form& form = forms_[i];
+        if (!SearchCodes({form.pixels, form.free, form.transparent, form.codeSize, nullptr}, Effort::kFast, 0,
+                         &quick[i]))
+            continue;
+        form.guess = kHeadBytes + form.palette->LocalBytes() + quick[i].data.size();
+        order.push_back(i);
+    }
+    std::ranges::stable_sort(order, [this](size_t a, size_t b) { return forms_[a].guess < forms_[b].guess; });
+    if (order.empty()) return;
+    Offer(forms_[order[0]], &quick[order[0]]);
+    if (task_.effort == Effort::kFast) return;
+    const size_t searched = task_.effort == Effort::kMax ? 2 : 1;
+    for (size_t i = 0; i < std::min(searched, order.size()); ++i) {
+        const Form& form = forms_[order[i]];
+        EncodedPixels codes;
+        if (SearchCodes({form.pixels, form.free, form.transparent, form.codeSize, nullptr}, task_.effort, 0, &codes))
+            Offer(form, &codes);
+    }
+}
+
+void FrameCoder::Offer(const Form& form, EncodedPixels* codes) {
+    const uint64_t bytes = kHeadBytes + form.palette->LocalBytes() + codes->data.size();
+    if (bytes >= coded_.bytes) return;
+    coded_.transparent = form.transparent;
+    Build(*form.palette, form.box, 0, codes->data);
+}
+
+// Puts the block together. `flags` are bits of its packed byte.
+void FrameCoder::Build(const FramePalette& palette, const Rectangle& box, uint8_t flags,
+                       const std::vector<uint8_t>& data) {
+    std::vector<uint8_t> block(kHeadBytes);
+    block[0] = kImageIntroducer;
+    PutWord(&block[1], static_cast<unsigned>(box.left));
+    PutWord(&block[3], static_cast<unsigned>(box.top));
+    PutWord(&block[5], static_cast<unsigned>(box.Width()));
+    PutWord(&block[7], static_cast<unsigned>(box.Height()));
+    block[9] = palette.isLocal ? WithDepth(kHasPalette | flags, palette.depth) : flags;
+    if (palette.isLocal) {
+        for (size_t index = 0; index < palette.Entries(); ++index) {
+            const uint32_t pixel =
+                index < palette.ids.size() ? task_.plan->colours.Pixels()[palette.ids[index]] : kTransparent;
+            const auto* bytes = reinterpret_cast<const uint8_t*>(&pixel);
+            block.insert(block.end(), bytes, bytes + 3);
+        }
+    }
+    block.insert(block.end(), data.begin(), data.end());
+    coded_.bytes = block.size();
+    coded_.block = std::move(block);
+}
+
+}  // namespace
+
+bool CodeFrame(const CodingTask& task, const PlannedFrame& frame, CodedFrame* coded) {
+    return FrameCoder(task, frame, coded).Run();
+}

@@ -1,0 +1,28 @@
+// The smallest IMAGE block that shows what a planned frame is to show.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "gif/block_list.h"
+#include "size/frame_plan.h"
+#include "size/palette_plan.h"
+
+// What all frames share.
+struct CodingTask {
+    const FramePlan* plan = nullptr;
+    const Animation* animation = nullptr;  // that was planned
+    PaletteIds global;                     // of the document to be written; empty without one
+    int globalDepth = 0;
+    bool keepsGlobal = false;  // it is the one that the document had
+    Effort effort = Effort::kNormal;
+};
+
+struct CodedFrame {
+    std::vector<uint8_t> block;  // the bytes of the IMAGE block; empty: that of the document as it stands
+    uint64_t bytes = 0;          // of the block
+    int transparent = kNoTransparency;
+};
+
+// Finds the block for `frame`. False when none of the forms it knows can show it. May throw std::bad_alloc.
+[[nodiscard]] bool CodeFrame(const CodingTask& task, const PlannedFrame& frame, CodedFrame* coded);

@@ -1,0 +1,330 @@
+#include "size/frame_plan.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "animation/stage.h"
+#include "gif/descriptor.h"
+
+namespace {
+
+constexpr uint32_t kMostDelay = 0xFFFF;
+constexpr size_t kMostWays = 4;     // of reaching a moment that are followed at a time
+constexpr size_t kLongestLag = 12;  // frames that may be undecided
+
+struct Ids {
+    Ids(int w, int h) : width(w), ids(static_cast<size_t>(w) * static_cast<size_t>(h)) {}
+    const ColourId* Row(int y) const { return &ids[static_cast<size_t>(y) * static_cast<size_t>(width)]; }
+    ColourId* Row(int y) { return &ids[static_cast<size_t>(y) * static_cast<size_t>(width)]; }
+
+    int width;
+    std::vector<ColourId> ids;
+};
+using Canvas = std::shared_ptr<const Ids>;
+
+// What differs between two canvases.
+struct Difference {
+    Rectangle box;
+    Rectangle vanishing;  // where something becomes transparent
+    uint64_t pixels = 0;
+};
+
+void TakeRow(const ColourId* from, const ColourId* to, const Rectangle& within, int y, Difference* found) {
+    const auto width = static_cast<size_t>(within.Width());
+    if (memcmp(from + within.left, to + within.left, width * sizeof *from) == 0) return;
+    int left = within.left, right = within.right;
+    while (from[left] == to[left]) ++left;
+    while (from[right - 1] == to[right - 1]) --right;
+    found->box = Around(found->box, {left, y, right, y + 1});
+    uint64_t pixels = 0, vanishing = 0;
+    for (int x = left; x < right; ++x) {
+        pixels += from[x] != to[x];
+        vanishing += from[x] != to[x] && to[x] == kTransparentId;
+    }
+    found->pixels += pixels;
+    if (vanishing == 0) return;
+    const auto vanishes = [&](int x) { return from[x] != to[x] && to[x] == kTransparentId; };
+    while (!vanishes(left)) ++left;
+    while (!vanishes(right - 1)) --right;
+    found->vanishing = Around(found->vanishing, {left, y, right, y + 1});
+}
+
+Difference Compare(const Ids& from, const Ids& to, const Rectangle& within) {
+    Difference found;
+    if (within.IsEmpty()) return found;
+    for (int y = within.top; y < within.bottom; ++y) TakeRow(from.Row(y), to.Row(y), within, y, &found);
+    return found;
+}
+
+// About how many bits the codes of the change take: each border between two colours costs, less so where the row above
+// has it, too. What stays is taken as transparent.
+uint64_t GuessBits(const Ids& from, const Ids& to, const Rectangle& box) {
+    constexpr uint64_t kBitsOfFrame = 8 * 20;
+    constexpr ColourId kUnchanged = 0xFFFF;
+    if (box.IsEmpty()) return kBitsOfFrame;
+    const auto width = static_cast<size_t>(box.Width());
+    std::vector<ColourId> above(width + 1, kUnchanged), row(width + 1, kUnchanged);
+    uint64_t borders = 0, repeated = 0;
+    for (int y = box.top; y < box.bottom; ++y) {
+        const ColourId* a = from.Row(y) + box.left;
+        const ColourId* b = to.Row(y) + box.left;
+        for (size_t x = 0; x < width; ++x) row[x + 1] = a[x] == b[x] ? kUnchanged : b[x];
+        uint32_t inRow = 0, again = 0;
+        for (size_t x = 1; x <= width; ++x) {
+            const unsigned isBorder = row[x] != row[x - 1];
+            inRow += isBorder;
+            again += isBorder & static_cast<unsigned>(row[x] == above[x]) &
+                     static_cast<unsigned>(row[x - 1] == above[x - 1]);
+        }
+        borders += inRow;
+        repeated += again;
+        row.swap(above);
+    }
+    return kBitsOfFrame + 9 * (borders - repeated) + 4 * repeated + box.Pixels() / 24;
+}
+
+// One way to show a moment: drawing it on `base`.
+struct Way {
+    std::shared_ptr<Way> before;
+    uint8_t disposalBefore = kDisposeLeave;  // of the frame before,
+    Rectangle boxBefore;                     // and its box: disposal 2 may have to clear more than it draws
+    Canvas base, canvas;
+    Rectangle box;
+    uint64_t bits = 0;  // guessed, of all frames up to this one
+    size_t moment = 0;
+};
+using WayHandle = std::shared_ptr<Way>;
+
+struct Moment {
+    uint32_t firstFrame = 0, lastFrame = 0;
+    uint32_t delay = 0, played = 0;
+    bool isAlone = false;  // waits for the user
+};
+
+class Planner {
+public:
+    Planner(const Animation& animation, Effort effort, bool keepFrames, FramePlan* plan)
+        : animation_(animation), effort_(effort), keepFrames_(keepFrames), plan_(*plan) {}
+
+    PlanResult Run() {
+        Stage stage;
+        if (!stage.Open(animation_, 0)) return PlanResult::kNoMemory;
+        canvas_ = empty_ = std::make_shared<Ids>(animation_.Width(), animation_.Height());
+        for (uint32_t frame = 0; frame < animation_.Frames().size(); ++frame) {
+            if (!stage.Show(frame)) return PlanResult::kNoMemory;
+            Canvas shown = Take(stage);
+            if (!shown) return PlanResult::kTooManyColours;
+            if (frame > 0 && shown == canvas_ && MayMerge(frame)) {
+                Merge(frame);
+                continue;
+            }
+            StartMoment(frame);
+            Follow(shown, stage.Changed());
+            canvas_ = shown;
+        }
+        Finish();
+        return PlanResult::kDone;
+    }
+
+private:
+    Canvas Take(const Stage& stage);
+    bool MayMerge(uint32_t frame) const;
+    bool WaitsForUser(const Frame& frame) const;
+    void StartMoment(uint32_t frame);
+    void Merge(uint32_t frame);
+    void Follow(const Canvas& shown, const Rectangle& changed);
+    void Propose(std::vector<WayHandle>* ways, const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore,
+                 const Canvas& base, const Canvas& shown, const Rectangle& box) const;
+    void KeepBest(std::vector<WayHandle>* ways);
+    void Settle();
+    void Finish();
+    void Plan(const Way& way, uint8_t disposal, const Rectangle& box);
+    void TakeColours(PlannedFrame* frame);
+
+    const Animation& animation_;
+    Effort effort_;
+    bool keepFrames_;
+    FramePlan& plan_;
+    Canvas empty_, canvas_;
+    std::vector<Moment> moments_;
+    std::vector<WayHandle> ways_;  // to the last moment, the best first
+    size_t settled_ = 0;           // frames planned
+    std::vector<uint8_t> marks_;   // by colour, for TakeColours
+};
+
+// The canvas as it is now: the one before when nothing differs; none when there are too many colours.
+Canvas Planner::Take(const Stage& stage) {
+    const Rectangle area = Common(stage.Changed(), animation_.Screen());
+    const auto width = static_cast<size_t>(area.Width());
+    std::vector<ColourId> row(width);
+    std::shared_ptr<Ids> taken;
+    for (int y = area.top; y < area.bottom; ++y) {
+        if (!plan_.colours.Number(stage.Canvas().Row(y) + area.left, width, row.data())) return nullptr;
+        if (memcmp(row.data(), canvas_->Row(y) + area.left, width * sizeof(ColourId)) == 0) continue;
+        if (!taken) taken = std::make_shared<Ids>(*canvas_);
+        memcpy(taken->Row(y) + area.left, row.data(), width * sizeof(ColourId));
+    }
+    return taken ? Canvas(taken) : canvas_;
+}
+
+bool Planner::WaitsForUser(const Frame& frame) const {
+    return frame.control >= 0 &&
+           (GetControlFields(animation_.List().blocks[static_cast<uint32_t>(frame.control)]).packed &
+            kControlUserInput);
+}
+
+// Both sums have to stay: that of the file's delays and that of what browsers make of them.
+bool Planner::MayMerge(uint32_t number) const {
+    const Frame& frame = animation_.Frames()[number];
+    const Moment& moment = moments_.back();
+    const uint32_t delay = moment.delay + frame.delay;
+    if (keepFrames_ || moment.isAlone || WaitsForUser(frame) || delay > kMostDelay) return false;
+    if (PlayedDelay(static_cast<uint16_t>(delay)) != moment.played + frame.length) return false;
+    for (uint32_t block = frame.firstBlock; block < frame.block; ++block)
+        if (animation_.List().blocks[block].kind == kPlainTextBlock) return false;
+    return true;
+}
+
+void Planner::StartMoment(uint32_t number) {
+    const Frame& frame = animation_.Frames()[number];
+    moments_.push_back({number, number, frame.delay, frame.length, WaitsForUser(frame)});
+}
+
+void Planner::Merge(uint32_t number) {
+    const Frame& frame = animation_.Frames()[number];
+    Moment& moment = moments_.back();
+    moment.lastFrame = number;
+    moment.delay += frame.delay;
+    moment.played += frame.length;
+}
+
+void Planner::Propose(std::vector<WayHandle>* ways, const WayHandle& before, uint8_t disposal,
+                      const Rectangle& boxBefore, const Canvas& base, const Canvas& shown, const Rectangle& box) const {
+    auto way = std::make_shared<Way>();
+    way->before = before;
+    way->disposalBefore = disposal;
+    way->boxBefore = boxBefore;
+    way->base = base;
+    way->canvas = shown;
+    way->box = box;
+    way->bits = (before ? before->bits : 0) + GuessBits(*base, *shown, box);
+    way->moment = moments_.size() - 1;
+    ways->push_back(std::move(way));
+}
+
+// Finds the ways to show the new canvas: each of the ways so far, with each disposal.
+void Planner::Follow(const Canvas& shown, const Rectangle& changed) {
+    std::vector<WayHandle> ways;
+    if (moments_.size() == 1) {
+        Propose(&ways, nullptr, kDisposeLeave, {}, empty_, shown, Compare(*empty_, *shown, animation_.Screen()).box);
+        ways_ = std::move(ways);
+        return;
+    }
+    const Difference plain = Compare(*canvas_, *shown, Common(changed, animation_.Screen()));
+    if (plain.vanishing.IsEmpty())
+        Propose(&ways, ways_.front(), kDisposeLeave, ways_.front()->box, canvas_, shown, plain.box);
+    for (const WayHandle& way : ways_) {
+        const Difference back = Compare(*way->base, *shown, Around(way->box, plain.box));
+        const bool helps = effort_ != Effort::kFast || back.pixels <= plain.pixels || !plain.vanishing.IsEmpty();
+        if (back.vanishing.IsEmpty() && helps)
+            Propose(&ways, way, kDisposePrevious, way->box, way->base, shown, back.box);
+        if (plain.vanishing.IsEmpty()) continue;
+        const Rectangle cleared = Around(way->box, plain.vanishing);
+        auto base = std::make_shared<Ids>(*canvas_);
+        for (int y = cleared.top; y < cleared.bottom; ++y)
+            std::fill_n(base->Row(y) + cleared.left, static_cast<size_t>(cleared.Width()), kTransparentId);
+        const Difference after = Compare(*base, *shown, Around(cleared, plain.box));
+        Propose(&ways, way, kDisposeBackground, cleared, base, shown, after.box);
+    }
+    KeepBest(&ways);
+    ways_ = std::move(ways);
+    Settle();
+}
+
+// Of ways that leave the same to the frames behind, the best; and of those the best few.
+void Planner::KeepBest(std::vector<WayHandle>* ways) {
+    std::stable_sort(ways->begin(), ways->end(),
+                     [](const WayHandle& a, const WayHandle& b) { return a->bits < b->bits; });
+    std::vector<WayHandle> kept;
+    for (const WayHandle& way : *ways) {
+        const bool isKnown = std::ranges::any_of(kept, [&](const WayHandle& k) { return k->base == way->base; });
+        if (!isKnown && kept.size() < kMostWays) kept.push_back(way);
+    }
+    *ways = std::move(kept);
+}
+
+const Way* AncestorAt(const Way* way, size_t moment) {
+    while (way->moment > moment) way = way->before.get();
+    return way;
+}
+
+// Plans the frames on which all ways agree; too many undecided ones are decided by the best way.
+void Planner::Settle() {
+    while (settled_ + 1 < moments_.size()) {
+        const Way* best = AncestorAt(ways_.front().get(), settled_ + 1);
+        if (moments_.size() - settled_ > kLongestLag)
+            std::erase_if(ways_, [&](const WayHandle& way) { return AncestorAt(way.get(), settled_ + 1) != best; });
+        if (!std::ranges::all_of(ways_, [&](const WayHandle& w) { return AncestorAt(w.get(), settled_ + 1) == best; }))
+            return;
+        Plan(*best->before, best->disposalBefore, best->boxBefore);
+        const_cast<Way*>(best)->before = nullptr;  // nobody looks behind it any more
+    }
+}
+
+void Planner::Finish() {
+    if (moments_.empty()) return;
+    ways_.resize(1);
+    Settle();
+    Plan(*ways_.front(), kDisposeLeave, ways_.front()->box);
+    PlannedFrame& last = plan_.frames.back();
+    last.isLast = true;
+    const uint8_t disposal = animation_.Frames().back().disposal;
+    if (disposal == kDisposeBackground || disposal == kDisposePrevious) last.disposal = disposal;
+    for (size_t i = 0; i < moments_.size(); ++i) {
+        plan_.frames[i].lastFrame = moments_[i].lastFrame;
+        plan_.frames[i].delay = moments_[i].delay;
+    }
+}
+
+void Planner::Plan(const Way& way, uint8_t disposal, const Rectangle& box) {
+    PlannedFrame frame;
+    frame.firstFrame = moments_[way.moment].firstFrame;
+    frame.disposal = disposal;
+    frame.box = box.IsEmpty() ? Rectangle{0, 0, 1, 1} : box;
+    const auto width = static_cast<size_t>(frame.box.Width());
+    frame.ids.reserve(frame.box.Pixels());
+    frame.free.resize(frame.box.Pixels());
+    uint8_t* free = frame.free.data();
+    for (int y = frame.box.top; y < frame.box.bottom; ++y, free += width) {
+        const ColourId* base = way.base->Row(y) + frame.box.left;
+        const ColourId* shown = way.canvas->Row(y) + frame.box.left;
+        frame.ids.insert(frame.ids.end(), shown, shown + width);
+        for (size_t x = 0; x < width; ++x) free[x] = base[x] == shown[x];
+    }
+    TakeColours(&frame);
+    plan_.frames.push_back(std::move(frame));
+    ++settled_;
+}
+
+void Planner::TakeColours(PlannedFrame* frame) {
+    enum : uint8_t { kNeeded = 1, kOffered = 2 };
+    const size_t colours = plan_.colours.Pixels().size();
+    marks_.assign(colours, 0);
+    for (size_t i = 0; i < frame->ids.size(); ++i)
+        marks_[frame->ids[i]] |= static_cast<uint8_t>(frame->free[i] ? kOffered : kNeeded);
+    frame->needsTransparency = marks_[kTransparentId] != 0;
+    for (size_t id = 0; id < colours; ++id) {
+        if (marks_[id] & kOffered) frame->hasFree = true;
+        if (id == kTransparentId) continue;
+        if (marks_[id] & kNeeded)
+            frame->needed.push_back(static_cast<ColourId>(id));
+        else if (marks_[id] & kOffered)
+            frame->offered.push_back(static_cast<ColourId>(id));
+    }
+}
+
+}  // namespace
+
+PlanResult PlanFrames(const Animation& animation, Effort effort, bool keepFrames, FramePlan* plan) {
+    return Planner(animation, effort, keepFrames, plan).Run();
+}
