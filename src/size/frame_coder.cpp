@@ -6,6 +6,7 @@
 #include "gif/descriptor.h"
 #include "gif/lzw_limits.h"
 #include "platform/bytes.h"
+#include "size/code_guess.h"
 #include "size/old_image.h"
 #include "size/recode.h"
 
@@ -30,7 +31,8 @@ struct Form {
     std::vector<uint8_t> pixels, free;
     int transparent = kNoTransparency;
     int codeSize = 0;
-    uint64_t guess = 0;  // bytes of the block
+    bool isFromPlan = false;  // its pixels are those of the plan: some may be free
+    uint64_t guess = 0;       // bytes of the block, once it was encoded in a hurry
 };
 
 int CodeSizeFor(int largestIndex) {
@@ -67,8 +69,12 @@ private:
     int Largest(const std::vector<ColourId>& ids) const;
     int ChooseTransparent(const FramePalette& palette, int* codeSize) const;
     void MakeForm(const FramePalette& palette, int codeSize);
+    void AddForms(Form form);
+    static uint64_t Guess(const Form& form);
     void MakeOldForm(const FramePalette& palette);
     void SearchForms();
+    static bool Search(const Form& form, Effort effort, EncodedPixels* codes);
+    bool IsClose(const Form& form) const;
     void Offer(const Form& form, EncodedPixels* codes);
     void Build(const FramePalette& palette, const Rectangle& box, uint8_t flags, const std::vector<uint8_t>& data);
 
@@ -183,6 +189,7 @@ void FrameCoder::MakeForm(const FramePalette& palette, int codeSize) {
     form.palette = &palette;
     form.box = frame_.box;
     form.codeSize = codeSize;
+    form.isFromPlan = true;
     if (frame_.hasFree) form.transparent = ChooseTransparent(palette, &form.codeSize);
     if (form.transparent == kNoTransparency) {
         if (frame_.needsTransparency) return;
@@ -197,8 +204,28 @@ void FrameCoder::MakeForm(const FramePalette& palette, int codeSize) {
             index = form.transparent;
         form.pixels[i] = static_cast<uint8_t>(index);
     }
-    if (form.transparent != kNoTransparency) form.free = frame_.free;
-    forms_.push_back(std::move(form));
+    AddForms(std::move(form));
+}
+
+// The form, and, where there is a choice, the one with all free pixels transparent. In a hurry only the better looking.
+void FrameCoder::AddForms(Form form) {
+    if (form.transparent == kNoTransparency) {
+        forms_.push_back(std::move(form));
+        return;
+    }
+    Form transparent = form;
+    for (size_t i = 0; i < form.pixels.size(); ++i)
+        if (frame_.free[i]) transparent.pixels[i] = static_cast<uint8_t>(form.transparent);
+    const bool isInHurry = task_.effort == Effort::kFast;
+    const bool looksBetter = isInHurry && Guess(transparent) < Guess(form);
+    if (!isInHurry || !looksBetter) forms_.push_back(std::move(form));
+    if (!isInHurry || looksBetter) forms_.push_back(std::move(transparent));
+}
+
+uint64_t FrameCoder::Guess(const Form& form) {
+    const auto width = static_cast<size_t>(form.box.Width());
+    return GuessCodeBits<uint8_t>(width, static_cast<size_t>(form.box.Height()),
+                                  [&](size_t y, uint8_t* row) { std::copy_n(&form.pixels[y * width], width, row); });
 }
 
 // The old image's own choice of what is transparent.
@@ -252,11 +279,8 @@ void FrameCoder::SearchForms() {
     std::vector<EncodedPixels> quick(forms_.size());
     std::vector<size_t> order;
     for (size_t i = 0; i < forms_.size(); ++i) {
-        Form& form = forms_[i];
-        if (!SearchCodes({form.pixels, form.free, form.transparent, form.codeSize, nullptr}, Effort::kFast, 0,
-                         &quick[i]))
-            continue;
-        form.guess = kHeadBytes + form.palette->LocalBytes() + quick[i].data.size();
+        if (!Search(forms_[i], Effort::kFast, &quick[i])) continue;
+        forms_[i].guess = kHeadBytes + forms_[i].palette->LocalBytes() + quick[i].data.size();
         order.push_back(i);
     }
     std::ranges::stable_sort(order, [this](size_t a, size_t b) { return forms_[a].guess < forms_[b].guess; });
@@ -265,11 +289,30 @@ void FrameCoder::SearchForms() {
     if (task_.effort == Effort::kFast) return;
     const size_t searched = task_.effort == Effort::kMax ? 2 : 1;
     for (size_t i = 0; i < std::min(searched, order.size()); ++i) {
-        const Form& form = forms_[order[i]];
+        Form& form = forms_[order[i]];
+        // Which of own colours and transparency is better is open where neither is much better.
+        if (form.isFromPlan && form.transparent != kNoTransparency && IsClose(form)) form.free = frame_.free;
         EncodedPixels codes;
-        if (SearchCodes({form.pixels, form.free, form.transparent, form.codeSize, nullptr}, task_.effort, 0, &codes))
-            Offer(form, &codes);
+        if (Search(form, task_.effort, &codes)) Offer(form, &codes);
     }
+}
+
+bool FrameCoder::Search(const Form& form, Effort effort, EncodedPixels* codes) {
+    PixelsToEncode image;
+    image.pixels = form.pixels;
+    image.free = form.free;
+    image.transparent = form.transparent;
+    image.codeSize = form.codeSize;
+    return SearchCodes(image, effort, 0, codes);
+}
+
+// Whether its sister, which treats free pixels in the other manner, came out about as well.
+bool FrameCoder::IsClose(const Form& form) const {
+    return std::ranges::any_of(forms_, [&form](const Form& other) {
+        return &other != &form && other.isFromPlan && other.palette == form.palette &&
+               other.codeSize == form.codeSize && other.transparent == form.transparent && other.guess &&
+               other.guess * 3 < form.guess * 4;
+    });
 }
 
 void FrameCoder::Offer(const Form& form, EncodedPixels* codes) {

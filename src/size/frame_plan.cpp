@@ -1,16 +1,21 @@
 #include "size/frame_plan.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstring>
+#include <new>
 
 #include "animation/stage.h"
 #include "gif/descriptor.h"
+#include "platform/parallel.h"
+#include "size/code_guess.h"
 
 namespace {
 
 constexpr uint32_t kMostDelay = 0xFFFF;
-constexpr size_t kMostWays = 4;     // of reaching a moment that are followed at a time
-constexpr size_t kLongestLag = 12;  // frames that may be undecided
+constexpr uint64_t kCantBeShown = uint64_t{1} << 48;  // bits
+constexpr size_t kMostWays = 4;                       // of reaching a moment that are followed at a time
+constexpr size_t kLongestLag = 12;                    // frames that may be undecided
 
 struct Ids {
     Ids(int w, int h) : width(w), ids(static_cast<size_t>(w) * static_cast<size_t>(h)) {}
@@ -56,31 +61,33 @@ Difference Compare(const Ids& from, const Ids& to, const Rectangle& within) {
     return found;
 }
 
-// About how many bits the codes of the change take: each border between two colours costs, less so where the row above
-// has it, too. What stays is taken as transparent.
+// About how many bits the codes of the change take. What stays is taken as transparent.
 uint64_t GuessBits(const Ids& from, const Ids& to, const Rectangle& box) {
-    constexpr uint64_t kBitsOfFrame = 8 * 20;
     constexpr ColourId kUnchanged = 0xFFFF;
-    if (box.IsEmpty()) return kBitsOfFrame;
     const auto width = static_cast<size_t>(box.Width());
-    std::vector<ColourId> above(width + 1, kUnchanged), row(width + 1, kUnchanged);
-    uint64_t borders = 0, repeated = 0;
+    return GuessCodeBits<ColourId>(width, static_cast<size_t>(box.Height()), [&](size_t y, ColourId* row) {
+        const ColourId* a = from.Row(box.top + static_cast<int>(y)) + box.left;
+        const ColourId* b = to.Row(box.top + static_cast<int>(y)) + box.left;
+        for (size_t x = 0; x < width; ++x) row[x] = a[x] == b[x] ? kUnchanged : b[x];
+    });
+}
+
+// Whether the change has more colours than fit into a palette beside what is transparent.
+bool HasTooManyColours(const Ids& from, const Ids& to, const Rectangle& box, size_t colours) {
+    constexpr size_t kMostBesideTransparent = 255;
+    if (colours <= kMostBesideTransparent) return false;
+    std::vector<uint8_t> isNeeded(colours);
+    size_t needed = 0;
     for (int y = box.top; y < box.bottom; ++y) {
-        const ColourId* a = from.Row(y) + box.left;
-        const ColourId* b = to.Row(y) + box.left;
-        for (size_t x = 0; x < width; ++x) row[x + 1] = a[x] == b[x] ? kUnchanged : b[x];
-        uint32_t inRow = 0, again = 0;
-        for (size_t x = 1; x <= width; ++x) {
-            const unsigned isBorder = row[x] != row[x - 1];
-            inRow += isBorder;
-            again += isBorder & static_cast<unsigned>(row[x] == above[x]) &
-                     static_cast<unsigned>(row[x - 1] == above[x - 1]);
-        }
-        borders += inRow;
-        repeated += again;
-        row.swap(above);
+        const ColourId* a = from.Row(y);
+        const ColourId* b = to.Row(y);
+        for (int x = box.left; x < box.right; ++x)
+            if (a[x] != b[x] && !isNeeded[b[x]]) {
+                isNeeded[b[x]] = 1;
+                ++needed;
+            }
     }
-    return kBitsOfFrame + 9 * (borders - repeated) + 4 * repeated + box.Pixels() / 24;
+    return needed > kMostBesideTransparent;
 }
 
 // One way to show a moment: drawing it on `base`.
@@ -92,6 +99,7 @@ struct Way {
     Rectangle box;
     uint64_t bits = 0;  // guessed, of all frames up to this one
     size_t moment = 0;
+    bool isAsBefore = false;  // it draws on what the document draws on, too
 };
 using WayHandle = std::shared_ptr<Way>;
 
@@ -103,8 +111,8 @@ struct Moment {
 
 class Planner {
 public:
-    Planner(const Animation& animation, Effort effort, bool keepFrames, FramePlan* plan)
-        : animation_(animation), effort_(effort), keepFrames_(keepFrames), plan_(*plan) {}
+    Planner(const Animation& animation, const PlanOptions& options, FramePlan* plan)
+        : animation_(animation), options_(options), plan_(*plan) {}
 
     PlanResult Run() {
         Stage stage;
@@ -121,9 +129,10 @@ public:
             StartMoment(frame);
             Follow(shown, stage.Changed());
             canvas_ = shown;
+            TakeDisposal(frame);
         }
         Finish();
-        return PlanResult::kDone;
+        return outOfMemory_ ? PlanResult::kNoMemory : PlanResult::kDone;
     }
 
 private:
@@ -133,23 +142,33 @@ private:
     void StartMoment(uint32_t frame);
     void Merge(uint32_t frame);
     void Follow(const Canvas& shown, const Rectangle& changed);
-    void Propose(std::vector<WayHandle>* ways, const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore,
-                 const Canvas& base, const Canvas& shown, const Rectangle& box) const;
-    void KeepBest(std::vector<WayHandle>* ways);
+    void TakeDisposal(uint32_t frame);
+    void Propose(const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore, const Canvas& base,
+                 const Canvas& shown, const Rectangle& box);
+    void ProposeClearing(const WayHandle& before, const Rectangle& cleared, const Canvas& shown,
+                         const Rectangle& changed);
+    bool WasCleared(const Rectangle& cleared) const;
+    void Price();
+    uint64_t Measure(const Way& way) const;
+    uint64_t BitsBefore() const;
+    void KeepBest();
     void Settle();
     void Finish();
     void Plan(const Way& way, uint8_t disposal, const Rectangle& box);
     void TakeColours(PlannedFrame* frame);
 
     const Animation& animation_;
-    Effort effort_;
-    bool keepFrames_;
+    const PlanOptions& options_;
     FramePlan& plan_;
     Canvas empty_, canvas_;
+    Canvas drawnOn_;    // what the document itself draws the next frame on; none where that was not made here
+    Rectangle oldBox_;  // of the frame before in the document, when its disposal clears it
     std::vector<Moment> moments_;
-    std::vector<WayHandle> ways_;  // to the last moment, the best first
-    size_t settled_ = 0;           // frames planned
-    std::vector<uint8_t> marks_;   // by colour, for TakeColours
+    std::vector<WayHandle> ways_;      // to the last moment, the best first
+    std::vector<WayHandle> proposed_;  // to the one at hand
+    size_t settled_ = 0;               // frames planned
+    std::vector<uint8_t> marks_;       // by colour, for TakeColours
+    std::atomic<bool> outOfMemory_ = false;
 };
 
 // The canvas as it is now: the one before when nothing differs; none when there are too many colours.
@@ -178,7 +197,7 @@ bool Planner::MayMerge(uint32_t number) const {
     const Frame& frame = animation_.Frames()[number];
     const Moment& moment = moments_.back();
     const uint32_t delay = moment.delay + frame.delay;
-    if (keepFrames_ || moment.isAlone || WaitsForUser(frame) || delay > kMostDelay) return false;
+    if (options_.keepFrames || moment.isAlone || WaitsForUser(frame) || delay > kMostDelay) return false;
     if (PlayedDelay(static_cast<uint16_t>(delay)) != moment.played + frame.length) return false;
     for (uint32_t block = frame.firstBlock; block < frame.block; ++block)
         if (animation_.List().blocks[block].kind == kPlainTextBlock) return false;
@@ -198,8 +217,18 @@ void Planner::Merge(uint32_t number) {
     moment.played += frame.length;
 }
 
-void Planner::Propose(std::vector<WayHandle>* ways, const WayHandle& before, uint8_t disposal,
-                      const Rectangle& boxBefore, const Canvas& base, const Canvas& shown, const Rectangle& box) const {
+// Notes what the document draws its next frame on.
+void Planner::TakeDisposal(uint32_t number) {
+    const Frame& frame = animation_.Frames()[number];
+    oldBox_ = frame.disposal == kDisposeBackground ? frame.area : Rectangle();
+    if (frame.disposal == kDisposeBackground)
+        drawnOn_ = nullptr;
+    else if (frame.disposal != kDisposePrevious)
+        drawnOn_ = canvas_;
+}
+
+void Planner::Propose(const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore, const Canvas& base,
+                      const Canvas& shown, const Rectangle& box) {
     auto way = std::make_shared<Way>();
     way->before = before;
     way->disposalBefore = disposal;
@@ -207,50 +236,117 @@ void Planner::Propose(std::vector<WayHandle>* ways, const WayHandle& before, uin
     way->base = base;
     way->canvas = shown;
     way->box = box;
-    way->bits = (before ? before->bits : 0) + GuessBits(*base, *shown, box);
     way->moment = moments_.size() - 1;
-    ways->push_back(std::move(way));
+    way->isAsBefore = base == drawnOn_ || (disposal == kDisposeBackground && boxBefore == oldBox_);
+    proposed_.push_back(std::move(way));
+}
+
+// The frame before clears `cleared` when its time is over.
+void Planner::ProposeClearing(const WayHandle& before, const Rectangle& cleared, const Canvas& shown,
+                              const Rectangle& changed) {
+    auto base = std::make_shared<Ids>(*canvas_);
+    for (int y = cleared.top; y < cleared.bottom; ++y)
+        std::fill_n(base->Row(y) + cleared.left, static_cast<size_t>(cleared.Width()), kTransparentId);
+    const Difference after = Compare(*base, *shown, Around(cleared, changed));
+    Propose(before, kDisposeBackground, cleared, base, shown, after.box);
+}
+
+// Whether the frame before clears in the document, too, and this and more.
+bool Planner::WasCleared(const Rectangle& cleared) const {
+    return !oldBox_.IsEmpty() && oldBox_ != cleared && Common(oldBox_, cleared) == cleared;
 }
 
 // Finds the ways to show the new canvas: each of the ways so far, with each disposal.
 void Planner::Follow(const Canvas& shown, const Rectangle& changed) {
-    std::vector<WayHandle> ways;
+    proposed_.clear();
     if (moments_.size() == 1) {
-        Propose(&ways, nullptr, kDisposeLeave, {}, empty_, shown, Compare(*empty_, *shown, animation_.Screen()).box);
-        ways_ = std::move(ways);
+        drawnOn_ = empty_;
+        Propose(nullptr, kDisposeLeave, {}, empty_, shown, Compare(*empty_, *shown, animation_.Screen()).box);
+        std::swap(ways_, proposed_);
         return;
     }
     const Difference plain = Compare(*canvas_, *shown, Common(changed, animation_.Screen()));
-    if (plain.vanishing.IsEmpty())
-        Propose(&ways, ways_.front(), kDisposeLeave, ways_.front()->box, canvas_, shown, plain.box);
+    const bool vanishes = !plain.vanishing.IsEmpty();
+    if (!vanishes) Propose(ways_.front(), kDisposeLeave, ways_.front()->box, canvas_, shown, plain.box);
     for (const WayHandle& way : ways_) {
         const Difference back = Compare(*way->base, *shown, Around(way->box, plain.box));
-        const bool helps = effort_ != Effort::kFast || back.pixels <= plain.pixels || !plain.vanishing.IsEmpty();
-        if (back.vanishing.IsEmpty() && helps)
-            Propose(&ways, way, kDisposePrevious, way->box, way->base, shown, back.box);
-        if (plain.vanishing.IsEmpty()) continue;
+        const bool helps = options_.effort != Effort::kFast || back.pixels <= plain.pixels || vanishes;
+        if (back.vanishing.IsEmpty() && helps) Propose(way, kDisposePrevious, way->box, way->base, shown, back.box);
+        if (!vanishes) continue;
         const Rectangle cleared = Around(way->box, plain.vanishing);
-        auto base = std::make_shared<Ids>(*canvas_);
-        for (int y = cleared.top; y < cleared.bottom; ++y)
-            std::fill_n(base->Row(y) + cleared.left, static_cast<size_t>(cleared.Width()), kTransparentId);
-        const Difference after = Compare(*base, *shown, Around(cleared, plain.box));
-        Propose(&ways, way, kDisposeBackground, cleared, base, shown, after.box);
+        ProposeClearing(way, cleared, shown, plain.box);
+        if (WasCleared(cleared)) ProposeClearing(way, oldBox_, shown, plain.box);
     }
-    KeepBest(&ways);
-    ways_ = std::move(ways);
+    Price();
+    KeepBest();
     Settle();
 }
 
-// Of ways that leave the same to the frames behind, the best; and of those the best few.
-void Planner::KeepBest(std::vector<WayHandle>* ways) {
-    std::stable_sort(ways->begin(), ways->end(),
-                     [](const WayHandle& a, const WayHandle& b) { return a->bits < b->bits; });
-    std::vector<WayHandle> kept;
-    for (const WayHandle& way : *ways) {
-        const bool isKnown = std::ranges::any_of(kept, [&](const WayHandle& k) { return k->base == way->base; });
-        if (!isKnown && kept.size() < kMostWays) kept.push_back(way);
+// The bits that a frame takes, all pixels that stay transparent.
+uint64_t Planner::Measure(const Way& way) const {
+    std::vector<uint8_t> pixels;
+    pixels.reserve(way.box.Pixels());
+    std::vector<int16_t> indexOf(plan_.colours.Pixels().size(), -1);
+    int colours = 1;  // 0 is what stays
+    for (int y = way.box.top; y < way.box.bottom; ++y) {
+        const ColourId* base = way.base->Row(y);
+        const ColourId* shown = way.canvas->Row(y);
+        for (int x = way.box.left; x < way.box.right; ++x) {
+            int16_t& index = indexOf[shown[x]];
+            if (base[x] != shown[x] && index < 0) index = static_cast<int16_t>(std::min(colours++, UINT8_MAX));
+            pixels.push_back(base[x] == shown[x] ? uint8_t{0} : static_cast<uint8_t>(index));
+        }
     }
-    *ways = std::move(kept);
+    int codeSize = 2;
+    while (codeSize < 8 && 1 << codeSize < colours) ++codeSize;
+    EncodedPixels codes;
+    PixelsToEncode image;
+    image.pixels = pixels;
+    image.codeSize = codeSize;
+    return SearchCodes(image, Effort::kFast, 0, &codes) ? codes.bits : pixels.size() * 8;
+}
+
+// The bits of the image that the document has for the last moment. They will do where what it is drawn on is the same.
+uint64_t Planner::BitsBefore() const {
+    const Frame& frame = animation_.Frames()[moments_.back().firstFrame];
+    const uint64_t bytes = animation_.List().blocks[frame.block].source.bytes;
+    return bytes ? bytes * 8 : UINT64_MAX;
+}
+
+// Tells how many bits each proposed way takes. Where there is but one, it does not matter.
+void Planner::Price() {
+    constexpr uint64_t kBitsOfFrame = 8 * 20;
+    if (proposed_.size() > 1) {
+        RunInParallel(proposed_.size(), options_.threads, [this](size_t i) {
+            Way& way = *proposed_[i];
+            const bool measures = options_.effort != Effort::kFast;
+            const size_t colours = plan_.colours.Pixels().size();
+            try {
+                if (HasTooManyColours(*way.base, *way.canvas, way.box, colours))
+                    way.bits = kCantBeShown;
+                else
+                    way.bits = measures ? Measure(way) : GuessBits(*way.base, *way.canvas, way.box);
+            } catch (const std::bad_alloc&) {
+                way.bits = way.box.Pixels() * 8;
+                outOfMemory_ = true;
+            }
+        });
+    }
+    for (const WayHandle& way : proposed_) {
+        if (way->isAsBefore) way->bits = std::min(way->bits, BitsBefore());
+        way->bits += way->before->bits + kBitsOfFrame;
+    }
+}
+
+// Of ways that leave the same to the frames behind, the best; and of those the best few.
+void Planner::KeepBest() {
+    std::stable_sort(proposed_.begin(), proposed_.end(),
+                     [](const WayHandle& a, const WayHandle& b) { return a->bits < b->bits; });
+    ways_.clear();
+    for (const WayHandle& way : proposed_) {
+        const bool isKnown = std::ranges::any_of(ways_, [&](const WayHandle& k) { return k->base == way->base; });
+        if (!isKnown && ways_.size() < kMostWays) ways_.push_back(way);
+    }
 }
 
 const Way* AncestorAt(const Way* way, size_t moment) {
@@ -325,6 +421,6 @@ void Planner::TakeColours(PlannedFrame* frame) {
 
 }  // namespace
 
-PlanResult PlanFrames(const Animation& animation, Effort effort, bool keepFrames, FramePlan* plan) {
-    return Planner(animation, effort, keepFrames, plan).Run();
+PlanResult PlanFrames(const Animation& animation, const PlanOptions& options, FramePlan* plan) {
+    return Planner(animation, options, plan).Run();
 }

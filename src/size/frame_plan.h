@@ -28,9 +28,15 @@ struct FramePlan {
     std::vector<PlannedFrame> frames;
 };
 
+struct PlanOptions {
+    Effort effort = Effort::kNormal;
+    bool keepFrames = false;  // as many frames as there are
+    size_t threads = 1;
+};
+
 enum class PlanResult : uint8_t { kDone, kTooManyColours, kNoMemory };
 
 // Composes the animation, whose canvas must fit (FitsCanvas) and which has a frame and no texts drawn, and plans its
 // frames. Frames that show the same become one where all players take the same time for it; with `keepFrames` none do.
 // May throw std::bad_alloc.
-PlanResult PlanFrames(const Animation& animation, Effort effort, bool keepFrames, FramePlan* plan);
+PlanResult PlanFrames(const Animation& animation, const PlanOptions& options, FramePlan* plan);

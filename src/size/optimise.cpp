@@ -51,7 +51,7 @@ public:
     OptimiseResult Run(const ReadReport& report, BlockList* smaller) {
         if (!animation_.Open(list_, Texts::kLeftOut)) return OptimiseResult::kNoMemory;
         if (!CanBeOptimised(animation_, report)) return OptimiseResult::kLeftAlone;
-        switch (PlanFrames(animation_, options_.effort, options_.keepFrames, &plan_)) {
+        switch (PlanFrames(animation_, {options_.effort, options_.keepFrames, Threads()}, &plan_)) {
             case PlanResult::kDone: break;
             case PlanResult::kTooManyColours: return OptimiseResult::kLeftAlone;
             case PlanResult::kNoMemory: return OptimiseResult::kNoMemory;
@@ -64,6 +64,7 @@ public:
     }
 
 private:
+    size_t Threads() const { return options_.threads ? options_.threads : ParallelThreads(); }
     void PlanPalette();
     OptimiseResult CodeFrames();
     void CodeOne(size_t number);
@@ -132,8 +133,7 @@ void Optimiser::CodeOne(size_t number) {
 
 OptimiseResult Optimiser::CodeFrames() {
     coded_.resize(plan_.frames.size());
-    RunInParallel(coded_.size(), options_.threads ? options_.threads : ParallelThreads(),
-                  [this](size_t number) { CodeOne(number); });
+    RunInParallel(coded_.size(), Threads(), [this](size_t number) { CodeOne(number); });
     if (noMemory_) return OptimiseResult::kNoMemory;
     if (stopped_) return OptimiseResult::kStopped;
     return cantBeShown_ ? OptimiseResult::kNothingGained : OptimiseResult::kSmaller;
@@ -145,6 +145,8 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) co
     File written, back;
     if (!before || !written.CreateMemory() || !WriteWholeGif(rebuilt, written, nullptr))
         return OptimiseResult::kNoMemory;
+        fprintf(stderr, "written %zu before %llu\n", written.Written().size(),
+                static_cast<unsigned long long>(*before));
     if (written.Written().size() >= *before) return OptimiseResult::kNothingGained;
     back.OpenMemory(written.Written().data(), written.Written().size());
     BlockList proven;
