@@ -67,6 +67,9 @@ private:
     void MakeForms(const FramePalette& palette);
     void Number(const FramePalette& palette);
     int Largest(const std::vector<ColourId>& ids) const;
+    using Uses = std::array<uint32_t, 256>;
+
+    Uses CountUses(const FramePalette& palette) const;
     int ChooseTransparent(const FramePalette& palette, int* codeSize) const;
     void MakeForm(const FramePalette& palette, int codeSize);
     void AddForms(Form form);
@@ -165,17 +168,27 @@ void FrameCoder::RecodeOld(const FramePalette& palette) {
     Build(palette, old_->place, old_->isInterlaced ? kImageInterlaced : uint8_t{0}, codes.data);
 }
 
-// The index below 1 << *codeSize that colours can do best without; one more bit is taken when there is none.
-int FrameCoder::ChooseTransparent(const FramePalette& palette, int* codeSize) const {
-    std::array<uint32_t, 256> uses = {};
+// How often free pixels show each index; those that are needed count as always.
+FrameCoder::Uses FrameCoder::CountUses(const FramePalette& palette) const {
+    Uses uses = {};
     for (ColourId id : frame_.needed) uses[static_cast<size_t>(indexOf_[id])] = UINT32_MAX;
+    const bool hasRoom = frame_.needed.size() + frame_.offered.size() < palette.Entries();
+    for (ColourId id : frame_.offered)
+        if (indexOf_[id] != kNone) uses[static_cast<size_t>(indexOf_[id])] = 1;
+    if (hasRoom) return uses;  // there is one that nothing shows: never mind how often the others are shown
     for (size_t i = 0; i < frame_.ids.size(); ++i) {
         const int index = frame_.free[i] ? indexOf_[frame_.ids[i]] : kNone;
         if (index != kNone && uses[static_cast<size_t>(index)] != UINT32_MAX) ++uses[static_cast<size_t>(index)];
     }
+    return uses;
+}
+
+// The index below 1 << *codeSize that colours can do best without; one more bit is taken when there is none.
+int FrameCoder::ChooseTransparent(const FramePalette& palette, int* codeSize) const {
+    const Uses uses = CountUses(palette);
     for (; *codeSize <= kMostCodeSize; ++*codeSize) {
         const size_t room = std::min(palette.Entries(), size_t{1} << *codeSize);
-        const auto least = std::min_element(uses.begin(), uses.begin() + static_cast<ptrdiff_t>(room));
+        const auto* least = std::min_element(uses.begin(), uses.begin() + static_cast<ptrdiff_t>(room));
         if (*least != UINT32_MAX) return static_cast<int>(least - uses.begin());
         if (room == palette.Entries()) break;
     }
@@ -196,14 +209,13 @@ void FrameCoder::MakeForm(const FramePalette& palette, int codeSize) {
         form.codeSize = std::max(codeSize, CodeSizeFor(std::max(Largest(frame_.needed), Largest(frame_.offered))));
         if (form.codeSize > kMostCodeSize) return;
     }
-    const int room = 1 << form.codeSize;
-    form.pixels.resize(frame_.ids.size());
-    for (size_t i = 0; i < frame_.ids.size(); ++i) {
-        int index = indexOf_[frame_.ids[i]];
-        if (frame_.free[i] && (index == kNone || index >= room || frame_.ids[i] == kTransparentId))
-            index = form.transparent;
-        form.pixels[i] = static_cast<uint8_t>(index);
+    std::vector<uint8_t> written(indexOf_.size());  // by colour
+    for (size_t id = 0; id < written.size(); ++id) {
+        const bool hasIndex = indexOf_[id] != kNone && indexOf_[id] < 1 << form.codeSize;
+        written[id] = static_cast<uint8_t>(hasIndex ? indexOf_[id] : form.transparent);
     }
+    form.pixels.resize(frame_.ids.size());
+    std::ranges::transform(frame_.ids, form.pixels.begin(), [&written](ColourId id) { return written[id]; });
     AddForms(std::move(form));
 }
 
@@ -214,12 +226,13 @@ void FrameCoder::AddForms(Form form) {
         return;
     }
     Form transparent = form;
-    for (size_t i = 0; i < form.pixels.size(); ++i)
-        if (frame_.free[i]) transparent.pixels[i] = static_cast<uint8_t>(form.transparent);
+    const auto index = static_cast<uint8_t>(form.transparent);
+    std::ranges::transform(form.pixels, frame_.free, transparent.pixels.begin(),
+                           [index](uint8_t pixel, uint8_t isFree) { return isFree ? index : pixel; });
     const bool isInHurry = task_.effort == Effort::kFast;
-    const bool looksBetter = isInHurry && Guess(transparent) < Guess(form);
-    if (!isInHurry || !looksBetter) forms_.push_back(std::move(form));
-    if (!isInHurry || looksBetter) forms_.push_back(std::move(transparent));
+    const uint64_t own = isInHurry ? Guess(form) : 0, other = isInHurry ? Guess(transparent) : 0;
+    if (!isInHurry || own <= other) forms_.push_back(std::move(form));
+    if (!isInHurry || other < own) forms_.push_back(std::move(transparent));
 }
 
 uint64_t FrameCoder::Guess(const Form& form) {

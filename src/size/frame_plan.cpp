@@ -333,7 +333,7 @@ void Planner::Price() {
         });
     }
     for (const WayHandle& way : proposed_) {
-        if (way->isAsBefore) way->bits = std::min(way->bits, BitsBefore());
+        if (way->isAsBefore && options_.effort != Effort::kFast) way->bits = std::min(way->bits, BitsBefore());
         way->bits += way->before->bits + kBitsOfFrame;
     }
 }
@@ -406,8 +406,14 @@ void Planner::TakeColours(PlannedFrame* frame) {
     enum : uint8_t { kNeeded = 1, kOffered = 2 };
     const size_t colours = plan_.colours.Pixels().size();
     marks_.assign(colours, 0);
-    for (size_t i = 0; i < frame->ids.size(); ++i)
-        marks_[frame->ids[i]] |= static_cast<uint8_t>(frame->free[i] ? kOffered : kNeeded);
+    ColourId lastId = 0;
+    int lastFree = -1;  // pixels come in runs
+    for (size_t i = 0; i < frame->ids.size(); ++i) {
+        if (frame->ids[i] == lastId && frame->free[i] == lastFree) continue;
+        lastId = frame->ids[i];
+        lastFree = frame->free[i];
+        marks_[lastId] |= static_cast<uint8_t>(lastFree ? kOffered : kNeeded);
+    }
     frame->needsTransparency = marks_[kTransparentId] != 0;
     for (size_t id = 0; id < colours; ++id) {
         if (marks_[id] & kOffered) frame->hasFree = true;

@@ -1,5 +1,7 @@
 #include "size/old_image.h"
 
+#include <algorithm>
+
 #include "gif/descriptor.h"
 #include "gif/source_bytes.h"
 #include "imaging/row_packer.h"
@@ -17,7 +19,12 @@ bool TakePixels(const Block& block, OldImage* old) {
     old->pixels.resize(width * fields.height);
     for (int y = 0; y < fields.height; ++y)
         UnpackRow(&old->pixels[static_cast<size_t>(y) * width], ImageRow(bitmap, y), fields.width, bitmap->bitCount);
-    for (uint8_t index : old->pixels) old->isUsed[index] = true;
+    int last = -1;  // pixels come in runs
+    for (uint8_t index : old->pixels) {
+        if (index == last) continue;
+        old->isUsed[index] = true;
+        last = index;
+    }
     return true;
 }
 
@@ -46,18 +53,24 @@ void TakeBytes(OldImage* old) {
 bool Shows(const PlannedFrame& frame, const OldImage& old) {
     const auto boxWidth = static_cast<size_t>(frame.box.Width());
     const auto oldWidth = static_cast<size_t>(old.place.Width());
+    const Rectangle both = Common(frame.box, old.place);
+    std::vector<ColourId> drawn(boxWidth);
     for (int y = frame.box.top; y < frame.box.bottom; ++y) {
         const size_t row = static_cast<size_t>(y - frame.box.top) * boxWidth;
-        for (int x = frame.box.left; x < frame.box.right; ++x) {
-            const size_t at = row + static_cast<size_t>(x - frame.box.left);
-            const bool isInside =
-                x >= old.place.left && x < old.place.right && y >= old.place.top && y < old.place.bottom;
-            ColourId drawn = kTransparentId;
-            if (isInside)
-                drawn = old.ids[old.pixels[static_cast<size_t>(y - old.place.top) * oldWidth +
-                                           static_cast<size_t>(x - old.place.left)]];
-            if (drawn == kTransparentId ? !frame.free[at] : drawn != frame.ids[at]) return false;
+        std::ranges::fill(drawn, kTransparentId);
+        if (y >= both.top && y < both.bottom) {
+            const uint8_t* from = &old.pixels[static_cast<size_t>(y - old.place.top) * oldWidth +
+                                              static_cast<size_t>(both.left - old.place.left)];
+            std::transform(from, from + both.Width(), drawn.begin() + (both.left - frame.box.left),
+                           [&old](uint8_t index) { return old.ids[index]; });
         }
+        unsigned wrong = 0;
+        for (size_t x = 0; x < boxWidth; ++x) {
+            const bool isLeft = drawn[x] == kTransparentId;
+            wrong |= static_cast<unsigned>(isLeft & (frame.free[row + x] == 0)) |
+                     static_cast<unsigned>(!isLeft & (drawn[x] != frame.ids[row + x]));
+        }
+        if (wrong) return false;
     }
     return true;
 }
