@@ -145,8 +145,6 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) co
     File written, back;
     if (!before || !written.CreateMemory() || !WriteWholeGif(rebuilt, written, nullptr))
         return OptimiseResult::kNoMemory;
-        fprintf(stderr, "written %zu before %llu\n", written.Written().size(),
-                static_cast<unsigned long long>(*before));
     if (written.Written().size() >= *before) return OptimiseResult::kNothingGained;
     back.OpenMemory(written.Written().data(), written.Written().size());
     BlockList proven;
