@@ -117,6 +117,7 @@ public:
     PlanResult Run() {
         Stage stage;
         if (!stage.Open(animation_, 0)) return PlanResult::kNoMemory;
+        pixels_.resize(animation_.Screen().Pixels());
         canvas_ = empty_ = std::make_shared<Ids>(animation_.Width(), animation_.Height());
         for (uint32_t frame = 0; frame < animation_.Frames().size(); ++frame) {
             if (!stage.Show(frame)) return PlanResult::kNoMemory;
@@ -163,6 +164,7 @@ private:
     Canvas empty_, canvas_;
     Canvas drawnOn_;    // what the document itself draws the next frame on; none where that was not made here
     Rectangle oldBox_;  // of the frame before in the document, when its disposal clears it
+    std::vector<uint32_t> pixels_;  // of canvas_
     std::vector<Moment> moments_;
     std::vector<WayHandle> ways_;      // to the last moment, the best first
     std::vector<WayHandle> proposed_;  // to the one at hand
@@ -174,14 +176,18 @@ private:
 // The canvas as it is now: the one before when nothing differs; none when there are too many colours.
 Canvas Planner::Take(const Stage& stage) {
     const Rectangle area = Common(stage.Changed(), animation_.Screen());
-    const auto width = static_cast<size_t>(area.Width());
-    std::vector<ColourId> row(width);
     std::shared_ptr<Ids> taken;
     for (int y = area.top; y < area.bottom; ++y) {
-        if (!plan_.colours.Number(stage.Canvas().Row(y) + area.left, width, row.data())) return nullptr;
-        if (memcmp(row.data(), canvas_->Row(y) + area.left, width * sizeof(ColourId)) == 0) continue;
+        const uint32_t* row = stage.Canvas().Row(y);
+        uint32_t* before = &pixels_[static_cast<size_t>(y) * static_cast<size_t>(animation_.Width())];
+        int left = area.left, right = area.right;
+        if (memcmp(row + left, before + left, static_cast<size_t>(right - left) * sizeof *row) == 0) continue;
+        while (row[left] == before[left]) ++left;
+        while (row[right - 1] == before[right - 1]) --right;
         if (!taken) taken = std::make_shared<Ids>(*canvas_);
-        memcpy(taken->Row(y) + area.left, row.data(), width * sizeof(ColourId));
+        const auto width = static_cast<size_t>(right - left);
+        if (!plan_.colours.Number(row + left, width, taken->Row(y) + left)) return nullptr;
+        memcpy(before + left, row + left, width * sizeof *row);
     }
     return taken ? Canvas(taken) : canvas_;
 }
