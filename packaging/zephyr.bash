@@ -79,6 +79,8 @@ _zephyr_value() {  # OPTION: what may follow it
   case $1 in
     -o) _zephyr_files gif ;;
     --sheet | --apng) _zephyr_files png ;;
+    --effort) _zephyr_offer "$prefix"{fast,normal,max} ;;
+    --strip) _zephyr_offer "$prefix"{comments,applications,names,texts,unknown} ;;
     --level) _zephyr_offer "$prefix"{0..9} ;;
     --palette) _zephyr_offer "$prefix"{0..9} ;;
     --kind) _zephyr_offer "$prefix"{image,control,comment,plaintext,loop} ;;
@@ -97,7 +99,7 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_indexes "$1" ;;
-    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
+    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | optimise:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
   esac
 }
 
@@ -108,7 +110,7 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list diff save extract remap insert delete set build repair frames check --help --version
+    _zephyr_offer list diff save extract remap insert delete set build repair frames check optimise --help --version
     return
   fi
   case ${words[1]} in
@@ -121,6 +123,7 @@ _zephyr() {  # PROGRAM, as it was typed
     repair) options="--fit-screen $names" ;;
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
+    optimise) options='--effort --keep-frames --strip --jobs --strict' ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;
   esac
@@ -128,7 +131,7 @@ _zephyr() {  # PROGRAM, as it was typed
     # Behind "--" no word is an option: none begins with a hyphen once `ended` stands in front of it.
     case $ended${words[i]} in
       --) ended=yes ;;
-      -o | --palette | --kind | --match | --at | --delay | --background | --level | --sheet | --columns | --apng | --owner | --organisation) ((++i)) ;;
+      -o | --palette | --kind | --match | --at | --delay | --background | --level | --sheet | --columns | --apng | --effort | --strip | --jobs | --owner | --organisation) ((++i)) ;;
       -?*) ;;
       *) operands+=("${words[i]}") ;;
     esac
