@@ -47,14 +47,15 @@ public:
         coded_.bytes = UINT64_MAX;
     }
 
-    bool Run() {
+    CodingResult Run() {
         old_ = FindOldImage(*task_.animation, task_.plan->colours, frame_);
         MakePalettes();
         KeepOldBlock();
         for (const FramePalette& palette : palettes_) RecodeOld(palette);
         for (const FramePalette& palette : palettes_) MakeForms(palette);
         SearchForms();
-        return coded_.bytes != UINT64_MAX;
+        if (outOfMemory_) return CodingResult::kNoMemory;
+        return coded_.bytes == UINT64_MAX ? CodingResult::kCantBeShown : CodingResult::kDone;
     }
 
 private:
@@ -76,7 +77,7 @@ private:
     static uint64_t Guess(const Form& form);
     void MakeOldForm(const FramePalette& palette);
     void SearchForms();
-    static bool Search(const Form& form, Effort effort, EncodedPixels* codes);
+    bool Search(const Form& form, Effort effort, EncodedPixels* codes);
     bool IsClose(const Form& form) const;
     void Offer(const Form& form, EncodedPixels* codes);
     void Build(const FramePalette& palette, const Rectangle& box, uint8_t flags, const std::vector<uint8_t>& data);
@@ -88,6 +89,7 @@ private:
     std::optional<OldImage> old_;
     std::vector<FramePalette> palettes_;
     std::vector<Form> forms_;
+    bool outOfMemory_ = false;
 };
 
 // The global palette where it has the colours, and ones of the frame's own.
@@ -316,7 +318,9 @@ bool FrameCoder::Search(const Form& form, Effort effort, EncodedPixels* codes) {
     image.free = form.free;
     image.transparent = form.transparent;
     image.codeSize = form.codeSize;
-    return SearchCodes(image, effort, 0, codes);
+    if (SearchCodes(image, effort, 0, codes)) return true;
+    outOfMemory_ = true;  // no other reason is left
+    return false;
 }
 
 // Whether its sister, which treats free pixels in the other manner, came out about as well.
@@ -360,6 +364,6 @@ void FrameCoder::Build(const FramePalette& palette, const Rectangle& box, uint8_
 
 }  // namespace
 
-bool CodeFrame(const CodingTask& task, const PlannedFrame& frame, CodedFrame* coded) {
+CodingResult CodeFrame(const CodingTask& task, const PlannedFrame& frame, CodedFrame* coded) {
     return FrameCoder(task, frame, coded).Run();
 }

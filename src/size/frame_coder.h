@@ -24,5 +24,11 @@ struct CodedFrame {
     int transparent = kNoTransparency;
 };
 
-// Finds the block for `frame`. False when none of the forms it knows can show it. May throw std::bad_alloc.
-[[nodiscard]] bool CodeFrame(const CodingTask& task, const PlannedFrame& frame, CodedFrame* coded);
+enum class CodingResult : uint8_t {
+    kDone,
+    kCantBeShown,  // in none of the forms that it knows
+    kNoMemory,
+};
+
+// Finds the block for `frame`. May throw std::bad_alloc.
+CodingResult CodeFrame(const CodingTask& task, const PlannedFrame& frame, CodedFrame* coded);

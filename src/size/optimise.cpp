@@ -122,7 +122,9 @@ void Optimiser::CodeOne(size_t number) {
         return;
     }
     try {
-        if (!CodeFrame(task_, plan_.frames[number], &coded_[number])) cantBeShown_ = true;
+        const CodingResult result = CodeFrame(task_, plan_.frames[number], &coded_[number]);
+        if (result == CodingResult::kCantBeShown) cantBeShown_ = true;
+        if (result == CodingResult::kNoMemory) noMemory_ = true;
         const std::lock_guard lock(watching_);
         ++done_;
         if (watch_) watch_->OnFrame(done_, coded_.size());
@@ -148,7 +150,9 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) co
     if (written.Written().size() >= *before) return OptimiseResult::kNothingGained;
     back.OpenMemory(written.Written().data(), written.Written().size());
     BlockList proven;
-    if (!CreateBlockList(&proven) || ReadGif(&proven, back, nullptr, Manner::kWhole) != kReadDone)
+    ReadReport report;
+    if (!CreateBlockList(&proven) || ReadGif(&proven, back, &report, Manner::kWhole) != kReadDone ||
+        std::ranges::find(report.damages, DamageKind::kPictureTooLarge, &Damage::kind) != report.damages.end())
         return OptimiseResult::kNoMemory;
     switch (PlaysAlike(list_, proven)) {
         case Likeness::kAlike: break;

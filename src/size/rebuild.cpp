@@ -36,12 +36,27 @@ private:
         return true;
     }
 
-    // Copies what stands before the frame's image, but not its control.
+    // Copies what stands before the frame's image, but for controls: the last one is written anew, and others have no
+    // effect, unless it is on a text behind them.
     bool CopyUpTo(uint32_t* next, const Frame& frame) {
-        const auto control = frame.control < 0 ? frame.block : static_cast<uint32_t>(frame.control);
-        if (!CopyBlocks(*next, control) || !CopyBlocks(control + 1, frame.block)) return false;
+        hasOtherControl_ = false;
+        for (uint32_t index = *next; index < frame.block; ++index) {
+            const Block& block = old_.blocks[index];
+            const bool isLeftOut = block.kind == kControlBlock && !IsOfText(index);
+            if (!isLeftOut && !AppendBlock(&new_, block)) return false;
+            hasOtherControl_ = hasOtherControl_ || (block.kind == kControlBlock && !isLeftOut);
+        }
         *next = frame.block + 1;
         return true;
+    }
+
+    // Whether the next text, control or image behind a control is a text.
+    bool IsOfText(uint32_t control) const {
+        for (uint32_t index = control + 1; index < old_.count; ++index) {
+            const uint16_t kind = old_.blocks[index].kind;
+            if (kind == kPlainTextBlock || kind == kControlBlock || kind == kImageBlock) return kind == kPlainTextBlock;
+        }
+        return false;
     }
 
     bool AppendFrame(size_t number);
@@ -52,6 +67,7 @@ private:
     const std::vector<CodedFrame>& coded_;
     const BlockList& old_;
     BlockList& new_;
+    bool hasOtherControl_ = false;  // before the image at hand, that is not for it
 };
 
 // Gives the image these bytes.
@@ -92,7 +108,8 @@ bool Rebuilder::AppendControl(const PlannedFrame& frame, int transparent) {
         fields.packed |= kControlTransparent;
         fields.transparentIndex = static_cast<uint8_t>(transparent);
     }
-    const bool isNeeded = fields.delay || !leaves || (fields.packed & (kControlTransparent | kControlUserInput));
+    const bool isNeeded =
+        hasOtherControl_ || fields.delay || !leaves || (fields.packed & (kControlTransparent | kControlUserInput));
     if (!isNeeded) return true;
     const bool isSame = old.control >= 0 && fields.packed == before.packed && fields.delay == before.delay &&
                         fields.transparentIndex == before.transparentIndex;
