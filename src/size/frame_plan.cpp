@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstring>
+#include <iterator>
 #include <new>
 
 #include "animation/stage.h"
@@ -150,6 +151,11 @@ private:
                          const Rectangle& changed);
     bool WasCleared(const Rectangle& cleared) const;
     void Price();
+    void Guess(Way* way) const;
+    void MeasureClose();
+    void Mend(Way* way) const;
+    template <typename Work>
+    void ForEachProposed(const Work& work);
     uint64_t Measure(const Way& way) const;
     uint64_t BitsBefore() const;
     void KeepBest();
@@ -170,6 +176,7 @@ private:
     std::vector<WayHandle> proposed_;  // to the one at hand
     size_t settled_ = 0;               // frames planned
     std::vector<uint8_t> marks_;       // by colour, for TakeColours
+    double bitsOfGuess_ = 1;           // how many a guessed one has lately come to
     std::atomic<bool> outOfMemory_ = false;
 };
 
@@ -323,25 +330,57 @@ uint64_t Planner::BitsBefore() const {
 void Planner::Price() {
     constexpr uint64_t kBitsOfFrame = 8 * 20;
     if (proposed_.size() > 1) {
-        RunInParallel(proposed_.size(), options_.threads, [this](size_t i) {
-            Way& way = *proposed_[i];
-            const bool measures = options_.effort != Effort::kFast;
-            const size_t colours = plan_.colours.Pixels().size();
-            try {
-                if (HasTooManyColours(*way.base, *way.canvas, way.box, colours))
-                    way.bits = kCantBeShown;
-                else
-                    way.bits = measures ? Measure(way) : GuessBits(*way.base, *way.canvas, way.box);
-            } catch (const std::bad_alloc&) {
-                way.bits = way.box.Pixels() * 8;
-                outOfMemory_ = true;
-            }
-        });
+        ForEachProposed([this](Way& way) { Guess(&way); });
+        if (options_.effort != Effort::kFast) MeasureClose();
     }
     for (const WayHandle& way : proposed_) {
         if (way->isAsBefore && options_.effort != Effort::kFast) way->bits = std::min(way->bits, BitsBefore());
         way->bits += way->before->bits + kBitsOfFrame;
     }
+}
+
+void Planner::Guess(Way* way) const {
+    const bool cantBeShown = HasTooManyColours(*way->base, *way->canvas, way->box, plan_.colours.Pixels().size());
+    way->bits = cantBeShown ? kCantBeShown : GuessBits(*way->base, *way->canvas, way->box);
+}
+
+// Measures where guesses do not tell which way is best. What they come to, compared with what was guessed, mends the
+// other guesses.
+void Planner::MeasureClose() {
+    const auto least = std::ranges::min_element(proposed_, {}, [](const WayHandle& way) { return way->bits; });
+    const uint64_t close = (*least)->bits + (*least)->bits / 2;
+    const auto isClose = [close](const WayHandle& way) { return way->bits <= close && way->bits < kCantBeShown; };
+    if (std::ranges::count_if(proposed_, isClose) > 1) {
+        std::vector<WayHandle> measured;
+        uint64_t guessed = 0, found = 0;
+        std::ranges::copy_if(proposed_, std::back_inserter(measured), isClose);
+        for (const WayHandle& way : measured) guessed += way->bits;
+        std::swap(measured, proposed_);
+        ForEachProposed([this](Way& way) { way.bits = Measure(way); });
+        std::swap(measured, proposed_);
+        for (const WayHandle& way : measured) found += way->bits;
+        if (guessed && found) bitsOfGuess_ = static_cast<double>(found) / static_cast<double>(guessed);
+        for (const WayHandle& way : proposed_)
+            if (std::ranges::find(measured, way) == measured.end()) Mend(way.get());
+    } else {
+        for (const WayHandle& way : proposed_) Mend(way.get());
+    }
+}
+
+void Planner::Mend(Way* way) const {
+    if (way->bits < kCantBeShown) way->bits = static_cast<uint64_t>(static_cast<double>(way->bits) * bitsOfGuess_);
+}
+
+// Does the work for all of them, on several processors.
+template <typename Work>
+void Planner::ForEachProposed(const Work& work) {
+    RunInParallel(proposed_.size(), options_.threads, [&](size_t i) {
+        try {
+            work(*proposed_[i]);
+        } catch (const std::bad_alloc&) {
+            outOfMemory_ = true;
+        }
+    });
 }
 
 // Of ways that leave the same to the frames behind, the best; and of those the best few.
