@@ -123,7 +123,7 @@ _zephyr() {  # PROGRAM, as it was typed
     repair) options="--fit-screen $names" ;;
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
-    optimise) options='--effort --keep-frames --strip --jobs --strict' ;;
+    optimise) options='--effort --keep-frames --strip --lossy --to --jobs --strict' ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;
   esac
@@ -131,7 +131,7 @@ _zephyr() {  # PROGRAM, as it was typed
     # Behind "--" no word is an option: none begins with a hyphen once `ended` stands in front of it.
     case $ended${words[i]} in
       --) ended=yes ;;
-      -o | --palette | --kind | --match | --at | --delay | --background | --level | --sheet | --columns | --apng | --effort | --strip | --jobs | --owner | --organisation) ((++i)) ;;
+      -o | --palette | --kind | --match | --at | --delay | --background | --level | --sheet | --columns | --apng | --effort | --strip | --lossy | --to | --jobs | --owner | --organisation) ((++i)) ;;
       -?*) ;;
       *) operands+=("${words[i]}") ;;
     esac

@@ -14,6 +14,7 @@
 #include "cli/usage.h"
 #include "gif/descriptor.h"
 #include "gif/gif_writer.h"
+#include "size/colour_distance.h"
 
 namespace {
 
@@ -38,6 +39,7 @@ constexpr StripName kStripped[] = {{"comments", kCommentBlock},
 
 struct Task {
     OptimiseOptions options;
+    uint64_t most = 0;               // bytes, of --to; 0 without
     std::vector<uint16_t> stripped;  // kinds
 };
 
@@ -74,10 +76,37 @@ std::string ReadJobs(const Options& options, Task* task) {
     return "";
 }
 
+std::string ReadLossy(const Options& options, Task* task) {
+    const std::string* text = options.Value("--lossy");
+    unsigned most = 0;
+    if (!text) return "";
+    if (!ParseNumber(*text, kFarthest, &most))
+        return "--lossy is a number of 0 to " + std::to_string(kFarthest) + ", not " + *text;
+    task->options.lossy = static_cast<int>(most);
+    return "";
+}
+
+// A number of bytes, with K or M behind it of 1024 or 1024 * 1024.
+std::string ReadTo(const Options& options, Task* task) {
+    const std::string* text = options.Value("--to");
+    if (!text) return "";
+    std::string digits = *text;
+    unsigned shift = 0, number = 0;
+    if (!digits.empty() && (digits.back() == 'K' || digits.back() == 'M')) {
+        shift = digits.back() == 'K' ? 10 : 20;
+        digits.pop_back();
+    }
+    if (!ParseNumber(digits, UINT32_MAX, &number) || number == 0)
+        return "--to is a number of bytes, as 300000, 256K or 2M, not " + *text;
+    if (options.Has("--lossy")) return "--to finds what --lossy would say: give one of them";
+    task->most = uint64_t{number} << shift;
+    return "";
+}
+
 // What is wrong with the options, or an empty text.
 std::string ReadTask(const Options& options, Task* task) {
     task->options.keepFrames = options.Has("--keep-frames");
-    for (auto* read : {ReadEffort, ReadStrip, ReadJobs})
+    for (auto* read : {ReadEffort, ReadStrip, ReadJobs, ReadLossy, ReadTo})
         if (std::string wrong = read(options, task); !wrong.empty()) return wrong;
     return options.IsWhole() ? "" : "--classic keeps no document as it plays";
 }
@@ -101,15 +130,55 @@ private:
     Progress progress_;
 };
 
-OptimiseResult OptimiseFile(const LoadedFile& file, const Task& task, BlockList* smaller) {
+// What came out of a file.
+struct Made {
+    OptimiseResult result = OptimiseResult::kNothingGained;
+    BlockList smaller;  // of kSmaller
+    Loss loss;
+    int lossy = 0;       // as it was made
+    uint64_t bytes = 0;  // of what is to be written
+};
+
+bool Make(const LoadedFile& file, OptimiseOptions options, int lossy, Made* made) {
     ShownProgress progress;
-    return Optimise(file.list, file.report, task.options, &progress, smaller);
+    options.lossy = lossy;
+    *made = Made();
+    made->lossy = lossy;
+    made->result = Optimise(file.list, file.report, options, &progress, &made->smaller, &made->loss);
+    const bool isSmaller = made->result == OptimiseResult::kSmaller;
+    const std::optional<uint64_t> bytes = WrittenBytes(isSmaller ? made->smaller : file.list);
+    made->bytes = bytes.value_or(0);
+    return bytes && made->result != OptimiseResult::kNoMemory;
 }
 
-void PrintSizes(const std::string& path, uint64_t before, uint64_t after) {
-    const double share = before ? 100.0 * (static_cast<double>(after) / static_cast<double>(before) - 1) : 0;
-    printf("%s: %llu -> %llu bytes (%+.1f %%)\n", path.c_str(), static_cast<unsigned long long>(before),
-           static_cast<unsigned long long>(after), share);
+// Looks for the least loss that fits; what does not fit with the greatest is left as large as it is. More loss nearly
+// always takes fewer bytes, so that halving finds it. False when memory runs out.
+bool MakeFitting(const LoadedFile& file, const Task& task, Made* made) {
+    if (!Make(file, task.options, 0, made)) return false;
+    if (made->bytes <= task.most || made->result == OptimiseResult::kLeftAlone) return true;
+    int tooLittle = 0, enough = 1;
+    for (;; tooLittle = enough, enough = std::min(2 * enough, kFarthest)) {
+        if (!Make(file, task.options, enough, made)) return false;
+        if (made->bytes <= task.most || enough == kFarthest) break;
+    }
+    while (enough - tooLittle > 1) {
+        const int middle = (tooLittle + enough) / 2;
+        Made tried;
+        if (!Make(file, task.options, middle, &tried)) return false;
+        (tried.bytes <= task.most ? enough : tooLittle) = middle;
+        if (tried.bytes <= task.most) *made = std::move(tried);
+    }
+    return true;
+}
+
+void PrintSizes(const std::string& path, uint64_t before, const Made& made) {
+    const double share = before ? 100.0 * (static_cast<double>(made.bytes) / static_cast<double>(before) - 1) : 0;
+    printf("%s: %llu -> %llu bytes (%+.1f %%)", path.c_str(), static_cast<unsigned long long>(before),
+           static_cast<unsigned long long>(made.bytes), share);
+    if (made.lossy)
+        printf(", lossy %d: colours up to %d of 255 off, %.2f on average", made.lossy, made.loss.largest,
+               made.loss.mean);
+    puts("");
 }
 
 int Run(const std::string& in, const std::string& out, const Options& options, const Task& task) {
@@ -117,18 +186,21 @@ int Run(const std::string& in, const std::string& out, const Options& options, c
     if (!file.Open(in, options)) return kExitFailed;
     const std::optional<uint64_t> before = WrittenBytes(file.list);
     Strip(task, &file.list);
-    BlockList smaller;
-    const OptimiseResult result = OptimiseFile(file, task, &smaller);
-    const BlockList& written = result == OptimiseResult::kSmaller ? smaller : file.list;
-    const std::optional<uint64_t> after = WrittenBytes(written);
-    if (result == OptimiseResult::kNoMemory || !before || !after) {
+    Made made;
+    if (!before ||
+        !(task.most ? MakeFitting(file, task, &made) : Make(file, task.options, task.options.lossy, &made))) {
         Complain(in, "not enough memory");
         return kExitFailed;
     }
-    if (result == OptimiseResult::kLeftAlone)
+    if (made.result == OptimiseResult::kLeftAlone)
         Complain(in, "note: its pictures are left alone: they are damaged, or players do not agree about them");
+    if (task.most && made.bytes > task.most) {
+        Complain(in, "does not fit: " + std::to_string(made.bytes) + " bytes are the least that was found");
+        return kExitFailed;
+    }
+    const BlockList& written = made.result == OptimiseResult::kSmaller ? made.smaller : file.list;
     if (!WriteOutputFile(out, [&written](File& to) { return WriteWholeGif(written, to, nullptr); })) return kExitFailed;
-    PrintSizes(out, *before, *after);
+    PrintSizes(out, *before, made);
     return FlushOutput() ? kExitDone : kExitFailed;
 }
 
@@ -136,7 +208,8 @@ int Run(const std::string& in, const std::string& out, const Options& options, c
 
 const char kOptimiseHelp[] =
     "Usage: zephyr optimise [--effort fast|normal|max] [--keep-frames]\n"
-    "                       [--strip KIND,...] [--jobs N] [--strict] IN OUT\n"
+    "                       [--strip KIND,...] [--lossy N | --to BYTES] [--jobs N]\n"
+    "                       [--strict] IN OUT\n"
     "\n"
     "Writes to OUT the smallest file that it finds to play just as the GIF file IN,\n"
     "and prints both sizes. Both are composed and compared before anything is\n"
@@ -146,12 +219,17 @@ const char kOptimiseHelp[] =
     "--effort is how long it searches: fast, normal (the default) or max.\n"
     "--strip takes blocks out: comments, applications (but for loops), names, texts\n"
     "and unknown, with commas between them.\n"
+    "--lossy N allows colours to change: red, green and blue of no pixel in no frame\n"
+    "are more than N of 255 off, which is checked as all is. The largest and the mean\n"
+    "difference are printed.\n"
+    "--to 256K (or 300000, 2M) allows the least change that fits, and fails when\n"
+    "nothing does.\n"
     "--jobs is how many processors work; all of them unless given. The file is the\n"
     "same with any number.\n"
     "What is damaged keeps its bytes, and with --strict is a failure.\n";
 
 int RunOptimise(const Words& words) {
-    Options options(words, {"--keep-frames", "--strict"}, {"--effort", "--strip", "--jobs"});
+    Options options(words, {"--keep-frames", "--strict"}, {"--effort", "--strip", "--jobs", "--lossy", "--to"});
     if (!options.Error().empty()) return WrongUsage("optimise", options.Error());
     Task task;
     if (std::string wrong = ReadTask(options, &task); !wrong.empty()) return WrongUsage("optimise", wrong);

@@ -1,12 +1,14 @@
 #include "size/frame_coder.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 
 #include "gif/descriptor.h"
 #include "gif/lzw_limits.h"
 #include "platform/bytes.h"
 #include "size/code_guess.h"
+#include "size/colour_distance.h"
 #include "size/old_image.h"
 #include "size/recode.h"
 
@@ -77,6 +79,7 @@ private:
     static uint64_t Guess(const Form& form);
     void MakeOldForm(const FramePalette& palette);
     void SearchForms();
+    std::unique_ptr<AlikeColours> FindAlike(const Form& form) const;
     bool Search(const Form& form, Effort effort, EncodedPixels* codes);
     bool IsClose(const Form& form) const;
     void Offer(const Form& form, EncodedPixels* codes);
@@ -312,8 +315,29 @@ void FrameCoder::SearchForms() {
     }
 }
 
+// Which indices of the form's palette may be written for each other.
+std::unique_ptr<AlikeColours> FrameCoder::FindAlike(const Form& form) const {
+    auto alike = std::make_unique<AlikeColours>();
+    const PaletteIds& ids = form.palette->ids;
+    const size_t count = std::min(ids.size(), size_t{1} << form.codeSize);
+    const auto isColour = [&](size_t index) {
+        return ids[index] != kTransparentId && static_cast<int>(index) != form.transparent;
+    };
+    const std::span<const uint32_t> pixels = task_.plan->colours.Pixels();
+    for (size_t p = 0; p < count; ++p)
+        for (size_t q = 0; q < count; ++q)
+            if (p != q && isColour(p) && isColour(q))
+                (*alike)[p][q] = ColourDistance(pixels[ids[p]], pixels[ids[q]]) <= task_.alikeWithin;
+    return alike;
+}
+
 bool FrameCoder::Search(const Form& form, Effort effort, EncodedPixels* codes) {
     PixelsToEncode image;
+    std::unique_ptr<AlikeColours> alike;
+    if (task_.alikeWithin) {
+        alike = FindAlike(form);
+        image.alike = alike.get();
+    }
     image.pixels = form.pixels;
     image.free = form.free;
     image.transparent = form.transparent;

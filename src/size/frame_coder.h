@@ -16,6 +16,7 @@ struct CodingTask {
     int globalDepth = 0;
     bool keepsGlobal = false;  // it is the one that the document had
     Effort effort = Effort::kNormal;
+    int alikeWithin = 0;  // colours so near (ColourDistance) may be written for each other
 };
 
 struct CodedFrame {

@@ -10,6 +10,7 @@
 #include "gif/descriptor.h"
 #include "platform/parallel.h"
 #include "size/code_guess.h"
+#include "size/colour_distance.h"
 
 namespace {
 
@@ -139,6 +140,7 @@ public:
 
 private:
     Canvas Take(const Stage& stage);
+    const uint32_t* GiveUp(const uint32_t* row, const uint32_t* before, const Rectangle& area);
     bool MayMerge(uint32_t frame) const;
     bool WaitsForUser(const Frame& frame) const;
     void StartMoment(uint32_t frame);
@@ -171,6 +173,7 @@ private:
     Canvas drawnOn_;    // what the document itself draws the next frame on; none where that was not made here
     Rectangle oldBox_;  // of the frame before in the document, when its disposal clears it
     std::vector<uint32_t> pixels_;  // of canvas_
+    std::vector<uint32_t> nearRow_;
     std::vector<Moment> moments_;
     std::vector<WayHandle> ways_;      // to the last moment, the best first
     std::vector<WayHandle> proposed_;  // to the one at hand
@@ -188,6 +191,7 @@ Canvas Planner::Take(const Stage& stage) {
         const uint32_t* row = stage.Canvas().Row(y);
         uint32_t* before = &pixels_[static_cast<size_t>(y) * static_cast<size_t>(animation_.Width())];
         int left = area.left, right = area.right;
+        if (options_.givesUp) row = GiveUp(row, before, area);
         if (memcmp(row + left, before + left, static_cast<size_t>(right - left) * sizeof *row) == 0) continue;
         while (row[left] == before[left]) ++left;
         while (row[right - 1] == before[right - 1]) --right;
@@ -197,6 +201,17 @@ Canvas Planner::Take(const Stage& stage) {
         memcpy(before + left, row + left, width * sizeof *row);
     }
     return taken ? Canvas(taken) : canvas_;
+}
+
+// The row with pixels that hardly change left as they are. What they were is what the plan shows, not what was to be
+// shown: small changes do not add up.
+const uint32_t* Planner::GiveUp(const uint32_t* row, const uint32_t* before, const Rectangle& area) {
+    nearRow_.resize(static_cast<size_t>(animation_.Width()));
+    for (int x = area.left; x < area.right; ++x) {
+        const bool isNear = ColourDistance(row[x], before[x]) <= options_.givesUp;
+        nearRow_[static_cast<size_t>(x)] = isNear ? before[x] : row[x];
+    }
+    return nearRow_.data();
 }
 
 bool Planner::WaitsForUser(const Frame& frame) const {

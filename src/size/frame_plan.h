@@ -32,6 +32,7 @@ struct PlanOptions {
     Effort effort = Effort::kNormal;
     bool keepFrames = false;  // as many frames as there are
     size_t threads = 1;
+    int givesUp = 0;  // changes of colour up to so much (ColourDistance) from what a pixel shows do not count
 };
 
 enum class PlanResult : uint8_t { kDone, kTooManyColours, kNoMemory };

@@ -47,11 +47,12 @@ class Optimiser {
 public:
     Optimiser(const BlockList& list, const OptimiseOptions& options, OptimiseWatch* watch)
         : list_(list), options_(options), watch_(watch) {}
+    const Loss& Lost() const { return loss_; }
 
     OptimiseResult Run(const ReadReport& report, BlockList* smaller) {
         if (!animation_.Open(list_, Texts::kLeftOut)) return OptimiseResult::kNoMemory;
         if (!CanBeOptimised(animation_, report)) return OptimiseResult::kLeftAlone;
-        switch (PlanFrames(animation_, {options_.effort, options_.keepFrames, Threads()}, &plan_)) {
+        switch (PlanFrames(animation_, {options_.effort, options_.keepFrames, Threads(), GivenUp()}, &plan_)) {
             case PlanResult::kDone: break;
             case PlanResult::kTooManyColours: return OptimiseResult::kLeftAlone;
             case PlanResult::kNoMemory: return OptimiseResult::kNoMemory;
@@ -65,10 +66,12 @@ public:
 
 private:
     size_t Threads() const { return options_.threads ? options_.threads : ParallelThreads(); }
+    // Half of the loss goes into changes that are given up, the other half into strings that nearly fit.
+    int GivenUp() const { return (options_.lossy + 1) / 2; }
     void PlanPalette();
     OptimiseResult CodeFrames();
     void CodeOne(size_t number);
-    OptimiseResult Prove(const BlockList& rebuilt, BlockList* smaller) const;
+    OptimiseResult Prove(const BlockList& rebuilt, BlockList* smaller);
 
     const BlockList& list_;
     const OptimiseOptions& options_;
@@ -79,6 +82,7 @@ private:
     std::vector<CodedFrame> coded_;
 
     std::atomic<bool> noMemory_ = false, stopped_ = false, cantBeShown_ = false;
+    Loss loss_;
     std::mutex watching_;
     size_t done_ = 0;
 };
@@ -89,6 +93,7 @@ void Optimiser::PlanPalette() {
     task_.plan = &plan_;
     task_.animation = &animation_;
     task_.effort = options_.effort;
+    task_.alikeWithin = options_.lossy - GivenUp();
     const Block& header = list_.blocks[0];
     const GlobalPalette old = PaletteOfHeader(header);
     const int background = GetHeaderFields(header).backgroundIndex;
@@ -142,7 +147,7 @@ OptimiseResult Optimiser::CodeFrames() {
 }
 
 // What is handed over is what was read from the bytes that will be written.
-OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) const {
+OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) {
     const std::optional<uint64_t> before = WrittenBytes(list_);
     File written, back;
     if (!before || !written.CreateMemory() || !WriteWholeGif(rebuilt, written, nullptr))
@@ -154,7 +159,7 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) co
     if (!CreateBlockList(&proven) || ReadGif(&proven, back, &report, Manner::kWhole) != kReadDone ||
         std::ranges::find(report.damages, DamageKind::kPictureTooLarge, &Damage::kind) != report.damages.end())
         return OptimiseResult::kNoMemory;
-    switch (PlaysAlike(list_, proven)) {
+    switch (options_.lossy ? PlaysNearly(list_, proven, options_.lossy, &loss_) : PlaysAlike(list_, proven)) {
         case Likeness::kAlike: break;
         case Likeness::kDifferent: return OptimiseResult::kNothingGained;
         case Likeness::kNoMemory: return OptimiseResult::kNoMemory;
@@ -166,9 +171,12 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) co
 }  // namespace
 
 OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
-                        OptimiseWatch* watch, BlockList* smaller) {
+                        OptimiseWatch* watch, BlockList* smaller, Loss* loss) {
     try {
-        return Optimiser(list, options, watch).Run(report, smaller);
+        Optimiser optimiser(list, options, watch);
+        const OptimiseResult result = optimiser.Run(report, smaller);
+        if (loss && result == OptimiseResult::kSmaller) *loss = optimiser.Lost();
+        return result;
     } catch (const std::bad_alloc&) {
         return OptimiseResult::kNoMemory;
     }

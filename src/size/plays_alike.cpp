@@ -1,8 +1,11 @@
 #include "size/plays_alike.h"
 
+#include <algorithm>
+#include <compare>
 #include <cstring>
 
 #include "animation/stage.h"
+#include "size/colour_distance.h"
 
 namespace {
 
@@ -12,6 +15,11 @@ bool SameRows(const CanvasView& a, const CanvasView& b, const Rectangle& area) {
         if (memcmp(a.Row(y) + area.left, b.Row(y) + area.left, bytes) != 0) return false;
     return true;
 }
+
+// Hundredths since the start: by the file's delays, and as browsers play them.
+struct Clock {
+    uint64_t delay = 0, played = 0;
+};
 
 // Shows what is on the stage moment by moment, frames that show the same taken together.
 class Player {
@@ -38,6 +46,13 @@ public:
             isAhead_ = !SameRows(stage_.Canvas(), Held(), fresh_);
             if (isAhead_) return true;
         }
+        return true;
+    }
+    // The same; the clock goes on to the end of the moment.
+    [[nodiscard]] bool Advance(Clock* clock) {
+        if (!Next()) return false;
+        clock->delay += delay_;
+        clock->played += played_;
         return true;
     }
     bool HasEnded() const { return hasEnded_; }
@@ -82,13 +97,62 @@ bool SameMoment(const Player& one, const Player& other) {
            SameRows(one.Held(), other.Held(), Around(one.Changed(), other.Changed()));
 }
 
+// Sums up differences.
+class LossCount {
+public:
+    // Adds what shows for `time`. Returns whether all pixels are at most `most` apart.
+    bool Add(const CanvasView& a, const CanvasView& b, uint64_t time, int most) {
+        uint64_t sum = 0;
+        for (int y = 0; y < a.height; ++y)
+            for (int x = 0; x < a.width; ++x) {
+                const int distance = ColourDistance(a.Row(y)[x], b.Row(y)[x]);
+                largest_ = std::max(largest_, distance);
+                sum += static_cast<uint64_t>(distance);
+            }
+        sum_ += static_cast<double>(sum) * static_cast<double>(time);
+        pixels_ += static_cast<double>(a.width) * a.height * static_cast<double>(time);
+        return largest_ <= most;
+    }
+    Loss Total() const { return {largest_, pixels_ > 0 ? sum_ / pixels_ : 0}; }
+
+private:
+    int largest_ = 0;
+    double sum_ = 0, pixels_ = 0;
+};
+
+bool SameForm(const Animation& one, const Animation& other) {
+    return one.Screen() == other.Screen() && one.Repeats() == other.Repeats();
+}
+
 }  // namespace
+
+Likeness PlaysNearly(const BlockList& first, const BlockList& second, int most, Loss* loss) {
+    Player one, other;
+    if (!one.Open(first) || !other.Open(second)) return Likeness::kNoMemory;
+    if (!SameForm(one.Shown(), other.Shown())) return Likeness::kDifferent;
+    LossCount count;
+    Clock clock, otherClock;  // at the ends of what both show
+    uint64_t now = 0;
+    for (;;) {
+        const std::strong_ordering order = clock.played <=> otherClock.played;
+        // What ends first by one clock does so by the other, too, or at the same time.
+        if (order != clock.delay <=> otherClock.delay && clock.delay != otherClock.delay) return Likeness::kDifferent;
+        if (order <= 0 && !one.Advance(&clock)) return Likeness::kNoMemory;
+        if (order >= 0 && !other.Advance(&otherClock)) return Likeness::kNoMemory;
+        if (one.HasEnded() || other.HasEnded()) break;
+        const uint64_t until = std::min(clock.played, otherClock.played);
+        if (!count.Add(one.Held(), other.Held(), until - now, most)) return Likeness::kDifferent;
+        now = until;
+    }
+    if (!one.HasEnded() || !other.HasEnded()) return Likeness::kDifferent;
+    *loss = count.Total();
+    return Likeness::kAlike;
+}
 
 Likeness PlaysAlike(const BlockList& first, const BlockList& second) {
     Player one, other;
     if (!one.Open(first) || !other.Open(second)) return Likeness::kNoMemory;
-    if (one.Shown().Screen() != other.Shown().Screen() || one.Shown().Repeats() != other.Shown().Repeats())
-        return Likeness::kDifferent;
+    if (!SameForm(one.Shown(), other.Shown())) return Likeness::kDifferent;
     do {
         if (!one.Next() || !other.Next()) return Likeness::kNoMemory;
         if (!SameMoment(one, other)) return Likeness::kDifferent;

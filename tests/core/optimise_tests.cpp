@@ -273,6 +273,74 @@ TEST(PlaysAlike, TellsWhatPlayersShow) {
     }
 }
 
+// The largest difference of a colour that documents of the same length show at the same time; 256 where only one is
+// transparent.
+static int LargestDifference(const BlockList& a, const BlockList& b) {
+    const std::vector<Shown> one = TimelineOf(a), other = TimelineOf(b);
+    uint64_t end = 0, otherEnd = 0;
+    int largest = 0;
+    for (size_t i = 0, j = 0; i < one.size() && j < other.size();) {
+        for (size_t at = 0; at < one[i].canvas.size(); ++at) {
+            const uint32_t p = one[i].canvas[at], q = other[j].canvas[at];
+            if ((p >> 24) != (q >> 24)) return 256;
+            for (int shift : {0, 8, 16})
+                largest = std::max(largest,
+                                   std::abs(static_cast<int>(p >> shift & 255) - static_cast<int>(q >> shift & 255)));
+        }
+        const uint64_t iEnd = end + one[i].played, jEnd = otherEnd + other[j].played;
+        if (iEnd <= jEnd) {
+            end = iEnd;
+            ++i;
+        }
+        if (jEnd <= iEnd) {
+            otherEnd = jEnd;
+            ++j;
+        }
+    }
+    return largest;
+}
+
+TEST(Optimise, LosesNoMoreThanAllowed) {
+    std::mt19937 random(5);
+    size_t lossless = 0, lossy = 0;
+    for (int round = 0; round < 120; ++round) {
+        const LoadedGif gif(RandomFile(random, 1 + static_cast<int>(random() % 9)), Manner::kWhole);
+        OptimiseOptions options = {static_cast<Effort>(round % 2), round % 5 == 0, 1};
+        lossless += BytesOf(Optimise(gif, options).list).size();
+        options.lossy = 1 + round * 2;
+        BlockList made;
+        Loss loss;
+        ASSERT_EQ(Optimise(gif, gif.report, options, nullptr, &made, &loss), OptimiseResult::kSmaller) << round;
+        lossy += BytesOf(made).size();
+        ASSERT_LE(loss.largest, options.lossy);
+        ASSERT_EQ(LargestDifference(gif, made), loss.largest) << round;
+        ASSERT_LE(loss.mean, loss.largest);
+    }
+    EXPECT_LT(lossy, lossless);
+}
+
+TEST(PlaysNearly, KeepsToTheBoundAndTheTime) {
+    // Colour i is (i, 2i, 3i): neighbours are 3 apart.
+    const LoadedGif first = Strip(2).Control(5).Row(0, {1, 2}).Control(5).Row(0, {2, 2}).Load();
+    const std::tuple<const char*, Bytes, int, Likeness, int> cases[] = {
+        {"near enough", Strip(2).Control(5).Row(0, {1, 3}).Control(5).Row(0, {2, 2}).WithTrailer(), 3, Likeness::kAlike,
+         3},
+        {"too far", Strip(2).Control(5).Row(0, {1, 3}).Control(5).Row(0, {2, 2}).WithTrailer(), 2, Likeness::kDifferent,
+         0},
+        {"a change given up", Strip(2).Control(10).Row(0, {1, 2}).WithTrailer(), 3, Likeness::kAlike, 3},
+        {"and too far", Strip(2).Control(10).Row(0, {4, 2}).WithTrailer(), 6, Likeness::kDifferent, 0},
+        {"too short", Strip(2).Control(9).Row(0, {1, 2}).WithTrailer(), 3, Likeness::kDifferent, 0},
+        {"a change at another time", Strip(2).Control(4).Row(0, {1, 2}).Control(6).Row(0, {2, 2}).WithTrailer(), 3,
+         Likeness::kAlike, 3},
+        {"transparent instead", Strip(2).Control(10).Row(0, {1}).WithTrailer(), 255, Likeness::kDifferent, 0},
+    };
+    for (const auto& [name, bytes, most, likeness, largest] : cases) {
+        Loss loss;
+        EXPECT_EQ(PlaysNearly(first, LoadedGif(bytes, Manner::kWhole), most, &loss), likeness) << name;
+        EXPECT_EQ(loss.largest, largest) << name;
+    }
+}
+
 TEST(Recode, KeepsStringsInOtherNumbers) {
     std::mt19937 random(4);
     for (int round = 0; round < 60; ++round) {
