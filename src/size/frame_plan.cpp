@@ -19,13 +19,30 @@ constexpr uint64_t kCantBeShown = uint64_t{1} << 48;  // bits
 constexpr size_t kMostWays = 4;                       // of reaching a moment that are followed at a time
 constexpr size_t kLongestLag = 12;                    // frames that may be undecided
 
-struct Ids {
-    Ids(int w, int h) : width(w), ids(static_cast<size_t>(w) * static_cast<size_t>(h)) {}
-    const ColourId* Row(int y) const { return &ids[static_cast<size_t>(y) * static_cast<size_t>(width)]; }
-    ColourId* Row(int y) { return &ids[static_cast<size_t>(y) * static_cast<size_t>(width)]; }
+// A canvas in numbers. Copies share what they have in common, in bands of rows.
+class Ids {
+public:
+    Ids(int width, int height) : width_(static_cast<size_t>(width)) {
+        const auto empty = std::make_shared<Band>(width_ * kBandRows);
+        bands_.assign(static_cast<size_t>((height + kBandRows - 1) / kBandRows), empty);
+    }
+    const ColourId* Row(int y) const { return &(*bands_[BandOf(y)])[PlaceOf(y)]; }
+    // The row to be written.
+    ColourId* OwnRow(int y) {
+        std::shared_ptr<Band>& band = bands_[BandOf(y)];
+        if (band.use_count() > 1) band = std::make_shared<Band>(*band);
+        return &(*band)[PlaceOf(y)];
+    }
 
-    int width;
-    std::vector<ColourId> ids;
+private:
+    using Band = std::vector<ColourId>;
+    static constexpr int kBandRows = 8;
+
+    static size_t BandOf(int y) { return static_cast<size_t>(y / kBandRows); }
+    size_t PlaceOf(int y) const { return static_cast<size_t>(y % kBandRows) * width_; }
+
+    size_t width_;
+    std::vector<std::shared_ptr<Band>> bands_;
 };
 using Canvas = std::shared_ptr<const Ids>;
 
@@ -38,6 +55,7 @@ struct Difference {
 
 void TakeRow(const ColourId* from, const ColourId* to, const Rectangle& within, int y, Difference* found) {
     const auto width = static_cast<size_t>(within.Width());
+    if (from == to) return;  // shared
     if (memcmp(from + within.left, to + within.left, width * sizeof *from) == 0) return;
     int left = within.left, right = within.right;
     while (from[left] == to[left]) ++left;
@@ -197,7 +215,7 @@ Canvas Planner::Take(const Stage& stage) {
         while (row[right - 1] == before[right - 1]) --right;
         if (!taken) taken = std::make_shared<Ids>(*canvas_);
         const auto width = static_cast<size_t>(right - left);
-        if (!plan_.colours.Number(row + left, width, taken->Row(y) + left)) return nullptr;
+        if (!plan_.colours.Number(row + left, width, taken->OwnRow(y) + left)) return nullptr;
         memcpy(before + left, row + left, width * sizeof *row);
     }
     return taken ? Canvas(taken) : canvas_;
@@ -274,7 +292,7 @@ void Planner::ProposeClearing(const WayHandle& before, const Rectangle& cleared,
                               const Rectangle& changed) {
     auto base = std::make_shared<Ids>(*canvas_);
     for (int y = cleared.top; y < cleared.bottom; ++y)
-        std::fill_n(base->Row(y) + cleared.left, static_cast<size_t>(cleared.Width()), kTransparentId);
+        std::fill_n(base->OwnRow(y) + cleared.left, static_cast<size_t>(cleared.Width()), kTransparentId);
     const Difference after = Compare(*base, *shown, Around(cleared, changed));
     Propose(before, kDisposeBackground, cleared, base, shown, after.box);
 }
