@@ -16,8 +16,9 @@ namespace {
 
 constexpr uint32_t kMostDelay = 0xFFFF;
 constexpr uint64_t kCantBeShown = uint64_t{1} << 48;  // bits
-constexpr size_t kMostWays = 4;                       // of reaching a moment that are followed at a time
-constexpr size_t kLongestLag = 12;                    // frames that may be undecided
+constexpr size_t kMostWaysInHurry = 2;
+constexpr size_t kMostWays = 4;     // of reaching a moment that are followed at a time
+constexpr size_t kLongestLag = 12;  // frames that may be undecided
 
 // A canvas in numbers. Copies share what they have in common, in bands of rows.
 class Ids {
@@ -423,7 +424,8 @@ void Planner::KeepBest() {
     ways_.clear();
     for (const WayHandle& way : proposed_) {
         const bool isKnown = std::ranges::any_of(ways_, [&](const WayHandle& k) { return k->base == way->base; });
-        if (!isKnown && ways_.size() < kMostWays) ways_.push_back(way);
+        if (!isKnown && ways_.size() < (options_.effort == Effort::kFast ? kMostWaysInHurry : kMostWays))
+            ways_.push_back(way);
     }
 }
 
