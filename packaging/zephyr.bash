@@ -85,6 +85,8 @@ _zephyr_value() {  # OPTION: what may follow it
   case $1 in
     -o | --from) _zephyr_files gif ;;
     --sheet | --apng) _zephyr_files png ;;
+    --effort) _zephyr_offer "$prefix"{fast,normal,max} ;;
+    --strip) _zephyr_offer "$prefix"{comments,applications,names,texts,unknown} ;;
     --level) _zephyr_offer "$prefix"{0..9} ;;
     --palette) _zephyr_offer "$prefix"{0..9} ;;
     --kind) _zephyr_offer "$prefix"{image,control,comment,plaintext,loop} ;;
@@ -97,7 +99,7 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
   shift
   if [[ -n $in_place ]]; then
     case $ended$command in
-      yes* | save | repair | thin) _zephyr_files gif ;;
+      yes* | save | repair | thin | optimise) _zephyr_files gif ;;
       *) _zephyr_selection '' ;;
     esac
     return
@@ -110,7 +112,7 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_selection "$1" ;;
-    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
+    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | optimise:[01] | insert:* | build:*) _zephyr_files gif ;;
     move:[01] | copy:[01] | timing:[01] | reverse:[01] | thin:[01] | cut:[01]) _zephyr_files gif ;;
     move:* | copy:*) _zephyr_selection "$1" ;;
   esac
@@ -124,7 +126,7 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list diff save extract remap insert delete set move copy timing reverse thin cut build repair frames check --help --version
+    _zephyr_offer list diff save extract remap insert delete set move copy timing reverse thin cut build repair frames check optimise --help --version
     return
   fi
   case ${words[1]} in
@@ -141,6 +143,7 @@ _zephyr() {  # PROGRAM, as it was typed
     thin) options="--every $edits" ;;
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
+    optimise) options="--effort --keep-frames --strip --lossy --to --jobs $edits" ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;
   esac
@@ -149,7 +152,7 @@ _zephyr() {  # PROGRAM, as it was typed
     case $ended${words[i]} in
       --) ended=yes ;;
       --in-place) in_place=yes ;;
-      -o | --palette | --kind | --match | --at | --delay | --from | --scale | --total | --least | --every | --background | --level | --sheet | --columns | --apng | --owner | --organisation) ((++i)) ;;
+      -o | --palette | --kind | --match | --at | --delay | --from | --scale | --total | --least | --every | --background | --level | --sheet | --columns | --apng | --effort | --strip | --lossy | --to | --jobs | --owner | --organisation) ((++i)) ;;
       -?*) ;;
       *) operands+=("${words[i]}") ;;
     esac

@@ -1,5 +1,6 @@
 #include "animation/paint_image.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
@@ -24,9 +25,18 @@ void PaintOpaque(uint32_t* to, const uint8_t* indices, int count, const PixelTab
 }
 
 void PaintTransparent(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table, uint8_t transparent) {
-    for (int i = 0; i < count; ++i) {
-        uint32_t pixel = table.of[indices[i]];
-        to[i] = indices[i] == transparent ? to[i] : pixel;
+    constexpr int kGroup = sizeof(uint64_t);
+    const uint64_t transparentGroup = transparent * 0x0101010101010101u;
+    for (int done = 0; done < count; done += kGroup) {
+        const int inGroup = std::min(kGroup, count - done);
+        uint64_t group = 0;
+        memcpy(&group, indices + done, static_cast<size_t>(inGroup));
+        // Most frames of a recording are mostly transparent.
+        if (inGroup == kGroup && group == transparentGroup) continue;
+        for (int i = done; i < done + inGroup; ++i) {
+            uint32_t pixel = table.of[indices[i]];
+            to[i] = indices[i] == transparent ? to[i] : pixel;
+        }
     }
 }
 

@@ -15,6 +15,10 @@ size_t ParallelThreads() {
 }
 
 void RunInParallel(size_t count, const std::function<void(size_t)>& work) {
+    RunInParallel(count, ParallelThreads(), work);
+}
+
+void RunInParallel(size_t count, size_t threads, const std::function<void(size_t)>& work) {
     std::atomic<size_t> next = 0;
     auto takeWork = [&] {
         for (size_t number = next++; number < count; number = next++) work(number);
@@ -22,7 +26,7 @@ void RunInParallel(size_t count, const std::function<void(size_t)>& work) {
     // cppcheck-suppress variableScope ; they work beside this thread, and end before what they use
     std::vector<std::jthread> others;
     try {
-        while (others.size() + 1 < std::min(ParallelThreads(), count)) others.emplace_back(takeWork);
+        while (others.size() + 1 < std::min(threads, count)) others.emplace_back(takeWork);
     } catch (const std::exception&) {
         // With fewer threads it only takes longer.
     }

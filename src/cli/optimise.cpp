@@ -1,0 +1,246 @@
+// zephyr optimise: the smallest file that plays the same.
+#include "size/optimise.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "animation/animation.h"
+#include "cli/commands.h"
+#include "cli/complaints.h"
+#include "cli/edit_command.h"
+#include "cli/printable.h"
+#include "cli/progress.h"
+#include "gif/descriptor.h"
+#include "gif/gif_writer.h"
+#include "size/colour_distance.h"
+
+namespace {
+
+constexpr unsigned kMostJobs = 256;
+
+struct EffortName {
+    const char* name;
+    Effort effort;
+};
+constexpr EffortName kEfforts[] = {{"fast", Effort::kFast}, {"normal", Effort::kNormal}, {"max", Effort::kMax}};
+
+// Kinds of blocks that --strip takes out. What counts repeats stays, whatever its kind.
+struct StripName {
+    const char* name;
+    uint16_t kind;
+};
+constexpr StripName kStripped[] = {{"comments", kCommentBlock},
+                                   {"applications", kApplicationBlock},
+                                   {"names", kBlockNamesBlock},
+                                   {"texts", kPlainTextBlock},
+                                   {"unknown", kUnknownBlock}};
+
+struct Task {
+    OptimiseOptions options;
+    uint64_t most = 0;               // bytes, of --to; 0 without
+    std::vector<uint16_t> stripped;  // kinds
+};
+
+std::string ReadEffort(const Options& options, Task* task) {
+    const std::string* name = options.Value("--effort");
+    if (!name) return "";
+    const auto* found = std::ranges::find_if(kEfforts, [name](const EffortName& e) { return *name == e.name; });
+    if (found == std::end(kEfforts)) return "--effort is fast, normal or max, not " + *name;
+    task->options.effort = found->effort;
+    return "";
+}
+
+std::string ReadStrip(const Options& options, Task* task) {
+    const std::string* names = options.Value("--strip");
+    for (size_t at = 0; names && at <= names->size();) {
+        const size_t end = std::min(names->find(',', at), names->size());
+        const std::string name = names->substr(at, end - at);
+        const auto* found = std::ranges::find_if(kStripped, [&name](const StripName& s) { return name == s.name; });
+        if (found == std::end(kStripped))
+            return "--strip takes comments, applications, names, texts and unknown, not " + name;
+        task->stripped.push_back(found->kind);
+        at = end + 1;
+    }
+    return "";
+}
+
+std::string ReadJobs(const Options& options, Task* task) {
+    const std::string* text = options.Value("--jobs");
+    unsigned jobs = 0;
+    if (!text) return "";
+    if (!ParseNumber(*text, kMostJobs, &jobs) || jobs == 0)
+        return "--jobs is a number of 1 to " + std::to_string(kMostJobs) + ", not " + *text;
+    task->options.threads = jobs;
+    return "";
+}
+
+std::string ReadLossy(const Options& options, Task* task) {
+    const std::string* text = options.Value("--lossy");
+    unsigned most = 0;
+    if (!text) return "";
+    if (!ParseNumber(*text, kFarthest, &most))
+        return "--lossy is a number of 0 to " + std::to_string(kFarthest) + ", not " + *text;
+    task->options.lossy = static_cast<int>(most);
+    return "";
+}
+
+// A number of bytes, with K or M behind it of 1024 or 1024 * 1024.
+std::string ReadTo(const Options& options, Task* task) {
+    const std::string* text = options.Value("--to");
+    if (!text) return "";
+    std::string digits = *text;
+    unsigned shift = 0, number = 0;
+    if (!digits.empty() && (digits.back() == 'K' || digits.back() == 'M')) {
+        shift = digits.back() == 'K' ? 10 : 20;
+        digits.pop_back();
+    }
+    if (!ParseNumber(digits, UINT32_MAX, &number) || number == 0)
+        return "--to is a number of bytes, as 300000, 256K or 2M, not " + *text;
+    if (options.Has("--lossy")) return "--to finds what --lossy would say: give one of them";
+    task->most = uint64_t{number} << shift;
+    return "";
+}
+
+// What is wrong with the options, or an empty text.
+std::string ReadTask(const Options& options, Task* task) {
+    task->options.keepFrames = options.Has("--keep-frames");
+    for (auto* read : {ReadEffort, ReadStrip, ReadJobs, ReadLossy, ReadTo})
+        if (std::string wrong = read(options, task); !wrong.empty()) return wrong;
+    return options.IsWhole() ? "" : "--classic keeps no document as it plays";
+}
+
+void Strip(const Task& task, BlockList* list) {
+    std::vector<uint32_t> gone;
+    for (uint32_t index = 0; index < list->count; ++index) {
+        const Block& block = list->blocks[index];
+        if (RepeatsOf(block) == Animation::kNoLoop &&
+            std::ranges::find(task.stripped, block.kind) != task.stripped.end())
+            gone.push_back(index);
+    }
+    RemoveBlocks(list, gone);
+}
+
+class ShownProgress : public OptimiseWatch {
+public:
+    void OnFrame(size_t done, size_t count) override { progress_.OnFrame(done, count); }
+
+private:
+    Progress progress_;
+};
+
+// What came out of a file.
+struct Made {
+    OptimiseResult result = OptimiseResult::kNothingGained;
+    BlockList smaller;  // of kSmaller
+    Loss loss;
+    int lossy = 0;       // as it was made
+    uint64_t bytes = 0;  // of what is to be written
+};
+
+bool Make(const LoadedFile& file, OptimiseOptions options, int lossy, Made* made) {
+    ShownProgress progress;
+    options.lossy = lossy;
+    *made = Made();
+    made->lossy = lossy;
+    made->result = Optimise(file.list, file.report, options, &progress, &made->smaller, &made->loss);
+    const bool isSmaller = made->result == OptimiseResult::kSmaller;
+    const std::optional<uint64_t> bytes = WrittenBytes(isSmaller ? made->smaller : file.list);
+    made->bytes = bytes.value_or(0);
+    return bytes && made->result != OptimiseResult::kNoMemory;
+}
+
+// Looks for the least loss that fits; what does not fit with the greatest is left as large as it is. More loss nearly
+// always takes fewer bytes, so that halving finds it. False when memory runs out.
+bool MakeFitting(const LoadedFile& file, const Task& task, Made* made) {
+    if (!Make(file, task.options, 0, made)) return false;
+    if (made->bytes <= task.most || made->result == OptimiseResult::kLeftAlone) return true;
+    int tooLittle = 0, enough = 1;
+    for (;; tooLittle = enough, enough = std::min(2 * enough, kFarthest)) {
+        if (!Make(file, task.options, enough, made)) return false;
+        if (made->bytes <= task.most || enough == kFarthest) break;
+    }
+    while (enough - tooLittle > 1) {
+        const int middle = (tooLittle + enough) / 2;
+        Made tried;
+        if (!Make(file, task.options, middle, &tried)) return false;
+        (tried.bytes <= task.most ? enough : tooLittle) = middle;
+        if (tried.bytes <= task.most) *made = std::move(tried);
+    }
+    return true;
+}
+
+void PrintSizes(FILE* out, const std::string& path, uint64_t before, const Made& made) {
+    const double share = before ? 100.0 * (static_cast<double>(made.bytes) / static_cast<double>(before) - 1) : 0;
+    fprintf(out, "%s: %llu -> %llu bytes (%+.1f %%)", Printable(path).c_str(), static_cast<unsigned long long>(before),
+            static_cast<unsigned long long>(made.bytes), share);
+    if (made.lossy)
+        fprintf(out, ", lossy %d: colours up to %d of 255 off, %.2f on average", made.lossy, made.loss.largest,
+                made.loss.mean);
+    fputs("\n", out);
+}
+
+class Optimising : public Edit {
+public:
+    std::string Read(const Options& options, const Words&) override { return ReadTask(options, &task_); }
+
+    EditAnswer Change(LoadedFile* file) override {
+        const std::optional<uint64_t> before = WrittenBytes(file->list);
+        Strip(task_, &file->list);
+        if (!before ||
+            !(task_.most ? MakeFitting(*file, task_, &made_) : Make(*file, task_.options, task_.options.lossy, &made_)))
+            return EditOutcome::OutOfMemory();
+        before_ = *before;
+        if (task_.most && made_.bytes > task_.most)
+            return EditOutcome::Refused("does not fit: " + std::to_string(made_.bytes) +
+                                        " bytes are the least that was found");
+        EditAnswer answer;
+        if (made_.result == OptimiseResult::kLeftAlone)
+            answer.notes.emplace_back(
+                "its pictures are left alone: they are damaged, or players do not agree about them");
+        if (made_.result == OptimiseResult::kSmaller) file->list = std::move(made_.smaller);
+        return answer;
+    }
+
+    void Report(const LoadedFile&, const std::string&, const std::string& out) override {
+        PrintSizes(out == kStandardStream ? stderr : stdout, NameOfOutput(out), before_, made_);
+    }
+
+private:
+    Task task_;
+    Made made_;
+    uint64_t before_ = 0;
+};
+
+}  // namespace
+
+const char kOptimiseHelp[] =
+    "Usage: zephyr optimise [OPTION...] IN OUT\n"
+    "       zephyr optimise --in-place [OPTION...] FILE...\n"
+    "\n"
+    "Writes to OUT the smallest file that it finds to play just as the GIF file IN,\n"
+    "and prints both sizes. Both are composed and compared before anything is\n"
+    "written: every canvas, every hundredth of a second. OUT is never larger than IN;\n"
+    "where nothing is gained it is IN. Comments and other applications' blocks stay.\n"
+    "Frames that show the same become one, unless --keep-frames is given.\n"
+    "What is damaged keeps its bytes.\n"
+    "\n"
+    "  --effort fast|normal|max\n"
+    "             how long it searches; normal unless given\n"
+    "  --keep-frames\n"
+    "             as many frames as before, with their delays\n"
+    "  --strip KIND,...\n"
+    "             take blocks out: comments, applications (but for loops), names, texts\n"
+    "             and unknown\n"
+    "  --lossy N  let colours change: red, green and blue of no pixel in no frame are\n"
+    "             more than N of 255 off, which is checked as all is; the largest and\n"
+    "             the mean difference are printed\n"
+    "  --to BYTES the least such change that fits into 300000, 256K or 2M; a failure\n"
+    "             when nothing does\n"
+    "  --jobs N   so many processors work, all of them unless given; the file is the\n"
+    "             same with any number\n";
+
+int RunOptimise(const Words& words) {
+    Optimising optimising;
+    return RunEdit({"optimise", {"--keep-frames"}, {"--effort", "--strip", "--jobs", "--lossy", "--to"}, 0, 0}, words,
+                   &optimising);
+}

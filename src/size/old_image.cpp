@@ -1,0 +1,95 @@
+#include "size/old_image.h"
+
+#include <algorithm>
+
+#include "gif/descriptor.h"
+#include "gif/source_bytes.h"
+#include "imaging/row_packer.h"
+
+namespace {
+
+bool TakePixels(const Block& block, OldImage* old) {
+    ImageLock bitmap(block.data);
+    const ImageFields fields = GetImageFields(block);
+    old->place = {fields.left, fields.top, fields.left + fields.width, fields.top + fields.height};
+    if (!bitmap || old->place.IsEmpty() || bitmap->width != fields.width || bitmap->height != fields.height ||
+        bitmap->bitCount > 8)
+        return false;
+    const auto width = static_cast<size_t>(fields.width);
+    old->pixels.resize(width * fields.height);
+    for (int y = 0; y < fields.height; ++y)
+        UnpackRow(&old->pixels[static_cast<size_t>(y) * width], ImageRow(bitmap, y), fields.width, bitmap->bitCount);
+    int last = -1;  // pixels come in runs
+    for (uint8_t index : old->pixels) {
+        if (index == last) continue;
+        old->isUsed[index] = true;
+        last = index;
+    }
+    return true;
+}
+
+bool TakeColours(const Animation& animation, const ColourIds& colours, OldImage* old) {
+    const Palette palette = ColoursOf(*old->block, FindGlobalPalette(animation.List()));
+    for (int index = 0; index < kPaletteEntries; ++index) {
+        if (!old->isUsed[static_cast<size_t>(index)] || index == old->transparent) continue;
+        const size_t id = colours.Find(PixelOf(palette[index]));
+        if (id == colours.Pixels().size()) return false;  // seen nowhere: beyond the edge of the screen
+        old->ids[static_cast<size_t>(index)] = static_cast<ColourId>(id);
+    }
+    return true;
+}
+
+void TakeBytes(OldImage* old) {
+    SourceLock source(*old->block);
+    if (!source || !HasSource(*old->block)) return;
+    const uint8_t packed = GetImageFields(*old->block).packed;
+    const size_t head = 1 + kImageDescriptorBytes + TableBytesOfPacked(packed);
+    if (source.Own().size() <= head) return;
+    old->blockBytes = source.Own().size();
+    old->data.assign(source.Own().begin() + static_cast<ptrdiff_t>(head), source.Own().end());
+}
+
+// Whether drawing the old image where the plan draws leaves there what the plan wants.
+bool Shows(const PlannedFrame& frame, const OldImage& old) {
+    const auto boxWidth = static_cast<size_t>(frame.box.Width());
+    const auto oldWidth = static_cast<size_t>(old.place.Width());
+    const Rectangle both = Common(frame.box, old.place);
+    std::vector<ColourId> drawn(boxWidth);
+    for (int y = frame.box.top; y < frame.box.bottom; ++y) {
+        const size_t row = static_cast<size_t>(y - frame.box.top) * boxWidth;
+        std::ranges::fill(drawn, kTransparentId);
+        if (y >= both.top && y < both.bottom) {
+            const uint8_t* from = &old.pixels[static_cast<size_t>(y - old.place.top) * oldWidth +
+                                              static_cast<size_t>(both.left - old.place.left)];
+            std::transform(from, from + both.Width(), drawn.begin() + (both.left - frame.box.left),
+                           [&old](uint8_t index) { return old.ids[index]; });
+        }
+        unsigned wrong = 0;
+        for (size_t x = 0; x < boxWidth; ++x) {
+            const bool isLeft = drawn[x] == kTransparentId;
+            wrong |= static_cast<unsigned>(isLeft & (frame.free[row + x] == 0)) |
+                     static_cast<unsigned>(!isLeft & (drawn[x] != frame.ids[row + x]));
+        }
+        if (wrong) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+std::optional<OldImage> FindOldImage(const Animation& animation, const ColourIds& colours, const PlannedFrame& frame) {
+    const Frame& old = animation.Frames()[frame.firstFrame];
+    OldImage found;
+    found.block = &animation.List().blocks[old.block];
+    found.transparent = old.transparentIndex;
+    if (!TakePixels(*found.block, &found) || !TakeColours(animation, colours, &found)) return std::nullopt;
+    // What is disposed of has to be what the plan disposes of.
+    const bool clears = frame.disposal == kDisposeBackground && !frame.isLast;
+    if (clears && Common(found.place, animation.Screen()) != frame.box) return std::nullopt;
+    if (!Shows(frame, found)) return std::nullopt;
+    const uint8_t packed = GetImageFields(*found.block).packed;
+    found.isInterlaced = (packed & kImageInterlaced) != 0;
+    found.hasPalette = (packed & kHasPalette) != 0;
+    TakeBytes(&found);
+    return found;
+}

@@ -1,0 +1,43 @@
+// The smallest document that plays the same.
+#pragma once
+
+#include <optional>
+
+#include "gif/gif_reader.h"
+#include "size/code_search.h"
+#include "size/plays_alike.h"
+
+struct OptimiseOptions {
+    Effort effort = Effort::kNormal;
+    bool keepFrames = false;  // as many frames with the same times as before
+    size_t threads = 0;       // that work at a time; 0: as many as there are processors
+    int lossy = 0;            // how far a pixel may be from its colour (ColourDistance), in any frame; 0: not at all
+};
+
+// What goes on meanwhile.
+class OptimiseWatch {
+public:
+    virtual ~OptimiseWatch() = default;
+    // `done` frames of `count` are encoded. Comes from any thread, from one at a time.
+    virtual void OnFrame(size_t done, size_t count) = 0;
+    // Whether to give up; asked from any thread.
+    virtual bool StopRequested() { return false; }
+};
+
+enum class OptimiseResult : uint8_t {
+    kSmaller,
+    kNothingGained,  // whatever was tried
+    kLeftAlone,      // what is damaged, or what players disagree about, is not touched
+    kNoMemory,
+    kStopped,
+};
+
+// Makes `*smaller` a document that plays the same as `list`, which was read whole with that report, and takes fewer
+// bytes. Before it is handed over it is written, read again, composed and compared with `list`, canvas by canvas. Any
+// other result than kSmaller leaves `*smaller` alone. The number of threads changes nothing of it. `watch` may be null,
+// and so may `loss`, which tells how much of its colours a lossy one has lost.
+OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
+                        OptimiseWatch* watch, BlockList* smaller, Loss* loss = nullptr);
+
+// The bytes of the file that `list`, a whole document, is written as; nothing when memory runs out.
+std::optional<uint64_t> WrittenBytes(const BlockList& list);

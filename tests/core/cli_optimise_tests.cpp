@@ -1,0 +1,121 @@
+// zephyr optimise: its words, and what it prints and writes.
+#include "gif/lzw_encoder.h"
+#include "tests/support/cli_runner.h"
+#include "tests/support/test_blocks.h"
+
+namespace {
+
+// Three frames that show the same, and blocks of all kinds that can be taken out.
+GifBytes Wasteful() {
+    GifBytes bytes = GifBytes().Header("GIF89a", 2, 2, 0xF7).Comment("a comment");
+    bytes.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\0\0", 3)).Extension(0xFF, "\x0BXXXXXXXX1.0", "data");
+    bytes
+        .Extension(0xFF,
+                   "\x0B"
+                   "ANIMEXTS1.0",
+                   std::string("\1\0\0", 3))
+        .Extension(0x77, "", "unknown");
+    for (int i = 0; i < 3; ++i) bytes.Add({0x21, 0xF9, 4, 0, 5, 0, 0, 0}).SmallImage(0x87);
+    return bytes.Add({0x3B});
+}
+
+class CliOptimise : public testing::Test {
+protected:
+    CliRun Run(Words words, const Bytes& in = Wasteful()) const {
+        WriteAll(in_, in);
+        words.insert(words.begin(), "optimise");
+        words.insert(words.end(), {in_, out_});
+        return RunCli(words);
+    }
+    std::string KindsWritten() const { return KindsOf(LoadedGif(ReadAll(out_), Manner::kWhole)); }
+
+    TempFolder folder_;
+    std::string in_ = folder_.Path("in.gif"), out_ = folder_.Path("out.gif");
+};
+
+}  // namespace
+
+TEST_F(CliOptimise, TellsBothSizes) {
+    for (const char* effort : {"fast", "normal", "max"}) {
+        const CliRun run = Run({"--effort", effort, "--jobs", "2"});
+        EXPECT_EQ(run.status, kExitDone) << run.err;
+        const auto sizes = std::to_string(Wasteful().size()) + " -> " + std::to_string(ReadAll(out_).size());
+        EXPECT_NE(run.out.find(": " + sizes + " bytes (-9"), std::string::npos) << run.out;
+        EXPECT_EQ(KindsWritten(), "16755932");
+    }
+    EXPECT_EQ(KindsOf(LoadedGif(Wasteful(), Manner::kWhole)), "167559323232");
+}
+
+TEST_F(CliOptimise, KeepsFramesAndTakesOutBlocksWhenTold) {
+    const std::tuple<Words, const char*> cases[] = {
+        {{"--keep-frames"}, "167559323232"},         {{"--strip", "comments"}, "1755932"},
+        {{"--strip=applications"}, "1675932"},  // the second loop stays
+        {{"--strip", "unknown,comments"}, "175532"}, {{"--strip", "names,texts"}, "16755932"},
+    };
+    for (const auto& [words, kinds] : cases) {
+        EXPECT_EQ(Run(words).status, kExitDone) << words[0];
+        EXPECT_EQ(KindsWritten(), kinds) << words[0];
+    }
+}
+
+TEST_F(CliOptimise, FindsTheLeastLossThatFits) {
+    // A ramp of 16 near greys in disorder: exactly it takes many codes.
+    GifBytes bytes = GifBytes().Header("GIF89a", 40, 40, 0xF3);
+    Block image = MakeImage(40, 40, 4);
+    {
+        ImageWriteLock bitmap(&image.data);
+        for (int i = 0; i < 1600; ++i)
+            SetImagePixel(bitmap, i % 40, i / 40, static_cast<uint32_t>(i * i / 7 + i * 31) % 16);
+    }
+    File data;
+    ASSERT_TRUE(data.CreateMemory());
+    ASSERT_TRUE(EncodeImageData(data, image, Manner::kWhole));
+    bytes.Add({0x2C}).Word(0).Word(0).Word(40).Word(40).Add({0});
+    bytes.Add(Bytes(data.Written().begin(), data.Written().end())).Add({0x3B});
+    const CliRun tight = Run({"--to", "400"}, bytes);
+    EXPECT_EQ(tight.status, kExitDone) << tight.err;
+    EXPECT_LE(ReadAll(out_).size(), 400u);
+    EXPECT_NE(tight.out.find(", lossy "), std::string::npos) << tight.out;
+    const CliRun wide = Run({"--to", "2M"}, bytes);
+    EXPECT_EQ(wide.status, kExitDone) << wide.err;
+    EXPECT_EQ(wide.out.find("lossy"), std::string::npos) << wide.out;
+    const Bytes before = ReadAll(out_);
+    const CliRun none = Run({"--to", "20"}, bytes);
+    EXPECT_EQ(none.status, kExitFailed);
+    EXPECT_NE(none.err.find("does not fit"), std::string::npos) << none.err;
+    EXPECT_EQ(ReadAll(out_), before);
+}
+
+TEST_F(CliOptimise, CopiesWhatItLeavesAlone) {
+    Bytes cut = Wasteful();
+    cut.pop_back();
+    const CliRun run = Run({}, cut);
+    EXPECT_EQ(run.status, kExitDone);
+    EXPECT_NE(run.err.find("left alone"), std::string::npos) << run.err;
+    EXPECT_NE(run.out.find("(+0.0 %)"), std::string::npos) << run.out;
+    EXPECT_EQ(ReadAll(out_), cut);
+    EXPECT_EQ(Run({"--strict"}, cut).status, kExitFailed);
+}
+
+TEST_F(CliOptimise, RefusesWrongWords) {
+    const std::tuple<Words, const char*> cases[] = {
+        {{"--effort", "more"}, "--effort is fast, normal or max, not more"},
+        {{"--jobs", "0"}, "--jobs is a number of 1 to 256, not 0"},
+        {{"--jobs", "x"}, "--jobs is a number"},
+        {{"--strip", "comments,all"}, "--strip takes comments"},
+        {{"--strip", ""}, "--strip takes comments"},
+        {{"--lossy", "256"}, "--lossy is a number of 0 to 255, not 256"},
+        {{"--to", "0"}, "--to is a number of bytes"},
+        {{"--to", "3G"}, "--to is a number of bytes"},
+        {{"--to", "3K", "--lossy", "3"}, "give one of them"},
+        {{"--classic"}, "--classic keeps no document as it plays"},
+        {{"third"}, "give IN and OUT"},
+        {{"--fit-screen"}, "unknown option --fit-screen"},
+    };
+    for (const auto& [words, complaint] : cases) {
+        const CliRun run = Run(words);
+        EXPECT_EQ(run.status, kExitUsage) << complaint;
+        EXPECT_NE(run.err.find(complaint), std::string::npos) << run.err;
+        EXPECT_FALSE(FileExists(out_));
+    }
+}

@@ -1,0 +1,388 @@
+// Smaller documents that play the same, as judged by the plain forms of composing and decoding.
+#include "size/optimise.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "gif/lzw_encoder.h"
+#include "gif/source_bytes.h"
+#include "platform/faults.h"
+#include "size/plays_alike.h"
+#include "size/recode.h"
+#include "tests/support/failing_new.h"
+#include "tests/support/literal_codec.h"
+#include "tests/support/literal_stage.h"
+#include "tests/support/test_blocks.h"
+
+namespace {
+
+Bytes BytesOf(const BlockList& list) {
+    File file;
+    EXPECT_TRUE(file.CreateMemory());
+    EXPECT_TRUE(WriteWholeGif(list, file, nullptr));
+    return {file.Written().begin(), file.Written().end()};
+}
+
+struct Shown {
+    Pixels canvas;
+    uint64_t delay = 0, played = 0;
+    bool operator==(const Shown&) const = default;
+};
+
+// What is seen, and for how long.
+std::vector<Shown> TimelineOf(const BlockList& list) {
+    Animation animation;
+    EXPECT_TRUE(animation.Open(list, Texts::kLeftOut));
+    const std::vector<Pixels> canvases = ComposeLiterally(animation);
+    std::vector<Shown> timeline;
+    for (size_t i = 0; i < canvases.size(); ++i) {
+        const uint16_t delay = animation.Frames()[i].delay;
+        if (timeline.empty() || timeline.back().canvas != canvases[i]) timeline.push_back({canvases[i]});
+        timeline.back().delay += delay;
+        timeline.back().played += delay < 2 ? 10 : delay;
+    }
+    return timeline;
+}
+
+// A random document that is nothing to be left alone: its first image lies on the screen.
+Bytes RandomFile(std::mt19937& random, int images) {
+    BlockList list = RandomAnimation(random, images);
+    for (Block& block : list.All())
+        if (block.kind == kControlBlock) block.descriptor[0] = kControlDescriptorBytes - 2;
+    for (Block& block : list.All()) {
+        if (block.kind != kImageBlock) continue;
+        ImageFields fields = GetImageFields(block);
+        if (fields.width == 0) {
+            block = MakeImage(1, 1, 1, kHasPalette);
+            fields = GetImageFields(block);
+        }
+        fields.left = fields.top = 0;
+        PutImageFields(&block, fields);
+        HeaderFields screen = GetHeaderFields(list.blocks[0]);
+        screen.screenWidth = std::max(screen.screenWidth, fields.width);
+        screen.screenHeight = std::max(screen.screenHeight, fields.height);
+        PutHeaderFields(&list.blocks[0], screen);
+        break;
+    }
+    return BytesOf(list);
+}
+
+struct Optimised {
+    OptimiseResult result;
+    BlockList list;  // of kSmaller
+};
+
+Optimised Optimise(const LoadedGif& gif, const OptimiseOptions& options = {}) {
+    Optimised made;
+    made.result = Optimise(gif, gif.report, options, nullptr, &made.list);
+    return made;
+}
+
+// A document of frames of one row on a screen of that width, with the global colours (i, 2i, 3i).
+struct Strip : GifBytes {
+    explicit Strip(int width) { Header("GIF89a", width, 1, 0xF2); }
+    Strip& Control(int delay, int packed = 0, int transparent = 0) {
+        Add({0x21, 0xF9, 4, packed}).Word(delay).Add({transparent, 0});
+        return *this;
+    }
+    Strip& Row(int left, const std::vector<uint32_t>& pixels, int packed = 0) {
+        BlockList list;
+        Block image = MakeImage(static_cast<int>(pixels.size()), 1, 3);
+        image.data = MakeRow(4, pixels);
+        File file;
+        EXPECT_TRUE(file.CreateMemory());
+        EXPECT_TRUE(EncodeImageData(file, image, Manner::kWhole));
+        Add({0x2C}).Word(left).Word(0).Word(static_cast<int>(pixels.size())).Word(1).Add({packed});
+        Add(Bytes(file.Written().begin(), file.Written().end()));
+        return *this;
+    }
+    Bytes WithTrailer() const {
+        Bytes bytes = *this;
+        bytes.push_back(0x3B);
+        return bytes;
+    }
+    LoadedGif Load() const { return LoadedGif(WithTrailer(), Manner::kWhole); }
+};
+
+std::vector<int> DelaysOf(const BlockList& list) {
+    Animation animation;
+    EXPECT_TRUE(animation.Open(list, Texts::kLeftOut));
+    std::vector<int> delays;
+    for (const Frame& frame : animation.Frames()) delays.push_back(frame.delay);
+    return delays;
+}
+
+}  // namespace
+
+TEST(Optimise, PlaysTheSameAndIsNeverLarger) {
+    std::mt19937 random(1);
+    int smaller = 0;
+    for (int round = 0; round < 300; ++round) {
+        const LoadedGif gif(RandomFile(random, 1 + static_cast<int>(random() % 9)), Manner::kWhole);
+        const OptimiseOptions options = {static_cast<Effort>(round % 3), round % 5 == 0, 1};
+        const Optimised made = Optimise(gif, options);
+        ASSERT_TRUE(made.result == OptimiseResult::kSmaller || made.result == OptimiseResult::kNothingGained) << round;
+        if (made.result != OptimiseResult::kSmaller) continue;
+        ++smaller;
+        ASSERT_LT(BytesOf(made.list).size(), BytesOf(gif).size()) << round;
+        ASSERT_EQ(TimelineOf(made.list), TimelineOf(gif)) << round;
+        if (options.keepFrames) {
+            ASSERT_EQ(DelaysOf(made.list), DelaysOf(gif)) << round;
+        }
+    }
+    EXPECT_EQ(smaller, 300);
+}
+
+TEST(Optimise, GivesTheSameBytesWithAnyNumberOfThreads) {
+    std::mt19937 random(2);
+    for (int round = 0; round < 20; ++round) {
+        const LoadedGif gif(RandomFile(random, 12), Manner::kWhole);
+        const Effort effort = round % 2 ? Effort::kNormal : Effort::kFast;
+        const Optimised one = Optimise(gif, {effort, false, 1});
+        ASSERT_EQ(one.result, OptimiseResult::kSmaller);
+        for (size_t threads : {2u, 5u})
+            EXPECT_EQ(BytesOf(Optimise(gif, {effort, false, threads}).list), BytesOf(one.list));
+    }
+}
+
+TEST(Optimise, MergesFramesWhereNoPlayerTellsTheDifference) {
+    constexpr int kWaits = kControlUserInput;
+    const std::tuple<const char*, Bytes, std::vector<int>> cases[] = {
+        {"equal frames", Strip(3).Control(3).Row(0, {1, 2, 3}).Control(4).Row(0, {1, 2, 3}).WithTrailer(), {7}},
+        {"a frame that draws nothing new",
+         Strip(3).Control(3).Row(0, {1, 2, 3}).Control(4).Row(1, {2}).Control(5).Row(1, {4}).WithTrailer(),
+         {7, 5}},
+        {"a short delay counts for more",
+         Strip(3).Control(0).Row(0, {1, 2, 3}).Control(5).Row(0, {1, 2, 3}).WithTrailer(),
+         {0, 5}},
+        {"two of them", Strip(3).Control(1).Row(0, {1, 2, 3}).Control(1).Row(0, {1, 2, 3}).WithTrailer(), {1, 1}},
+        {"as long as a delay may be",
+         Strip(3).Control(65533).Row(0, {1, 2, 3}).Control(2).Row(0, {1, 2, 3}).WithTrailer(),
+         {65535}},
+        {"longer", Strip(3).Control(65533).Row(0, {1, 2, 3}).Control(3).Row(0, {1, 2, 3}).WithTrailer(), {65533, 3}},
+        {"one waits for the user",
+         Strip(3).Control(3, kWaits).Row(0, {1, 2, 3}).Control(4).Row(0, {1, 2, 3}).WithTrailer(),
+         {3, 4}},
+        {"the other waits",
+         Strip(3).Control(3).Row(0, {1, 2, 3}).Control(4, kWaits).Row(0, {1, 2, 3}).WithTrailer(),
+         {3, 4}},
+    };
+    for (const auto& [name, bytes, delays] : cases) {
+        const LoadedGif gif(bytes, Manner::kWhole);
+        const Optimised made = Optimise(gif);
+        const BlockList& kept = made.result == OptimiseResult::kSmaller ? made.list : gif;
+        EXPECT_EQ(DelaysOf(kept), delays) << name;
+        EXPECT_EQ(TimelineOf(kept), TimelineOf(gif)) << name;
+    }
+}
+
+TEST(Optimise, LeavesAloneWhatPlayersDisagreeAbout) {
+    GifBytes missing = Strip(3).Control(3).Row(0, {1, 2, 3});
+    missing.Add({0x2C}).Word(0).Word(0).Word(3).Word(1).Add({0, 3, 2, 0x08, 0x0B, 0});
+    GifBytes text = Strip(3).Row(0, {1, 2, 3}).Control(9);
+    text.Extension(0x01, "\x0C" + std::string(12, '\1'), "text");
+    const std::tuple<const char*, Bytes> cases[] = {
+        {"no frame", GifBytes().Header("GIF89a", 3, 1, 0xF2).Add({0x3B})},
+        {"the first image leaves the screen", Strip(3).Row(1, {1, 2, 3}).Row(0, {1, 1, 1}).WithTrailer()},
+        {"a screen without width", Strip(0).Row(1, {1, 2, 3}).Row(0, {1, 1, 1}).WithTrailer()},
+        {"pixels are missing", missing.Add({0x3B})},
+        {"no trailer", Strip(3).Row(0, {1, 2, 3}).Row(0, {1, 2, 3})},
+        {"a text behind the control", text.SmallImage().Add({0x3B})},
+    };
+    for (const auto& [name, bytes] : cases)
+        EXPECT_EQ(Optimise(LoadedGif(bytes, Manner::kWhole)).result, OptimiseResult::kLeftAlone) << name;
+}
+
+TEST(Optimise, KeepsWhatIsNoFrame) {
+    Strip strip(3);
+    strip.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\7\0", 3)).Comment("before");
+    strip.Control(5).Row(0, {1, 2, 3}).Comment("between").Extension(0xFF, "\x0BXXXXXXXX1.0", "data");
+    strip.Control(5).Row(0, {1, 2, 3}).Comment("behind").Add({0x3B, 1, 2, 3});
+    const LoadedGif gif(strip, Manner::kWhole);
+    const Optimised made = Optimise(gif);
+    ASSERT_EQ(made.result, OptimiseResult::kSmaller);
+    EXPECT_EQ(KindsOf(gif), "1763265326");
+    EXPECT_EQ(KindsOf(made.list), "17632656");
+    EXPECT_EQ(TextOf(BlockAt(made.list, 2)), "before");
+    EXPECT_EQ(made.list.after.bytes, 4u);
+}
+
+TEST(Optimise, KeepsTheBackgroundsColour) {
+    Strip strip(4);
+    strip[11] = 6;
+    const LoadedGif gif = strip.Row(0, {7, 5, 7, 5}).Control(2).Row(1, {1}).Load();
+    const Optimised made = Optimise(gif);
+    ASSERT_EQ(made.result, OptimiseResult::kSmaller);
+    const Block& header = made.list.blocks[0];
+    EXPECT_EQ(header.palette[GetHeaderFields(header).backgroundIndex], (RgbTriple{6, 12, 18}));
+}
+
+TEST(Optimise, TextsKeepTheirPalette) {
+    Strip strip(3);
+    strip.Row(0, {7, 5, 7}).Extension(0x01, "\x0C" + std::string(10, '\1') + "\3\4", "text");
+    const LoadedGif gif = strip.Control(5).Row(0, {7, 5, 7}).Control(5).Row(0, {7, 5, 7}).Load();
+    ASSERT_EQ(KindsOf(gif), "1243232");
+    const Optimised made = Optimise(gif);
+    ASSERT_EQ(made.result, OptimiseResult::kSmaller);
+    EXPECT_EQ(KindsOf(made.list), "12432");
+    EXPECT_TRUE(SameContent(made.list.blocks[0], gif.blocks[0]));
+}
+
+TEST(Optimise, MemoryThatEndsIsNoCrash) {
+    std::mt19937 random(3);
+    const LoadedGif gif(RandomFile(random, 4), Manner::kWhole);
+    const std::vector<Shown> timeline = TimelineOf(gif);
+    for (long* counter : {&faults.allocationsUntilFailure, &faults.locksUntilFailure, &failingNew.untilFailure}) {
+        int done = 0;
+        for (long until = 0; done == 0 && until < 20000; until += 1 + until / 16) {
+            *counter = until;
+            const Optimised made = Optimise(gif, {Effort::kFast, false, 1});
+            const bool isOver = *counter >= 0;
+            *counter = -1;
+            if (made.result != OptimiseResult::kSmaller) continue;
+            EXPECT_EQ(TimelineOf(made.list), timeline) << until;
+            done += isOver;
+        }
+        EXPECT_EQ(done, 1);
+    }
+}
+
+TEST(PlaysAlike, TellsWhatPlayersShow) {
+    const auto one = [] { return Strip(3).Control(5).Row(0, {1, 2, 3}); };
+    GifBytes looped = one();
+    looped.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\7\0", 3)).Add({0x3B});
+    const LoadedGif first = one().Load();
+    const std::tuple<const char*, Bytes, Likeness> cases[] = {
+        {"itself", one().WithTrailer(), Likeness::kAlike},
+        {"in two parts", Strip(3).Control(3).Row(0, {1, 2, 3}).Control(2).Row(0, {1, 2}).WithTrailer(),
+         Likeness::kAlike},
+        {"a part that is stretched", Strip(3).Control(4).Row(0, {1, 2, 3}).Control(1).Row(0, {1, 2}).WithTrailer(),
+         Likeness::kDifferent},
+        {"another delay", Strip(3).Control(6).Row(0, {1, 2, 3}).WithTrailer(), Likeness::kDifferent},
+        {"another colour", Strip(3).Control(5).Row(0, {1, 2, 4}).WithTrailer(), Likeness::kDifferent},
+        {"transparent instead", Strip(3).Control(5).Row(0, {1, 2}).WithTrailer(), Likeness::kDifferent},
+        {"transparent as nothing", Strip(3).Control(5, 1, 4).Row(0, {1, 2, 3}).WithTrailer(), Likeness::kAlike},
+        {"one more moment", one().Control(5).Row(0, {4}).WithTrailer(), Likeness::kDifferent},
+        {"another screen", Strip(4).Control(5).Row(0, {1, 2, 3}).WithTrailer(), Likeness::kDifferent},
+        {"a loop", looped, Likeness::kDifferent},
+    };
+    for (const auto& [name, bytes, likeness] : cases) {
+        const LoadedGif other(bytes, Manner::kWhole);
+        EXPECT_EQ(PlaysAlike(first, other), likeness) << name;
+        EXPECT_EQ(PlaysAlike(other, first), likeness) << name;
+    }
+}
+
+// The largest difference of a colour that documents of the same length show at the same time; 256 where only one is
+// transparent.
+static int LargestDifference(const BlockList& a, const BlockList& b) {
+    const std::vector<Shown> one = TimelineOf(a), other = TimelineOf(b);
+    uint64_t end = 0, otherEnd = 0;
+    int largest = 0;
+    for (size_t i = 0, j = 0; i < one.size() && j < other.size();) {
+        for (size_t at = 0; at < one[i].canvas.size(); ++at) {
+            const uint32_t p = one[i].canvas[at], q = other[j].canvas[at];
+            if ((p >> 24) != (q >> 24)) return 256;
+            for (int shift : {0, 8, 16})
+                largest = std::max(largest,
+                                   std::abs(static_cast<int>(p >> shift & 255) - static_cast<int>(q >> shift & 255)));
+        }
+        const uint64_t iEnd = end + one[i].played, jEnd = otherEnd + other[j].played;
+        if (iEnd <= jEnd) {
+            end = iEnd;
+            ++i;
+        }
+        if (jEnd <= iEnd) {
+            otherEnd = jEnd;
+            ++j;
+        }
+    }
+    return largest;
+}
+
+TEST(Optimise, LosesNoMoreThanAllowed) {
+    std::mt19937 random(5);
+    size_t lossless = 0, lossy = 0;
+    for (int round = 0; round < 120; ++round) {
+        const LoadedGif gif(RandomFile(random, 1 + static_cast<int>(random() % 9)), Manner::kWhole);
+        OptimiseOptions options = {static_cast<Effort>(round % 2), round % 5 == 0, 1};
+        lossless += BytesOf(Optimise(gif, options).list).size();
+        options.lossy = 1 + round * 2;
+        BlockList made;
+        Loss loss;
+        ASSERT_EQ(Optimise(gif, gif.report, options, nullptr, &made, &loss), OptimiseResult::kSmaller) << round;
+        lossy += BytesOf(made).size();
+        ASSERT_LE(loss.largest, options.lossy);
+        ASSERT_EQ(LargestDifference(gif, made), loss.largest) << round;
+        ASSERT_LE(loss.mean, loss.largest);
+    }
+    EXPECT_LT(lossy, lossless);
+}
+
+TEST(PlaysNearly, KeepsToTheBoundAndTheTime) {
+    // Colour i is (i, 2i, 3i): neighbours are 3 apart.
+    const LoadedGif first = Strip(2).Control(5).Row(0, {1, 2}).Control(5).Row(0, {2, 2}).Load();
+    const std::tuple<const char*, Bytes, int, Likeness, int> cases[] = {
+        {"near enough", Strip(2).Control(5).Row(0, {1, 3}).Control(5).Row(0, {2, 2}).WithTrailer(), 3, Likeness::kAlike,
+         3},
+        {"too far", Strip(2).Control(5).Row(0, {1, 3}).Control(5).Row(0, {2, 2}).WithTrailer(), 2, Likeness::kDifferent,
+         0},
+        {"a change given up", Strip(2).Control(10).Row(0, {1, 2}).WithTrailer(), 3, Likeness::kAlike, 3},
+        {"and too far", Strip(2).Control(10).Row(0, {4, 2}).WithTrailer(), 6, Likeness::kDifferent, 0},
+        {"too short", Strip(2).Control(9).Row(0, {1, 2}).WithTrailer(), 3, Likeness::kDifferent, 0},
+        {"a change at another time", Strip(2).Control(4).Row(0, {1, 2}).Control(6).Row(0, {2, 2}).WithTrailer(), 3,
+         Likeness::kAlike, 3},
+        {"transparent instead", Strip(2).Control(10).Row(0, {1}).WithTrailer(), 255, Likeness::kDifferent, 0},
+    };
+    for (const auto& [name, bytes, most, likeness, largest] : cases) {
+        Loss loss;
+        EXPECT_EQ(PlaysNearly(first, LoadedGif(bytes, Manner::kWhole), most, &loss), likeness) << name;
+        EXPECT_EQ(loss.largest, largest) << name;
+    }
+}
+
+TEST(Recode, KeepsStringsInOtherNumbers) {
+    std::mt19937 random(4);
+    for (int round = 0; round < 60; ++round) {
+        const int from = 2 + round % 7, to = 2 + round / 7 % 7, used = 1 << std::min(from, to);
+        const int width = 1 + static_cast<int>(random() % 300), height = round % 4 ? 40 : 1;
+        Block image = MakeImage(width, height, from);
+        IndexMap map = {};
+        std::iota(map.begin(), map.begin() + used, uint8_t{0});
+        std::shuffle(map.begin(), map.begin() + used, random);
+        const int few = 1 + static_cast<int>(random() % static_cast<unsigned>(used));
+        {
+            ImageWriteLock bitmap(&image.data);
+            for (int y = 0; y < height; ++y)
+                for (int x = 0; x < width; ++x)
+                    SetImagePixel(bitmap, x, y, static_cast<uint32_t>(random() % static_cast<unsigned>(few)));
+        }
+        File file;
+        ASSERT_TRUE(file.CreateMemory());
+        ASSERT_TRUE(EncodeImageData(file, image, Manner::kWhole));
+        const uint64_t pixels = static_cast<uint64_t>(width) * static_cast<uint64_t>(height);
+        EncodedPixels codes;
+        const bool hasRoom = RecodeStrings(file.Written(), pixels, map, to, &codes);
+        ASSERT_TRUE(hasRoom || to > from) << round;
+        if (!hasRoom) continue;
+        ASSERT_EQ(codes.data[0], to);
+        Block back = MakeImage(width, height, std::max(from, to));
+        ASSERT_EQ(DecodeLiterally(Bytes(codes.data.begin() + 1, codes.data.end()), to, &back), kDecodeDone) << round;
+        ImageLock before(image.data), after(back.data);
+        for (int y = 0; y < height; ++y)
+            for (int x = 0; x < width; ++x)
+                ASSERT_EQ(GetImagePixel(after, x, y), map[GetImagePixel(before, x, y)]) << round;
+    }
+}
+
+TEST(Recode, TakesNoDamagedData) {
+    const IndexMap map = {};
+    EncodedPixels codes;
+    EXPECT_TRUE(RecodeStrings(Bytes{2, 2, 0x44, 0x0A, 0}, 2, map, 2, &codes));
+    EXPECT_FALSE(RecodeStrings(Bytes{2, 2, 0x44, 0x0A, 0}, 3, map, 2, &codes)) << "fewer pixels";
+    EXPECT_FALSE(RecodeStrings(Bytes{2, 1, 0x44, 0}, 3, map, 2, &codes)) << "no end";
+    EXPECT_FALSE(RecodeStrings(Bytes{2, 9, 0x44, 0x0A, 0}, 3, map, 2, &codes)) << "a sub-block cut off";
+    EXPECT_FALSE(RecodeStrings(Bytes{1, 2, 0x44, 0x0A, 0}, 2, map, 2, &codes)) << "an odd code size";
+    EXPECT_FALSE(RecodeStrings(Bytes{2, 2, 0xFC, 0x0F, 0}, 2, map, 2, &codes)) << "a code that means nothing";
+    EXPECT_FALSE(RecodeStrings(Bytes{}, 2, map, 2, &codes)) << "nothing";
+}
