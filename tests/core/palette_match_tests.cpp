@@ -105,7 +105,7 @@ TEST_F(PaletteMatch, ImagesOfADocumentWithoutGlobalPaletteGetALocalOne) {
 TEST_F(PaletteMatch, ADocumentReadWholeWithoutGlobalPaletteAsksNothing) {
     document_.flags = kReadWhole;
     for (const auto& [packed, bitCount, asks] :
-         {std::tuple(7, 1, false), {7, 4, false}, {7, 8, false}, {7, 24, true}, {0x87, 8, true}}) {
+         {std::tuple(7, 1, false), {7, 4, false}, {7, 8, false}, {0x87, 8, true}, {0x87, 24, true}}) {
         SCOPED_TRACE(testing::Message() << packed << " " << bitCount);
         SetGlobalPalette(packed);
         TakeImage(bitCount);

@@ -71,10 +71,10 @@ void InsertGoodImages(HWND window, int* place, int shown, const std::vector<std:
     std::vector<std::string> bad;
     for (const std::string& path : paths) {
         UserAnswers answers(window, path);
-        Result<Block> image = ImportImage(&document, path, answers);
-        if (image && InsertBlocks(&document, place, {&*image, 1})) {
+        const Result<std::vector<Block>> blocks = ImportImage(&document, path, answers);
+        if (blocks && InsertBlocks(&document, place, *blocks)) {
             ShowInserted(window, *place, shown);
-        } else if (image || IsBad(image.Why())) {
+        } else if (blocks || IsBad(blocks.Why())) {
             bad.push_back(path);
         } else {
             break;
