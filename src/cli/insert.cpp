@@ -84,7 +84,7 @@ std::string ReadOrder(const Options& options, Order* order) {
 }
 
 // Why the image of the file can't join the document.
-std::string WhyNotInserted(const std::string& path, const Result<Block>& image) {
+std::string WhyNotInserted(const std::string& path, const Result<std::vector<Block>>& image) {
     switch (image.Why()) {
         case Failure::kCancelled: return "its colours are not the document's: give --remap, --dither or --keep";
         case Failure::kNoMemory: return "out of memory";
@@ -104,12 +104,12 @@ std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
 bool MakeBlocks(BlockList* list, const Order& order, const std::string& path, std::vector<Block>* blocks) {
     InsertAnswers answers(order.colours);
     for (const std::string& file : order.files) {
-        Result<Block> image = ImportImage(list, file, answers);
+        const Result<std::vector<Block>> image = ImportImage(list, file, answers);
         if (!image) {
             Complain(file, WhyNotInserted(file, image));
             return false;
         }
-        blocks->push_back(*image);
+        blocks->insert(blocks->end(), image->begin(), image->end());
     }
     if (order.kind == kImageBlock) return true;
     std::string reason = WhyNotAllowed(*list, order.kind);
@@ -141,7 +141,9 @@ const char kInsertHelp[] =
     "Loads the GIF file IN, inserts new blocks after block number INDEX (0 is the\n"
     "header) and writes the result to OUT, all other blocks as they were. Kinds:\n"
     "\n"
-    "  image      the first image of each GIF file FILE, in the order given\n"
+    "  image      the picture of each FILE (PNG, JPEG, BMP, or the first image of a\n"
+    "             GIF file), in the order given; one that is transparent somewhere\n"
+    "             comes with a control block that says so\n"
     "  control    a control block without flags, with a delay of 1/100 second\n"
     "  comment    a comment with a text to be replaced\n"
     "  plaintext  a plain text block with such a text; IN needs a global palette\n"

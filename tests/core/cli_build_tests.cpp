@@ -60,7 +60,7 @@ TEST_F(CliBuild, OptionsReachTheDocument) {
 }
 
 TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
-    const std::string unread = "broken.gif: no readable GIF picture";
+    const std::string unread = "broken.gif: no readable picture: no GIF, PNG, JPEG or BMP file";
     const std::tuple<Words, Words, const char*, std::string> cases[] = {
         {{}, {"a.gif", "broken.gif", "b.gif"}, "", unread + " (--skip-corrupted leaves such files out)"},
         {{}, {"a.gif", "missing.gif"}, "", "missing.gif: can't be opened: there is no such file\n"},
