@@ -77,8 +77,7 @@ void ReadMasks(Bytes file, Layout* layout) {
     layout->masks[0] = isShort ? 0x7C00 : 0xFF0000;
     layout->masks[1] = isShort ? 0x03E0 : 0x00FF00;
     layout->masks[2] = isShort ? 0x001F : 0x0000FF;
-    // No opacity was meant to be there. Many programs write it all the same, others leave it at 0.
-    layout->masks[3] = layout->bits == 32 ? 0xFF000000 : 0;
+    // The fourth byte of 32 bits means nothing here: some programs write opacity, others whatever was there.
 }
 
 bool FitsCompression(const Layout& layout) {

@@ -17,6 +17,11 @@ constexpr uint8_t kEndOfImage = 0xD9;
 constexpr uint8_t kApplication1 = 0xE1;
 constexpr std::string_view kExifName{"Exif\0\0", 6};
 
+// There is one marker for each way of coding; three that are among them mean other things.
+bool IsStartOfFrame(uint8_t marker) {
+    return marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+}
+
 struct Segment {
     uint8_t marker = 0;
     Bytes content;
@@ -78,6 +83,15 @@ bool HasEndMarker(Bytes file) {
     }
     constexpr uint8_t kEnd[] = {kMarker, kEndOfImage};
     return !std::ranges::search(file.subspan(std::min(segments.Position(), file.size())), kEnd).empty();
+}
+
+std::optional<JpegSize> SizeOfJpeg(Bytes file) {
+    constexpr size_t kSizeBytes = 5;  // precision, height and width
+    Segments segments(file);
+    while (std::optional<Segment> segment = segments.Next())
+        if (IsStartOfFrame(segment->marker) && segment->content.size() >= kSizeBytes)
+            return JpegSize{GetBigWord(&segment->content[3]), GetBigWord(&segment->content[1])};
+    return std::nullopt;
 }
 
 int JpegOrientation(Bytes file) {

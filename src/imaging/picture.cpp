@@ -27,10 +27,15 @@ Turn TurnOf(int orientation) {
 
 }  // namespace
 
-Failure MakeRoom(Picture* picture, uint64_t width, uint64_t height) {
+Failure CheckSize(uint64_t width, uint64_t height) {
     if (width == 0 || height == 0) return Failure::kDamaged;
-    if (width > kMostPictureSide || height > kMostPictureSide || width * height > kMostPicturePixels)
-        return Failure::kTooLarge;
+    const bool isTooLarge =
+        width > kMostPictureSide || height > kMostPictureSide || width * height > kMostPicturePixels;
+    return isTooLarge ? Failure::kTooLarge : Failure::kNone;
+}
+
+Failure MakeRoom(Picture* picture, uint64_t width, uint64_t height) {
+    if (const Failure failure = CheckSize(width, height); failure != Failure::kNone) return failure;
     picture->width = static_cast<int>(width);
     picture->height = static_cast<int>(height);
     picture->pixels = AllocateScratch(width * height * picture->PixelBytes());

@@ -33,8 +33,11 @@ struct Picture {
     const uint8_t* Row(int y) const { return &pixels[static_cast<size_t>(y) * RowBytes()]; }
 };
 
-// Gives `picture`, whose `colourCount` is set, its size and room for its pixels, whose content is undefined. kTooLarge
-// for more than the above, kDamaged for no pixels at all, kNoMemory.
+// Whether a picture may have this size: kTooLarge for more than the above, kDamaged for no pixels at all.
+[[nodiscard]] Failure CheckSize(uint64_t width, uint64_t height);
+
+// Gives `picture`, whose `colourCount` is set, its size and room for its pixels, whose content is undefined. Fails as
+// CheckSize does, and with kNoMemory.
 [[nodiscard]] Failure MakeRoom(Picture* picture, uint64_t width, uint64_t height);
 
 // Gives the picture `count` colours (1 to 256), all of them opaque black for now.

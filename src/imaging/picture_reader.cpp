@@ -1,6 +1,7 @@
 #include "imaging/picture_reader.h"
 
 #include <algorithm>
+#include <optional>
 #include <string_view>
 
 #include "imaging/jpeg_markers.h"
@@ -40,10 +41,26 @@ bool HasEndChunk(std::span<const uint8_t> file) {
     return false;
 }
 
+Failure ReadPng(std::span<const uint8_t> file, Picture* picture) {
+    constexpr size_t kWidthAt = 16, kHeightAt = 20;  // in the first chunk
+    if (file.size() < kHeightAt + 4 || !StartsWith(file.subspan(kWidthAt - 4), "IHDR") || !HasEndChunk(file))
+        return Failure::kDamaged;
+    const Failure failure = CheckSize(GetBigDoubleWord(&file[kWidthAt]), GetBigDoubleWord(&file[kHeightAt]));
+    return failure == Failure::kNone ? DecodePng(file, picture) : failure;
+}
+
+Failure ReadJpeg(std::span<const uint8_t> file, Picture* picture) {
+    const std::optional<JpegSize> size = SizeOfJpeg(file);
+    if (!size || !HasEndMarker(file)) return Failure::kDamaged;
+    const Failure failure = CheckSize(size->width, size->height);
+    return failure == Failure::kNone ? DecodeJpeg(file, picture) : failure;
+}
+
+// Sizes are looked at before a decoder sees them: some take the memory for a picture as soon as they open it.
 Failure Decode(std::span<const uint8_t> file, Picture* picture) {
     switch (KindOfPicture(file)) {
-        case PictureKind::kPng: return HasEndChunk(file) ? DecodePng(file, picture) : Failure::kDamaged;
-        case PictureKind::kJpeg: return HasEndMarker(file) ? DecodeJpeg(file, picture) : Failure::kDamaged;
+        case PictureKind::kPng: return ReadPng(file, picture);
+        case PictureKind::kJpeg: return ReadJpeg(file, picture);
         case PictureKind::kBmp: return DecodeBmp(file, picture);
         default: return Failure::kNotPicture;
     }

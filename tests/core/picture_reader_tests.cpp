@@ -14,8 +14,17 @@ namespace {
 
 constexpr size_t kFewestFiles = 100;
 
-const std::map<std::string, Failure> kFailures = {
-    {"kDamaged", Failure::kDamaged}, {"kTooLarge", Failure::kTooLarge}, {"kNotSupported", Failure::kNotSupported}};
+// The imaging component makes up what is missing of a JPEG that has its end.
+#ifdef _WIN32
+constexpr Failure kOfBrokenJpeg = Failure::kNone;
+#else
+constexpr Failure kOfBrokenJpeg = Failure::kDamaged;
+#endif
+
+const std::map<std::string, Failure> kFailures = {{"kDamaged", Failure::kDamaged},
+                                                  {"kDamaged where libjpeg reads", kOfBrokenJpeg},
+                                                  {"kTooLarge", Failure::kTooLarge},
+                                                  {"kNotSupported", Failure::kNotSupported}};
 
 struct Expected {
     Failure failure = Failure::kNone;
@@ -54,7 +63,7 @@ std::vector<int> SamplesOf(const Picture& picture) {
 
 void ExpectPicture(const Result<Picture>& picture, const Expected& expected) {
     ASSERT_EQ(picture.Why(), expected.failure);
-    if (!picture) return;
+    if (!picture || expected.pixels.empty()) return;
     ASSERT_EQ(picture->width, expected.width);
     ASSERT_EQ(picture->height, expected.height);
     const std::vector<int> samples = SamplesOf(*picture);

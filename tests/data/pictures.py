@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the picture files that tests and fuzzers read: pictures.py FOLDER
 
-Each NAME.png, .jpg or .bmp lies beside a NAME.*.expected: what reading it must give. That is the name of a failure, or
+Each NAME.png, .jpg or .bmp lies beside a NAME.*.expected: what reading it must give. That is the name of a failure (with "where libjpeg reads": Windows makes up the rest), or
 "WIDTH HEIGHT TOLERANCE" with the pixels behind it in the next line as hexadecimal red, green, blue and opacity. Files
 are put together byte by byte, so that the same files are there on every system, and nothing judges itself.
 """
@@ -151,8 +151,8 @@ class Bits:
         return data.replace(b"\xFF", b"\xFF\0")
 
 
-def jpeg(blocks, extra=b"", size=None, sof=0xC0, precision=8, end=b"\xFF\xD9"):
-    """`blocks`: rows of blocks, each a tuple of 1, 3 or 4 samples as they are stored."""
+def jpeg(blocks, extra=b"", size=None, end=b"\xFF\xD9", names=b"\1\2\3\4"):
+    """`blocks`: rows of blocks, each a tuple of 1, 3 or 4 samples as they are stored; `names` of these channels."""
     channels = len(blocks[0][0])
     # Differences have 0 to 11 bits, each count with a code of 4; of the other coefficients only "no more", code 0.
     tables = segment(0xC4, b"\0" + bytes([0, 0, 0, 12] + [0] * 12) + bytes(range(12)))
@@ -168,10 +168,10 @@ def jpeg(blocks, extra=b"", size=None, sof=0xC0, precision=8, end=b"\xFF\xD9"):
                 bits.put(difference if difference >= 0 else difference + (1 << length) - 1, length)
                 bits.put(0, 1)
     width, height = size or (8 * len(blocks[0]), 8 * len(blocks))
-    parts = b"".join(bytes([c + 1, 0x11, 0]) for c in range(channels))
-    scan = b"".join(bytes([c + 1, 0]) for c in range(channels))
+    parts = b"".join(bytes([names[c], 0x11, 0]) for c in range(channels))
+    scan = b"".join(bytes([names[c], 0]) for c in range(channels))
     return (b"\xFF\xD8" + extra + segment(0xDB, b"\0" + bytes([1] * 64)) +
-            segment(sof, struct.pack(">BHHB", precision, height, width, channels) + parts) + tables +
+            segment(0xC0, struct.pack(">BHHB", 8, height, width, channels) + parts) + tables +
             segment(0xDA, bytes([channels]) + scan + b"\0\x3F\0") + bits.stuffed() + end)
 
 
@@ -204,11 +204,11 @@ INKS = [[(255, 255, 255, 255), (0, 255, 255, 255)], [(200, 100, 50, 128), (10, 2
 good("grey.jpg", jpeg(GREYS), spread(GREYS, grey), 1)
 good("grey-cut-blocks.jpg", jpeg(GREYS, size=(11, 17)), spread(GREYS, grey, 11, 17), 1)
 good("colours.jpg", jpeg(YCC), spread(YCC, from_ycc), 2)
-good("plain-colours.jpg", jpeg(YCC, adobe(0)), spread(YCC, lambda block: (*block, 255)), 1)
-good("inks.jpg", jpeg(INKS, adobe(0)), spread(INKS, from_inks), 2)
+good("plain-colours.jpg", jpeg(YCC, adobe(0), names=b"RGB"), spread(YCC, lambda block: (*block, 255)), 1)
+good("inks.jpg", jpeg(INKS, adobe(0), names=b"CMYK"), spread(INKS, from_inks), 2)
 bad("no-size.jpg", jpeg(GREYS, size=(16, 0)), "kDamaged")
 bad("many-pixels.jpg", jpeg(GREYS, size=(65000, 65000)), "kTooLarge")
-bad("rows-missing.jpg", jpeg(GREYS, size=(16, 400)), "kDamaged")
+bad("rows-missing.jpg", jpeg(GREYS, size=(16, 400)), "kDamaged where libjpeg reads")
 bad("no-end.jpg", jpeg(GREYS, end=b""), "kDamaged")
 
 
@@ -293,10 +293,12 @@ EXPECTED = [[parts(number) for number in row] for row in TRUE]
 good("colours-24.bmp", bmp(stored(TRUE, 24), 5, 3, 24), EXPECTED)
 good("colours-32.bmp", bmp(stored(TRUE, 32), 5, 3, 32), EXPECTED)
 HALF = [[number | (x * 63) << 24 for x, number in enumerate(row)] for row in TRUE]
-good("opacity-32.bmp", bmp(stored(HALF, 32), 5, 3, 32), [[parts(n, n >> 24) for n in row] for row in HALF])
+good("fourth-byte-32.bmp", bmp(stored(HALF, 32), 5, 3, 32), [[parts(n) for n in row] for row in HALF])
 SHUFFLED = struct.pack("<IIII", 0xFF, 0xFF00, 0xFF0000, 0xFF000000)
 good("fields-32-opacity.bmp", bmp(stored(HALF, 32), 5, 3, 32, 3, masks=SHUFFLED, info=108),
      [[(n & 255, n >> 8 & 255, n >> 16 & 255, n >> 24) for n in row] for row in HALF])
+good("fields-32-no-opacity.bmp", bmp(stored(TRUE, 32), 5, 3, 32, 3, masks=SHUFFLED, info=108),
+     [[(n & 255, n >> 8 & 255, n >> 16 & 255, 255) for n in row] for row in TRUE])
 good("fields-32.bmp", bmp(stored(HALF, 32), 5, 3, 32, 3, masks=SHUFFLED[:12]),
      [[(n & 255, n >> 8 & 255, n >> 16 & 255, 255) for n in row] for row in HALF])
 SHORT = [[number * 2654435761 >> 7 & 0xFFFF for number in row] for row in TRUE]

@@ -91,9 +91,9 @@ void WarnBeyondScreen(HWND window, int before, int last) {
             return TellBeyondScreen(window, document);
 }
 
-void InsertImages(HWND window, int line) {
+void InsertImages(HWND window, int line, ListedKinds kinds) {
     std::string names;
-    if (!OpenImagesDialog(window, &names)) return;
+    if (!OpenImagesDialog(window, kinds, &names)) return;
     if (kQuirkChosenImagesMarkChanged && !Careful(Care::kRefusalChangesNothing)) MarkInserted();
     const std::vector<std::string> paths = ChosenPaths(names, kMaxInsertedFiles);
     int place = line;
@@ -126,6 +126,13 @@ void OnInsert(HWND window) {
     int kind = ChooseInsertKind(window, &document);
     if (kind == 0) return;
     if (kind == kLoopBlock) return InsertLoop(window);
-    if (kind == kImageBlock) return InsertImages(window, line);
+    if (kind == kImageBlock) return InsertImages(window, line, ListedKinds::kUsual);
     InsertOther(window, line, static_cast<uint16_t>(kind));
+}
+
+void OnInsertPictures(HWND window) {
+    paletteChoiceForInsert = kAskForPalette;
+    const int line = SelectedLine(window);
+    if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    InsertImages(window, line, ListedKinds::kPictures);
 }

@@ -37,6 +37,8 @@ constexpr CareRow kCares[] = {
     {Care::kRefusalChangesNothing, "kQuirkUneditedCountsAsChanged kQuirkChosenImagesMarkChanged",
      "A block that can't be edited, or an image that can't be inserted, leaves the document unchanged."},
     {Care::kUnchangedStaysUnchanged, "", "OK in a block's dialog without a change leaves the document unchanged."},
+    {Care::kListsAllPictures, "",
+     "The file dialogs of Insert and of the wizard list pictures of all kinds, not GIF files alone."},
 };
 
 constexpr bool EveryCareHasItsRow() {

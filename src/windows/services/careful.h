@@ -23,6 +23,7 @@ enum class Care : uint8_t {
     kCancelUndoesAll,
     kRefusalChangesNothing,
     kUnchangedStaysUnchanged,
+    kListsAllPictures,
     kCount,
 };
 
