@@ -15,7 +15,7 @@ constexpr uint32_t kFileHeaderBytes = 14;
 constexpr uint32_t kPixelStartAt = 10;
 constexpr uint32_t kOldInfoBytes = 12;    // of OS/2 1.x: short sizes, colours of three bytes
 constexpr uint32_t kUsualInfoBytes = 40;  // later ones begin like this one
-constexpr uint32_t kInfoWithMaskBytes = 52, kInfoWithOpacityBytes = 56;
+constexpr uint32_t kInfoWithOpacityBytes = 56;
 constexpr uint32_t kLongOldInfoBytes = 64;  // of OS/2 2.x
 
 enum Compression : uint32_t { kPlain = 0, kRunsOf8 = 1, kRunsOf4 = 2, kFields = 3, kFieldsWithOpacity = 6 };

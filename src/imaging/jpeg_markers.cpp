@@ -1,6 +1,7 @@
 #include "imaging/jpeg_markers.h"
 
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string_view>
 
@@ -82,7 +83,8 @@ bool HasEndMarker(Bytes file) {
     while (segments.Next()) {
     }
     constexpr uint8_t kEnd[] = {kMarker, kEndOfImage};
-    return !std::ranges::search(file.subspan(std::min(segments.Position(), file.size())), kEnd).empty();
+    const Bytes scans = file.subspan(std::min(segments.Position(), file.size()));
+    return std::search(scans.begin(), scans.end(), std::begin(kEnd), std::end(kEnd)) != scans.end();
 }
 
 std::optional<JpegSize> SizeOfJpeg(Bytes file) {
