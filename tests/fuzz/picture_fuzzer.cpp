@@ -6,11 +6,13 @@
 
 namespace {
 
+constexpr int64_t kMostPixelsLookedAt = int64_t{1} << 20;  // a few bytes may stand for far more
+
 // No opaque pixel has the transparent index, and no pixel an index beyond the depth.
 void CheckBitmap(const PictureBitmap& made) {
     ImageLock bitmap(made.bitmap);
     ImageLock mask(made.mask);
-    if (!bitmap || bitmap->bitCount > 8) return;
+    if (!bitmap || bitmap->bitCount > 8 || int64_t{bitmap->width} * bitmap->height > kMostPixelsLookedAt) return;
     assert(bitmap->bitCount == BitCountForDepth(made.depth));
     assert((made.transparentIndex == kNoTransparentIndex) == !mask);
     for (int y = 0; y < bitmap->height; ++y)
