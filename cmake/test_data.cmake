@@ -7,5 +7,10 @@ add_custom_command(OUTPUT ${TEST_DATA}.stamp DEPENDS ${RECIPES} VERBATIM
   COMMAND python3 ${RECIPES} ${TEST_DATA} COMMAND ${CMAKE_COMMAND} -E touch ${TEST_DATA}.stamp)
 add_custom_command(OUTPUT ${PEER_DATA}.stamp DEPENDS ${RECIPES} VERBATIM
   COMMAND python3 ${RECIPES} --programs ${PEER_DATA} COMMAND ${CMAKE_COMMAND} -E touch ${PEER_DATA}.stamp)
-add_custom_target(test_data DEPENDS ${TEST_DATA}.stamp)
+# Pictures of other kinds, beside what reading them must give.
+set(TEST_PICTURES ${CMAKE_BINARY_DIR}/test-pictures)
+set(PICTURE_RECIPES ${CMAKE_SOURCE_DIR}/tests/data/pictures.py)
+add_custom_command(OUTPUT ${TEST_PICTURES}.stamp DEPENDS ${PICTURE_RECIPES} VERBATIM
+  COMMAND python3 ${PICTURE_RECIPES} ${TEST_PICTURES} COMMAND ${CMAKE_COMMAND} -E touch ${TEST_PICTURES}.stamp)
+add_custom_target(test_data DEPENDS ${TEST_DATA}.stamp ${TEST_PICTURES}.stamp)
 add_custom_target(peer_data DEPENDS ${PEER_DATA}.stamp)

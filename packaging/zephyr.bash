@@ -22,13 +22,14 @@ _zephyr_offer() {
   COMPREPLY=("${COMPREPLY[@]#"$kept"}")
 }
 
-# Files of a kind, and folders. A name that would be taken for an option gets its folder in front.
-_zephyr_files() {  # EXTENSION
-  local name
+# Files of the kinds, and folders. A name that would be taken for an option gets its folder in front.
+_zephyr_files() {  # EXTENSION...
+  local name ending kinds=" $* "
   compopt -o filenames 2>/dev/null
   COMPREPLY=()
   while IFS= read -r name; do
-    if [[ ${name,,} != *."$1" && ! -d ${name/#\~/$HOME} ]]; then continue; fi
+    ending=${name##*.}
+    if [[ ($name != *.* || $kinds != *" ${ending,,} "*) && ! -d ${name/#\~/$HOME} ]]; then continue; fi
     if [[ $name == -* && -z $ended ]]; then name=./$name; fi
     COMPREPLY+=("$name")
   done < <(compgen -f -- "${cur#"$prefix"}")
@@ -112,7 +113,8 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_selection "$1" ;;
-    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | optimise:[01] | insert:* | build:*) _zephyr_files gif ;;
+    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | optimise:[01] | insert:[01]) _zephyr_files gif ;;
+    insert:* | build:*) _zephyr_files gif png jpg jpeg bmp ;;
     move:[01] | copy:[01] | timing:[01] | reverse:[01] | thin:[01] | cut:[01]) _zephyr_files gif ;;
     move:* | copy:*) _zephyr_selection "$1" ;;
   esac
@@ -144,7 +146,7 @@ _zephyr() {  # PROGRAM, as it was typed
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
     optimise) options="--effort --keep-frames --strip --lossy --to --jobs $edits" ;;
-    build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
+    build) options="-o --match --web --loop --fps --delay --delays --centre --all-frames --start --skip-corrupted $names" ;;
     *) return ;;
   esac
   for ((i = 2; i < ${#words[@]} - 1; ++i)); do

@@ -5,6 +5,7 @@
 
 #include "cli/options.h"
 #include "cli/printable.h"
+#include "imaging/picture.h"
 
 namespace fs = std::filesystem;
 
@@ -51,6 +52,21 @@ std::string WhyNotWritten(const std::string& path, const std::string& reason) {
 }
 
 std::string WhyNoPicture(const std::string& path, Failure why, const std::string& reason) {
-    if (why == Failure::kCantOpen) return WhyNotOpened(path, reason);
-    return why == Failure::kCantRead ? WhyNotRead(reason) : "no readable GIF picture";
+    switch (why) {
+        case Failure::kCantOpen: return WhyNotOpened(path, reason);
+        case Failure::kCantRead: return WhyNotRead(reason);
+        case Failure::kNoMemory: return "no picture: not enough memory";
+        case Failure::kTooLarge:
+            return "no picture: it is too large (at most " + std::to_string(kMostPictureSide) + " pixels a side and " +
+                   std::to_string(kMostPicturePixels) + " in all)";
+        case Failure::kNotSupported: return "no readable picture: a form of its kind that zephyr does not know";
+        case Failure::kNoDecoder: return "no picture: this Windows lacks the imaging component that reads such files";
+        case Failure::kDamaged: return "no readable picture: it is damaged or cut short";
+        default: return "no readable picture: no GIF, PNG, JPEG or BMP file";
+    }
+}
+
+bool IsFaultOfPicture(Failure why) {
+    return why == Failure::kNotGif || why == Failure::kNotPicture || why == Failure::kDamaged ||
+           why == Failure::kNotSupported;
 }

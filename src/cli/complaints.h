@@ -20,3 +20,6 @@ std::string WhyNotWritten(const std::string& path, const std::string& reason);
 
 // Why no picture came from a file.
 std::string WhyNoPicture(const std::string& path, Failure why, const std::string& reason);
+
+// Whether that is because of what the file holds, so that others of its kind may do without it.
+bool IsFaultOfPicture(Failure why);

@@ -74,7 +74,7 @@ std::string ReadOrder(const Options& options, const Words& operands, Order* orde
 }
 
 // Why the image of the file can't join the document.
-std::string WhyNotInserted(const std::string& path, const Result<Block>& image) {
+std::string WhyNotInserted(const std::string& path, const Result<std::vector<Block>>& image) {
     switch (image.Why()) {
         case Failure::kCancelled: return "its colours are not the document's: give --remap, --dither or --keep";
         case Failure::kNoMemory: return "out of memory";
@@ -95,13 +95,13 @@ EditAnswer MakeBlocks(BlockList* list, const Order& order, Colours colours, std:
     EditAnswer answer;
     InsertAnswers answers(colours);
     for (const std::string& file : order.files) {
-        Result<Block> image = ImportImage(list, file, answers);
+        const Result<std::vector<Block>> image = ImportImage(list, file, answers);
         if (!image) {
             answer.refusal = WhyNotInserted(file, image);
             answer.file = file;
             return answer;
         }
-        blocks->push_back(*image);
+        blocks->insert(blocks->end(), image->begin(), image->end());
     }
     if (order.kind == kImageBlock) return answer;
     answer.refusal = WhyNotAllowed(*list, order.kind);
@@ -150,7 +150,9 @@ const char kInsertHelp[] =
     "header; or the last one of a selection) and writes the result to OUT, all other\n"
     "blocks as they were. Kinds:\n"
     "\n"
-    "  image      the first image of each GIF file PICTURE, in the order given\n"
+    "  image      the picture of each PICTURE (PNG, JPEG, BMP, or the first image of\n"
+    "             a GIF file), in the order given; one that is transparent somewhere\n"
+    "             comes with a control block that says so\n"
     "  control    a control block without flags, with a delay of 1/100 second\n"
     "  comment    a comment with a text to be replaced\n"
     "  plaintext  a plain text block with such a text; IN needs a global palette\n"

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "editing/questions.h"
+#include "editing/source_frames.h"
 #include "gif/block_list.h"
 
 // Whose colours the frames get.
@@ -23,6 +24,11 @@ struct AnimationSettings {
     bool loops = true;   // for ever; otherwise the animation plays once
     PaletteMatching matching = PaletteMatching::kSuperPalette;
     int delayHundredths = kDelayOfNewBlocks;  // of each frame, 0 to 65535; or what a new control block has
+    std::vector<uint16_t> delays = {};        // instead: of the first frames, and from the front again
+    uint32_t framesInThousandSeconds = 0;     // instead, if not 0: delays that keep this rate in the long run
+    bool keepsSourceDelays = false;           // those that the files give their frames come before all that
+    FramesTaken taken = FramesTaken::kFirst;
+    bool centres = false;  // smaller pictures in the middle of the largest
 };
 
 enum class BuildOutcome {
@@ -40,10 +46,17 @@ struct BuildResult {
     std::string reason;            // the system's words for it, if any
     std::vector<size_t> skipped;   // files (counted from 0) without a readable image that were left out
     size_t file = 0;               // the one that the build was at when it ended
+    size_t frames = 0;             // with those that were left out
 };
+
+// The delay that frame number `frame` (from 0) gets, of which its file says `ofSource` or SourceFrame::kNoDelay.
+// kDelayOfNewBlocks where the settings want that.
+int DelayOfFrame(const AnimationSettings& settings, size_t frame, int ofSource);
 
 // Builds the document HEADER, LOOP (if it loops), then CONTROL and IMAGE of each of `files` (UTF-8 paths), with the
 // screen fitted to the images. A file without a readable image is asked about; when it is left out, its CONTROL stays.
+// Pictures that are transparent somewhere keep that: their CONTROL has the index, which no other pixel of theirs has.
+// When there are any, or centred pictures are of different sizes, each frame is taken away before the next one shows.
 // `document` is filled only when the outcome is kDone; what it held before is released then.
 BuildResult BuildAnimation(const AnimationSettings& settings, const std::vector<std::string>& files,
                            BlockList* document, Questions& questions);

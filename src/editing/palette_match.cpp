@@ -6,7 +6,9 @@
 #include "gif/default_blocks.h"
 #include "gif/descriptor.h"
 #include "imaging/dither.h"
+#include "imaging/palette_order.h"
 #include "imaging/remap.h"
+#include "imaging/shared_palette.h"
 
 namespace {
 
@@ -33,6 +35,17 @@ Failure ConvertToPalette(const Block& header, bool dither, Block* image) {
     return Failure::kNone;
 }
 
+// Makes an image of true colours one of the best 256 of them.
+Failure ChooseOwnColours(Block* image) {
+    const Result<SharedPalette> chosen = BuildSharedPalette(kPaletteEntries, {&image->data, 1});
+    if (!chosen) return chosen.Why();
+    const int depth = std::max(DepthForColourCount(chosen->count), 2);  // two colours are not always black and white
+    Result<MemoryHandle> converted = RemapTrueColours(image->data, chosen->colours, depth);
+    if (!converted) return converted.Why();
+    image->data = *converted;
+    return image->palette.Set(chosen->colours) ? Failure::kNone : Failure::kNoMemory;
+}
+
 // Lets the image have its own colours, the document's, or what is chosen. `*local` tells whether it needs a palette of
 // its own then.
 Failure FitToDocument(const BlockList& document, const Block& header, Questions& questions, Block* image, bool* local) {
@@ -41,14 +54,15 @@ Failure FitToDocument(const BlockList& document, const Block& header, Questions&
     *local = !(packed & kHasPalette);
     ImageLock bitmap(image->data);
     if (!bitmap) return Failure::kNoMemory;
+    const bool isTrueColour = bitmap->bitCount > 8;
     // Nothing there to be fitted to: in a document that nothing is lost from, the colours are not, either.
-    if (*local && (document.flags & kReadWhole) && bitmap->bitCount <= 8) return Failure::kNone;
+    if (*local && (document.flags & kReadWhole)) return isTrueColour ? ChooseOwnColours(image) : Failure::kNone;
     bool matches = PalettesMatch(header, bitmap);
     if (questions.KeepsColours()) {
         // Black entries match those that a smaller palette does not even have.
         bool fits = DepthOfPacked(GetImageFields(*image).packed) <= DepthOfPacked(packed);
         *local |= !matches || !fits;
-        return Failure::kNone;
+        return isTrueColour ? ChooseOwnColours(image) : Failure::kNone;
     }
     PaletteChoice choice = matches ? PaletteChoice::kKeepPixels : questions.ChoosePalette(*image);
     if (choice == PaletteChoice::kCancel) return Failure::kCancelled;
@@ -75,6 +89,16 @@ bool NameAfterFile(const std::string& path, Block* block) {
     return SetBlockNameFromUtf8(std::string_view(path).substr(path.find_last_of("/\\:") + 1), block);
 }
 
+// Gives the transparent pixels of the picture an index in the image that was made of it. kNoTransparentIndex when
+// memory runs out.
+int MakeTransparent(const BlockList& document, const FirstImage& picture, Block* image) {
+    if (image->data == picture.bitmap) return picture.transparentIndex;  // nothing was converted
+    const uint8_t packed = GetImageFields(*image).packed;
+    int depth = DepthOfPacked(packed);
+    if (!(packed & kHasPalette)) depth = std::min(depth, DepthOfPacked(GetHeaderFields(*FindHeader(document)).packed));
+    return SetTransparentPixels(&image->data, picture.mask, depth);
+}
+
 }  // namespace
 
 Failure MatchImportedPalette(const BlockList& document, Block* image, Questions& questions) {
@@ -85,13 +109,16 @@ Failure MatchImportedPalette(const BlockList& document, Block* image, Questions&
     return failure == Failure::kNone ? DescribeBitmap(local, image) : failure;
 }
 
-Result<Block> ImportImage(BlockList* document, const std::string& path, Questions& questions) {
+Result<std::vector<Block>> ImportImage(BlockList* document, const std::string& path, Questions& questions) {
     Result<FirstImage> picture = ReadFirstImage(path);
     if (!picture) return {picture.Why(), picture.Reason()};
-    Result<Block> image = MakeImageBlock(document, picture->bitmap, picture->depth);
-    if (!image) return image;
+    Result<Block> image = MakeImageBlock(document, picture->bitmap, std::min(picture->depth, 8));
+    if (!image) return image.Why();
     if (!NameAfterFile(path, &*image)) return Failure::kNoMemory;
     Failure failure = MatchImportedPalette(*document, &*image, questions);
     if (failure != Failure::kNone) return failure;
-    return image;
+    if (!picture->mask) return std::vector{*image};
+    const int index = MakeTransparent(*document, *picture, &*image);
+    if (index == kNoTransparentIndex) return Failure::kNoMemory;
+    return std::vector{MakeControlBlock(document, index), *image};
 }

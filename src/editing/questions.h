@@ -19,6 +19,9 @@ public:
     // Whether to stop work that goes on for long.
     bool StopRequested() override { return false; }
 
+    // Whether StopRequested may ever say so. Where it never does, work is done in several threads.
+    virtual bool MayStop() const { return true; }
+
     // What to do with an image whose colours are not the document's. `image.owner` is the document.
     virtual PaletteChoice ChoosePalette(const Block& image) = 0;
 

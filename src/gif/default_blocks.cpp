@@ -50,6 +50,12 @@ Block MakeControlBlock(BlockList* list) {
     return block;
 }
 
+Block MakeControlBlock(BlockList* list, int transparentIndex) {
+    Block block = MakeControlBlock(list);
+    SetTransparency(&block, transparentIndex);
+    return block;
+}
+
 Result<Block> MakePlainTextBlock(BlockList* list) {
     Block block = EmptyBlock(list, kPlainTextBlock);
     int depth = FindGlobalPalette(*list).depth;

@@ -10,7 +10,8 @@
 // A new block of its kind, for `list`. They fail with kNoMemory.
 Result<Block> MakeHeaderBlock(BlockList* list);
 Block MakeControlBlock(BlockList* list);
-Result<Block> MakePlainTextBlock(BlockList* list);  // in the brightest colour of the global palette
+Block MakeControlBlock(BlockList* list, int transparentIndex);  // for an image that has this one
+Result<Block> MakePlainTextBlock(BlockList* list);              // in the brightest colour of the global palette
 Result<Block> MakeCommentBlock(BlockList* list);
 Block MakeLoopBlock(BlockList* list);
 

@@ -59,6 +59,13 @@ void PutPlainTextFields(Block* block, const PlainTextFields& fields) {
     d[12] = fields.backgroundIndex;
 }
 
+void SetTransparency(Block* control, int index) {
+    ControlFields fields = GetControlFields(*control);
+    fields.packed |= kControlTransparent;
+    fields.transparentIndex = static_cast<uint8_t>(index);
+    PutControlFields(control, fields);
+}
+
 uint16_t GetLoopIterations(const Block& block) {
     return GetWord(block.descriptor + 14);
 }

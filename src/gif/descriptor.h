@@ -84,5 +84,6 @@ ControlFields GetControlFields(const Block& block);
 void PutControlFields(Block* block, const ControlFields& fields);
 PlainTextFields GetPlainTextFields(const Block& block);
 void PutPlainTextFields(Block* block, const PlainTextFields& fields);
-uint16_t GetLoopIterations(const Block& block);  // 0 stands for ever
+void SetTransparency(Block* control, int index);  // 0 to 255
+uint16_t GetLoopIterations(const Block& block);   // 0 stands for ever
 void PutLoopIterations(Block* block, uint16_t iterations);

@@ -1,48 +1,10 @@
 #include <new>
 
+#include "imaging/imaging_component_win32.h"
 #include "imaging/png_writer.h"
 #include "platform/memory.h"
-#include "platform/windows_api.h"
-
-// clang-format off
-#include <objbase.h>
-#include <wincodec.h>
-// clang-format on
 
 namespace {
-
-// Holds an interface and releases it.
-template <typename T>
-class Owned {
-public:
-    Owned() = default;
-    ~Owned() {
-        if (interface_) interface_->Release();
-    }
-    Owned(const Owned&) = delete;
-    Owned& operator=(const Owned&) = delete;
-
-    T** Receive() { return &interface_; }
-    T* Get() const { return interface_; }
-    T* operator->() const { return interface_; }
-
-private:
-    T* interface_ = nullptr;
-};
-
-// The calling thread may use the system's components for as long as this lives.
-class ComponentScope {
-public:
-    ComponentScope() : entered_(SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED))) {}
-    ~ComponentScope() {
-        if (entered_) CoUninitialize();
-    }
-    ComponentScope(const ComponentScope&) = delete;
-    ComponentScope& operator=(const ComponentScope&) = delete;
-
-private:
-    bool entered_;
-};
 
 // A colour as the component wants it: opacity in the highest byte, then red, green, blue.
 WICColor ColourOf(const uint8_t* rgba) {
@@ -79,8 +41,7 @@ struct PngWriter::System {
 };
 
 bool PngWriter::System::Open() {
-    return SUCCEEDED(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
-                                      reinterpret_cast<void**>(factory.Receive()))) &&
+    return SUCCEEDED(FindImagingComponent(&factory)) &&
            SUCCEEDED(CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive())) &&
            SUCCEEDED(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, encoder.Receive())) &&
            SUCCEEDED(encoder->Initialize(stream.Get(), WICBitmapEncoderNoCache)) &&

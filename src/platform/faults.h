@@ -1,6 +1,7 @@
 // Lets tests exhaust memory, fill the disk or break a file at a chosen moment. Nothing else writes these counters.
 #pragma once
 
+#include <atomic>
 #include <cstdlib>
 
 struct Faults {
@@ -25,14 +26,12 @@ struct Faults {
 
 extern Faults faults;
 
-// Counts one event; true when it has to fail.
+// Counts one event; true when it has to fail. Several threads may count at a time.
 inline bool FaultDue(long& remaining) {
-    if (remaining < 0) return false;
-    if (remaining > 0) {
-        --remaining;
-        return false;
-    }
+    std::atomic_ref<long> left(remaining);
+    for (long now = left.load(std::memory_order_relaxed); now != 0;)
+        if (now < 0 || left.compare_exchange_weak(now, now - 1)) return false;
     if (faults.deadly) std::_Exit(Faults::kDied);
-    if (faults.onlyOne) remaining = Faults::kPast;
+    if (faults.onlyOne) left = Faults::kPast;
     return true;
 }

@@ -8,14 +8,18 @@
 enum class Failure : uint8_t {
     kNone,
     kNoMemory,
-    kCantOpen,    // the system can't open the file
-    kCantRead,    // or can't read on
-    kNotGif,      // no signature
-    kDamaged,     // the file breaks off or makes no sense where the image should be
-    kNoBlock,     // there is no such block, or no header
-    kNotAllowed,  // the header is never deleted; kinds that can't be made
-    kCancelled,   // the user said no
-    kStopped,     // the user ended work that was going on
+    kCantOpen,      // the system can't open the file
+    kCantRead,      // or can't read on
+    kNotGif,        // no signature
+    kDamaged,       // the file breaks off or makes no sense where the image should be
+    kNoBlock,       // there is no such block, or no header
+    kNotAllowed,    // the header is never deleted; kinds that can't be made
+    kCancelled,     // the user said no
+    kStopped,       // the user ended work that was going on
+    kNotPicture,    // no kind of picture that is known
+    kTooLarge,      // more than can be held
+    kNotSupported,  // a form of its kind that nobody here reads
+    kNoDecoder,     // the system lacks what would read it
 };
 
 // Either a value or a Failure other than kNone.

@@ -182,3 +182,177 @@ TEST_F(BuildAnimationTest, WithoutMemoryTheDocumentStays) {
     const long wanted = kEnough - left;
     for (long n = wanted - 60; n < wanted; ++n) EXPECT_EQ(blocksWithRequests(n), 1u);
 }
+
+namespace {
+
+constexpr uint32_t kNothing = 0x00FFFFFF;  // transparent: red, green and blue do not count
+
+uint32_t Opaque(uint32_t number) {
+    return 0xFF000000u | number;
+}
+
+// What the frame shows as red, green and blue in the low bytes, or kNothing.
+std::vector<uint32_t> Shown(const BlockList& document, uint32_t image) {
+    const Block control = BlockAt(document, image - 1), block = BlockAt(document, image);
+    const ControlFields fields = GetControlFields(control);
+    std::vector<uint32_t> shown;
+    ImageLock bitmap(block.data);
+    for (int y = 0; y < bitmap->height; ++y)
+        for (int x = 0; x < bitmap->width; ++x) {
+            const uint32_t index = GetImagePixel(bitmap, x, y);
+            const RgbTriple colour = document.blocks[0].palette[index];
+            const bool isClear = (fields.packed & kControlTransparent) && index == fields.transparentIndex;
+            shown.push_back(
+                isClear ? kNothing : Opaque(static_cast<uint32_t>(colour.blue << 16 | colour.green << 8 | colour.red)));
+        }
+    return shown;
+}
+
+}  // namespace
+
+// Whether colours and pixels come from a GIF file or from a PNG file makes no difference.
+TEST_F(BuildAnimationTest, NumberedPngFilesGiveWhatGifFilesGive) {
+    std::vector<std::string> pngs;
+    for (int depth : {1, 2, 3, 4, 5, 7, 8}) {
+        const MemoryHandle image = RandomImage(random_, 20 + depth, 9, BitCountForDepth(depth), Colours{});
+        AddPicture(image, depth);
+        pngs.push_back(folder_.Path(std::to_string(depth) + ".png"));
+        WriteNumberedPng(pngs.back(), ReadFirstImage(files_.back())->bitmap, depth);
+    }
+    const std::vector<std::string> gifs = files_;
+    for (size_t first = 0; first < gifs.size(); first += 3)
+        for (PaletteMatching matching : kAllMatchings) {
+            settings_.matching = matching;
+            BlockList ofGifs, ofPngs;
+            files_.assign(gifs.begin() + static_cast<ptrdiff_t>(first), gifs.end());
+            ASSERT_EQ(Build(&ofGifs), BuildOutcome::kDone);
+            files_.assign(pngs.begin() + static_cast<ptrdiff_t>(first), pngs.end());
+            ASSERT_EQ(Build(&ofPngs), BuildOutcome::kDone);
+            TempFolder out;
+            ASSERT_TRUE(WriteGifFile(ofGifs, out.Path("a").c_str()));
+            ASSERT_TRUE(WriteGifFile(ofPngs, out.Path("b").c_str()));
+            EXPECT_EQ(ReadAll(out.Path("a")), ReadAll(out.Path("b"))) << first << " " << static_cast<int>(matching);
+        }
+}
+
+TEST_F(BuildAnimationTest, TransparentPixelsStayTransparentInEveryMatching) {
+    const uint32_t red = Opaque(0x0000FF), green = Opaque(0x00FF00), black = Opaque(0), white = Opaque(0xFFFFFF);
+    const std::vector<std::vector<uint32_t>> pictures = {
+        {red, kNothing, black, white}, {green, green, red, black}, {kNothing, kNothing, kNothing, kNothing}};
+    for (const auto& pixels : pictures) {
+        files_.push_back(folder_.Path(std::to_string(files_.size()) + ".png"));
+        WriteColouredPng(files_.back(), 2, pixels);
+    }
+    for (PaletteMatching matching : kAllMatchings) {
+        SCOPED_TRACE(static_cast<int>(matching));
+        settings_ = {true, false, matching, 5};
+        BlockList document;
+        ASSERT_EQ(Build(&document), BuildOutcome::kDone);
+        ASSERT_EQ(KindsOf(document), "1323232");
+        for (uint32_t i = 0; i < 3; ++i) {
+            const ControlFields control = GetControlFields(BlockAt(document, 2 * i + 1));
+            EXPECT_EQ(control.packed & kControlDisposal, 2 << kControlDisposalShift) << i;
+            EXPECT_EQ(control.packed & kControlTransparent, i == 1 ? 0 : 1) << i;
+            std::vector<uint32_t> shown = Shown(document, 2 * i + 2);
+            ASSERT_EQ(shown.size(), 4u);
+            for (size_t x = 0; x < 4; ++x) EXPECT_EQ(shown[x] == kNothing, pictures[i][x] == kNothing) << i << " " << x;
+            if (matching == PaletteMatching::kSuperPalette) {
+                EXPECT_EQ(shown, pictures[i]);
+            }
+        }
+    }
+}
+
+// With 255 colours the shared palette has just room for the transparent one; dark pixels that it only comes near to
+// must not find the unused entry.
+TEST_F(BuildAnimationTest, ASharedPaletteLeavesRoomForTransparency) {
+    for (uint32_t colours : {100u, 255u, 256u, 5000u}) {
+        SCOPED_TRACE(colours);
+        files_.clear();
+        std::vector<uint32_t> pixels = {kNothing, kNothing};
+        for (uint32_t i = 0; i < colours; ++i) pixels.push_back(Opaque(i * 3 % 40 << 16 | i * 7 % 251 << 8 | i / 251));
+        pixels.resize(pixels.size() / 2 * 2, kNothing);
+        for (const char* name : {"a.png", "b.png"}) {
+            files_.push_back(folder_.Path(name));
+            WriteColouredPng(files_.back(), 2, pixels);
+        }
+        BlockList document;
+        ASSERT_EQ(Build(&document), BuildOutcome::kDone);
+        const std::vector<uint32_t> shown = Shown(document, 5);
+        ASSERT_EQ(shown.size(), pixels.size());
+        for (size_t i = 0; i < pixels.size(); ++i) ASSERT_EQ(shown[i] == kNothing, pixels[i] == kNothing) << i;
+        if (colours <= 255) {
+            EXPECT_EQ(shown, pixels);
+        }
+    }
+}
+
+TEST_F(BuildAnimationTest, CentredPicturesShareTheirMiddle) {
+    for (auto [width, height] : {std::pair{9, 4}, {4, 7}, {9, 7}}) AddFile(width, height, 4);
+    for (bool centres : {false, true}) {
+        settings_.centres = centres;
+        BlockList document;
+        ASSERT_EQ(Build(&document), BuildOutcome::kDone);
+        const std::pair<int, int> places[] = {{0, 1}, {2, 0}, {0, 0}};
+        for (uint32_t i = 0; i < 3; ++i) {
+            const ImageFields image = GetImageFields(BlockAt(document, 2 * i + 3));
+            EXPECT_EQ(std::pair(int{image.left}, int{image.top}), centres ? places[i] : std::pair(0, 0)) << i;
+            const int disposal = GetControlFields(BlockAt(document, 2 * i + 2)).packed & kControlDisposal;
+            EXPECT_EQ(disposal >> kControlDisposalShift, centres ? 2 : 0) << "what is around it shows nothing";
+        }
+        EXPECT_EQ(GetHeaderFields(BlockAt(document, 0)).screenWidth, 9);
+        EXPECT_EQ(GetHeaderFields(BlockAt(document, 0)).screenHeight, 7);
+    }
+}
+
+TEST_F(BuildAnimationTest, EveryFrameOfAnAnimatedSourceIsComposed) {
+    // Two frames of 3 x 1: the second changes the middle alone.
+    const GifBytes animated = GifBytes().Header("GIF89a", 3, 1, 0x81);
+    GifBytes bytes = animated;
+    for (int i = 0; i < 2; ++i) {
+        bytes.Add({0x21, 0xF9, 4, 0, static_cast<uint8_t>(7 + i), 0, 0, 0});
+        bytes.Add({0x2C, static_cast<uint8_t>(i), 0, 0, 0, static_cast<uint8_t>(i ? 1 : 3), 0, 1, 0, 0});
+        bytes.Add(i ? Bytes{2, 2, 0x5C, 0x01, 0} : Bytes{2, 2, 0x84, 0x51, 0});
+    }
+    files_ = {folder_.Path("animated.gif"), folder_.Path("still.png")};
+    WriteAll(files_[0], bytes.Add({0x3B}));
+    WriteColouredPng(files_[1], 3, {Opaque(1), Opaque(2), Opaque(3)});
+    settings_.taken = FramesTaken::kAll;
+    settings_.delayHundredths = 50;
+    for (bool keeps : {true, false}) {
+        settings_.keepsSourceDelays = keeps;
+        BlockList document;
+        ASSERT_EQ(Build(&document), BuildOutcome::kDone);
+        ASSERT_EQ(KindsOf(document), "17323232");
+        const int delays[] = {7, 8, 50};
+        for (uint32_t i = 0; i < 3; ++i)
+            EXPECT_EQ(GetControlFields(BlockAt(document, 2 * i + 2)).delay, keeps ? delays[i] : 50) << i;
+        std::vector<uint32_t> first = Shown(document, 3), second = Shown(document, 5);
+        ASSERT_EQ(first.size(), 3u);
+        ASSERT_EQ(second.size(), 3u) << "all of the canvas";
+        EXPECT_EQ(first[0], second[0]);
+        EXPECT_NE(first[1], second[1]);
+        EXPECT_EQ(first[2], second[2]);
+    }
+}
+
+TEST(DelayOfFrame, EachWayOfTiming) {
+    AnimationSettings settings;
+    auto delays = [&](size_t frames) {
+        std::vector<int> all;
+        for (size_t i = 0; i < frames; ++i) all.push_back(DelayOfFrame(settings, i, SourceFrame::kNoDelay));
+        return all;
+    };
+    EXPECT_EQ(delays(2), (std::vector{kDelayOfNewBlocks, kDelayOfNewBlocks}));
+    settings.delays = {10, 20, 5};
+    EXPECT_EQ(delays(5), (std::vector{10, 20, 5, 10, 20}));
+    settings.framesInThousandSeconds = 30'000;
+    EXPECT_EQ(delays(6), (std::vector{3, 4, 3, 3, 4, 3}));
+    settings.framesInThousandSeconds = 23'976;
+    const std::vector<int> film = delays(24'000);
+    EXPECT_EQ(std::accumulate(film.begin(), film.end(), 0), 100'100) << "in the long run none is lost";
+    settings.framesInThousandSeconds = 10;
+    EXPECT_EQ(delays(1), (std::vector{10'000}));
+    settings.keepsSourceDelays = true;
+    EXPECT_EQ(DelayOfFrame(settings, 0, 7), 7);
+}

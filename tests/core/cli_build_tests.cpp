@@ -60,7 +60,7 @@ TEST_F(CliBuild, OptionsReachTheDocument) {
 }
 
 TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
-    const std::string unread = "broken.gif: no readable GIF picture";
+    const std::string unread = "broken.gif: no readable picture: no GIF, PNG, JPEG or BMP file";
     const std::tuple<Words, Words, const char*, std::string> cases[] = {
         {{}, {"a.gif", "broken.gif", "b.gif"}, "", unread + " (--skip-corrupted leaves such files out)"},
         {{}, {"a.gif", "missing.gif"}, "", "missing.gif: can't be opened: there is no such file\n"},
@@ -76,6 +76,62 @@ TEST_F(CliBuild, BrokenInputEndsItUnlessSkipped) {
         EXPECT_EQ(KindsOf(LoadedGif(Out())), kinds);
         EXPECT_NE(run.err.find(complaint), std::string::npos) << run.err;
     }
+}
+
+TEST_F(CliBuild, SeriesAndTheirTiming) {
+    for (const char* name : {"s-1.png", "s-2.png", "s-3.png", "s-5.png", "t007.png", "t008.png"})
+        WriteColouredPng(folder_.Path(name), 2, {0xFF000001u, 0xFF0000FFu, 0xFF00FF00u, 0xFF123456u});
+    using Delays = std::vector<int>;
+    const std::tuple<Words, Words, Delays, std::string> cases[] = {
+        {{}, {"s-%d.png"}, {100, 100, 100}, "s-4.png: note: not there, so the series ends before it, although"},
+        {{"--start=2", "--delay", "4"}, {"s-%d.png"}, {4, 4}, "s-4.png: note"},
+        {{"--start", "7", "--fps=40"}, {"t%03d.png"}, {3, 2}, ""},
+        {{"--fps", "12.5", "--start=7"}, {"t%03d.png", "a.gif"}, {8, 8, 8}, ""},
+        {{"--delays", "10,20"}, {"a.gif", "s-%d.png"}, {10, 20, 10, 20}, "s-4.png: note"},
+        {{"--fps=100"}, {"a.gif", "b.gif"}, {1, 1}, "out.gif: note: browsers show frames of less than 2 hundredths"},
+    };
+    for (const auto& [options, files, delays, note] : cases) {
+        SCOPED_TRACE(testing::PrintToString(options));
+        const CliRun run = Build(options, files);
+        EXPECT_EQ(run.status, kExitDone) << run.err;
+        EXPECT_NE(run.err.find(note), std::string::npos) << run.err;
+        EXPECT_EQ(run.err.empty(), note.empty()) << run.err;
+        Delays found;
+        const LoadedGif out(Out());
+        for (const Block& block : out.All())
+            if (block.kind == kControlBlock) found.push_back(GetControlFields(block).delay);
+        EXPECT_EQ(found, delays);
+    }
+    WriteAll(folder_.Path("%d.gif"), ReadAll(folder_.Path("a.gif")));
+    EXPECT_EQ(Build({}, {"%d.gif", "a.gif"}).status, kExitDone) << "the name of a file, and no series";
+}
+
+TEST_F(CliBuild, WordsThatMakeNoSense) {
+    const std::tuple<Words, Words, const char*> cases[] = {
+        {{}, {"a.gif"}, "give at least two files"},
+        {{"--all-frames"}, {}, "give at least one file"},
+        {{}, {"x-%d.png"}, "x-1.png (--start N begins elsewhere)"},
+        {{"--start=3"}, {"x-%d.png"}, "there is no "},
+        {{"--start=3"}, {"a.gif", "b.gif"}, "--start is for a series"},
+        {{"--start=x"}, {"a.gif", "b.gif"}, "--start takes the number"},
+        {{"--fps=0"}, {"a.gif", "b.gif"}, "--fps takes a number from 0.01 to 100"},
+        {{"--fps=nan"}, {"a.gif", "b.gif"}, "--fps takes a number"},
+        {{"--fps=101"}, {"a.gif", "b.gif"}, "--fps takes a number"},
+        {{"--fps=10 "}, {"a.gif", "b.gif"}, "--fps takes a number"},
+        {{"--fps=10", "--delay=3"}, {"a.gif", "b.gif"}, "give one of --delay, --delays and --fps"},
+        {{"--delays="}, {"a.gif", "b.gif"}, "--delays takes numbers"},
+        {{"--delays=1,"}, {"a.gif", "b.gif"}, "--delays takes numbers"},
+        {{"--delays=1,65536"}, {"a.gif", "b.gif"}, "--delays takes numbers"},
+        {{"--delays=1,2,3"}, {"a.gif", "b.gif"}, "--delays has more delays than there are frames"},
+    };
+    for (const auto& [options, files, complaint] : cases) {
+        const CliRun run = Build(options, files);
+        EXPECT_EQ(run.status, kExitUsage) << testing::PrintToString(options);
+        EXPECT_NE(run.err.find(complaint), std::string::npos) << run.err;
+    }
+    const CliRun run = Build({"--all-frames", "--delays=1,2,3"}, {"a.gif", "b.gif"});
+    EXPECT_EQ(run.status, kExitFailed) << "known only when all frames were counted";
+    EXPECT_NE(run.err.find("more delays than there are frames"), std::string::npos) << run.err;
 }
 
 }  // namespace

@@ -170,7 +170,7 @@ TEST_F(CliEdit, WhatIsRefused) {
         {"insert",
          {"--kind=loop"},
          "A LOOP block already exists in this image. Delete it before inserting a new one.\n"},
-        {"insert", {"--kind=image", "--at=0", Path("corrupt.gif")}, "corrupt.gif: no readable GIF picture\n"},
+        {"insert", {"--kind=image", "--at=0", Path("corrupt.gif")}, "corrupt.gif: no readable picture: it is damaged or cut short\n"},
         {"insert",
          {"--kind=image", "--at=0", Path("in.gif"), Path("large.gif")},
          "large.gif: its colours are not the document's: give --remap, --dither or --keep\n"},

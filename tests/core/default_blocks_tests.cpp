@@ -22,7 +22,10 @@ protected:
     Result<Block> Import(const std::string& path) {
         ScriptedAnswers answers;
         answers.paletteChoices = {PaletteChoice::kKeepPixels};
-        return ImportImage(&list_, path, answers);
+        const Result<std::vector<Block>> blocks = ImportImage(&list_, path, answers);
+        if (!blocks) return {blocks.Why(), blocks.Reason()};
+        EXPECT_EQ(blocks->size(), 1u) << "a control that a GIF file does not get";
+        return blocks->back();
     }
 
     BlockList list_;

@@ -6,6 +6,7 @@
 #include "imaging/dither.h"
 #include "imaging/remap.h"
 #include "platform/faults.h"
+#include "tests/support/picture_files.h"
 #include "tests/support/random_images.h"
 #include "tests/support/scripted_answers.h"
 #include "tests/support/test_blocks.h"
@@ -105,7 +106,7 @@ TEST_F(PaletteMatch, ImagesOfADocumentWithoutGlobalPaletteGetALocalOne) {
 TEST_F(PaletteMatch, ADocumentReadWholeWithoutGlobalPaletteAsksNothing) {
     document_.flags = kReadWhole;
     for (const auto& [packed, bitCount, asks] :
-         {std::tuple(7, 1, false), {7, 4, false}, {7, 8, false}, {7, 24, true}, {0x87, 8, true}}) {
+         {std::tuple(7, 1, false), {7, 4, false}, {7, 8, false}, {0x87, 8, true}, {0x87, 24, true}}) {
         SCOPED_TRACE(testing::Message() << packed << " " << bitCount);
         SetGlobalPalette(packed);
         TakeImage(bitCount);
@@ -155,4 +156,64 @@ TEST_F(PaletteMatch, FailuresKeepTheImage) {
     EXPECT_TRUE(HasPalette(own_));
     document_ = {};
     EXPECT_EQ(Match(kDither), Failure::kNoBlock);
+}
+
+namespace {
+
+// 300 colours and some nothing.
+std::vector<uint32_t> ManyPixels() {
+    std::vector<uint32_t> pixels = {0, 0};
+    for (uint32_t i = 0; i < 300; ++i) pixels.push_back(0xFF000000u | i * 40503u % 0x1000000u);
+    return pixels;
+}
+
+}  // namespace
+
+TEST_F(PaletteMatch, ATransparentPictureComesWithItsControl) {
+    TempFolder folder;
+    const std::string few = folder.Path("few.png"), many = folder.Path("many.png"), opaque = folder.Path("opaque.png");
+    WriteColouredPng(few, 2, {0xFF000000u, 0, 0xFF0000FFu, 0xFF010203u});
+    WriteColouredPng(many, 2, ManyPixels());
+    WriteColouredPng(opaque, 1, {0xFF000000u, 0xFF0000FFu});
+    const std::tuple<std::string, PaletteChoice, bool, bool, int> cases[] = {
+        // The file, the answer, --keep, whether it comes with a palette of its own, the depth.
+        {few, kRemap, false, false, 8},  {few, kDither, false, false, 8},  {few, kCancel, true, true, 4},
+        {many, kRemap, false, false, 8}, {many, kDither, false, false, 8}, {many, kCancel, true, true, 8},
+    };
+    for (const auto& [path, choice, keeps, hasPalette, depth] : cases) {
+        SCOPED_TRACE(path + " " + std::to_string(static_cast<int>(choice)) + std::to_string(keeps));
+        ScriptedAnswers answers;
+        answers.paletteChoices = {choice};
+        answers.keepsColours = keeps;
+        const Result<std::vector<Block>> blocks = ImportImage(&document_, path, answers);
+        ASSERT_TRUE(static_cast<bool>(blocks));
+        ASSERT_EQ(blocks->size(), 2u);
+        const Block& image = blocks->back();
+        const ControlFields control = GetControlFields(blocks->front());
+        EXPECT_EQ(blocks->front().kind, kControlBlock);
+        EXPECT_EQ(control.packed, kControlTransparent);
+        EXPECT_EQ(GetImageFields(image).packed, (hasPalette ? kHasPalette : 0) | (depth - 1));
+        ImageLock bitmap(image.data);
+        ASSERT_LE(bitmap->bitCount, 8) << "it can be saved";
+        size_t clear = 0;
+        for (int y = 0; y < bitmap->height; ++y)
+            for (int x = 0; x < bitmap->width; ++x) clear += GetImagePixel(bitmap, x, y) == control.transparentIndex;
+        EXPECT_EQ(clear, path == few ? 1u : 2u);
+    }
+    ScriptedAnswers answers;
+    answers.keepsColours = true;
+    EXPECT_EQ(ImportImage(&document_, opaque, answers)->size(), 1u);
+}
+
+TEST_F(PaletteMatch, TrueColoursWithoutAnythingToFitToGetAPaletteOfTheirOwn) {
+    document_.flags = kReadWhole;
+    SetGlobalPalette(7);
+    TakeImage(24);
+    EXPECT_EQ(Match(kCancel), Failure::kNone) << "unasked";
+    EXPECT_EQ(GetImageFields(image_).packed & kHasPalette, kHasPalette);
+    ImageLock bitmap(image_.data);
+    EXPECT_LE(bitmap->bitCount, 8);
+    RgbTriples colours = {};
+    const int count = GetImagePalette(bitmap, colours);
+    EXPECT_TRUE(std::equal(colours, colours + count, image_.palette.Colours()));
 }

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::optional<ImageInfo> info = GetImageInfo(image->bitmap);
     assert(info);
     assert(image->depth >= 1);
-    assert(image->depth <= 8);
+    assert(image->depth <= 8 || image->depth == 24);
     assert(info->bitCount == BitCountForDepth(image->depth));
     return 0;
 }

@@ -1,5 +1,7 @@
 // Editing, deleting and inserting blocks through the main window.
 #include "tests/gui/editor_test.h"
+#include "texts/string_ids.h"
+#include "texts/strings.h"
 #include "windows/dialogs/document_operations.h"
 #include "windows/ids/insert_ids.h"
 
@@ -8,7 +10,8 @@ namespace {
 using CommandsTest = EditorTest;
 
 TEST_F(CommandsTest, SelectEditAndDelete) {
-    for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT}) Run(command, {Read("No block is currently selected", IDOK)});
+    for (int command : {IDM_EDIT, IDM_DELETE, IDM_INSERT, IDM_INSERT_PICTURES})
+        Run(command, {Read("No block is currently selected", IDOK)});
     Open(MakeGif("a.gif"));
     EXPECT_EQ(selectedLine, kNoSelectedLine);
     for (int id : {1, 99, 109, 200, 202, 996, 1001, 1999, 2001, 2002, 65535}) Run(id, {});
@@ -176,3 +179,31 @@ TEST_F(CommandsTest, ThePaletteQuestionOffersWhatIsPossible) {
 }
 
 }  // namespace
+
+TEST_F(CommandsTest, InsertPicturesTakesEveryKind) {
+    const std::string pictures = TEST_PICTURES;
+    for (const char* name : {"grey.jpg", "indexes-8.bmp", "one-pixel.png", "palette-transparent.png"})
+        WriteAll(File(name), ReadAll(pictures + "/" + name));
+    Open(MakeGif("a.gif"));
+    Select(0);
+    const Steps names = DialogAnswers::ChooseFiles(
+        {Folder(), R"("palette-transparent.png" "one-pixel.png" "indexes-8.bmp" "grey.jpg")"});
+    Run(IDM_INSERT_PICTURES, {names, Press(IDOK, {{IDC_PALETTE_REMAP}})});
+    ASSERT_EQ(State(), "[HEADER] IMAGE IMAGE IMAGE CONTROL IMAGE COMMENT IMAGE COMMENT changed")
+        << "sorted by their names";
+    const std::tuple<int, int, int> sizes[] = {{1, 16, 24}, {2, 13, 5}, {3, 1, 1}, {5, 3, 2}};
+    for (const auto& [index, width, height] : sizes) {
+        const ImageFields image = GetImageFields(At(index));
+        EXPECT_EQ(std::pair(int{image.width}, int{image.height}), std::pair(width, height)) << index;
+    }
+    const ControlFields control = GetControlFields(At(4));
+    EXPECT_EQ(control.packed, kControlTransparent);
+    ImageLock bitmap(At(5).data);
+    EXPECT_EQ(GetImagePixel(bitmap, 0, 0), control.transparentIndex);
+
+    WriteAll(File("cut.png"), ReadAll(pictures + "/rows-missing.png"));
+    const uint32_t before = document.count;
+    Run(IDM_INSERT_PICTURES, {DialogAnswers::ChooseFiles({File("cut.png")}),
+                              Read("cut.png: " + std::string(LoadStr(IDS_OPEN_FAILED)), IDOK)});
+    EXPECT_EQ(document.count, before);
+}

@@ -104,6 +104,37 @@ TEST_F(ServicesTest, AllFilesAreGifFiles) {
     EXPECT_FALSE(OpenGifDialog(hMainWindow, &name));
 }
 
+// What the dialog lists, by the kinds of its first filter, and the name of that filter.
+TEST_F(ServicesTest, TheDialogForImagesListsWhatItsCallerAndCarefulModeWant) {
+    constexpr int kFilterField = 0x470;  // cmb1 of the system's dialog
+    MakeGif("a.gif");
+    for (const char* name : {"b.png", "c.JPG", "d.jpeg", "e.bmp", "f.txt"}) WriteAll(File(name), "x");
+    const std::tuple<ListedKinds, uint32_t, int, const char*> cases[] = {{ListedKinds::kUsual, 0, 1, "GIF files"},
+                                                                         {ListedKinds::kUsual, 1, 5, "Pictures"},
+                                                                         {ListedKinds::kPictures, 0, 5, "Pictures"},
+                                                                         {ListedKinds::kPictures, 1, 5, "Pictures"}};
+    for (const auto& [kinds, carefulMode, count, filter] : cases) {
+        SCOPED_TRACE(std::to_string(static_cast<int>(kinds)) + std::to_string(carefulMode));
+        settings.carefulMode = carefulMode;
+        int listed = -1;
+        std::string shown;
+        DialogAnswers answers;
+        answers.Do([&](HWND dialog) {
+            SetDlgItemTextW(dialog, FileNameField(dialog), WideFromUtf8(Folder()).c_str());
+            PressButton(dialog, IDOK);
+            HWND view = FindWindowExW(dialog, nullptr, L"SHELLDLL_DefView", nullptr);
+            listed = static_cast<int>(
+                SendMessageW(FindWindowExW(view, nullptr, WC_LISTVIEWW, nullptr), LVM_GETITEMCOUNT, 0, 0));
+            shown = ControlText(dialog, kFilterField);
+            PressButton(dialog, IDCANCEL);
+        });
+        std::string names;
+        EXPECT_FALSE(OpenImagesDialog(hMainWindow, kinds, &names));
+        EXPECT_EQ(listed, count);
+        EXPECT_EQ(shown, filter);
+    }
+}
+
 TEST_F(ServicesTest, ANameLongerThanTheSystemTakesIsToldAndLeavesTheOldOne) {
     const std::string folder = File(std::string(150, 'd'));
     std::filesystem::create_directory(WideFromUtf8(folder));

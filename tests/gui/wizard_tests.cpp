@@ -146,3 +146,23 @@ TEST_F(WizardTest, DonePutsAnUntitledDocumentIntoTheWindow) {
     RunWizard({IDC_WIZARD_DRAWN}, {first, broken}, {Read("broken.gif: " + corrupted, IDNO)});
     RunWizard({IDC_WIZARD_FIRST_PALETTE}, {broken, first}, {Read(LoadStr(IDS_OPEN_FAILED), IDOK)});
 }
+
+TEST_F(WizardTest, PicturesOfEveryKindBecomeFrames) {
+    const std::string pictures = TEST_PICTURES;
+    const std::vector<std::string> files = {MakeGif("a.gif", 20, 10), pictures + "/colours-opacity-8.png",
+                                            pictures + "/colours.jpg", pictures + "/colours-24.bmp"};
+    for (int matching : {IDC_WIZARD_SUPER_PALETTE, IDC_WIZARD_FIRST_PALETTE, IDC_WIZARD_PHOTOREALISTIC,
+                         IDC_WIZARD_DRAWN, IDC_WIZARD_SIXTEEN}) {
+        SCOPED_TRACE(matching);
+        RunWizard({matching, IDC_WIZARD_ONCE}, files, {});
+        ASSERT_EQ(State(), "[HEADER] CONTROL IMAGE CONTROL IMAGE CONTROL IMAGE CONTROL IMAGE changed");
+        documentChanged = false;
+        for (int i = 0; i < 4; ++i) {
+            const ControlFields control = GetControlFields(At(2 * i + 1));
+            EXPECT_EQ(control.packed & kControlTransparent, i == 1 ? 1 : 0) << i;
+            EXPECT_EQ(control.packed & kControlDisposal, 2 << kControlDisposalShift) << i;
+        }
+        TempFolder saved;
+        EXPECT_TRUE(WriteGifFile(document, saved.Path("a.gif").c_str())) << "every frame has colours by number";
+    }
+}

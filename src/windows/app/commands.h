@@ -9,4 +9,5 @@ LRESULT OnCommand(HWND window, int id, int notification);
 void OnView(HWND window);
 void OnEdit(HWND window);
 void OnInsert(HWND window);
+void OnInsertPictures(HWND window);
 void OnDelete(HWND window);

@@ -72,10 +72,10 @@ void InsertGoodImages(HWND window, int* place, int shown, const std::vector<std:
     std::vector<std::string> bad;
     for (const std::string& path : paths) {
         UserAnswers answers(window, path);
-        Result<Block> image = ImportImage(&document, path, answers);
-        if (image && InsertBlocks(&document, place, {&*image, 1})) {
+        const Result<std::vector<Block>> blocks = ImportImage(&document, path, answers);
+        if (blocks && InsertBlocks(&document, place, *blocks)) {
             ShowInserted(window, *place, shown);
-        } else if (image || IsBad(image.Why())) {
+        } else if (blocks || IsBad(blocks.Why())) {
             bad.push_back(path);
         } else {
             break;
@@ -92,9 +92,9 @@ void WarnBeyondScreen(HWND window, int before, int last) {
             return TellBeyondScreen(window, document);
 }
 
-void InsertImages(HWND window, int line) {
+void InsertImages(HWND window, int line, ListedKinds kinds) {
     std::string names;
-    if (!OpenImagesDialog(window, &names)) return;
+    if (!OpenImagesDialog(window, kinds, &names)) return;
     if (kQuirkChosenImagesMarkChanged && !Careful(Care::kRefusalChangesNothing)) MarkInserted();
     const std::vector<std::string> paths = ChosenPaths(names, kMaxInsertedFiles);
     int place = line;
@@ -118,10 +118,17 @@ void InsertLoop(HWND window) {
     InsertOther(window, 0, kLoopBlock);
 }
 
-void InsertKind(HWND window, int line, int kind) {
-    if (kind == kLoopBlock) return InsertLoop(window);
-    if (kind == kImageBlock) return InsertImages(window, line);
-    InsertOther(window, line, static_cast<uint16_t>(kind));
+// One step of the history, whatever comes of it. `kinds` is what the dialog for images lists.
+void InsertKind(HWND window, int line, int kind, ListedKinds kinds) {
+    RecordedStep step(IDS_STEP_INSERT);
+    const uint32_t count = document.count;
+    if (kind == kLoopBlock)
+        InsertLoop(window);
+    else if (kind == kImageBlock)
+        InsertImages(window, line, kinds);
+    else
+        InsertOther(window, line, static_cast<uint16_t>(kind));
+    step.Concerns(kind == kLoopBlock ? 1 : line + 1, document.count - count);
 }
 
 }  // namespace
@@ -130,10 +137,13 @@ void OnInsert(HWND window) {
     paletteChoiceForInsert = kAskForPalette;
     int line = SelectedLine(window);
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
-    int kind = ChooseInsertKind(window, &document);
-    if (kind == 0) return;
-    RecordedStep step(IDS_STEP_INSERT);
-    const uint32_t count = document.count;
-    InsertKind(window, line, kind);
-    step.Concerns(kind == kLoopBlock ? 1 : line + 1, document.count - count);
+    const int kind = ChooseInsertKind(window, &document);
+    if (kind) InsertKind(window, line, kind, ListedKinds::kUsual);
+}
+
+void OnInsertPictures(HWND window) {
+    paletteChoiceForInsert = kAskForPalette;
+    const int line = SelectedLine(window);
+    if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
+    InsertKind(window, line, kImageBlock, ListedKinds::kPictures);
 }

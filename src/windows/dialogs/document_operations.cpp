@@ -26,13 +26,23 @@ void TellUnreadable(HWND owner, const std::string& path) {
     MessageBox(owner, FileName(path) + L": " + WideFrom1252(LoadStr(IDS_OPEN_FAILED)));
 }
 
+void TellNoDecoder(HWND owner) {
+    MessageBox(owner,
+               "This Windows lacks the Windows Imaging Component, which reads PNG and JPEG files. Pictures in BMP and "
+               "GIF files can be read without it.");
+}
+
 void TellFailure(HWND owner, Failure failure, const std::string& path) {
     switch (failure) {
         case Failure::kNoMemory: return TellOutOfMemory(owner);
         case Failure::kCantOpen:
         case Failure::kCantRead:
         case Failure::kNotGif:
+        case Failure::kNotPicture:
+        case Failure::kNotSupported:
+        case Failure::kTooLarge:
         case Failure::kDamaged: return TellUnreadable(owner, path);
+        case Failure::kNoDecoder: return TellNoDecoder(owner);
         default: return;
     }
 }
@@ -76,23 +86,30 @@ PaletteChoice UserAnswers::ChoosePalette(const Block& image) {
     }
 }
 
-bool UserAnswers::MayLeaveOut(const std::string& path, Failure) {
+bool UserAnswers::MayLeaveOut(const std::string& path, Failure why) {
+    if (why == Failure::kNoDecoder) TellNoDecoder(owner_);
     std::wstring question = WideFrom1252(LoadStr(IDS_CORRUPTED_FILE));
     if (Careful(Care::kWizardQuestionNamesFile)) question = ShortFileName(path) + L": " + question;
     return YesnoBox(owner_, question) == IDYES;
 }
 
-Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path) {
-    UserAnswers answers(owner, path);
-    Result<Block> block = kind == kImageBlock ? ImportImage(list, path, answers) : MakeBlock(list, kind);
-    if (!block) TellFailure(owner, block.Why(), path);
-    return block;
+Result<std::vector<Block>> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path) {
+    if (kind == kImageBlock) {
+        UserAnswers answers(owner, path);
+        Result<std::vector<Block>> blocks = ImportImage(list, path, answers);
+        if (!blocks) TellFailure(owner, blocks.Why(), path);
+        return blocks;
+    }
+    Result<Block> block = MakeBlock(list, kind);
+    if (block) return std::vector{*block};
+    TellFailure(owner, block.Why(), path);
+    return block.Why();
 }
 
 bool InsertBlock(HWND owner, BlockList* list, int* selection, uint16_t kind, const std::string& path) {
-    Result<Block> block = MakeDefaultBlock(owner, list, kind, path);
-    if (!block) return false;
-    return InsertBlocks(list, selection, {&*block, 1}) || Refuse(owner, IDS_OUT_OF_MEMORY);
+    const Result<std::vector<Block>> blocks = MakeDefaultBlock(owner, list, kind, path);
+    if (!blocks) return false;
+    return InsertBlocks(list, selection, *blocks) || Refuse(owner, IDS_OUT_OF_MEMORY);
 }
 
 bool DeleteBlock(HWND owner, BlockList* list, int* selection) {

@@ -4,6 +4,7 @@
 
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "editing/questions.h"
 #include "gif/block_list.h"
@@ -50,9 +51,9 @@ private:
     std::string path_;
 };
 
-// Makes a default block of `kind`; an IMAGE from the file at `path`, fitted to the document's palette. What fails is
-// told, but for an image that the user did not want.
-Result<Block> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path);
+// Makes a default block of `kind`; an IMAGE from the file at `path`, fitted to the document's palette, behind the
+// CONTROL that a transparent picture needs. What fails is told, but for an image that the user did not want.
+Result<std::vector<Block>> MakeDefaultBlock(HWND owner, BlockList* list, uint16_t kind, const std::string& path);
 
 // Inserts what MakeDefaultBlock makes right after the selected block (after the header when `*selection` is 0 or less)
 // and selects it. False, with nothing changed, when that fails or memory runs out, which has been told then.

@@ -65,7 +65,7 @@ bool AddFiles(HWND dialog, const std::vector<std::string>& paths) {
 // One run of the file dialog. Returns whether there is to be another one.
 bool SelectSomeFiles(HWND dialog) {
     std::string names;
-    if (!OpenImagesDialog(dialog, &names)) return false;
+    if (!OpenImagesDialog(dialog, ListedKinds::kUsual, &names)) return false;
     if (AddFiles(dialog, ChosenPaths(names))) return true;
     MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
     return false;

@@ -38,6 +38,8 @@ constexpr CareRow kCares[] = {
      "A block that can't be edited, or an image that can't be inserted, leaves the document unchanged."},
     {Care::kUnchangedStaysUnchanged, "", "OK in a block's dialog without a change leaves the document unchanged."},
     {Care::kUndoneIsUnchanged, "", "A document that is taken back to what was saved counts as unchanged again."},
+    {Care::kListsAllPictures, "",
+     "The file dialogs of Insert and of the wizard list pictures of all kinds, not GIF files alone."},
 };
 
 constexpr bool EveryCareHasItsRow() {

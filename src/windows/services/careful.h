@@ -24,6 +24,7 @@ enum class Care : uint8_t {
     kRefusalChangesNothing,
     kUnchangedStaysUnchanged,
     kUndoneIsUnchanged,
+    kListsAllPictures,
     kCount,
 };
 

@@ -6,6 +6,7 @@
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
+#include "windows/services/careful.h"
 #include "windows/services/messages.h"
 #include "windows/services/shell_objects.h"
 
@@ -14,10 +15,13 @@ namespace {
 constexpr DWORD kImagesBufferUnits = 32767;
 constexpr DWORD kTitleUnits = 261;
 constexpr DWORD kSaveTitleUnits = 260;
-// Both list GIF files alone: no others can be opened.
+// Both list GIF files alone: no others can be opened, and whoever wants a picture of another kind types its name.
 constexpr wchar_t kQuirkFilters[] = L"GIF files\0*.GIF\0All files\0*.GIF\0";
+constexpr wchar_t kPictureFilters[] =
+    L"Pictures\0*.GIF;*.PNG;*.JPG;*.JPEG;*.JPE;*.BMP;*.DIB\0GIF files\0*.GIF\0All files\0*.*\0";
 
-DWORD lastFilterIndex;  // of the open dialogs
+DWORD lastFilterIndex;         // of the open dialogs
+DWORD lastPictureFilterIndex;  // of those that list pictures of all kinds
 
 constexpr char kNameTooLong[] =
     "This file name is too long. Please use a shorter name or move the file to a folder with a shorter path.";
@@ -49,15 +53,15 @@ bool Finish(HWND owner, BOOL confirmed, const char* overrun) {
     return false;
 }
 
-bool RunOpenDialog(HWND owner, OPENFILENAMEW* dialog, const char* overrun) {
+bool RunOpenDialog(HWND owner, OPENFILENAMEW* dialog, const char* overrun, DWORD* filterIndex = &lastFilterIndex) {
     wchar_t title[kTitleUnits] = L"";
     dialog->lpstrFileTitle = title;
     dialog->nMaxFileTitle = kTitleUnits;
-    dialog->nFilterIndex = lastFilterIndex;
+    dialog->nFilterIndex = *filterIndex;
     dialog->Flags |= OFN_PATHMUSTEXIST | OFN_FILEMUSTEXIST;
     dialog->lpTemplateName = L"FileOpen";  // recorded, not enabled: the standard dialog appears
     bool confirmed = Finish(owner, GetOpenFileNameW(dialog), overrun);
-    if (confirmed) lastFilterIndex = dialog->nFilterIndex;
+    if (confirmed) *filterIndex = dialog->nFilterIndex;
     return confirmed;
 }
 
@@ -81,7 +85,7 @@ bool OpenGifDialog(HWND owner, std::string* name) {
     return true;
 }
 
-bool OpenImagesDialog(HWND owner, std::string* names) {
+bool OpenImagesDialog(HWND owner, ListedKinds kinds, std::string* names) {
     auto files = AllocateScratchArray<wchar_t>(kImagesBufferUnits);
     if (!files) {
         MessageBox(owner, LoadStr(IDS_OUT_OF_MEMORY));
@@ -89,7 +93,10 @@ bool OpenImagesDialog(HWND owner, std::string* names) {
     }
     OPENFILENAMEW dialog = GifDialog(owner, files.get(), kImagesBufferUnits - 1);
     dialog.Flags |= OFN_ALLOWMULTISELECT;
-    if (!RunOpenDialog(owner, &dialog, kTooManyFiles)) return false;
+    const bool listsAll = kinds == ListedKinds::kPictures || Careful(Care::kListsAllPictures);
+    if (listsAll) dialog.lpstrFilter = kPictureFilters;
+    DWORD* filterIndex = listsAll ? &lastPictureFilterIndex : &lastFilterIndex;
+    if (!RunOpenDialog(owner, &dialog, kTooManyFiles, filterIndex)) return false;
     *names = Utf8FromWide(ListedTexts(files.get()));
     return true;
 }
