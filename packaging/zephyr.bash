@@ -128,7 +128,7 @@ _zephyr() {  # PROGRAM, as it was typed
     return
   fi
   case ${words[1]} in
-    list) options='--json --text --strict' ;;
+    list) options='--json --text --sizes --strict' ;;
     diff) options=--json ;;
     save | set | reverse | cut | repair) options=$edits ;;
     delete) options="--keep-looks $edits" ;;
