@@ -31,6 +31,7 @@ constexpr char kProgramHelp[] =
     "  repair IN OUT                     save what can be saved of a damaged file\n"
     "  frames IN OUT-%03d.png            write what each frame looks like\n"
     "  check FILE...                     tell what will surprise in players\n"
+    "  cost FILE SELECTION OUT           draw what the pixels of an image cost\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
@@ -70,6 +71,7 @@ constexpr Command kCommands[] = {
     {"repair", RunRepair, kRepairHelp, kOfEdits},
     {"frames", RunFrames, kFramesHelp},
     {"check", RunCheck, kCheckHelp},
+    {"cost", RunCost, kCostHelp, kOfSelections},
 };
 
 int Print(const char* text) {
