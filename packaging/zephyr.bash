@@ -60,7 +60,7 @@ _zephyr_selection() {  # FILE
 }
 
 _zephyr_fields() {  # FILE INDEX
-  local header='width= height= background= sorted= colour:' image='left= top= interlaced='
+  local header='width= height= background= sorted= colour: colours=' image='left= top= interlaced= colours= palette=global encoding=new'
   local control='delay= disposal= transparent= input=' loop='iterations='
   local plain='text= left= top= foreground= background= grid-width= grid-height= cell-width= cell-height='
   case $cur in

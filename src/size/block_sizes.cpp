@@ -50,6 +50,8 @@ bool Split(const Block& block, Bytes own, BlockSizes* sizes) {
     return true;
 }
 
+}  // namespace
+
 bool MeasureBlock(const Block& block, bool isFollowed, BlockSizes* sizes) {
     if (HasSource(block) && !(block.isCutOff && isFollowed)) {
         SourceLock source(block);
@@ -61,8 +63,6 @@ bool MeasureBlock(const Block& block, bool isFollowed, BlockSizes* sizes) {
     sizes->stray = block.source.stray;
     return Split(block, written.Written().subspan(block.source.stray), sizes);
 }
-
-}  // namespace
 
 BlockSizes& BlockSizes::operator+=(const BlockSizes& other) {
     palette += other.palette;

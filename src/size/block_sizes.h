@@ -18,6 +18,10 @@ struct BlockSizes {
     BlockSizes& operator+=(const BlockSizes& other);
 };
 
+// Measures a block as WriteWholeGif writes it; `isFollowed`: something stands behind it. False when memory runs out or
+// the block can't be written.
+[[nodiscard]] bool MeasureBlock(const Block& block, bool isFollowed, BlockSizes* sizes);
+
 struct DocumentSizes {
     std::vector<BlockSizes> blocks;  // one for each of the document's
     uint64_t before = 0;             // what stands before the signature
@@ -27,7 +31,7 @@ struct DocumentSizes {
     uint64_t Total() const;  // of the file
 };
 
-// Measures the document as WriteWholeGif writes it without names: a block that nobody changed by the bytes that its
+// Measures a whole document, written without names: a block that nobody changed by the bytes that its
 // file had, any other by those that it is encoded in. False when memory runs out or a block can't be written. May throw
 // std::bad_alloc.
 [[nodiscard]] bool MeasureDocument(const BlockList& list, DocumentSizes* sizes);
