@@ -111,7 +111,7 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_selection "$1" ;;
-    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | cost:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
+    frames:0 | check:* | advise:0 | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | cost:0 | set:[01] | insert:* | build:*) _zephyr_files gif ;;
     move:[01] | copy:[01] | timing:[01] | reverse:[01] | thin:[01] | cut:[01]) _zephyr_files gif ;;
     move:* | copy:*) _zephyr_selection "$1" ;;
   esac
@@ -125,7 +125,7 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list diff save extract remap insert delete set move copy timing reverse thin cut build repair frames check cost --help --version
+    _zephyr_offer list diff save extract remap insert delete set move copy timing reverse thin cut build repair frames check cost advise --help --version
     return
   fi
   case ${words[1]} in
@@ -143,6 +143,7 @@ _zephyr() {  # PROGRAM, as it was typed
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
     cost) options=--strict ;;
+    advise) options='--json --strict' ;;
     build) options="-o --match --web --loop --delay --skip-corrupted $names" ;;
     *) return ;;
   esac

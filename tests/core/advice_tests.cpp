@@ -35,7 +35,7 @@ std::vector<uint32_t> CanvasesOf(const BlockList& list) {
     Stage stage;
     std::vector<uint32_t> canvases;
     EXPECT_TRUE(animation.Open(list, Texts::kLeftOut));
-    if (animation.Screen().Pixels() * animation.Frames().size() > kMostPixels) return {};
+    if (animation.Screen().Pixels() * (animation.Frames().size() + 1) > kMostPixels) return {};
     EXPECT_TRUE(stage.Open(animation, kKeptCanvasBytes));
     for (uint32_t frame = 0; frame < animation.Frames().size(); ++frame) {
         EXPECT_TRUE(stage.Show(frame));
