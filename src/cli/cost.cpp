@@ -104,8 +104,8 @@ const char kCostHelp[] =
     "several images OUT has a place for their numbers: %d, or %03d for at least three\n"
     "digits.\n"
     "With --strict it fails when FILE is damaged.\n"
-    "With --classic it reads as the editor does by default, and the costs are those of\n"
-    "the codes that the image would be written with.\n";
+    "With --classic it reads as the editor does by default, and the costs are those\n"
+    "of the codes that the image would be written with.\n";
 
 int RunCost(const Words& words) {
     Options options(words, {"--strict"}, {});

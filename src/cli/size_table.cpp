@@ -67,7 +67,7 @@ std::vector<Row> RowsOf(const LoadedFile& file, const DocumentSizes& sizes) {
 
 std::string WithThousands(uint64_t number) {
     std::string digits = std::to_string(number);
-    for (size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+    for (size_t at = digits.size(); at > 3;) digits.insert(at -= 3, 1, ',');
     return digits;
 }
 
@@ -79,8 +79,8 @@ void PrintSizeTable(const LoadedFile& file, const DocumentSizes& sizes) {
     for (const Row& row : rows) {
         std::string text;
         for (size_t i = 0; i < kColumns; ++i)
-            text += std::string(widths[i] - row.cells[i].size() + (i ? 2 : 0), ' ') + row.cells[i];
-        if (!row.line.empty()) text += "  " + row.line;
+            text.append(widths[i] - row.cells[i].size() + (i ? 2 : 0), ' ').append(row.cells[i]);
+        if (!row.line.empty()) text.append("  ").append(row.line);
         puts(text.c_str());
     }
 }

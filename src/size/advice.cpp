@@ -38,8 +38,8 @@ std::string SelectionOf(const std::vector<size_t>& ordinals) {
     for (size_t i = 0; i < ordinals.size();) {
         size_t end = i + 1;
         while (end < ordinals.size() && ordinals[end] == ordinals[end - 1] + 1) ++end;
-        text += (i ? ",image:" : "image:") + std::to_string(ordinals[i]);
-        if (end > i + 1) text += "-" + std::to_string(ordinals[end - 1]);
+        text.append(i ? ",image:" : "image:").append(std::to_string(ordinals[i]));
+        if (end > i + 1) text.append("-").append(std::to_string(ordinals[end - 1]));
         i = end;
     }
     return text;
@@ -232,7 +232,7 @@ private:
                 continue;
             }
             gone.push_back(index);
-            numbers += (numbers.empty() ? "" : ",") + std::to_string(index);
+            numbers.append(numbers.empty() ? "" : ",").append(std::to_string(index));
         }
         if (gone.empty()) return true;
         BlockList rest;
