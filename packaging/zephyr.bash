@@ -61,7 +61,7 @@ _zephyr_selection() {  # FILE
 }
 
 _zephyr_fields() {  # FILE INDEX
-  local header='width= height= background= sorted= colour:' image='left= top= interlaced='
+  local header='width= height= background= sorted= colour: colours=' image='left= top= interlaced= colours= palette=global encoding=new'
   local control='delay= disposal= transparent= input=' loop='iterations='
   local plain='text= left= top= foreground= background= grid-width= grid-height= cell-width= cell-height='
   case $cur in
@@ -107,13 +107,14 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
   fi
   case $command:$# in
     extract:1) _zephyr_indexes "$1" 'IMAGE|APPLICATION|UNKNOWN' ;;
-    remap:1) _zephyr_indexes "$1" IMAGE ;;
+    remap:1 | cost:1) _zephyr_indexes "$1" IMAGE ;;
     extract:2 | remap:2) _zephyr_files bmp ;;
+    cost:2) _zephyr_files png ;;
     set:2) _zephyr_selection "$1" ;;
     set:[3-9] | set:??*) _zephyr_fields "$1" "$3" ;;
     delete:[01]) _zephyr_files gif ;;
     delete:*) _zephyr_selection "$1" ;;
-    frames:0 | check:* | list:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | optimise:[01] | insert:[01]) _zephyr_files gif ;;
+    frames:0 | check:* | list:0 | advise:0 | cost:0 | diff:[01] | save:[01] | repair:[01] | extract:0 | remap:0 | set:[01] | optimise:[01] | insert:[01]) _zephyr_files gif ;;
     insert:* | build:*) _zephyr_files gif png jpg jpeg bmp ;;
     move:[01] | copy:[01] | timing:[01] | reverse:[01] | thin:[01] | cut:[01]) _zephyr_files gif ;;
     move:* | copy:*) _zephyr_selection "$1" ;;
@@ -128,11 +129,11 @@ _zephyr() {  # PROGRAM, as it was typed
   _zephyr_join
   cur=${words[-1]}
   if [[ ${#words[@]} -eq 2 ]]; then
-    _zephyr_offer list diff save extract remap insert delete set move copy timing reverse thin cut build repair frames check optimise --help --version
+    _zephyr_offer list diff save extract remap insert delete set move copy timing reverse thin cut build repair frames check optimise cost advise --help --version
     return
   fi
   case ${words[1]} in
-    list) options='--json --text --strict' ;;
+    list) options='--json --text --sizes --strict' ;;
     diff) options=--json ;;
     save | set | reverse | cut | repair) options=$edits ;;
     delete) options="--keep-looks $edits" ;;
@@ -147,6 +148,8 @@ _zephyr() {  # PROGRAM, as it was typed
     check) options=--json ;;
     optimise) options="--effort --keep-frames --strip --lossy --to --jobs $edits" ;;
     build) options="-o --match --web --loop --fps --delay --delays --centre --all-frames --start --skip-corrupted $names" ;;
+    cost) options=--strict ;;
+    advise) options='--json --strict' ;;
     *) return ;;
   esac
   for ((i = 2; i < ${#words[@]} - 1; ++i)); do

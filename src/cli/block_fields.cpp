@@ -1,16 +1,20 @@
 #include "cli/block_fields.h"
 
 #include <algorithm>
+#include <bit>
 #include <charconv>
 #include <climits>
 #include <limits>
 
+#include "animation/animation.h"
 #include "cli/input_file.h"
 #include "cli/options.h"
 #include "gif/application_data.h"
 #include "gif/block_line.h"
 #include "gif/descriptor.h"
+#include "gif/source_bytes.h"
 #include "platform/text_encoding.h"
+#include "size/palette_edits.h"
 
 namespace {
 
@@ -107,6 +111,51 @@ Wanted SetIterations(Block* block, const std::string&, const std::string& value)
     return {};
 }
 
+// The colours beyond a smaller table are lost; new ones are black.
+Wanted SetColours(Block* block, const std::string&, const std::string& value) {
+    const bool isHeader = block->kind == kHeaderBlock;
+    unsigned colours = 0;
+    const bool isCount = ParseNumber(value, kPaletteEntries, &colours) && colours != 1 && std::popcount(colours) < 2;
+    if (!isCount || (colours == 0 && !isHeader))
+        return {isHeader ? "2, 4, 8, 16, 32, 64, 128, 256 or 0 for no palette" : "2, 4, 8, 16, 32, 64, 128 or 256"};
+    if (!isHeader && !(GetImageFields(*block).packed & kHasPalette))
+        return {"a palette of its own, which this image lacks", true};
+    if (!ResizeColourTable(block, static_cast<int>(colours))) return {"more memory", true};
+    return {};
+}
+
+// The index that is transparent in the image, which is one of its owner's, or kNoTransparency. False when memory runs
+// out.
+bool FindTransparency(const Block& image, int* index) {
+    *index = kNoTransparency;
+    Animation animation;
+    if (!animation.Open(*image.owner, Texts::kLeftOut)) return false;
+    for (const Frame& frame : animation.Frames())
+        if (frame.block == image.position) *index = frame.transparentIndex;
+    return true;
+}
+
+Wanted SetPalette(Block* block, const std::string&, const std::string& value) {
+    if (value != "global") return {"global"};
+    int transparentIndex;
+    if (!FindTransparency(*block, &transparentIndex)) return {"more memory", true};
+    switch (UseGlobalTable(FindGlobalPalette(*block->owner), transparentIndex, block)) {
+        case SharedTable::kDone:
+        case SharedTable::kHadNone: return {};
+        case SharedTable::kLacksColours: return {"all colours of the picture in the global palette", true};
+        case SharedTable::kNoPicture: return {"a picture that can be decoded", true};
+        case SharedTable::kNoMemory: break;
+    }
+    return {"more memory", true};
+}
+
+Wanted SetEncoding(Block* block, const std::string&, const std::string& value) {
+    if (value != "new") return {"new"};
+    if (!block->data) return {"a picture that can be decoded", true};
+    if (!MarkChanged(block)) return {"more memory", true};
+    return {};
+}
+
 // Lines of a document's texts end in a carriage return and a line feed.
 std::string WithDocumentLineEnds(const std::string& text) {
     std::string lines;
@@ -161,6 +210,7 @@ struct Field {
     const char* name;  // one that ends in a colon is followed by an item's number
     Setter set;
     bool inWholeOnly = false;
+    bool makesSource = false;  // see MakesSource
 };
 
 constexpr Field kFields[] = {
@@ -169,9 +219,13 @@ constexpr Field kFields[] = {
     {kHeaderBlock, "background", kHeaderNumber<&HeaderFields::backgroundIndex>},
     {kHeaderBlock, "sorted", SetFlag<GetHeaderFields, PutHeaderFields, kQuirkHeaderSorted>},
     {kHeaderBlock, "colour:", SetColour},
+    {kHeaderBlock, "colours", SetColours, false, true},
     {kImageBlock, "left", kImageNumber<&ImageFields::left>},
     {kImageBlock, "top", kImageNumber<&ImageFields::top>},
     {kImageBlock, "interlaced", SetInterlaced},
+    {kImageBlock, "colours", SetColours, false, true},
+    {kImageBlock, "palette", SetPalette, false, true},
+    {kImageBlock, "encoding", SetEncoding, false, true},
     {kControlBlock, "delay", kControlNumber<&ControlFields::delay>},
     {kControlBlock, "disposal", SetDisposal},
     {kControlBlock, "transparent", SetTransparent},
@@ -211,6 +265,11 @@ std::string NoSuchField(uint16_t kind, const std::string& field, Manner manner) 
 }
 
 }  // namespace
+
+bool MakesSource(const Block& block, const std::string& field) {
+    const Field* known = FindField(block.kind, field, Manner::kWhole);
+    return known && known->makesSource;
+}
 
 FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value, Manner manner) {
     size_t nameEnd = std::min(field.find(':'), field.size() - 1) + 1;

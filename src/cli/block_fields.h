@@ -1,5 +1,5 @@
-// The fields of a block by their names, as far as the editor's dialogs change them, the global colours, and the data of
-// application and unknown blocks.
+// The fields of a block by their names, as far as the editor's dialogs change them, the colours, how images are
+// encoded, and the data of application and unknown blocks.
 #pragma once
 
 #include <string>
@@ -14,6 +14,10 @@ struct FieldRefusal {
     bool noSuchField = false;
 };
 
+// Whether setting the field decides on the bytes of the block, too: which of those that the file had are kept. It is
+// then not to be compared with what it was.
+bool MakesSource(const Block& block, const std::string& field);
+
 // Sets one field: `field` as in "delay" or "colour:5", `value` in UTF-8. Documents of the classic manner have fewer
-// fields.
+// fields. The block is one of its owner's, or a copy.
 FieldRefusal SetBlockField(Block* block, const std::string& field, const std::string& value, Manner manner);

@@ -37,6 +37,8 @@ int RunReverse(const Words& words);
 int RunThin(const Words& words);
 int RunCut(const Words& words);
 int RunOptimise(const Words& words);
+int RunCost(const Words& words);
+int RunAdvise(const Words& words);
 
 // What --help prints for each.
 extern const char kListHelp[];
@@ -58,6 +60,8 @@ extern const char kReverseHelp[];
 extern const char kThinHelp[];
 extern const char kCutHelp[];
 extern const char kOptimiseHelp[];
+extern const char kCostHelp[];
+extern const char kAdviseHelp[];
 
 // The whole program: `words` without the program's own name.
 int RunZephyr(const Words& words);

@@ -5,27 +5,17 @@
 
 #include "animation/flashes.h"
 #include "animation/stage.h"
+#include "cli/shell_word.h"
 #include "gif/descriptor.h"
 #include "platform/text_encoding.h"
 
 namespace {
 
-// A word as a shell takes it.
-std::string ShellWord(const std::string& word) {
-    const bool isPlain = !word.empty() && std::ranges::all_of(word, [](char c) {
-        return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || strchr("_-./+,:@", c);
-    });
-    if (isPlain) return word;
-    std::string quoted = "'";
-    for (char c : word) quoted += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return quoted + "'";
-}
-
 // Where the checks put what they find.
 class Finder {
 public:
     Finder(const PlayedFile& looked, const std::string& path, std::vector<Finding>* findings)
-        : file(looked), list(looked.list), animation(looked.animation), findings_(findings), path_(ShellWord(path)) {}
+        : file(looked), list(looked.list), animation(looked.animation), findings_(findings), path_(ShellFile(path)) {}
 
     void Found(const char* check, int64_t block, std::string what, std::string mend = "") {
         findings_->push_back({check, block, std::move(what), std::move(mend)});

@@ -8,6 +8,7 @@
 #include "cli/loaded_file.h"
 #include "cli/options.h"
 #include "cli/printable.h"
+#include "cli/size_table.h"
 #include "cli/usage.h"
 #include "gif/block_line.h"
 #include "gif/descriptor.h"
@@ -101,7 +102,8 @@ void PrintLines(const BlockList& list) {
     for (const Block& block : list.All()) puts(Printable(LineOf(block)).c_str());
 }
 
-void PrintJson(const LoadedFile& file, bool whole) {
+// `sizes`: null where they were not asked for.
+void PrintJson(const LoadedFile& file, bool whole, const DocumentSizes* sizes) {
     printf("{\"result\": %d, \"complete\": %s, \"ended\": %s", static_cast<int>(file.result),
            file.report.reachedTrailer ? "true" : "false", JsonText(file.WhereLoadEnded()).c_str());
     if (whole) {
@@ -113,10 +115,12 @@ void PrintJson(const LoadedFile& file, bool whole) {
     for (uint32_t index = 0; index < file.list.count; ++index) {
         printf("%s%s", index ? ", " : "", JsonOf(file.list.blocks[index], index).c_str());
         if (whole) PrintSource(file.list.blocks[index]);
+        if (sizes) fputs(JsonSizes(sizes->blocks[index]).c_str(), stdout);
         putchar('}');
     }
     putchar(']');
     if (whole) PrintFileBytes("after", file.list.after);
+    if (sizes) fputs(JsonSizes(file, *sizes).c_str(), stdout);
     puts("}");
 }
 
@@ -134,10 +138,31 @@ bool PrintText(const LoadedFile& file, const Options& options, bool done) {
     return false;
 }
 
+// Returns whether all is well, `done` whether it was so far. What is no document has no sizes.
+bool PrintSizes(const LoadedFile& file, const Options& options, bool done) {
+    DocumentSizes sizes;
+    const bool isMeasured = file.list.count > 0 && MeasureDocument(file.list, &sizes);
+    if (!isMeasured && done) Complain(NameOfInput(options.Operands()[0]), "not enough memory");
+    if (options.Has("--json"))
+        PrintJson(file, true, isMeasured ? &sizes : nullptr);
+    else if (isMeasured)
+        PrintSizeTable(file, sizes);
+    return done && isMeasured;
+}
+
+// What is wrong with the options, or an empty text.
+std::string WrongOptions(const Options& options) {
+    if (!options.Error().empty()) return options.Error();
+    if (options.Has("--json") && options.Has("--text")) return "give --json or --text, not both";
+    if (options.Has("--sizes") && options.Has("--text")) return "give --sizes or --text, not both";
+    if (options.Has("--sizes") && !options.IsWhole()) return "--sizes are those of the file, which --classic forgets";
+    return options.Operands().size() == 1 ? "" : "give one FILE";
+}
+
 }  // namespace
 
 const char kListHelp[] =
-    "Usage: zephyr list [--classic] [--json | --text] [--strict] FILE\n"
+    "Usage: zephyr list [--classic] [--json | --text] [--sizes] [--strict] FILE\n"
     "\n"
     "Prints one line per block of the GIF file FILE, as the editor's list shows it.\n"
     "The first line is block number 0. Control characters of the file's texts and\n"
@@ -155,6 +180,10 @@ const char kListHelp[] =
     "colours and data, and the lines of texts. Nothing in it depends on where a block\n"
     "stands, so git shows what was changed in a GIF file when this is its textconv.\n"
     "A file that is no GIF file is then one line that says so, and no failure.\n"
+    "With --sizes, prints the bytes of each block, its share of the file, and what\n"
+    "they are for: palette, pixels (codes), data (texts, and what belongs to other\n"
+    "applications) and overhead (descriptors, lengths, ends), then what belongs to no\n"
+    "block, and the sums. With --json too, blocks and document have these as sizes.\n"
     "With --strict the exit status is 1 also when there is damage that is not\n"
     "harmless, and with --text when it is no GIF file.\n"
     "With --classic it reads as the editor does by default; the JSON knows no bytes\n"
@@ -162,14 +191,14 @@ const char kListHelp[] =
     "The blocks read before a failure are printed too.\n";
 
 int RunList(const Words& words) {
-    Options options(words, {"--json", "--text", "--strict"}, {});
-    if (!options.Error().empty()) return WrongUsage("list", options.Error());
-    if (options.Has("--json") && options.Has("--text")) return WrongUsage("list", "give --json or --text, not both");
-    if (options.Operands().size() != 1) return WrongUsage("list", "give one FILE");
+    Options options(words, {"--json", "--text", "--sizes", "--strict"}, {});
+    if (std::string wrong = WrongOptions(options); !wrong.empty()) return WrongUsage("list", wrong);
     LoadedFile file;
     bool done = file.Open(options.Operands()[0], options);
-    if (options.Has("--json"))
-        PrintJson(file, options.IsWhole());
+    if (options.Has("--sizes"))
+        done = PrintSizes(file, options, done);
+    else if (options.Has("--json"))
+        PrintJson(file, options.IsWhole(), nullptr);
     else if (options.Has("--text"))
         done = PrintText(file, options, done);
     else

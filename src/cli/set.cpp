@@ -33,6 +33,11 @@ bool Store(BlockList* list, const Block& edited, uint32_t index) {
     return comparesContent ? StoreEdited(list, edited, index, &differs) : PutBlock(list, edited, index);
 }
 
+// The same, with `*edited` the block as it stands then.
+bool StoreAndReload(BlockList* list, uint32_t index, Block* edited) {
+    return Store(list, *edited, index) && GetBlock(*list, edited, index);
+}
+
 // Tells when the screen was set to something else than what the images need.
 void WarnOfScreen(const HeaderFields& kept, const HeaderFields& wanted, const std::vector<Assignment>& assignments,
                   const std::string& path) {
@@ -89,12 +94,15 @@ private:
         Block edited = list->blocks[index];
         EditAnswer answer;
         for (size_t i = 0; i < assignments_.size(); ++i) {
+            const bool makesSource = MakesSource(edited, assignments_[i].field);
+            if (makesSource && !StoreAndReload(list, index, &edited)) return EditOutcome::Refused("out of memory");
             const FieldRefusal refusal = SetBlockField(&edited, assignments_[i].field, assignments_[i].value, manner_);
             if (refusal.noSuchField) {
                 noSuchField_[i] = place + refusal.text;
                 continue;
             }
             isSet_[i] = true;
+            if (makesSource) PutBlock(list, edited, index);
             if (refusal.text.empty()) continue;
             answer.refusal = refusal.wrongWords || !refusal.file.empty() ? refusal.text : place + refusal.text;
             answer.wrongWords = refusal.wrongWords;
@@ -125,7 +133,11 @@ const char kSetHelp[] =
     "\n"
     "  HEADER      width height background sorted\n"
     "              colour:N (N counts the global colours from 0)\n"
+    "              colours (of the palette: 2, 4, 8 ... 256, or 0 for none)\n"
     "  IMAGE       left top interlaced\n"
+    "              colours (of its own palette: 2, 4, 8 ... 256)\n"
+    "              palette (global: the document's, where the picture stays the same)\n"
+    "              encoding (new: the picture is encoded anew)\n"
     "  CONTROL     delay (1/100 seconds) input\n"
     "              disposal (nothing, leave, background, previous, or 0 to 7)\n"
     "              transparent (a colour's number or none)\n"

@@ -32,6 +32,8 @@ constexpr char kProgramHelp[] =
     "  frames IN OUT-%03d.png            write what each frame looks like\n"
     "  check FILE...                     tell what will surprise in players\n"
     "  optimise IN OUT                   write the smallest file that plays the same\n"
+    "  cost FILE SELECTION OUT           draw what the pixels of an image cost\n"
+    "  advise FILE                       tell what would make a file smaller\n"
     "\n"
     "  zephyr COMMAND --help             more about one command\n"
     "  zephyr --version                  the program's version\n"
@@ -72,6 +74,8 @@ constexpr Command kCommands[] = {
     {"frames", RunFrames, kFramesHelp},
     {"check", RunCheck, kCheckHelp},
     {"optimise", RunOptimise, kOptimiseHelp, kOfEdits},
+    {"cost", RunCost, kCostHelp, kOfSelections},
+    {"advise", RunAdvise, kAdviseHelp},
 };
 
 int Print(const char* text) {

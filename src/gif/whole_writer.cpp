@@ -74,13 +74,6 @@ bool WriteEncoded(File& file, const Block& block) {
     }
 }
 
-bool WriteBlock(File& file, const Block& block, bool isFollowed) {
-    if (HasSource(block) && !(block.isCutOff && isFollowed))
-        return file.WriteKept(block.aux, block.source.start, size_t{block.source.stray} + block.source.bytes);
-    if (block.source.stray && !file.WriteKept(block.aux, block.source.start, block.source.stray)) return false;
-    return HasSource(block) ? WriteSource(file, block, isFollowed) : WriteEncoded(file, block);
-}
-
 bool WriteFileBytes(File& file, const FileBytes& kept) {
     return kept.bytes == 0 || file.WriteKept(kept.memory, kept.start, kept.bytes);
 }
@@ -93,13 +86,24 @@ bool WriteSource(File& file, const Block& block, bool isFollowed) {
     return block.isCutOff && isFollowed ? WriteCut(file, block.kind, source.Own()) : Write(file, source.Own());
 }
 
+bool WriteWholeBlock(File& file, const Block& block, bool isFollowed) {
+    if (HasSource(block) && !(block.isCutOff && isFollowed))
+        return file.WriteKept(block.aux, block.source.start, size_t{block.source.stray} + block.source.bytes);
+    if (block.source.stray && !file.WriteKept(block.aux, block.source.start, block.source.stray)) return false;
+    return HasSource(block) ? WriteSource(file, block, isFollowed) : WriteEncoded(file, block);
+}
+
+bool IsLastBlockFollowed(const BlockList& list) {
+    return list.after.bytes || !(list.flags & kReadWhole);
+}
+
 bool WriteWholeDocument(const BlockList& list, File& file, const Identity* names) {
     const bool wasRead = (list.flags & kReadWhole) != 0;
-    const bool isLastFollowed = names || list.after.bytes || !wasRead;
+    const bool isLastFollowed = names || IsLastBlockFollowed(list);
     if (!WriteFileBytes(file, list.before)) return false;
     for (const Block& block : list.All()) {
         bool isFollowed = isLastFollowed || &block != &list.All().back();
-        if (!WriteBlock(file, block, isFollowed)) return false;
+        if (!WriteWholeBlock(file, block, isFollowed)) return false;
     }
     if (names && !WriteIdentity(file, list, *names, Manner::kWhole)) return false;
     return wasRead ? WriteFileBytes(file, list.after) : WriteByte(file, kTrailer) >= 0;

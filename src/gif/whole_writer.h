@@ -12,3 +12,10 @@
 // brought to its end first: as short as it is, with what its kind needs, so that nothing behind it is taken for a part
 // of it. False on a failed write or lock, and for a block without such bytes.
 [[nodiscard]] bool WriteSource(File& file, const Block& block, bool isFollowed);
+
+// Writes one block of a document as WriteWholeDocument does, with the bytes before it that start none. `isFollowed`:
+// something stands behind it.
+[[nodiscard]] bool WriteWholeBlock(File& file, const Block& block, bool isFollowed);
+
+// Whether something stands behind the last block of a document that is written without names.
+bool IsLastBlockFollowed(const BlockList& list);

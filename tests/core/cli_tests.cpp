@@ -283,8 +283,9 @@ TEST_F(Cli, HelpAndVersion) {
     std::string version;
     std::getline(std::ifstream(ZEPHYR_SOURCES "/VERSION"), version);
     EXPECT_EQ(RunCli({"--version"}).out, "zephyr " + version + "\n");
-    for (const char* command : {"list", "diff", "save", "extract", "remap", "insert", "delete", "set", "move", "copy",
-                                "timing", "reverse", "thin", "cut", "build", "repair", "frames", "check"}) {
+    for (const char* command :
+         {"list",   "diff",    "save", "extract", "remap", "insert", "delete", "set",   "move", "copy",
+          "timing", "reverse", "thin", "cut",     "build", "repair", "frames", "check", "cost", "advise"}) {
         const std::string help = RunCli({command, "x", "--help"}).out;
         EXPECT_EQ(help.find("Usage: zephyr " + std::string(command)), 0u) << command;
         EXPECT_EQ(RunCli({"help", command}).out + RunCli({command, "-h"}).out, help + help);
