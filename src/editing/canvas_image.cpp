@@ -164,7 +164,8 @@ MemoryHandle ImageMaker::TrueColours() const {
     (void)AllPlaces([&](int x, int y) {
         if (!IsSame(x, y)) pixel = wanted_.Row(y)[x];
         const RgbTriple colour = ColourOf(pixel);
-        SetImagePixel(lock, x - area_.left, y - area_.top, colour.red | colour.green << 8 | colour.blue << 16);
+        SetImagePixel(lock, x - area_.left, y - area_.top,
+                      static_cast<uint32_t>(colour.red | colour.green << 8 | colour.blue << 16));
         return true;
     });
     return bitmap;
