@@ -133,18 +133,28 @@ std::vector<uint32_t> TimesOf(const PlayedDocument& played) {
     return times;
 }
 
-// The cells' texts anew, and the strip scrolled to where it was.
-void FillCells(HWND box, std::vector<uint32_t> times) {
-    if (times == strip.times) return;
+void AddCell(HWND box, size_t frame, uint32_t time) {
+    SendMessageW(box, LB_INSERTSTRING, frame, reinterpret_cast<LPARAM>(CellText(frame, time).c_str()));
+}
+
+// Gives the strip its cells. Those whose texts stay are left alone, so that it stays where it is scrolled to: a deleted
+// frame mostly takes but the last one away, as the others are numbered anew.
+void FillCells(HWND box, const std::vector<uint32_t>& times) {
     if (times.size() != strip.times.size()) strip.pictures.clear();  // those that stay would stand for other frames
-    strip.times = std::move(times);
-    const LRESULT top = SendMessageW(box, LB_GETTOPINDEX, 0, 0);
     SendMessageW(box, WM_SETREDRAW, FALSE, 0);
-    SendMessageW(box, LB_RESETCONTENT, 0, 0);
-    for (size_t frame = 0; frame < strip.times.size(); ++frame)
-        SendMessageW(box, LB_ADDSTRING, 0, reinterpret_cast<LPARAM>(CellText(frame, strip.times[frame]).c_str()));
-    SendMessageW(box, LB_SETTOPINDEX, static_cast<WPARAM>(std::min<LRESULT>(top, std::ssize(strip.times) - 1)), 0);
+    if (times.empty() || strip.times.empty()) SendMessageW(box, LB_RESETCONTENT, 0, 0);
+    for (size_t count = strip.times.size(); count > times.size(); --count)
+        SendMessageW(box, LB_DELETESTRING, count - 1, 0);
+    for (size_t frame = 0; frame < times.size(); ++frame) {
+        if (frame < strip.times.size()) {
+            if (strip.times[frame] == times[frame]) continue;
+            SendMessageW(box, LB_DELETESTRING, frame, 0);
+        }
+        AddCell(box, frame, times[frame]);
+    }
+    strip.times = times;
     SendMessageW(box, WM_SETREDRAW, TRUE, 0);
+    InvalidateRect(box, nullptr, TRUE);
 }
 
 void DrawPicture(HDC dc, const Picture& picture, const RECT& cell) {
