@@ -72,6 +72,7 @@ TEST_F(BlockListViewTest, ReadableDetailsTakeTheColoursThatTheSystemHasForText) 
     } const cases[] = {
         {"classic", kWhite, kBlack, RGB(128, 128, 128), RGB(0, 0, 128), kWhite, RGB(128, 128, 128)},
         {"newer", kWhite, kBlack, RGB(109, 109, 109), RGB(0, 120, 215), kWhite, RGB(109, 109, 109)},
+        {"pale grey", kWhite, kBlack, RGB(160, 160, 160), RGB(0, 120, 215), kWhite, RGB(160, 160, 160)},
         {"dark", kNight, RGB(240, 240, 240), RGB(150, 150, 150), RGB(80, 80, 160), kWhite, RGB(150, 150, 150)},
         {"high contrast", kBlack, RGB(255, 255, 0), RGB(0, 255, 0), RGB(0, 128, 0), kBlack, RGB(0, 255, 0)},
         {"grey as the window", kBlack, kWhite, RGB(20, 20, 20), kWhite, kBlack, kWhite},

@@ -14,8 +14,9 @@ constexpr COLORREF kWhite = RGB(255, 255, 255);
 // The grey of older systems, #D4D0C8, has 1.5 on white and was meant so; #F0F0F0 has 1.1.
 constexpr double kFaint = 1.3;
 
-// Less than this is hard to read; a scheme whose grey text has it gets its plain text instead.
-constexpr double kReadable = 3;
+// Grey text is meant to stand back, and common schemes have 2.6; a scheme whose grey text has less than this gets its
+// plain text instead.
+constexpr double kReadable = 2;
 
 double Linear(int channel) {
     const double part = channel / 255.0;
