@@ -7,7 +7,7 @@
 namespace {
 
 constexpr long kMargin = 8;
-constexpr long kFilmstripHeight = 112;
+constexpr long kFilmstripHeight = 95;  // beside its scroll bar
 
 // Lines seldom need more than the widest list; the narrowest one leaves the preview half of the smallest window.
 constexpr long kNarrowestList = 180, kWidestList = 400;
@@ -19,7 +19,8 @@ WindowPlaces PlacesIn(SIZE client) {
     places.list = {kMargin, kMargin, client.cx - kMargin, client.cy - kMargin};
     if (settings.filmstrip) {
         places.filmstrip = places.list;
-        places.filmstrip.top = std::max(places.list.bottom - kFilmstripHeight, places.list.top);
+        places.filmstrip.top =
+            std::max(places.list.bottom - kFilmstripHeight - GetSystemMetrics(SM_CYHSCROLL), places.list.top);
         places.list.bottom = places.filmstrip.top - kMargin;
     }
     if (settings.preview) {
