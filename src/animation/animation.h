@@ -42,10 +42,10 @@ enum Disposal : uint8_t {
 };
 
 struct Frame {
-    uint32_t firstBlock;   // where its texts begin: behind the block of the frame before
-    uint32_t block;        // the IMAGE, or the last text of a frame of texts alone
-    int32_t control = -1;  // the CONTROL that counts for it, or -1
-    Rectangle area;        // of its image, cut off at the edges of the screen
+    uint32_t firstBlock;    // where its texts begin: behind the block of the frame before
+    uint32_t block;         // the IMAGE, or the last text of a frame of texts alone
+    int32_t control = -1;   // the CONTROL that counts for it, or -1
+    struct Rectangle area;  // of its image, cut off at the edges of the screen
     int transparentIndex = kNoTransparency;
     uint8_t disposal = kDisposeNothing;  // as browsers take it: 0 to 3, and 5 to 7, which do nothing
     bool standsAlone = false;            // covers the whole screen: nothing of what was before shows
@@ -75,7 +75,9 @@ public:
     const BlockList& List() const { return *list_; }
     int Width() const { return width_; }  // of the canvas: 0 to 131070
     int Height() const { return height_; }
-    Rectangle Screen() const { return {0, 0, width_, height_}; }
+    struct Rectangle Screen() const {
+        return {0, 0, width_, height_};
+    }
     std::span<const Frame> Frames() const { return {frames_.get(), count_}; }
     bool DrawsTexts() const { return texts_ == Texts::kDrawn; }
 

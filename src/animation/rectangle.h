@@ -1,4 +1,5 @@
-// Rectangles of pixels.
+// Rectangles of pixels. Windows has a function of the same name: headers say `struct Rectangle`, which is the type also
+// where both are known.
 #pragma once
 
 #include <algorithm>
@@ -16,14 +17,15 @@ struct Rectangle {
 };
 
 // What both have; all zero when that is nothing.
-inline Rectangle Common(const Rectangle& a, const Rectangle& b) {
-    Rectangle both = {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
-                      std::min(a.bottom, b.bottom)};
-    return both.IsEmpty() ? Rectangle() : both;
+inline struct Rectangle Common(const struct Rectangle& a, const struct Rectangle& b) {
+    struct Rectangle both = {std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
+                             std::min(a.bottom, b.bottom)};
+    if (both.IsEmpty()) both = {};
+    return both;
 }
 
 // The smallest that holds both.
-inline Rectangle Around(const Rectangle& a, const Rectangle& b) {
+inline struct Rectangle Around(const struct Rectangle& a, const struct Rectangle& b) {
     if (a.IsEmpty()) return b;
     if (b.IsEmpty()) return a;
     return {std::min(a.left, b.left), std::min(a.top, b.top), std::max(a.right, b.right), std::max(a.bottom, b.bottom)};

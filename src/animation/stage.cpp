@@ -79,6 +79,10 @@ bool Stage::Show(uint32_t frame) {
     return true;
 }
 
+uint32_t Stage::FramesToDraw(uint32_t frame) const {
+    return shown_ == frame ? 0 : frame - NearestStart(frame) + 1;
+}
+
 // The frame to draw first on the way to `frame`: the one behind the shown one when that is nearest.
 uint32_t Stage::NearestStart(uint32_t frame) const {
     const auto following = static_cast<uint32_t>(shown_ + 1);

@@ -26,11 +26,16 @@ public:
     // nothing of use until the next success.
     [[nodiscard]] bool Show(uint32_t frame);
 
+    // How many frames Show would draw to get there: 0 when the canvas shows the frame already.
+    uint32_t FramesToDraw(uint32_t frame) const;
+
     // The canvas: the animation's width and height, rows from the top, pixels as PaintImage makes them.
     const CanvasView& Canvas() const { return canvas_; }
 
     // The rectangle outside of which nothing differs from what was shown before. The first time it is the screen.
-    Rectangle Changed() const { return changed_; }
+    struct Rectangle Changed() const {
+        return changed_;
+    }
 
     // How many frames were drawn since Open, those on the way included: what showing has cost.
     uint64_t FramesDrawn() const { return framesDrawn_; }
@@ -45,7 +50,7 @@ private:
     void Keep(uint32_t frame);
     bool Draw(uint32_t number);
     void DrawTexts(const Frame& frame);
-    bool SaveUnder(const Rectangle& area);
+    bool SaveUnder(const struct Rectangle& area);
     const uint32_t* KeptBefore(uint32_t frame) const;
 
     const Animation* animation_ = nullptr;
@@ -53,7 +58,7 @@ private:
     CanvasView canvas_ = {};
     std::unique_ptr<uint32_t[]> pixels_;
     int64_t shown_ = kNothing;
-    Rectangle changed_;
+    struct Rectangle changed_;
     uint64_t framesDrawn_ = 0;
 
     // What was under the shown frame, when its disposal brings that back.

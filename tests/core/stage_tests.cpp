@@ -134,7 +134,9 @@ TEST(Stage, GoesBackFromTheNearestCanvas) {
         ASSERT_TRUE(stage.Open(animation, kept * 8 * 4));
         for (uint32_t frame = 0; frame <= from; ++frame) ASSERT_TRUE(stage.Show(frame));
         const uint64_t before = stage.FramesDrawn();
+        EXPECT_EQ(stage.FramesToDraw(to), drawn) << kept << " kept, " << from << " to " << to;
         ASSERT_TRUE(stage.Show(to));
+        EXPECT_EQ(stage.FramesToDraw(to), 0u);
         EXPECT_EQ(stage.FramesDrawn() - before, drawn) << kept << " kept, " << from << " to " << to;
     }
 }

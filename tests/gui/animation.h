@@ -14,9 +14,10 @@ struct ImageRequest {
 };
 
 // A document built block by block.
-class Animation {
+// Not called like the class of the program that is linked beside it.
+class MadeAnimation {
 public:
-    Animation(uint16_t screenWidth, uint16_t screenHeight, bool hasPalette = true) {
+    MadeAnimation(uint16_t screenWidth, uint16_t screenHeight, bool hasPalette = true) {
         Block header = OfKind(kHeaderBlock);
         if (hasPalette) header.palette = ManyColours(0);
         auto packed = static_cast<uint8_t>(hasPalette ? kHasPalette | kSizeCode : 0);
@@ -24,14 +25,14 @@ public:
         Add(header);
     }
 
-    Animation& Control(uint32_t disposal, uint16_t delay, int transparentIndex = -1, bool userInput = false) {
+    MadeAnimation& Control(uint32_t disposal, uint16_t delay, int transparentIndex = -1, bool userInput = false) {
         Block block = OfKind(kControlBlock);
         const uint32_t flags = (transparentIndex < 0 ? 0u : kControlTransparent) | (userInput ? kControlUserInput : 0u);
         PutControlFields(&block, {static_cast<uint8_t>(disposal << kControlDisposalShift | flags), delay,
                                   static_cast<uint8_t>(transparentIndex)});
         return Add(block);
     }
-    Animation& Image(const ImageRequest& image) {
+    MadeAnimation& Image(const ImageRequest& image) {
         Block block = OfKind(kImageBlock);
         if (image.hasOwnPalette) block.palette = ManyColours(image.seed);
         auto packed = (image.hasOwnPalette ? kHasPalette : 0) | (image.interlaced ? kImageInterlaced : 0);
@@ -43,13 +44,13 @@ public:
             [&](int x, int y) { return static_cast<uint32_t>((x / 2 * 3 + y / 3 * 5) * image.seed + x * y) % used; });
         return Add(block);
     }
-    Animation& Loop(uint16_t iterations) {
+    MadeAnimation& Loop(uint16_t iterations) {
         Block block = OfKind(kLoopBlock);
         PutLoopIterations(&block, iterations);
         return Add(block);
     }
-    Animation& Comment() { return Add(OfKind(kCommentBlock)); }
-    Animation& PlainText(const char* text, const PlainTextFields& fields) {
+    MadeAnimation& Comment() { return Add(OfKind(kCommentBlock)); }
+    MadeAnimation& PlainText(const char* text, const PlainTextFields& fields) {
         Block block = MakeText(kPlainTextBlock, text);
         PutPlainTextFields(&block, fields);
         return Add(block);
@@ -60,7 +61,7 @@ public:
     RgbTriple Colour(int index) const { return At(0).palette[index]; }
 
 private:
-    Animation& Add(Block block) {
+    MadeAnimation& Add(Block block) {
         block.position = static_cast<uint16_t>(list_.count);
         Append(&list_, block);
         return *this;
@@ -68,3 +69,5 @@ private:
 
     BlockList list_;
 };
+
+using Animation = MadeAnimation;

@@ -1,7 +1,9 @@
 // The list's lines as they are painted, and its place in the window.
 #include "tests/gui/picture.h"
 #include "tests/gui/window_driver.h"
+#include "windows/app/line_colours.h"
 #include "windows/ids/insert_ids.h"
+#include "windows/ids/panel_ids.h"
 
 namespace {
 
@@ -11,22 +13,111 @@ class BlockListViewTest : public ShellTest {};
 
 // Has the main window draw line `line` as the list box would, against the same by plain calls; nothing at all without
 // a kind.
-void ExpectLine(UINT line, UINT state, const std::wstring& kind, const std::wstring& details) {
-    const bool selected = state & ODS_SELECTED;
+struct Colours {
+    HBRUSH back;
+    COLORREF kind, details;
+};
+
+Colours Classic(bool selected) {
+    return {GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW), selected ? RGB(255, 255, 255) : RGB(0, 0, 0),
+            GetSysColor(COLOR_BTNFACE)};
+}
+
+void ExpectLine(UINT line, UINT state, const std::wstring& kind, const std::wstring& details, const Colours& is) {
     Canvas shown(280, 30, RGB(255, 0, 255)), expected(280, 30, RGB(255, 0, 255));
     HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
     DRAWITEMSTRUCT item = {ODT_LISTBOX, IDC_BLOCK_LIST, line, ODA_FOCUS, state, list, shown.Dc(), kPlace, 0};
     SendMessageW(hMainWindow, WM_DRAWITEM, IDC_BLOCK_LIST, reinterpret_cast<LPARAM>(&item));
-    if (!kind.empty()) FillRect(expected.Dc(), &kPlace, GetSysColorBrush(selected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
+    if (!kind.empty()) FillRect(expected.Dc(), &kPlace, is.back);
     SetBkMode(expected.Dc(), TRANSPARENT);
     SetTextAlign(expected.Dc(), TA_UPDATECP);  // each text begins where the last one ended
     MoveToEx(expected.Dc(), kPlace.left, kPlace.top, nullptr);
-    const COLORREF colours[] = {selected ? RGB(255, 255, 255) : RGB(0, 0, 0), GetSysColor(COLOR_BTNFACE)};
     for (const std::wstring* text : {&kind, &details}) {
-        SetTextColor(expected.Dc(), colours[text == &details]);
+        SetTextColor(expected.Dc(), text == &details ? is.details : is.kind);
         TextOutW(expected.Dc(), 0, 0, text->c_str(), static_cast<int>(text->size()));
     }
     EXPECT_EQ(Difference(expected.Look(), shown.Look()), "") << "line " << line << ", state " << state;
+}
+
+void ExpectLine(UINT line, UINT state, const std::wstring& kind, const std::wstring& details) {
+    ExpectLine(line, state, kind, details, Classic((state & ODS_SELECTED) != 0));
+}
+
+// The system's colours, as long as there is one of these.
+class Scheme {
+public:
+    using Changes = std::vector<std::pair<int, COLORREF>>;
+    explicit Scheme(const Changes& changes) {
+        for (const auto& change : changes) before_.emplace_back(change.first, GetSysColor(change.first));
+        Set(changes);
+    }
+    ~Scheme() { Set(before_); }
+    Scheme(const Scheme&) = delete;
+    Scheme& operator=(const Scheme&) = delete;
+
+private:
+    static void Set(const Changes& changes) {
+        for (const auto& [index, colour] : changes) SetSysColors(1, &index, &colour);
+        PumpMessages();
+    }
+
+    Changes before_;
+};
+
+TEST_F(BlockListViewTest, ReadableDetailsTakeTheColoursThatTheSystemHasForText) {
+    constexpr COLORREF kBlack = RGB(0, 0, 0), kWhite = RGB(255, 255, 255), kNight = RGB(32, 32, 32);
+    struct {
+        const char* name;
+        COLORREF window, text, grey, highlight, highlightText, details;
+    } const cases[] = {
+        {"classic", kWhite, kBlack, RGB(128, 128, 128), RGB(0, 0, 128), kWhite, RGB(128, 128, 128)},
+        {"newer", kWhite, kBlack, RGB(109, 109, 109), RGB(0, 120, 215), kWhite, RGB(109, 109, 109)},
+        {"pale grey", kWhite, kBlack, RGB(160, 160, 160), RGB(0, 120, 215), kWhite, RGB(160, 160, 160)},
+        {"dark", kNight, RGB(240, 240, 240), RGB(150, 150, 150), RGB(80, 80, 160), kWhite, RGB(150, 150, 150)},
+        {"high contrast", kBlack, RGB(255, 255, 0), RGB(0, 255, 0), RGB(0, 128, 0), kBlack, RGB(0, 255, 0)},
+        {"grey as the window", kBlack, kWhite, RGB(20, 20, 20), kWhite, kBlack, kWhite},
+    };
+    Command(IDM_NEW);
+    Append(&document, MakeText(kCommentBlock, "Hello"));
+    FillBlockListView(hMainWindow, &document);
+    for (const auto& is : cases) {
+        SCOPED_TRACE(is.name);
+        const Scheme scheme({{COLOR_WINDOW, is.window},
+                             {COLOR_WINDOWTEXT, is.text},
+                             {COLOR_GRAYTEXT, is.grey},
+                             {COLOR_HIGHLIGHT, is.highlight},
+                             {COLOR_HIGHLIGHTTEXT, is.highlightText}});
+        settings.readableDetails = 1;
+        ExpectLine(1, 0, L"COMMENT", L" Hello", {GetSysColorBrush(COLOR_WINDOW), is.text, is.details});
+        ExpectLine(1, ODS_SELECTED, L"COMMENT", L" Hello",
+                   {GetSysColorBrush(COLOR_HIGHLIGHT), is.highlightText, is.highlightText});
+        settings.readableDetails = 0;
+        const HBRUSH back = static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
+        ExpectLine(1, 0, L"COMMENT", L" Hello", {back, kBlack, GetSysColor(COLOR_BTNFACE)});
+    }
+}
+
+TEST_F(BlockListViewTest, ThePanelSaysWhenTheDetailsAreFaint) {
+    const std::pair<COLORREF, bool> cases[] = {
+        {RGB(192, 192, 192), false}, {RGB(212, 208, 200), false}, {RGB(240, 240, 240), true}, {RGB(0, 0, 0), false}};
+    for (const auto& [face, isFaint] : cases) {
+        const Scheme scheme({{COLOR_BTNFACE, face}});
+        DialogAnswers answers;
+        std::string note;
+        answers.Do([&note](HWND panel) {
+            note = ControlText(panel, IDC_PANEL_FAINT_NOTE);
+            PressButton(panel, IDOK);
+        });
+        Command(IDM_INFORMATION);
+        EXPECT_EQ(note.find("Readable details") != std::string::npos, isFaint) << std::hex << face;
+    }
+}
+
+TEST(LineColours, ContrastIsThatOfTheGuidelines) {
+    EXPECT_DOUBLE_EQ(ContrastOf(RGB(0, 0, 0), RGB(255, 255, 255)), 21);
+    EXPECT_DOUBLE_EQ(ContrastOf(RGB(9, 9, 9), RGB(9, 9, 9)), 1);
+    EXPECT_NEAR(ContrastOf(RGB(255, 255, 255), RGB(119, 119, 119)), 4.48, 0.005);
+    EXPECT_NEAR(ContrastOf(RGB(255, 0, 0), RGB(255, 255, 255)), 4.00, 0.005);
 }
 
 // kQuirkDetailsColour

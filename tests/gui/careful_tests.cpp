@@ -75,7 +75,7 @@ TEST_F(CarefulTest, TheOptionsMenuSwitchesItAndThePanelDoes) {
     GetMenuStringW(bar, 2, text, 100, MF_BYPOSITION);
     EXPECT_STREQ(text, L"&Options");
     EXPECT_EQ(GetMenuItemCount(bar), 4);
-    EXPECT_EQ(GetMenuItemCount(GetSubMenu(bar, 2)), 1);
+    EXPECT_EQ(GetMenuItemID(GetSubMenu(bar, 2), 0), UINT{IDM_CAREFUL_MODE});
     GetMenuStringW(bar, IDM_CAREFUL_MODE, text, 100, MF_BYCOMMAND);
     EXPECT_STREQ(text, L"&Careful mode");
     auto isChecked = [&] { return (GetMenuState(bar, IDM_CAREFUL_MODE, MF_BYCOMMAND) & MF_CHECKED) != 0; };

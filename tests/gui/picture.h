@@ -51,10 +51,10 @@ inline std::string Difference(const Picture& expected, const Picture& shown) {
     return text;
 }
 
-// A memory device context with true colours.
-class Canvas {
+// A memory device context with true colours. Not called like the class of the program that is linked beside it.
+class DrawnCanvas {
 public:
-    Canvas(int width, int height, COLORREF fill) : width_(width), height_(height) {
+    DrawnCanvas(int width, int height, COLORREF fill) : width_(width), height_(height) {
         std::fill_n(static_cast<uint32_t*>(pixels_), width * height, Swapped(fill));
     }
     HDC Dc() const { return dc_.Get(); }
@@ -81,6 +81,8 @@ private:
     OwnedGdiObject bitmap_{MakePixels()};
     SelectedObject selected_{dc_.Get(), bitmap_.Get()};
 };
+
+using Canvas = DrawnCanvas;
 
 // What `dc` shows from (0, 0) on.
 inline Picture Look(HDC dc, int width, int height) {

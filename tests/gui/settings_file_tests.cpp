@@ -91,6 +91,32 @@ TEST_F(SettingsFileTest, OptionsAreWrittenOnlyWhileTheyAreNotAsByDefault) {
     }
 }
 
+TEST_F(SettingsFileTest, EverySwitchOfTheOptionsMenuIsKept) {
+    const std::tuple<int, uint32_t Settings::*, std::string> cases[] = {
+        {IDM_CAREFUL_MODE, &Settings::carefulMode, "CarefulMode"},
+        {IDM_READABLE_DETAILS, &Settings::readableDetails, "ReadableDetails"},
+        {IDM_PREVIEW, &Settings::preview, "Preview"},
+        {IDM_FILMSTRIP, &Settings::filmstrip, "Filmstrip"},
+    };
+    for (const auto& [command, value, key] : cases) {
+        auto isChecked = [item = static_cast<UINT>(command)] {
+            return (GetMenuState(GetMenu(hMainWindow), item, MF_BYCOMMAND) & MF_CHECKED) != 0;
+        };
+        EXPECT_FALSE(isChecked()) << key;
+        Command(command);
+        EXPECT_TRUE(isChecked()) << key;
+        WriteSettings(hMainWindow, Folder());
+        const Bytes bytes = ReadAll(File("KLMZEP.INI"));
+        const std::string content(bytes.begin(), bytes.end()), options = "[KLMZephyrOptions]\r\n" + key + " = 1\r\n";
+        EXPECT_EQ(content.substr(std::min(content.find("[KLMZephyrOptions]"), content.size())), options);
+        Command(command);
+        EXPECT_EQ(settings.*value, 0u) << key;
+        ReadSettings(Folder());
+        EXPECT_EQ(settings.*value, 1u) << key;
+        settings = Settings();
+    }
+}
+
 TEST_F(SettingsFileTest, TheWindowWritesTheFileWhenItGoes) {
     settings.interlaceDelay = 12;
     Add({"C:\\one.gif", "d:\\\xC3\xA9t\xC3\xA9.gif"});

@@ -5,13 +5,14 @@
 
 #include "gif/block_line.h"
 #include "platform/wide_text_win32.h"
+#include "windows/app/line_colours.h"
+#include "windows/app/window_places.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/settings.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
 
-constexpr int kMargin = 8;
-constexpr int kQuirkDetailsColour = COLOR_BTNFACE;  // so that they are read faintly beside the kind
 constexpr wchar_t kSeparator = static_cast<unsigned char>(kBlockLineSeparator);
 
 HWND ListOf(HWND window) {
@@ -46,12 +47,6 @@ private:
     LRESULT top_;
 };
 
-RECT ListPlace(HWND window) {
-    RECT client = {};
-    GetClientRect(window, &client);
-    return {kMargin, kMargin, client.right - kMargin, client.bottom - kMargin};
-}
-
 void PutLine(HWND list, UINT message, int line, const Block& block) {
     const std::wstring text = WideFrom1252(FormatBlockLine(block));
     SendMessageW(list, message, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(text.c_str()));
@@ -68,19 +63,23 @@ int TextWidth(HDC dc, std::wstring_view text) {
     return size.cx;
 }
 
-void DrawLineText(HDC dc, const RECT& place, std::wstring_view line, COLORREF kindColour) {
+void DrawLineText(HDC dc, const RECT& place, std::wstring_view line, const LineColours& colours) {
     size_t split = line.find(kSeparator);
     std::wstring_view kind = line.substr(0, split);
     std::wstring_view details = split == std::wstring_view::npos ? std::wstring_view() : line.substr(split + 1);
     SetBkMode(dc, TRANSPARENT);
-    DrawPart(dc, place.left, place.top, kind, kindColour);
-    DrawPart(dc, place.left + TextWidth(dc, kind), place.top, details, GetSysColor(kQuirkDetailsColour));
+    DrawPart(dc, place.left, place.top, kind, colours.kind);
+    DrawPart(dc, place.left + TextWidth(dc, kind), place.top, details, colours.details);
 }
 
 }  // namespace
 
+void ShowPanesSoon(HWND window) {
+    if (settings.preview || settings.filmstrip) PostMessageW(window, UM_SHOW_PANES, 0, 0);
+}
+
 void CreateBlockListView(HWND window) {
-    RECT place = ListPlace(window);
+    const RECT place = PlacesIn(window).list;
     DWORD style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_BORDER | LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS;
     CreateWindowExW(0, L"listbox", L"", style, place.left, place.top, place.right - place.left,
                     place.bottom - place.top, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_BLOCK_LIST}), hInstance,
@@ -88,7 +87,7 @@ void CreateBlockListView(HWND window) {
 }
 
 void FitBlockListView(HWND window) {
-    RECT place = ListPlace(window);
+    const RECT place = PlacesIn(window).list;
     HWND list = ListOf(window);
     if (list) MoveWindow(list, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
 }
@@ -103,6 +102,7 @@ void FillBlockListView(HWND window, const BlockList* list) {
     }
     SetFocus(view);
     UpdateWindow(window);
+    ShowPanesSoon(window);
 }
 
 void ReplaceHeaderLine(HWND window, const Block& header) {
@@ -112,6 +112,7 @@ void ReplaceHeaderLine(HWND window, const Block& header) {
     KeptScrollPlace place(view);
     if (SendMessageW(view, LB_DELETESTRING, 0, 0) != LB_ERR) PutLine(view, LB_INSERTSTRING, 0, header);
     if (selection != kNoLine) SelectLine(window, selection);
+    ShowPanesSoon(window);
 }
 
 int SelectedLine(HWND window) {
@@ -120,6 +121,14 @@ int SelectedLine(HWND window) {
 
 void SelectLine(HWND window, int line) {
     SendMessageW(ListOf(window), LB_SETCURSEL, static_cast<WPARAM>(line), 0);
+    ShowPanesSoon(window);
+}
+
+void ChooseLine(HWND window, int line) {
+    SelectLine(window, line);
+    RevealLine(window, line);
+    SendMessageW(window, WM_COMMAND, MAKEWPARAM(IDC_BLOCK_LIST, LBN_SELCHANGE),
+                 reinterpret_cast<LPARAM>(ListOf(window)));
 }
 
 void RevealLine(HWND window, int line) {
@@ -138,8 +147,7 @@ void DrawBlockLine(const DRAWITEMSTRUCT& item) {
     if (length < 0) return;
     std::wstring line(static_cast<size_t>(length), L'\0');
     if (SendMessageW(item.hwndItem, LB_GETTEXT, item.itemID, reinterpret_cast<LPARAM>(line.data())) < 0) return;
-    bool selected = item.itemState & ODS_SELECTED;
-    HBRUSH back = selected ? GetSysColorBrush(COLOR_HIGHLIGHT) : static_cast<HBRUSH>(GetStockObject(WHITE_BRUSH));
-    FillRect(item.hDC, &item.rcItem, back);
-    DrawLineText(item.hDC, item.rcItem, line, selected ? RGB(255, 255, 255) : RGB(0, 0, 0));
+    const LineColours colours = ColoursOfLine((item.itemState & ODS_SELECTED) != 0);
+    FillRect(item.hDC, &item.rcItem, colours.back);
+    DrawLineText(item.hDC, item.rcItem, line, colours);
 }

@@ -6,6 +6,10 @@
 
 constexpr int kNoLine = -1;
 
+// Posted to the window when lines or the selection were changed while there are panes that show them, too.
+constexpr UINT UM_SHOW_PANES = WM_USER + 47;
+void ShowPanesSoon(HWND window);
+
 // Creates the list box in the client area of `window`, and fits it there again after the window's size has changed.
 void CreateBlockListView(HWND window);
 void FitBlockListView(HWND window);
@@ -19,6 +23,8 @@ void ReplaceHeaderLine(HWND window, const Block& header);
 
 int SelectedLine(HWND window);           // kNoLine when none is
 void SelectLine(HWND window, int line);  // and scrolls no further than to show it
+
+void ChooseLine(HWND window, int line);  // the same as a person does it: with the notification of a new selection
 
 // Scrolls the list no further than to show the whole line.
 void RevealLine(HWND window, int line);

@@ -7,8 +7,10 @@
 #include "windows/app/information_panel.h"
 #include "windows/app/notice_strip.h"
 #include "windows/app/options.h"
+#include "windows/app/panes.h"
 #include "windows/app/shell_state.h"
 #include "windows/ids/command_ids.h"
+#include "windows/ids/pane_ids.h"
 #include "windows/services/help.h"
 
 namespace {
@@ -18,11 +20,12 @@ constexpr char kHelpKeyword[] = "KLMZephyr";
 void OnSelectionChange(HWND window) {
     int line = SelectedLine(window);
     if (line != kNoLine) selectedLine = static_cast<uint32_t>(line);
+    ShowPanes(window);
 }
 
 void OnInformation(HWND window) {
     ShowInformationPanel(window);
-    ShowOptions(window);  // one of its boxes is an option
+    ApplyOptions(window);  // its boxes are options
 }
 
 void OnListNotification(HWND window, int notification) {
@@ -51,9 +54,11 @@ LRESULT OnCommand(HWND window, int id, int notification) {
         case IDM_INFORMATION: OnInformation(window); break;
         case IDM_HELP: ShowHelp(window, kHelpKeyword); break;
         case IDM_ABOUT: ShowAboutBox(window); break;
+        case IDC_FILMSTRIP: OnFilmstripNotification(window, notification); break;
         case IDC_BLOCK_LIST: OnListNotification(window, notification); break;
         default:
-            if (RunEditCommand(window, id) || SwitchOption(window, id)) break;
+            if (RunEditCommand(window, id)) break;
+            if (SwitchOption(window, id)) return ApplyOptions(window), 0;
             if (id >= IDM_RECENT_FIRST) OnRecentFile(window, id);
     }
     return 0;

@@ -257,6 +257,7 @@ void OnClose(HWND window) {
     SetTitleText(window, IDS_NO_FILE);
     EnableDocumentCommands(window, false);
     if (!kQuirkCloseKeepsLines) FillBlockListView(window, nullptr);
+    ShowPanesSoon(window);
 }
 
 void OnSaveAs(HWND window) {

@@ -1,5 +1,6 @@
 #include "windows/app/information_panel.h"
 
+#include "windows/app/line_colours.h"
 #include "windows/ids/panel_ids.h"
 #include "windows/services/plain_dialog.h"
 #include "windows/services/settings.h"
@@ -14,11 +15,17 @@ struct PanelBox {
 constexpr PanelBox kBoxes[] = {
     {IDC_SHOW_AGAIN, &Settings::showStartupBanner},
     {IDC_PANEL_CAREFUL_MODE, &Settings::carefulMode},
+    {IDC_PANEL_READABLE_DETAILS, &Settings::readableDetails},
+    {IDC_PANEL_PREVIEW, &Settings::preview},
+    {IDC_PANEL_FILMSTRIP, &Settings::filmstrip},
 };
+
+constexpr wchar_t kFaintNote[] = L"In this system's colours the list's details are faint: Readable details helps.";
 
 void ShowBoxes(HWND dialog) {
     for (const PanelBox& box : kBoxes)
         CheckDlgButton(dialog, box.id, settings.*box.value ? BST_CHECKED : BST_UNCHECKED);
+    if (AreDetailsFaint()) SetDlgItemTextW(dialog, IDC_PANEL_FAINT_NOTE, kFaintNote);
 }
 
 void TakeBoxes(HWND dialog) {

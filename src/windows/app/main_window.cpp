@@ -7,10 +7,13 @@
 #include "windows/app/commands.h"
 #include "windows/app/document_commands.h"
 #include "windows/app/edit_menu.h"
+#include "windows/app/filmstrip.h"
 #include "windows/app/notice_strip.h"
+#include "windows/app/panes.h"
 #include "windows/app/recent_files.h"
 #include "windows/app/settings_file.h"
 #include "windows/ids/command_ids.h"
+#include "windows/ids/pane_ids.h"
 #include "windows/services/careful.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/focus_handover.h"
@@ -27,6 +30,7 @@ constexpr bool kQuirkMinimumSizeRestored = true;
 
 LRESULT OnDestroy(HWND window) {
     WriteSettings(window, settingsFolder);
+    ClosePanes(window);
     CloseHelp(window);
     PostQuitMessage(0);
     return 0;
@@ -68,7 +72,7 @@ LRESULT OnSize(HWND window, WPARAM how) {
     GetWindowRect(window, &place);
     if (!kQuirkMinimumSizeRestored || !IsTooSmall(place)) {
         if (!IsSmallest(place)) StopSnap(window);  // it has been made larger meanwhile
-        return FitBlockListView(window), FitNotice(window), 0;
+        return FitBlockListView(window), FitNotice(window), FitPanes(window), 0;
     }
     MoveWindow(window, place.left, place.top, kMinimumWidth, kMinimumHeight, TRUE);
     SnapLater(window);
@@ -145,6 +149,7 @@ LRESULT OnMenuOpens(HWND window, WPARAM wParam, LPARAM lParam) {
 
 LRESULT OnDrawItem(WPARAM control, LPARAM lParam) {
     if (control == IDC_BLOCK_LIST) DrawBlockLine(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
+    if (control == IDC_FILMSTRIP) DrawFilmstripCell(*reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
     return 0;
 }
 
@@ -174,6 +179,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CTLCOLORDLG:
         case WM_CTLCOLORSTATIC: return AnswerControlColour(message, wParam, lParam);
         case WM_COMMAND: return OnCommand(window, LOWORD(wParam), HIWORD(wParam));
+        case UM_SHOW_PANES: return ShowPanes(window), 0;
         case UM_OPENFILE: return OnOpenFileMessage(window, lParam);
         default: return DefWindowProcW(window, message, wParam, lParam);
     }
@@ -208,5 +214,6 @@ void CreateMainWindow() {
     AddEditMenu(hMainWindow);
     CreateBlockListView(hMainWindow);
     PassEditKeys(GetDlgItem(hMainWindow, IDC_BLOCK_LIST));
+    PassPaneKeys(GetDlgItem(hMainWindow, IDC_BLOCK_LIST));
     StartRecentFiles();
 }

@@ -9,6 +9,9 @@ namespace {
 
 constexpr Option kOptions[] = {
     {IDM_CAREFUL_MODE, "CarefulMode", &Settings::carefulMode},
+    {IDM_READABLE_DETAILS, "ReadableDetails", &Settings::readableDetails},
+    {IDM_PREVIEW, "Preview", &Settings::preview},
+    {IDM_FILMSTRIP, "Filmstrip", &Settings::filmstrip},
     {0, "UndoMemory", &Settings::undoMemory},
 };
 

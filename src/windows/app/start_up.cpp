@@ -10,7 +10,7 @@
 #include "windows/app/document_face.h"
 #include "windows/app/information_panel.h"
 #include "windows/app/main_window.h"
-#include "windows/app/options.h"
+#include "windows/app/panes.h"
 #include "windows/app/settings_file.h"
 #include "windows/app/shell_state.h"
 #include "windows/services/careful.h"
@@ -124,7 +124,7 @@ void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, 
     ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
     ReadRecentFiles(hMainWindow, settingsFolder);
     if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);
-    ShowOptions(hMainWindow);
+    ApplyOptions(hMainWindow);
     const std::string startName = StartName(commandLine);
     PostMessageW(hMainWindow, UM_OPENFILE, 0, reinterpret_cast<LPARAM>(startName.c_str()));
     SetFocus(hMainWindow);

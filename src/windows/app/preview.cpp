@@ -1,0 +1,459 @@
+#include "windows/app/preview.h"
+
+#include <windowsx.h>
+
+#include <chrono>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+
+#include "windows/app/block_list_view.h"
+#include "windows/app/preview_details.h"
+#include "windows/app/preview_view.h"
+#include "windows/drawing/gdi_guards.h"
+#include "windows/ids/pane_ids.h"
+#include "windows/services/shell_objects.h"
+
+namespace {
+
+constexpr wchar_t kPreviewClass[] = L"KLM ZephyrPreview";
+constexpr uint64_t kKeptBytes = uint64_t{32} << 20;
+constexpr int kTextLines = 3;
+constexpr int kGap = 4;       // pixels around the text
+constexpr int kDash = 4;      // of the outline
+constexpr int kKeyStep = 16;  // pixels that an arrow key moves the canvas
+
+constexpr UINT_PTR kComposeTimer = 1;  // there is more to compose
+constexpr UINT_PTR kBytesTimer = 2;    // the selection has come to rest: there is time to count bytes
+constexpr UINT_PTR kPlayTimer = 3;     // the frame's time is over
+constexpr UINT kRestMilliseconds = 150;
+constexpr uint64_t kMostBehind = 250;  // milliseconds; a player that is later than this does not try to catch up
+
+constexpr wchar_t kNoFrames[] = L"Nothing to show";
+constexpr wchar_t kTooLarge[] = L"This screen is too large for the preview; View plays it.";
+constexpr wchar_t kNoMemory[] = L"There is not enough memory for the preview.";
+
+struct Preview {
+    const PlayedDocument* played = nullptr;
+    unsigned version = 0;  // of the document that is shown
+    int line = kNoLine;
+    int frame = -1;  // to be shown; -1: none
+    bool isComposed = false;
+    const wchar_t* trouble = kNoFrames;  // what is said instead of a picture; null when there is one
+    uint64_t bytes = kBytesNotCounted;
+    Composer composer{kKeptBytes};
+    PreviewView view;
+    bool isPlaying = false;
+    uint32_t playsLeft = 0;  // 0: for ever
+    uint64_t due = 0;        // in Milliseconds(): when the next frame is to be shown
+    bool isDragged = false;
+    POINT dragged = {};
+    int wheelTurned = 0;  // of a notch; fine wheels send parts of one
+};
+
+uint64_t Milliseconds() {
+    using namespace std::chrono;
+    return static_cast<uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
+}
+
+Preview* StateOf(HWND pane) {
+    return reinterpret_cast<Preview*>(GetWindowLongPtrW(pane, GWLP_USERDATA));
+}
+
+int LineHeight(HDC dc) {
+    TEXTMETRICW metric = {};
+    GetTextMetricsW(dc, &metric);
+    return std::max<int>(metric.tmHeight, 1);
+}
+
+int TextHeight(HWND pane) {
+    WindowDc dc(pane);
+    SelectedObject font(dc.Get(), hListFont);
+    return kTextLines * LineHeight(dc.Get()) + 2 * kGap;
+}
+
+void FitView(HWND pane) {
+    RECT client = {};
+    GetClientRect(pane, &client);
+    Preview& preview = *StateOf(pane);
+    const Animation* played = preview.played ? &preview.played->Played() : nullptr;
+    preview.view.SetPlace(client.right, std::max<int>(client.bottom - TextHeight(pane), 0));
+    preview.view.SetCanvas(played ? played->Width() : 0, played ? played->Height() : 0);
+}
+
+std::wstring Words(const Preview& preview) {
+    if (preview.frame < 0) return kNoFrames;
+    return DescribeLine(
+        *preview.played,
+        preview.isPlaying ? preview.played->LineOfFrame(static_cast<uint32_t>(preview.frame)) : preview.line,
+        static_cast<uint32_t>(preview.frame), preview.bytes);
+}
+
+// The words are the pane's name, too: that is what screen readers say.
+void TellWords(HWND pane) {
+    std::wstring name = L"Preview: " + Words(*StateOf(pane));
+    for (size_t at = name.find(L"\r\n"); at != std::wstring::npos; at = name.find(L"\r\n")) name.replace(at, 2, L"; ");
+    SetWindowTextW(pane, name.c_str());
+}
+
+void Redraw(HWND pane) {
+    InvalidateRect(pane, nullptr, FALSE);
+}
+
+const wchar_t* TroubleOf(const Preview& preview, Composed composed) {
+    if (preview.frame < 0) return kNoFrames;
+    if (!preview.played->FitsPane()) return kTooLarge;
+    return composed == Composed::kFailed ? kNoMemory : nullptr;
+}
+
+void StopTimer(HWND pane, UINT_PTR timer) {
+    KillTimer(pane, timer);
+}
+
+// One slice; the window lives on between two.
+void ComposeOn(HWND pane) {
+    Preview& preview = *StateOf(pane);
+    const Composed composed = preview.frame < 0
+                                  ? Composed::kFailed
+                                  : preview.composer.Compose(*preview.played, static_cast<uint32_t>(preview.frame));
+    if (composed == Composed::kNotYet) {
+        SetTimer(pane, kComposeTimer, USER_TIMER_MINIMUM, nullptr);
+        return;
+    }
+    StopTimer(pane, kComposeTimer);
+    preview.isComposed = true;
+    preview.trouble = TroubleOf(preview, composed);
+    if (preview.trouble) preview.composer.Forget();
+    Redraw(pane);
+}
+
+void GoToFrame(HWND pane, int frame) {
+    Preview& preview = *StateOf(pane);
+    preview.frame = frame;
+    preview.isComposed = false;
+    preview.bytes = kBytesNotCounted;
+    if (!preview.isPlaying) SetTimer(pane, kBytesTimer, kRestMilliseconds, nullptr);
+    TellWords(pane);
+    ComposeOn(pane);
+}
+
+void CountBytes(HWND pane) {
+    StopTimer(pane, kBytesTimer);
+    Preview& preview = *StateOf(pane);
+    if (preview.frame < 0 || preview.isPlaying) return;
+    preview.bytes = BytesOfFrame(*preview.played, static_cast<uint32_t>(preview.frame));
+    TellWords(pane);
+    Redraw(pane);
+}
+
+void WaitForNextFrame(HWND pane) {
+    Preview& preview = *StateOf(pane);
+    const uint64_t now = Milliseconds();
+    const uint64_t length = uint64_t{preview.played->Played().Frames()[static_cast<size_t>(preview.frame)].length} * 10;
+    if (now > preview.due + kMostBehind) preview.due = now;
+    preview.due += length;
+    SetTimer(pane, kPlayTimer, static_cast<UINT>(std::max<int64_t>(static_cast<int64_t>(preview.due - now), 1)),
+             nullptr);
+}
+
+void StopPlaying(HWND pane) {
+    StateOf(pane)->isPlaying = false;
+    StopTimer(pane, kPlayTimer);
+}
+
+void ChooseFrame(HWND pane, int frame) {
+    ChooseLine(GetParent(pane), StateOf(pane)->played->LineOfFrame(static_cast<uint32_t>(frame)));
+}
+
+void StopHere(HWND pane) {
+    StopPlaying(pane);
+    ChooseFrame(pane, StateOf(pane)->frame);
+    SetTimer(pane, kBytesTimer, kRestMilliseconds, nullptr);
+    TellWords(pane);
+    Redraw(pane);
+}
+
+void OnFrameOver(HWND pane) {
+    Preview& preview = *StateOf(pane);
+    StopTimer(pane, kPlayTimer);
+    if (!preview.isPlaying) return;
+    if (!preview.isComposed) return WaitForNextFrame(pane);  // it is late: it is shown as soon as it is there
+    const int count = static_cast<int>(preview.played->FrameCount());
+    const bool isLast = preview.frame + 1 == count;
+    if (isLast && preview.playsLeft == 1) return StopHere(pane);
+    if (isLast && preview.playsLeft > 1) --preview.playsLeft;
+    GoToFrame(pane, isLast ? 0 : preview.frame + 1);
+    WaitForNextFrame(pane);
+}
+
+LRESULT OnTimer(HWND pane, WPARAM timer) {
+    if (timer == kComposeTimer) ComposeOn(pane);
+    if (timer == kBytesTimer) CountBytes(pane);
+    if (timer == kPlayTimer) OnFrameOver(pane);
+    return 0;
+}
+
+// The pixels of a pane while it is painted: all of it is drawn before any of it is seen.
+class PaneBuffer {
+public:
+    PaneBuffer(HDC dc, int width, int height)
+        : width_(width), height_(height), dc_(dc), bitmap_(MakePixels(dc)), selected_(dc_.Get(), bitmap_.Get()) {}
+    explicit operator bool() const { return dc_ && bitmap_ && selected_; }
+    HDC Dc() const { return dc_.Get(); }
+    ScreenPicture Picture() const { return {static_cast<uint32_t*>(pixels_), width_, height_}; }
+
+private:
+    HBITMAP MakePixels(HDC dc) {
+        BITMAPINFO info = {};
+        info.bmiHeader = {sizeof info.bmiHeader, width_, -height_, 1, 32, BI_RGB, 0, 0, 0, 0, 0};  // rows from the top
+        return CreateDIBSection(dc, &info, DIB_RGB_COLORS, &pixels_, nullptr, 0);
+    }
+
+    int width_, height_;
+    void* pixels_ = nullptr;
+    MemoryDc dc_;
+    OwnedGdiObject bitmap_;
+    SelectedObject selected_;
+};
+
+// Dashes in black and white, which show on every picture.
+void DrawOutline(const ScreenPicture& picture, int bottom, const RECT& outline) {
+    auto put = [&](LONG x, LONG y) {
+        if (x < 0 || y < 0 || x >= picture.width || y >= bottom) return;
+        picture.Row(y)[x] = (x + y) / kDash % 2 == 0 ? 0x000000 : 0xFFFFFF;
+    };
+    const LONG left = std::max(outline.left, -1L), right = std::min<LONG>(outline.right, picture.width + 1);
+    for (LONG x = left; x < right; ++x) put(x, outline.top), put(x, outline.bottom - 1);
+    for (LONG y = std::max(outline.top, -1L); y < std::min<LONG>(outline.bottom, bottom + 1); ++y)
+        put(outline.left, y), put(outline.right - 1, y);
+}
+
+void DrawCanvas(const Preview& preview, const ScreenPicture& picture, int height) {
+    const ScreenPicture place = {picture.pixels, picture.width, height};
+    const POINT corner = preview.view.Corner();
+    DrawZoomed(place, preview.composer.Canvas(), preview.view.CurrentZoom(), corner.x, corner.y);
+    if (preview.isPlaying || !preview.isComposed) return;
+    const struct Rectangle area = AreaOfLine(*preview.played, preview.line, static_cast<uint32_t>(preview.frame));
+    if (!area.IsEmpty()) DrawOutline(place, height, preview.view.Around(area));
+}
+
+void DrawWords(const Preview& preview, HDC dc, RECT place) {
+    InflateRect(&place, -kGap, -kGap);
+    DrawTextW(dc, Words(preview).c_str(), -1, &place, DT_LEFT | DT_NOPREFIX);
+    if (preview.trouble) return;
+    const Zoom zoom = preview.view.CurrentZoom();
+    const std::wstring text = std::to_wstring(zoom.enlarge) + L":" + std::to_wstring(zoom.reduce);
+    DrawTextW(dc, text.c_str(), -1, &place, DT_RIGHT | DT_NOPREFIX | DT_SINGLELINE);
+}
+
+void DrawPane(HWND pane, const PaneBuffer& buffer, const RECT& client) {
+    const Preview& preview = *StateOf(pane);
+    const int height = std::max<int>(client.bottom - TextHeight(pane), 0);
+    SelectedObject font(buffer.Dc(), hListFont);
+    SetBkMode(buffer.Dc(), TRANSPARENT);
+    SetTextColor(buffer.Dc(), GetSysColor(COLOR_BTNTEXT));
+    FillRect(buffer.Dc(), &client, GetSysColorBrush(COLOR_BTNFACE));
+    GdiFlush();  // from here on the pixels are written directly
+    RECT words = {0, height, client.right, client.bottom}, place = {kGap, kGap, client.right - kGap, height};
+    if (preview.trouble)
+        DrawTextW(buffer.Dc(), preview.trouble, -1, &place, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
+    else
+        DrawCanvas(preview, buffer.Picture(), height);
+    if (preview.frame >= 0) DrawWords(preview, buffer.Dc(), words);
+    if (GetFocus() == pane) DrawFocusRect(buffer.Dc(), &client);
+}
+
+LRESULT PaintTo(HWND pane, HDC dc) {
+    RECT client = {};
+    GetClientRect(pane, &client);
+    if (client.right <= 0 || client.bottom <= 0) return 0;
+    const PaneBuffer buffer(dc, client.right, client.bottom);
+    if (!buffer) return 0;
+    DrawPane(pane, buffer, client);
+    BitBlt(dc, 0, 0, client.right, client.bottom, buffer.Dc(), 0, 0, SRCCOPY);
+    return 0;
+}
+
+LRESULT OnPaint(HWND pane) {
+    const WindowPaint paint(pane);
+    return PaintTo(pane, paint.Dc());
+}
+
+LRESULT OnSize(HWND pane) {
+    FitView(pane);
+    Redraw(pane);
+    return 0;
+}
+
+POINT MiddleOf(HWND pane) {
+    RECT client = {};
+    GetClientRect(pane, &client);
+    return {client.right / 2, (client.bottom - TextHeight(pane)) / 2};
+}
+
+LRESULT ZoomAt(HWND pane, bool nearer, POINT at) {
+    StateOf(pane)->view.StepNearer(nearer, at);
+    Redraw(pane);
+    return 0;
+}
+
+LRESULT OnWheel(HWND pane, int turned, POINT at) {
+    ScreenToClient(pane, &at);
+    int& sum = StateOf(pane)->wheelTurned;
+    for (sum += turned; std::abs(sum) >= WHEEL_DELTA; sum -= sum > 0 ? WHEEL_DELTA : -WHEEL_DELTA)
+        ZoomAt(pane, sum > 0, at);
+    return 0;
+}
+
+LRESULT MoveCanvas(HWND pane, int x, int y) {
+    StateOf(pane)->view.MoveBy(x, y);
+    Redraw(pane);
+    return 0;
+}
+
+LRESULT ShowWhole(HWND pane) {
+    StateOf(pane)->view.Fit();
+    Redraw(pane);
+    return 0;
+}
+
+LRESULT StepFrame(HWND pane, int step) {
+    const Preview& preview = *StateOf(pane);
+    const int frame = preview.frame + step;
+    if (preview.frame >= 0 && frame >= 0 && frame < static_cast<int>(preview.played->FrameCount()))
+        ChooseFrame(pane, frame);
+    return 0;
+}
+
+LRESULT OnKey(HWND pane, WPARAM key) {
+    switch (key) {
+        case VK_ADD:
+        case VK_OEM_PLUS: return ZoomAt(pane, true, MiddleOf(pane));
+        case VK_SUBTRACT:
+        case VK_OEM_MINUS: return ZoomAt(pane, false, MiddleOf(pane));
+        case '0':
+        case VK_NUMPAD0: return ShowWhole(pane);
+        case VK_LEFT: return MoveCanvas(pane, kKeyStep, 0);
+        case VK_RIGHT: return MoveCanvas(pane, -kKeyStep, 0);
+        case VK_UP: return MoveCanvas(pane, 0, kKeyStep);
+        case VK_DOWN: return MoveCanvas(pane, 0, -kKeyStep);
+        case VK_PRIOR: return StepFrame(pane, -1);
+        case VK_NEXT: return StepFrame(pane, 1);
+        default: return 0;
+    }
+}
+
+LRESULT OnButtonDown(HWND pane, POINT at) {
+    SetFocus(pane);
+    SetCapture(pane);
+    StateOf(pane)->isDragged = true;
+    StateOf(pane)->dragged = at;
+    return 0;
+}
+
+LRESULT OnMouseMove(HWND pane, POINT at) {
+    Preview& preview = *StateOf(pane);
+    if (!preview.isDragged) return 0;
+    MoveCanvas(pane, at.x - preview.dragged.x, at.y - preview.dragged.y);
+    preview.dragged = at;
+    return 0;
+}
+
+LRESULT OnCaptureGone(HWND pane) {
+    StateOf(pane)->isDragged = false;
+    return 0;
+}
+
+LRESULT OnDestroy(HWND pane) {
+    delete StateOf(pane);
+    SetWindowLongPtrW(pane, GWLP_USERDATA, 0);
+    return 0;
+}
+
+LRESULT Dispatch(HWND pane, UINT message, WPARAM wParam, LPARAM lParam) {
+    const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    switch (message) {
+        case WM_PAINT: return OnPaint(pane);
+        case WM_PRINTCLIENT: return PaintTo(pane, reinterpret_cast<HDC>(wParam));
+        case WM_ERASEBKGND: return 1;
+        case WM_SIZE: return OnSize(pane);
+        case WM_TIMER: return OnTimer(pane, wParam);
+        case WM_KEYDOWN: return OnKey(pane, wParam);
+        case WM_MOUSEWHEEL: return OnWheel(pane, GET_WHEEL_DELTA_WPARAM(wParam), at);
+        case WM_LBUTTONDOWN: return OnButtonDown(pane, at);
+        case WM_MOUSEMOVE: return OnMouseMove(pane, at);
+        case WM_LBUTTONUP: return ReleaseCapture(), 0;
+        case WM_CAPTURECHANGED: return OnCaptureGone(pane);
+        case WM_SETFOCUS:
+        case WM_KILLFOCUS: return Redraw(pane), 0;
+        case WM_NCDESTROY: return OnDestroy(pane);
+        default: return DefWindowProcW(pane, message, wParam, lParam);
+    }
+}
+
+LRESULT CALLBACK PreviewProc(HWND pane, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (!StateOf(pane)) return DefWindowProcW(pane, message, wParam, lParam);
+    try {
+        return Dispatch(pane, message, wParam, lParam);
+    } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
+        return 0;
+    }
+}
+
+void RegisterPreviewClass() {
+    WNDCLASSW about = {};
+    about.style = CS_HREDRAW | CS_VREDRAW;
+    about.lpfnWndProc = PreviewProc;
+    about.hInstance = hInstance;
+    about.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    about.lpszClassName = kPreviewClass;
+    RegisterClassW(&about);  // answers 0 from the second time on
+}
+
+}  // namespace
+
+HWND CreatePreview(HWND window) {
+    RegisterPreviewClass();
+    auto state = std::make_unique<Preview>();
+    HWND pane = CreateWindowExW(0, kPreviewClass, L"Preview", WS_CHILD | WS_VISIBLE | WS_BORDER | WS_TABSTOP, 0, 0, 0,
+                                0, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_PREVIEW}), hInstance, nullptr);
+    if (pane) SetWindowLongPtrW(pane, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(state.release()));
+    return pane;
+}
+
+void ShowInPreview(HWND pane, const PlayedDocument& played, int line) {
+    Preview& preview = *StateOf(pane);
+    const bool isSame = preview.played && preview.version == played.Version();
+    if (isSame && preview.line == line) return;
+    StopPlaying(pane);
+    preview.played = &played;
+    preview.version = played.Version();
+    preview.line = line;
+    FitView(pane);
+    const int frame = played.FrameOfLine(line);
+    if (!isSame && frame < 0) preview.composer.Forget();
+    if (!isSame || frame != preview.frame) return GoToFrame(pane, frame);
+    TellWords(pane);
+    Redraw(pane);
+}
+
+void PlayOrStop(HWND pane) {
+    Preview& preview = *StateOf(pane);
+    if (preview.isPlaying) return StopHere(pane);
+    if (preview.frame < 0 || preview.trouble) return;
+    preview.isPlaying = true;
+    preview.playsLeft = preview.played->Played().Plays();
+    preview.due = Milliseconds();
+    // From the last frame it would be over at once.
+    if (preview.frame + 1 == static_cast<int>(preview.played->FrameCount())) GoToFrame(pane, 0);
+    Redraw(pane);
+    WaitForNextFrame(pane);
+}
+
+bool IsPlaying(HWND pane) {
+    return StateOf(pane)->isPlaying;
+}
+
+bool IsPreviewReady(HWND pane) {
+    return StateOf(pane)->isComposed && !StateOf(pane)->isPlaying;
+}
