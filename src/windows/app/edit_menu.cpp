@@ -6,6 +6,8 @@
 
 #include "platform/wide_text_win32.h"
 #include "texts/string_ids.h"
+#include "windows/app/block_list_view.h"
+#include "windows/app/commands.h"
 #include "windows/app/document_history.h"
 #include "windows/dialogs/fields.h"
 #include "windows/ids/command_ids.h"
@@ -14,32 +16,64 @@ namespace {
 
 constexpr UINT kBehindFile = 1;  // the menu's place in the bar
 
+// Where a command stands.
+constexpr unsigned kInMenu = 1;       // in the Edit menu
+constexpr unsigned kOnLine = 2;       // in the menu of a line
+constexpr unsigned kStartsGroup = 4;  // behind a separator
+
 struct EditCommand {
     int id;
+    unsigned place;
     unsigned text;       // of the item, with its key; a printf format with a place for the step's name where it has one
     WPARAM key;          // a virtual key, with
     unsigned modifiers;  // these: FCONTROL, FSHIFT, FALT
     const std::string* (*step)();  // what the item names: the step that would be taken; null for an item without one
-    bool (*canRun)();
+    bool (*canRun)(HWND window);
     void (*run)(HWND window);
 };
 
-bool CanUndo() {
+bool CanUndo(HWND) {
     return UndoName() != nullptr;
 }
 
-bool CanRedo() {
+bool CanRedo(HWND) {
     return RedoName() != nullptr;
 }
 
+bool HasSelection(HWND window) {
+    return SelectedBlock(window) != kNoLine;
+}
+
 constexpr EditCommand kCommands[] = {
-    {IDM_UNDO, IDS_MENU_UNDO, 'Z', FCONTROL, UndoName, CanUndo, OnUndo},
-    {IDM_REDO, IDS_MENU_REDO, 'Y', FCONTROL, RedoName, CanRedo, OnRedo},
+    {IDM_UNDO, kInMenu, IDS_MENU_UNDO, 'Z', FCONTROL, UndoName, CanUndo, OnUndo},
+    {IDM_REDO, kInMenu, IDS_MENU_REDO, 'Y', FCONTROL, RedoName, CanRedo, OnRedo},
+    {IDM_DUPLICATE, kInMenu | kOnLine | kStartsGroup, IDS_MENU_DUPLICATE, 'D', FCONTROL, nullptr, CanDuplicate,
+     OnDuplicate},
+    {IDM_MOVE_UP, kInMenu | kOnLine | kStartsGroup, IDS_MENU_MOVE_UP, VK_UP, FALT, nullptr, CanMoveUp, OnMoveUp},
+    {IDM_MOVE_DOWN, kInMenu | kOnLine, IDS_MENU_MOVE_DOWN, VK_DOWN, FALT, nullptr, CanMoveDown, OnMoveDown},
+    {IDM_EDIT, kInMenu | kOnLine | kStartsGroup, IDS_MENU_EDIT_BLOCK, VK_RETURN, 0, nullptr, HasSelection, OnEdit},
+    {IDM_REVERSE, kInMenu | kStartsGroup, IDS_MENU_REVERSE, 0, 0, nullptr, CanReverse, OnReverse},
+    {IDM_TIMING, kInMenu, IDS_MENU_TIMING, 0, 0, nullptr, CanTime, OnTiming},
 };
 
 std::wstring TextOf(const EditCommand& command) {
     const std::string* step = command.step ? command.step() : nullptr;
     return WideFrom1252(FormatStr(command.text, step ? (" " + *step).c_str() : ""));
+}
+
+UINT StateOf(HWND window, const EditCommand& command) {
+    return command.canRun(window) ? UINT{MF_ENABLED} : UINT{MF_GRAYED};
+}
+
+// Adds the commands of that place, greyed where they can't be done now.
+void AppendCommands(HWND window, HMENU menu, unsigned place) {
+    for (const EditCommand& command : kCommands) {
+        if (!(command.place & place)) continue;
+        const bool isFirst = GetMenuItemCount(menu) == 0;
+        if (command.place & kStartsGroup && !isFirst) AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
+        AppendMenuW(menu, MF_STRING | StateOf(window, command), static_cast<UINT_PTR>(command.id),
+                    TextOf(command).c_str());
+    }
 }
 
 unsigned ModifiersDown() {
@@ -58,26 +92,25 @@ LRESULT CALLBACK KeysProc(HWND control, UINT message, WPARAM wParam, LPARAM lPar
 
 void AddEditMenu(HWND window) {
     HMENU menu = CreatePopupMenu();
-    for (const EditCommand& command : kCommands)
-        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(command.id), TextOf(command).c_str());
+    AppendCommands(window, menu, kInMenu);
     const std::wstring title = WideFrom1252(LoadStr(IDS_MENU_EDIT));
     InsertMenuW(GetMenu(window), kBehindFile, MF_BYPOSITION | MF_POPUP, reinterpret_cast<UINT_PTR>(menu),
                 title.c_str());
-    UpdateEditMenu(window);
 }
 
 void UpdateEditMenu(HWND window) {
     for (const EditCommand& command : kCommands) {
+        if (!(command.place & kInMenu)) continue;
         const auto id = static_cast<UINT>(command.id);
-        const UINT state = command.canRun() ? UINT{MF_ENABLED} : UINT{MF_GRAYED};
-        ModifyMenuW(GetMenu(window), id, MF_BYCOMMAND | MF_STRING | state, id, TextOf(command).c_str());
+        ModifyMenuW(GetMenu(window), id, MF_BYCOMMAND | MF_STRING | StateOf(window, command), id,
+                    TextOf(command).c_str());
     }
 }
 
 bool RunEditCommand(HWND window, int command) {
     const auto* found = std::ranges::find(kCommands, command, &EditCommand::id);
     if (found == std::end(kCommands)) return false;
-    if (found->canRun()) found->run(window);
+    if (found->canRun(window)) found->run(window);
     return true;
 }
 
