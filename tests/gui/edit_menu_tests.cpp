@@ -1,6 +1,7 @@
 // The Edit menu's commands on blocks and frames, their keys, and the menu of a line.
 #include "editing/timing.h"
 #include "tests/gui/editor_test.h"
+#include "windows/app/document_face.h"
 #include "windows/app/document_history.h"
 #include "windows/ids/timing_ids.h"
 
@@ -37,6 +38,7 @@ protected:
 
 TEST_F(EditMenuTest, WhatCantBeDoneIsGreyed) {
     const std::string items = Items(EditMenu());
+    EXPECT_TRUE(items.starts_with("[&Undo\tCtrl+Z]\n[&Redo\tCtrl+Y]\n-\n")) << items;
     for (const char* text : {"Dup&licate\tCtrl+D", "Mo&ve up\tAlt+Up", "Move dow&n\tAlt+Down", "&Edit block...\tEnter",
                              "Rever&se", "T&iming..."})
         EXPECT_NE(items.find(text), std::string::npos) << text;
@@ -116,7 +118,7 @@ TEST_F(EditMenuTest, ReverseExchangesTheFrames) {
     Show();
     Select(4);
     Command(IDM_REVERSE);
-    EXPECT_EQ(PixelsOf(At(1)) + "|" + PixelsOf(At(3)) + "|" + PixelsOf(At(5)), "0303 0303|0202 0202|0101 0101");
+    EXPECT_EQ(PixelsOf(At(1)) + "|" + PixelsOf(At(3)) + "|" + PixelsOf(At(5)), "33 33|22 22|11 11");
     EXPECT_EQ(Selection(), 4);
     EXPECT_EQ(*UndoName(), "Reverse frames");
 }
@@ -174,6 +176,134 @@ TEST_F(EditMenuTest, TimingChangesTheFramesThatAreMeant) {
     Run(IDM_TIMING, {Press(IDOK, {{IDC_TIMING_VALUE, "1"}})},
         {Read("Of 2 frames the delay is now below 2, for which players take 10.", IDOK)});
     EXPECT_EQ(DelaysOf(document), (std::vector<uint32_t>{1, 1}));
+}
+
+TEST_F(EditMenuTest, KeysReachTheirCommandsWhereverTheFocusIs) {
+    struct Row {
+        WPARAM key;
+        Ids modifiers;
+        const char* kinds;  // afterwards, when line 4 of 123467259083 was selected
+    };
+    const Row rows[] = {
+        {'D', {VK_CONTROL}, "1234667259083"},
+        {VK_UP, {VK_MENU}, "123647259083"},
+        {VK_DOWN, {VK_MENU}, "123476259083"},
+        {VK_DELETE, {}, "12347259083"},
+        {VK_DELETE, {VK_SHIFT}, "123467259083"},
+        {VK_DELETE, {VK_CONTROL}, "123467259083"},
+        {'D', {}, "123467259083"},
+        {'D', {VK_CONTROL, VK_SHIFT}, "123467259083"},
+        {VK_UP, {VK_MENU, VK_CONTROL}, "123467259083"},
+    };
+    const HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
+    for (HWND focus : {list, hMainWindow}) {
+        for (const Row& row : rows) {
+            Select(4);
+            SetFocus(focus);
+            PressKey(row.key, row.modifiers);
+            EXPECT_EQ(Kinds(), row.kinds) << row.key;
+            if (UndoName()) Command(IDM_UNDO);
+            ASSERT_EQ(Kinds(), "123467259083");
+        }
+    }
+    // Dialogs that open by a key, and are cancelled.
+    EnableDocumentCommands(hMainWindow, true);
+    SelectLine(hMainWindow, kSampleComment);
+    SetFocus(list);
+    std::vector<std::string> titles;
+    const Steps note = [&](HWND dialog) {
+        wchar_t title[100] = L"";
+        GetWindowTextW(dialog, title, 100);
+        titles.push_back(Ansi1252FromWide(title));
+        PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    };
+    documentChanged = false;
+    for (const auto& [key, modifiers] :
+         {std::pair<WPARAM, Ids>(VK_RETURN, {}), {'O', {VK_CONTROL}}, {'S', {VK_CONTROL, VK_SHIFT}}}) {
+        DialogAnswers answers({note});
+        PressKey(key, modifiers);
+    }
+    EXPECT_EQ(titles, (std::vector<std::string>{"Edit Comment", "Open", "Save As"}));
+    PressKey('N', {VK_CONTROL});
+    EXPECT_EQ(Kinds(), "1");
+    currentFileName = File("saved.gif");
+    documentIsNamed = true;
+    PressKey('S', {VK_CONTROL});
+    EXPECT_NE(GetFileAttributesW(WideFromUtf8(File("saved.gif")).c_str()), INVALID_FILE_ATTRIBUTES);
+    // What the File menu has greyed no key can do.
+    Command(IDM_CLOSE);
+    for (const auto& [key, modifiers] : {std::pair<WPARAM, Ids>(VK_F5, {}), {'S', {VK_CONTROL}}, {VK_RETURN, {}}}) {
+        DialogAnswers none;
+        PressKey(key, modifiers);
+    }
+}
+
+// Waits for the menu that is shown, notes its items and ends it.
+class MenuReader {
+public:
+    MenuReader() : timer_(SetTimer(nullptr, 0, 20, Look)) { items.clear(); }
+    ~MenuReader() { KillTimer(nullptr, timer_); }
+    MenuReader(const MenuReader&) = delete;
+    MenuReader& operator=(const MenuReader&) = delete;
+    static inline std::string items;  // what is greyed with "!" before it
+
+private:
+    static BOOL CALLBACK Find(HWND window, LPARAM found) {
+        wchar_t name[20] = L"";
+        GetClassNameW(window, name, 20);
+        if (wcscmp(name, L"#32768") != 0) return TRUE;
+        *reinterpret_cast<HWND*>(found) = window;
+        return FALSE;
+    }
+    static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
+        constexpr UINT kGetMenu = 0x1E1;
+        HWND window = nullptr;
+        EnumThreadWindows(GetCurrentThreadId(), Find, reinterpret_cast<LPARAM>(&window));
+        auto* menu = window ? reinterpret_cast<HMENU>(SendMessageW(window, kGetMenu, 0, 0)) : nullptr;
+        for (int i = 0; menu && i < GetMenuItemCount(menu); ++i) {
+            wchar_t text[100] = L"";
+            GetMenuStringW(menu, static_cast<UINT>(i), text, 100, MF_BYPOSITION);
+            const UINT state = GetMenuState(menu, static_cast<UINT>(i), MF_BYPOSITION);
+            const std::string item = Ansi1252FromWide(text);
+            if (!(state & MF_SEPARATOR))
+                items += (state & MF_GRAYED ? "!" : "") + item.substr(0, item.find('\t')) + "|";
+        }
+        EndMenu();
+    }
+    UINT_PTR timer_;
+};
+
+TEST_F(EditMenuTest, ALineHasAMenu) {
+    const HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
+    RECT item = {};
+    SendMessageW(list, LB_GETITEMRECT, 3, reinterpret_cast<LPARAM>(&item));
+    POINT point = {item.left + 20, item.top + 2};
+    ClientToScreen(list, &point);
+    const LPARAM place = MAKELPARAM(point.x, point.y);
+    SelectLine(hMainWindow, 0);
+    {
+        MenuReader reader;
+        SendMessageW(hMainWindow, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), place);
+        PumpMessages();
+    }
+    const std::string items = MenuReader::items;
+    for (const char* text : {"Dup&licate|", "Mo&ve up|", "Move dow&n|", "&Edit block...|", "&Delete|"})
+        EXPECT_NE(items.find(text), std::string::npos) << items;
+    EXPECT_EQ(Selection(), 3);
+    SelectLine(hMainWindow, 0);
+    {
+        MenuReader reader;  // by the key, for the line that is selected
+        SendMessageW(hMainWindow, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
+        PumpMessages();
+    }
+    EXPECT_NE(MenuReader::items.find("!Mo&ve up|"), std::string::npos) << MenuReader::items;
+    EXPECT_EQ(Selection(), 0);
+    // Behind the last line there is none.
+    RECT area = {};
+    GetWindowRect(list, &area);
+    SendMessageW(hMainWindow, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list),
+                 MAKELPARAM(area.left + 9, area.bottom - 9));
+    EXPECT_EQ(Selection(), 0);
 }
 
 }  // namespace

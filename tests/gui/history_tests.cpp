@@ -32,15 +32,6 @@ protected:
         }
         return all;
     }
-    // As a person presses it, the key going to the window that has the focus.
-    static void PressKey(WPARAM key, const Ids& modifiers) {
-        BYTE state[256] = {}, up[256] = {};
-        for (int modifier : modifiers) state[modifier] = 0x80;
-        SetKeyboardState(state);
-        SendMessageW(GetFocus(), WM_KEYDOWN, key, 0);
-        SetKeyboardState(up);
-        PumpMessages();
-    }
     bool IsInSight(int line) const {
         HWND list = GetDlgItem(hMainWindow, IDC_BLOCK_LIST);
         RECT client, item;

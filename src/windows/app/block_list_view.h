@@ -20,6 +20,12 @@ void ReplaceHeaderLine(HWND window, const Block& header);
 int SelectedLine(HWND window);           // kNoLine when none is
 void SelectLine(HWND window, int line);  // and scrolls no further than to show it
 
+// The line at that place of the screen; kNoLine where there is none.
+int LineAt(HWND window, POINT place);
+
+// Where the line's lower left corner is on the screen.
+POINT PlaceUnderLine(HWND window, int line);
+
 // Scrolls the list no further than to show the whole line.
 void RevealLine(HWND window, int line);
 

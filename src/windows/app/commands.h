@@ -1,6 +1,9 @@
 // The commands of the main window's menus and the notifications of its list.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "editing/edit_outcome.h"
 #include "platform/windows_api.h"
 
@@ -12,7 +15,13 @@ void OnEdit(HWND window);
 void OnInsert(HWND window);
 void OnDelete(HWND window);
 
+// Inserts the first image of each file (paths in UTF-8) behind the line, as Insert does with those that are chosen.
+void InsertImageFiles(HWND window, int line, const std::vector<std::string>& paths);
+
 // Those of the Edit menu. The first ones work on the selected block; where nothing is selected, nothing happens.
+void OnCut(HWND window);
+void OnCopy(HWND window);
+void OnPaste(HWND window);  // behind the selected block, or else the last one
 void OnDuplicate(HWND window);
 void OnMoveUp(HWND window);
 void OnMoveDown(HWND window);
@@ -20,6 +29,8 @@ void OnReverse(HWND window);  // all frames
 void OnTiming(HWND window);
 
 // Whether they can be done now.
+bool CanCopy(HWND window);  // and so Cut
+bool CanPaste(HWND window);
 bool CanDuplicate(HWND window);
 bool CanMoveUp(HWND window);
 bool CanMoveDown(HWND window);

@@ -47,13 +47,28 @@ bool HasSelection(HWND window) {
 constexpr EditCommand kCommands[] = {
     {IDM_UNDO, kInMenu, IDS_MENU_UNDO, 'Z', FCONTROL, UndoName, CanUndo, OnUndo},
     {IDM_REDO, kInMenu, IDS_MENU_REDO, 'Y', FCONTROL, RedoName, CanRedo, OnRedo},
-    {IDM_DUPLICATE, kInMenu | kOnLine | kStartsGroup, IDS_MENU_DUPLICATE, 'D', FCONTROL, nullptr, CanDuplicate,
-     OnDuplicate},
+    {IDM_CUT, kInMenu | kOnLine | kStartsGroup, IDS_MENU_CUT, 'X', FCONTROL, nullptr, CanCopy, OnCut},
+    {IDM_COPY, kInMenu | kOnLine, IDS_MENU_COPY, 'C', FCONTROL, nullptr, CanCopy, OnCopy},
+    {IDM_PASTE, kInMenu | kOnLine, IDS_MENU_PASTE, 'V', FCONTROL, nullptr, CanPaste, OnPaste},
+    {IDM_DUPLICATE, kInMenu | kOnLine, IDS_MENU_DUPLICATE, 'D', FCONTROL, nullptr, CanDuplicate, OnDuplicate},
     {IDM_MOVE_UP, kInMenu | kOnLine | kStartsGroup, IDS_MENU_MOVE_UP, VK_UP, FALT, nullptr, CanMoveUp, OnMoveUp},
     {IDM_MOVE_DOWN, kInMenu | kOnLine, IDS_MENU_MOVE_DOWN, VK_DOWN, FALT, nullptr, CanMoveDown, OnMoveDown},
     {IDM_EDIT, kInMenu | kOnLine | kStartsGroup, IDS_MENU_EDIT_BLOCK, VK_RETURN, 0, nullptr, HasSelection, OnEdit},
+    {IDM_DELETE, kOnLine, IDS_MENU_DELETE, VK_DELETE, 0, nullptr, HasSelection, OnDelete},
     {IDM_REVERSE, kInMenu | kStartsGroup, IDS_MENU_REVERSE, 0, 0, nullptr, CanReverse, OnReverse},
     {IDM_TIMING, kInMenu, IDS_MENU_TIMING, 0, 0, nullptr, CanTime, OnTiming},
+};
+
+// Keys of items that stand in other menus, and show none there.
+struct MenuKey {
+    WPARAM key;
+    unsigned modifiers;
+    int id;
+};
+constexpr MenuKey kMenuKeys[] = {
+    {'N', FCONTROL, IDM_NEW},  {'O', FCONTROL, IDM_OPEN},
+    {'S', FCONTROL, IDM_SAVE}, {'S', FCONTROL | FSHIFT, IDM_SAVE_AS},
+    {VK_F5, 0, IDM_VIEW},      {VK_F1, 0, IDM_HELP},
 };
 
 std::wstring TextOf(const EditCommand& command) {
@@ -81,9 +96,26 @@ unsigned ModifiersDown() {
     return (isDown(VK_CONTROL) ? FCONTROL : 0u) | (isDown(VK_SHIFT) ? FSHIFT : 0u) | (isDown(VK_MENU) ? FALT : 0u);
 }
 
+constexpr int kNoCommand = 0;
+
+int CommandOfKey(WPARAM key, unsigned modifiers) {
+    auto isMeant = [=](const auto& row) { return row.key == key && row.modifiers == modifiers; };
+    if (const auto* row = std::ranges::find_if(kCommands, isMeant); row != std::end(kCommands)) return row->id;
+    if (const auto* row = std::ranges::find_if(kMenuKeys, isMeant); row != std::end(kMenuKeys)) return row->id;
+    return kNoCommand;
+}
+
+// Whether the command can be chosen now; those of other menus are greyed there.
+bool CanChoose(HWND window, int id) {
+    const auto* command = std::ranges::find(kCommands, id, &EditCommand::id);
+    if (command != std::end(kCommands)) return command->canRun(window);
+    return (GetMenuState(GetMenu(window), static_cast<UINT>(id), MF_BYCOMMAND) & MF_GRAYED) == 0;
+}
+
 LRESULT CALLBACK KeysProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-    const bool isKey = message == WM_KEYDOWN || message == WM_SYSKEYDOWN;
-    if (isKey && PressEditKey(GetParent(control), wParam)) return 0;
+    if (message == WM_KEYDOWN && PressEditKey(GetParent(control), wParam)) return 0;
+    // The system has to see what is pressed with Alt, or it opens the menu bar when that is let go.
+    if (message == WM_SYSKEYDOWN) PressEditKey(GetParent(control), wParam);
     auto own = reinterpret_cast<WNDPROC>(GetClassLongPtrW(control, GCLP_WNDPROC));
     return CallWindowProcW(own, control, message, wParam, lParam);
 }
@@ -115,12 +147,19 @@ bool RunEditCommand(HWND window, int command) {
 }
 
 bool PressEditKey(HWND window, WPARAM key) {
-    const unsigned modifiers = ModifiersDown();
-    const auto* found = std::ranges::find_if(
-        kCommands, [=](const EditCommand& command) { return command.key == key && command.modifiers == modifiers; });
-    if (found == std::end(kCommands)) return false;
-    SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(found->id), 0);
+    const int id = CommandOfKey(key, ModifiersDown());
+    if (id == kNoCommand) return false;
+    if (CanChoose(window, id)) SendMessageW(window, WM_COMMAND, static_cast<WPARAM>(id), 0);
     return true;
+}
+
+bool ShowLineMenu(HWND window, POINT place) {
+    HMENU menu = CreatePopupMenu();
+    if (!menu) return false;
+    AppendCommands(window, menu, kOnLine);
+    const BOOL shown = TrackPopupMenu(menu, TPM_RIGHTBUTTON, place.x, place.y, 0, window, nullptr);
+    DestroyMenu(menu);
+    return shown != FALSE;
 }
 
 void PassEditKeys(HWND control) {
