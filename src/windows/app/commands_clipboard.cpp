@@ -1,4 +1,5 @@
 // Cut, Copy and Paste: blocks between editors as small GIF files, pictures from and for every program.
+#include <algorithm>
 #include <numeric>
 #include <string>
 #include <vector>
@@ -7,6 +8,7 @@
 #include "editing/offered_block.h"
 #include "editing/palette_match.h"
 #include "gif/default_blocks.h"
+#include "gif/descriptor.h"
 #include "gif/gif_reader.h"
 #include "imaging/dib.h"
 #include "imaging/remap.h"
@@ -58,12 +60,20 @@ public:
     bool KeepsColours() override { return FindGlobalPalette(document).depth == 0; }
 };
 
+// Images with local palettes need none of the document.
+bool BringOwnPalettes(const BlockList& list) {
+    return std::ranges::all_of(list.All(), [](const Block& block) {
+        return block.kind != kImageBlock || (GetImageFields(block).packed & kHasPalette) != 0;
+    });
+}
+
 // What is to become of colours that the document does not have. False when the user wants none of it.
 bool AskForeignColours(HWND window, const BlockList& other, ForeignColours* colours) {
     PasteAnswers answers(window);
-    *colours = answers.KeepsColours() ? ForeignColours::kKeep : ForeignColours::kRemap;
     const int first = FindBlock(other, kImageBlock);
-    if (answers.KeepsColours() || first < 0) return true;
+    const bool keeps = answers.KeepsColours() || (first >= 0 && BringOwnPalettes(other));
+    *colours = keeps ? ForeignColours::kKeep : ForeignColours::kRemap;
+    if (keeps || first < 0) return true;
     Block image = other.blocks[static_cast<uint32_t>(first)];
     image.owner = &document;
     const PaletteChoice choice = answers.ChoosePalette(image);
