@@ -39,7 +39,8 @@ protected:
         return IsEnabled(command);
     }
     static std::string ContentOf(const Block& block) {
-        const bool isText = block.kind == kCommentBlock || block.kind == kPlainTextBlock || block.kind == kUnknownBlock;
+        const bool isText = block.kind == kCommentBlock || block.kind == kPlainTextBlock;
+        if (block.kind == kUnknownBlock) return "label " + std::to_string(block.descriptor[0]);
         return std::to_string(block.kind) + (isText ? TextOf(block) : DescriptorOf(block)) +
                (block.kind == kImageBlock ? PixelsOf(block) : "");
     }

@@ -69,8 +69,6 @@ TEST_F(EditorHistoryTest, EveryCommandAndDialogComesBackWithItsVeryBytes) {
         {IDM_MOVE_DOWN, 4, {}, "Move plain text", 4, 4},
         {IDM_MOVE_UP, 5, {}, "Move plain text", 4, 4},
         {IDM_DELETE, 4, {}, "Delete plain text", 4, 4},
-        {IDM_REVERSE, 3, {}, "Reverse frames", 1, 1},
-        {IDM_REVERSE, 3, {}, "Reverse frames", 1, 1},
         {IDM_DELETE, 5, {}, "Delete loop block", 5, 5},
         {IDM_INSERT, 7, {Press(IDC_INSERT_LOOP)}, "Insert loop block", 0, 1},
         {IDM_INSERT, 2, {Press(IDC_INSERT_CONTROL)}, "Insert control block", 2, 3},
