@@ -140,6 +140,17 @@ protected:
         return colour;
     }
 
+    // As a person presses it, the key going to the window that has the focus.
+    static void PressKey(WPARAM key, const Ids& modifiers) {
+        BYTE state[256] = {}, up[256] = {};
+        for (int modifier : modifiers) state[modifier] = 0x80;
+        SetKeyboardState(state);
+        const bool isAltAlone = modifiers == Ids{VK_MENU};
+        SendMessageW(GetFocus(), isAltAlone ? WM_SYSKEYDOWN : WM_KEYDOWN, key, isAltAlone ? 1 << 29 : 0);
+        SetKeyboardState(up);
+        PumpMessages();
+    }
+
     // What the controls hold, "on|off|640": boxes and radio buttons by their state. In brackets when disabled.
     static std::string Shown(HWND dialog, const Ids& controls) {
         std::string all;

@@ -131,6 +131,26 @@ void ChooseLine(HWND window, int line) {
                  reinterpret_cast<LPARAM>(ListOf(window)));
 }
 
+int LineAt(HWND window, POINT place) {
+    HWND view = ListOf(window);
+    ScreenToClient(view, &place);
+    RECT client = {};
+    GetClientRect(view, &client);
+    if (!PtInRect(&client, place)) return kNoLine;
+    const LRESULT height = std::max<LRESULT>(SendMessageW(view, LB_GETITEMHEIGHT, 0, 0), 1);
+    const LRESULT line = SendMessageW(view, LB_GETTOPINDEX, 0, 0) + place.y / height;
+    return line < SendMessageW(view, LB_GETCOUNT, 0, 0) ? static_cast<int>(line) : kNoLine;
+}
+
+POINT PlaceUnderLine(HWND window, int line) {
+    HWND view = ListOf(window);
+    RECT item = {};
+    SendMessageW(view, LB_GETITEMRECT, static_cast<WPARAM>(line), reinterpret_cast<LPARAM>(&item));
+    POINT place = {item.left, item.bottom};
+    ClientToScreen(view, &place);
+    return place;
+}
+
 void RevealLine(HWND window, int line) {
     HWND view = ListOf(window);
     RECT client = {};

@@ -26,6 +26,12 @@ void SelectLine(HWND window, int line);  // and scrolls no further than to show 
 
 void ChooseLine(HWND window, int line);  // the same as a person does it: with the notification of a new selection
 
+// The line at that place of the screen; kNoLine where there is none.
+int LineAt(HWND window, POINT place);
+
+// Where the line's lower left corner is on the screen.
+POINT PlaceUnderLine(HWND window, int line);
+
 // Scrolls the list no further than to show the whole line.
 void RevealLine(HWND window, int line);
 

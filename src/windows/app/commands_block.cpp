@@ -14,12 +14,6 @@
 
 namespace {
 
-void ShowChangedDocument(HWND window, int line) {
-    documentChanged = true;  // first: showing it may fail for want of memory
-    FillBlockListView(window, &document);
-    SelectLine(window, line);
-}
-
 // Whether the line is of an image that is cut off at the screen's edge, also in the file that a save would write.
 bool ReachesBeyond(int line) {
     const auto index = static_cast<uint32_t>(line);
@@ -27,6 +21,17 @@ bool ReachesBeyond(int line) {
 }
 
 }  // namespace
+
+int SelectedBlock(HWND window) {
+    const int line = SelectedLine(window);
+    return line != kNoLine && static_cast<uint32_t>(line) < document.count ? line : kNoLine;
+}
+
+void ShowChangedDocument(HWND window, int line) {
+    documentChanged = true;  // first: showing it may fail for want of memory
+    FillBlockListView(window, &document);
+    SelectLine(window, line);
+}
 
 void OnView(HWND window) {
     RunViewer(window, &document);

@@ -92,11 +92,7 @@ void WarnBeyondScreen(HWND window, int before, int last) {
             return TellBeyondScreen(window, document);
 }
 
-void InsertImages(HWND window, int line, ListedKinds kinds) {
-    std::string names;
-    if (!OpenImagesDialog(window, kinds, &names)) return;
-    if (kQuirkChosenImagesMarkChanged && !Careful(Care::kRefusalChangesNothing)) MarkInserted();
-    const std::vector<std::string> paths = ChosenPaths(names, kMaxInsertedFiles);
+void InsertPaths(HWND window, int line, const std::vector<std::string>& paths) {
     int place = line;
     if (Careful(Care::kGoesOnPastBadImages) && paths.size() > 1) {
         InsertGoodImages(window, &place, line, paths);
@@ -105,6 +101,13 @@ void InsertImages(HWND window, int line, ListedKinds kinds) {
             if (!InsertAndShow(window, &place, line, kImageBlock, path)) break;
     }
     WarnBeyondScreen(window, line, place);
+}
+
+void InsertImages(HWND window, int line, ListedKinds kinds) {
+    std::string names;
+    if (!OpenImagesDialog(window, kinds, &names)) return;
+    if (kQuirkChosenImagesMarkChanged && !Careful(Care::kRefusalChangesNothing)) MarkInserted();
+    InsertPaths(window, line, ChosenPaths(names, kMaxInsertedFiles));
 }
 
 void InsertOther(HWND window, int line, uint16_t kind) {
@@ -146,4 +149,12 @@ void OnInsertPictures(HWND window) {
     const int line = SelectedLine(window);
     if (line == kNoLine) return MessageBox(window, LoadStr(IDS_NO_SELECTION));
     InsertKind(window, line, kImageBlock, ListedKinds::kPictures);
+}
+
+void InsertImageFiles(HWND window, int line, const std::vector<std::string>& paths) {
+    paletteChoiceForInsert = kAskForPalette;
+    RecordedStep step(IDS_STEP_INSERT);
+    const uint32_t count = document.count;
+    InsertPaths(window, line, paths);
+    step.Concerns(line + 1, document.count - count);
 }

@@ -16,5 +16,8 @@ bool RunEditCommand(HWND window, int command);
 // Alt keys that are down. False when it stands for none.
 bool PressEditKey(HWND window, WPARAM key);
 
+// Shows the menu of the selected line there, in pixels of the screen. False when it can't be shown.
+bool ShowLineMenu(HWND window, POINT place);
+
 // Makes the control pass the menu's keys on to the window that it is in.
 void PassEditKeys(HWND control);

@@ -7,7 +7,9 @@
 #include "windows/app/commands.h"
 #include "windows/app/document_commands.h"
 #include "windows/app/edit_menu.h"
+#include "windows/app/file_drop.h"
 #include "windows/app/filmstrip.h"
+#include "windows/app/line_drag.h"
 #include "windows/app/notice_strip.h"
 #include "windows/app/panes.h"
 #include "windows/app/recent_files.h"
@@ -16,6 +18,7 @@
 #include "windows/ids/pane_ids.h"
 #include "windows/services/careful.h"
 #include "windows/services/dialogs.h"
+#include "windows/services/dropped_files.h"
 #include "windows/services/focus_handover.h"
 #include "windows/services/help.h"
 #include "windows/services/shell_objects.h"
@@ -142,6 +145,30 @@ LRESULT OnKey(HWND window, WPARAM key, LPARAM lParam) {
     return DefWindowProcW(window, WM_KEYDOWN, key, lParam);
 }
 
+// Pressed with Alt. The system has to see it, or it opens the menu bar when Alt is let go.
+LRESULT OnSystemKey(HWND window, WPARAM key, LPARAM lParam) {
+    PressEditKey(window, key);
+    return DefWindowProcW(window, WM_SYSKEYDOWN, key, lParam);
+}
+
+// A right click selects the line under it; the menu key asks for the menu of the line that is selected.
+LRESULT OnContextMenu(HWND window, WPARAM wParam, LPARAM lParam) {
+    if (reinterpret_cast<HWND>(wParam) != GetDlgItem(window, IDC_BLOCK_LIST))
+        return DefWindowProcW(window, WM_CONTEXTMENU, wParam, lParam);
+    constexpr LPARAM kByKey = -1;
+    POINT place = {static_cast<short>(LOWORD(lParam)), static_cast<short>(HIWORD(lParam))};
+    const int line = lParam == kByKey ? SelectedLine(window) : LineAt(window, place);
+    if (line == kNoLine) return 0;
+    if (lParam == kByKey) {
+        RevealLine(window, line);
+        place = PlaceUnderLine(window, line);
+    }
+    SelectLine(window, line);
+    OnCommand(window, IDC_BLOCK_LIST, LBN_SELCHANGE);
+    ShowLineMenu(window, place);
+    return 0;
+}
+
 LRESULT OnMenuOpens(HWND window, WPARAM wParam, LPARAM lParam) {
     UpdateEditMenu(window);
     return DefWindowProcW(window, WM_INITMENUPOPUP, wParam, lParam);
@@ -172,6 +199,8 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_INITMENUPOPUP: return OnMenuOpens(window, wParam, lParam);
         case WM_MENUCHAR: return OnMenuCharacter(window, wParam, lParam);
         case WM_KEYDOWN: return OnKey(window, wParam, lParam);
+        case WM_SYSKEYDOWN: return OnSystemKey(window, wParam, lParam);
+        case WM_CONTEXTMENU: return OnContextMenu(window, wParam, lParam);
         case WM_SYSCOMMAND: return OnSysCommand(window, wParam, lParam);
         case WM_DRAWITEM: return OnDrawItem(wParam, lParam);
         case WM_CTLCOLORMSGBOX:
@@ -180,6 +209,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CTLCOLORSTATIC: return AnswerControlColour(message, wParam, lParam);
         case WM_COMMAND: return OnCommand(window, LOWORD(wParam), HIWORD(wParam));
         case UM_SHOW_PANES: return ShowPanes(window), 0;
+        case WM_DROPFILES: return OnDropFiles(window, wParam);
         case UM_OPENFILE: return OnOpenFileMessage(window, lParam);
         default: return DefWindowProcW(window, message, wParam, lParam);
     }
@@ -215,5 +245,7 @@ void CreateMainWindow() {
     CreateBlockListView(hMainWindow);
     PassEditKeys(GetDlgItem(hMainWindow, IDC_BLOCK_LIST));
     PassPaneKeys(GetDlgItem(hMainWindow, IDC_BLOCK_LIST));
+    LetLinesBeDragged(GetDlgItem(hMainWindow, IDC_BLOCK_LIST));
+    DragAcceptFiles(hMainWindow, TRUE);
     StartRecentFiles();
 }

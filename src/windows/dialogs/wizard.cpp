@@ -40,6 +40,7 @@ bool ShowWizard(HWND dialog) {
     for (int id : {IDC_WIZARD_WEB, IDC_WIZARD_LOOP, IDC_WIZARD_SUPER_PALETTE}) ShowCheck(dialog, id, true);
     FillDelays(dialog);
     ShowWizardPage(dialog);
+    DragAcceptFiles(dialog, TRUE);
     return true;
 }
 
@@ -135,10 +136,12 @@ void OnPaint(HWND dialog) {
     DrawPicture(paint.Dc(), picture, SRCINVERT);
 }
 
-INT_PTR OnWizardMessage(HWND dialog, UINT message, WPARAM, LPARAM) {
-    if (message != WM_PAINT) return FALSE;
-    OnPaint(dialog);
-    return TRUE;
+INT_PTR OnWizardMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
+    switch (message) {
+        case WM_PAINT: OnPaint(dialog); return TRUE;
+        case WM_DROPFILES: DropWizardFiles(dialog, reinterpret_cast<HDROP>(wParam)); return TRUE;
+        default: return FALSE;
+    }
 }
 
 constexpr DialogKind kWizardKind = {

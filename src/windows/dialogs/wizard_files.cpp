@@ -9,6 +9,7 @@
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/wizard_ids.h"
 #include "windows/services/chosen_files.h"
+#include "windows/services/dropped_files.h"
 #include "windows/services/file_dialogs.h"
 #include "windows/services/messages.h"
 
@@ -76,6 +77,17 @@ bool SelectSomeFiles(HWND dialog) {
 void SelectWizardFiles(HWND dialog) {
     while (SelectSomeFiles(dialog)) {
     }
+}
+
+void DropWizardFiles(HWND dialog, HDROP drop) {
+    POINT place;
+    std::vector<std::string> paths = TakeDroppedFiles(dialog, drop, &place);
+    HWND list = GetDlgItem(dialog, IDC_WIZARD_FILES);
+    RECT area = {};
+    GetWindowRect(list, &area);
+    if (paths.empty() || !IsWindowVisible(list) || !IsWindowEnabled(dialog) || !PtInRect(&area, place)) return;
+    std::ranges::sort(paths);
+    if (!AddFiles(dialog, paths)) MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
 }
 
 void DeleteWizardFile(HWND dialog) {

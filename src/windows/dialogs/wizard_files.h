@@ -4,10 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "platform/windows_api.h"
+#include "windows/services/dropped_files.h"
 
 // Adds files to the list, one file dialog after the other until the user cancels one.
 void SelectWizardFiles(HWND dialog);
+
+// Adds the files that were dropped on the list, in the order of their names; those dropped elsewhere are let go.
+void DropWizardFiles(HWND dialog, HDROP drop);
 
 // Takes the selected file, if there is one, out of the list and selects the one behind it.
 void DeleteWizardFile(HWND dialog);

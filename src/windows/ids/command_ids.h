@@ -21,6 +21,14 @@
 #define IDM_INSERT_PICTURES 331
 #define IDM_UNDO 401
 #define IDM_REDO 402
+#define IDM_CUT 403
+#define IDM_COPY 404
+#define IDM_PASTE 405
+#define IDM_DUPLICATE 406
+#define IDM_MOVE_UP 407
+#define IDM_MOVE_DOWN 408
+#define IDM_REVERSE 409
+#define IDM_TIMING 410
 #define IDM_INFORMATION 997
 #define IDM_HELP 998
 #define IDM_ABOUT 999
