@@ -20,19 +20,32 @@ PixelTable TableOf(const RgbTriple* palette) {
     return table;
 }
 
+constexpr int kGroup = sizeof(uint64_t);  // pixels painted at a time
+constexpr uint64_t kEachOfGroup = 0x0101010101010101;
+
+uint64_t GroupAt(const uint8_t* indices) {
+    uint64_t group;
+    memcpy(&group, indices, sizeof group);
+    return group;
+}
+
 void PaintOpaque(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table) {
-    for (int i = 0; i < count; ++i) to[i] = table.of[indices[i]];
+    int done = 0;
+    for (; done + kGroup <= count; done += kGroup) {
+        // Drawings are made of runs.
+        if (GroupAt(indices + done) == indices[done] * kEachOfGroup)
+            std::fill_n(to + done, kGroup, table.of[indices[done]]);
+        else
+            for (int i = done; i < done + kGroup; ++i) to[i] = table.of[indices[i]];
+    }
+    for (; done < count; ++done) to[done] = table.of[indices[done]];
 }
 
 void PaintTransparent(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table, uint8_t transparent) {
-    constexpr int kGroup = sizeof(uint64_t);
-    const uint64_t transparentGroup = transparent * 0x0101010101010101u;
     for (int done = 0; done < count; done += kGroup) {
         const int inGroup = std::min(kGroup, count - done);
-        uint64_t group = 0;
-        memcpy(&group, indices + done, static_cast<size_t>(inGroup));
         // Most frames of a recording are mostly transparent.
-        if (inGroup == kGroup && group == transparentGroup) continue;
+        if (inGroup == kGroup && GroupAt(indices + done) == transparent * kEachOfGroup) continue;
         for (int i = done; i < done + inGroup; ++i) {
             uint32_t pixel = table.of[indices[i]];
             to[i] = indices[i] == transparent ? to[i] : pixel;
