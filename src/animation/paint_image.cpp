@@ -42,11 +42,12 @@ void PaintOpaque(uint32_t* to, const uint8_t* indices, int count, const PixelTab
 }
 
 void PaintTransparent(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table, uint8_t transparent) {
+    const uint64_t transparentGroup = transparent * kEachOfGroup;
     for (int done = 0; done < count; done += kGroup) {
-        const int inGroup = std::min(kGroup, count - done);
         // Most frames of a recording are mostly transparent.
-        if (inGroup == kGroup && GroupAt(indices + done) == transparent * kEachOfGroup) continue;
-        for (int i = done; i < done + inGroup; ++i) {
+        while (done + kGroup <= count && GroupAt(indices + done) == transparentGroup) done += kGroup;
+        const int end = std::min(done + kGroup, count);
+        for (int i = done; i < end; ++i) {
             uint32_t pixel = table.of[indices[i]];
             to[i] = indices[i] == transparent ? to[i] : pixel;
         }
