@@ -20,20 +20,34 @@ PixelTable TableOf(const RgbTriple* palette) {
     return table;
 }
 
+constexpr int kGroup = sizeof(uint64_t);  // pixels painted at a time
+constexpr uint64_t kEachOfGroup = 0x0101010101010101;
+
+uint64_t GroupAt(const uint8_t* indices) {
+    uint64_t group;
+    memcpy(&group, indices, sizeof group);
+    return group;
+}
+
 void PaintOpaque(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table) {
-    for (int i = 0; i < count; ++i) to[i] = table.of[indices[i]];
+    int done = 0;
+    for (; done + kGroup <= count; done += kGroup) {
+        // Drawings are made of runs.
+        if (GroupAt(indices + done) == indices[done] * kEachOfGroup)
+            std::fill_n(to + done, kGroup, table.of[indices[done]]);
+        else
+            for (int i = done; i < done + kGroup; ++i) to[i] = table.of[indices[i]];
+    }
+    for (; done < count; ++done) to[done] = table.of[indices[done]];
 }
 
 void PaintTransparent(uint32_t* to, const uint8_t* indices, int count, const PixelTable& table, uint8_t transparent) {
-    constexpr int kGroup = sizeof(uint64_t);
-    const uint64_t transparentGroup = transparent * 0x0101010101010101u;
+    const uint64_t transparentGroup = transparent * kEachOfGroup;
     for (int done = 0; done < count; done += kGroup) {
-        const int inGroup = std::min(kGroup, count - done);
-        uint64_t group = 0;
-        memcpy(&group, indices + done, static_cast<size_t>(inGroup));
         // Most frames of a recording are mostly transparent.
-        if (inGroup == kGroup && group == transparentGroup) continue;
-        for (int i = done; i < done + inGroup; ++i) {
+        while (done + kGroup <= count && GroupAt(indices + done) == transparentGroup) done += kGroup;
+        const int end = std::min(done + kGroup, count);
+        for (int i = done; i < end; ++i) {
             uint32_t pixel = table.of[indices[i]];
             to[i] = indices[i] == transparent ? to[i] : pixel;
         }

@@ -59,7 +59,6 @@ public:
     bool ClearWhenOvertaken(const LookAhead& look, uint64_t mostBits, CodeSequence* made) override {
         Parser *kept = &parsers_[0], *fresh = &parsers_[1];
         Prepare(kept, look);
-        Prepare(fresh, look);
         Begin(made);
         uint64_t keptBefore = made->bits, freshBefore = 0;  // bits that stand before the parsers' first codes
         size_t clearAt = 0;                                 // where in the codes the fresh table would begin
@@ -77,6 +76,7 @@ public:
                 clearAt = made->codes.size();
                 freshBefore = keptBefore + kept->Bits() + kept->NextWidth();
                 freshCodes.clear();
+                Prepare(fresh, look);
                 fresh->Restart(kept->At());
             }
             if (!isTrying || fresh->At() < kept->At()) continue;

@@ -163,8 +163,9 @@ private:
     CodeSequence best_, made_;
 };
 
-// The pixels with all free ones transparent.
+// The pixels with all free ones transparent; none where none is free.
 std::vector<uint8_t> Cleared(const PixelsToEncode& image) {
+    if (image.free.empty()) return {};
     std::vector<uint8_t> pixels(image.pixels.begin(), image.pixels.end());
     for (size_t i = 0; i < image.free.size(); ++i)
         if (image.free[i]) pixels[i] = static_cast<uint8_t>(image.transparent);

@@ -76,7 +76,8 @@ private:
     int ChooseTransparent(const FramePalette& palette, int* codeSize) const;
     void MakeForm(const FramePalette& palette, int codeSize);
     void AddForms(Form form);
-    static uint64_t Guess(const Form& form);
+    static auto Clearing(const Form& form);
+    bool LooksBetterCleared(const Form& form) const;
     void MakeOldForm(const FramePalette& palette);
     void SearchForms();
     std::unique_ptr<AlikeColours> FindAlike(const Form& form) const;
@@ -220,8 +221,17 @@ void FrameCoder::MakeForm(const FramePalette& palette, int codeSize) {
         written[id] = static_cast<uint8_t>(hasIndex ? indexOf_[id] : form.transparent);
     }
     form.pixels.resize(frame_.ids.size());
-    std::ranges::transform(frame_.ids, form.pixels.begin(), [&written](ColourId id) { return written[id]; });
+    const uint8_t* const index = written.data();  // a byte written might be the vector's, for all that is known
+    std::ranges::transform(frame_.ids, form.pixels.begin(), [index](ColourId id) { return index[id]; });
     AddForms(std::move(form));
+}
+
+// What a pixel becomes where all free ones are transparent. Without a branch: free pixels come as they like.
+auto FrameCoder::Clearing(const Form& form) {
+    return [index = static_cast<unsigned>(form.transparent)](unsigned pixel, uint8_t isFree) {
+        const unsigned mask = 0u - static_cast<unsigned>(isFree != 0);
+        return static_cast<uint8_t>((pixel & ~mask) | (index & mask));
+    };
 }
 
 // The form, and, where there is a choice, the one with all free pixels transparent. In a hurry only the better looking.
@@ -230,20 +240,22 @@ void FrameCoder::AddForms(Form form) {
         forms_.push_back(std::move(form));
         return;
     }
-    Form transparent = form;
-    const auto index = static_cast<uint8_t>(form.transparent);
-    std::ranges::transform(form.pixels, frame_.free, transparent.pixels.begin(),
-                           [index](uint8_t pixel, uint8_t isFree) { return isFree ? index : pixel; });
     const bool isInHurry = task_.effort == Effort::kFast;
-    const uint64_t own = isInHurry ? Guess(form) : 0, other = isInHurry ? Guess(transparent) : 0;
-    if (!isInHurry || own <= other) forms_.push_back(std::move(form));
-    if (!isInHurry || other < own) forms_.push_back(std::move(transparent));
+    if (!isInHurry) forms_.push_back(form);
+    if (!isInHurry || LooksBetterCleared(form))
+        std::transform(form.pixels.begin(), form.pixels.end(), frame_.free.begin(), form.pixels.begin(),
+                       Clearing(form));
+    forms_.push_back(std::move(form));
 }
 
-uint64_t FrameCoder::Guess(const Form& form) {
-    const auto width = static_cast<size_t>(form.box.Width());
-    return GuessCodeBits<uint8_t>(width, static_cast<size_t>(form.box.Height()),
-                                  [&](size_t y, uint8_t* row) { std::copy_n(&form.pixels[y * width], width, row); });
+bool FrameCoder::LooksBetterCleared(const Form& form) const {
+    const auto width = static_cast<size_t>(form.box.Width()), height = static_cast<size_t>(form.box.Height());
+    const auto copy = [&](size_t y, uint8_t* row) { std::copy_n(&form.pixels[y * width], width, row); };
+    const auto clear = [&, clearing = Clearing(form)](size_t y, uint8_t* row) {
+        const uint8_t* pixels = &form.pixels[y * width];
+        std::transform(pixels, pixels + width, &frame_.free[y * width], row, clearing);
+    };
+    return GuessCodeBits<uint8_t>(width, height, clear) < GuessCodeBits<uint8_t>(width, height, copy);
 }
 
 // The old image's own choice of what is transparent.

@@ -54,13 +54,23 @@ struct Difference {
     uint64_t pixels = 0;
 };
 
+// Takes off the ends of a stretch of two rows what is the same in both. They must differ somewhere in it.
+template <typename Pixel>
+void Narrow(const Pixel* a, const Pixel* b, int* left, int* right) {
+    constexpr int kStep = 32 / sizeof(Pixel);  // compared at a time
+    const auto isSame = [a, b](int x) { return memcmp(a + x, b + x, kStep * sizeof(Pixel)) == 0; };
+    while (*right - *left > kStep && isSame(*left)) *left += kStep;
+    while (a[*left] == b[*left]) ++*left;
+    while (*right - *left > kStep && isSame(*right - kStep)) *right -= kStep;
+    while (a[*right - 1] == b[*right - 1]) --*right;
+}
+
 void TakeRow(const ColourId* from, const ColourId* to, const Rectangle& within, int y, Difference* found) {
     const auto width = static_cast<size_t>(within.Width());
     if (from == to) return;  // shared
     if (memcmp(from + within.left, to + within.left, width * sizeof *from) == 0) return;
     int left = within.left, right = within.right;
-    while (from[left] == to[left]) ++left;
-    while (from[right - 1] == to[right - 1]) --right;
+    Narrow(from, to, &left, &right);
     found->box = Around(found->box, {left, y, right, y + 1});
     uint64_t pixels = 0, vanishing = 0;
     for (int x = left; x < right; ++x) {
@@ -197,7 +207,7 @@ private:
     std::vector<WayHandle> ways_;      // to the last moment, the best first
     std::vector<WayHandle> proposed_;  // to the one at hand
     size_t settled_ = 0;               // frames planned
-    std::vector<uint8_t> marks_;       // by colour, for TakeColours
+    std::vector<uint8_t> marks_;       // two for each colour, for TakeColours
     double bitsOfGuess_ = 1;           // how many a guessed one has lately come to
     std::atomic<bool> outOfMemory_ = false;
 };
@@ -212,8 +222,7 @@ Canvas Planner::Take(const Stage& stage) {
         int left = area.left, right = area.right;
         if (options_.givesUp) row = GiveUp(row, before, area);
         if (memcmp(row + left, before + left, static_cast<size_t>(right - left) * sizeof *row) == 0) continue;
-        while (row[left] == before[left]) ++left;
-        while (row[right - 1] == before[right - 1]) --right;
+        Narrow(row, before, &left, &right);
         if (!taken) taken = std::make_shared<Ids>(*canvas_);
         const auto width = static_cast<size_t>(right - left);
         if (!plan_.colours.Number(row + left, width, taken->OwnRow(y) + left)) return nullptr;
@@ -483,24 +492,20 @@ void Planner::Plan(const Way& way, uint8_t disposal, const Rectangle& box) {
 }
 
 void Planner::TakeColours(PlannedFrame* frame) {
-    enum : uint8_t { kNeeded = 1, kOffered = 2 };
     const size_t colours = plan_.colours.Pixels().size();
-    marks_.assign(colours, 0);
-    ColourId lastId = 0;
-    int lastFree = -1;  // pixels come in runs
-    for (size_t i = 0; i < frame->ids.size(); ++i) {
-        if (frame->ids[i] == lastId && frame->free[i] == lastFree) continue;
-        lastId = frame->ids[i];
-        lastFree = frame->free[i];
-        marks_[lastId] |= static_cast<uint8_t>(lastFree ? kOffered : kNeeded);
-    }
-    frame->needsTransparency = marks_[kTransparentId] != 0;
+    marks_.assign(2 * colours, 0);  // whether some pixel shows the colour: one that is not free, one that is
+    uint8_t* const marks = marks_.data();
+    const ColourId* const ids = frame->ids.data();
+    const uint8_t* const free = frame->free.data();
+    for (size_t i = 0, count = frame->ids.size(); i < count; ++i) marks[2 * ids[i] + (free[i] ? 1 : 0)] = 1;
+    frame->needsTransparency = marks[2 * kTransparentId] || marks[2 * kTransparentId + 1];
     for (size_t id = 0; id < colours; ++id) {
-        if (marks_[id] & kOffered) frame->hasFree = true;
+        const bool isNeeded = marks[2 * id], isOffered = marks[2 * id + 1];
+        if (isOffered) frame->hasFree = true;
         if (id == kTransparentId) continue;
-        if (marks_[id] & kNeeded)
+        if (isNeeded)
             frame->needed.push_back(static_cast<ColourId>(id));
-        else if (marks_[id] & kOffered)
+        else if (isOffered)
             frame->offered.push_back(static_cast<ColourId>(id));
     }
 }

@@ -8,6 +8,8 @@
 
 namespace {
 
+constexpr ColourId kUnknown = ColourIds::kMost;  // no colour's number
+
 bool TakePixels(const Block& block, OldImage* old) {
     ImageLock bitmap(block.data);
     const ImageFields fields = GetImageFields(block);
@@ -19,23 +21,26 @@ bool TakePixels(const Block& block, OldImage* old) {
     old->pixels.resize(width * fields.height);
     for (int y = 0; y < fields.height; ++y)
         UnpackRow(&old->pixels[static_cast<size_t>(y) * width], ImageRow(bitmap, y), fields.width, bitmap->bitCount);
-    int last = -1;  // pixels come in runs
-    for (uint8_t index : old->pixels) {
-        if (index == last) continue;
-        old->isUsed[index] = true;
-        last = index;
-    }
     return true;
 }
 
-bool TakeColours(const Animation& animation, const ColourIds& colours, OldImage* old) {
+// The numbers of all colours; kUnknown for one that was seen nowhere.
+void TakeColours(const Animation& animation, const ColourIds& colours, OldImage* old) {
     const Palette palette = ColoursOf(*old->block, FindGlobalPalette(animation.List()));
     for (int index = 0; index < kPaletteEntries; ++index) {
-        if (!old->isUsed[static_cast<size_t>(index)] || index == old->transparent) continue;
+        if (index == old->transparent) continue;
         const size_t id = colours.Find(PixelOf(palette[index]));
-        if (id == colours.Pixels().size()) return false;  // seen nowhere: beyond the edge of the screen
-        old->ids[static_cast<size_t>(index)] = static_cast<ColourId>(id);
+        old->ids[static_cast<size_t>(index)] = id == colours.Pixels().size() ? kUnknown : static_cast<ColourId>(id);
     }
+}
+
+// False when a colour in use is unknown: beyond the edge of the screen.
+bool TakeUsed(OldImage* old) {
+    std::array<bool, 256> isUsed = {};
+    for (uint8_t index : old->pixels) isUsed[index] = true;
+    old->isUsed = isUsed;
+    for (size_t index = 0; index < isUsed.size(); ++index)
+        if (isUsed[index] && old->ids[index] == kUnknown) return false;
     return true;
 }
 
@@ -82,11 +87,12 @@ std::optional<OldImage> FindOldImage(const Animation& animation, const ColourIds
     OldImage found;
     found.block = &animation.List().blocks[old.block];
     found.transparent = old.transparentIndex;
-    if (!TakePixels(*found.block, &found) || !TakeColours(animation, colours, &found)) return std::nullopt;
+    if (!TakePixels(*found.block, &found)) return std::nullopt;
+    TakeColours(animation, colours, &found);
     // What is disposed of has to be what the plan disposes of.
     const bool clears = frame.disposal == kDisposeBackground && !frame.isLast;
     if (clears && Common(found.place, animation.Screen()) != frame.box) return std::nullopt;
-    if (!Shows(frame, found)) return std::nullopt;
+    if (!Shows(frame, found) || !TakeUsed(&found)) return std::nullopt;
     const uint8_t packed = GetImageFields(*found.block).packed;
     found.isInterlaced = (packed & kImageInterlaced) != 0;
     found.hasPalette = (packed & kHasPalette) != 0;
