@@ -1,4 +1,4 @@
 # Window tests: one process that owns the windows it drives. Runs under Wine with a display (tools/under_wine).
 add_executable(gui_tests ${GUI_TEST_SOURCES} $<TARGET_OBJECTS:zephyr_resources>)
 zephyr_warnings(gui_tests)
-target_link_libraries(gui_tests zephyr_gtest zephyr_windows zephyr_core zephyr_resource_access)
+target_link_libraries(gui_tests zephyr_gtest zephyr_windows zephyr_core zephyr_resource_access oleacc oleaut32)
