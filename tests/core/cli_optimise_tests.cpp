@@ -110,7 +110,6 @@ TEST_F(CliOptimise, RefusesWrongWords) {
         {{"--to", "3K", "--lossy", "3"}, "give one of them"},
         {{"--classic"}, "--classic keeps no document as it plays"},
         {{"third"}, "give IN and OUT"},
-        {{"--fit-screen"}, "unknown option --fit-screen"},
     };
     for (const auto& [words, complaint] : cases) {
         const CliRun run = Run(words);
