@@ -52,7 +52,7 @@ struct EditForm {
     Options::Names flags, values;  // its own options
     size_t leastOperands = 0;      // behind IN and OUT
     size_t mostOperands = SIZE_MAX;
-    const char* wants = "";   // what these are, as it is said behind "give IN, OUT": " and the blocks to be moved"
+    const char* wants = "";  // what these are, as it is said behind "give IN, OUT": " and the blocks to be moved"
 };
 
 // Runs the command on its file or files. Returns the program's exit status.
