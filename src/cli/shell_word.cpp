@@ -4,7 +4,7 @@
 #include <cstring>
 
 std::string ShellFile(const std::string& name) {
-    const std::string word = name.size() > 1 && name[0] == '-' ? "./" + name : name;
+    std::string word = name.size() > 1 && name[0] == '-' ? "./" + name : name;
     const bool isPlain = !word.empty() && std::ranges::all_of(word, [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || strchr("_-./+,:@", c);
     });

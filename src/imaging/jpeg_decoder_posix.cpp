@@ -42,7 +42,7 @@ Failure MeaningOf(int code) {
 [[noreturn]] void Leave(j_common_ptr decoder) {
     Errors* errors = ErrorsOf(decoder);
     errors->failure = MeaningOf(errors->base.msg_code);
-    longjmp(errors->leave, 1);
+    longjmp(errors->leave, 1);  // NOLINT(cert-err52-cpp): exceptions can't pass the library, which is in C
 }
 
 // Goes on with what is odd, and stops where the library would make up pixels.

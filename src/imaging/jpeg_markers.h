@@ -19,4 +19,4 @@ std::optional<JpegSize> SizeOfJpeg(std::span<const uint8_t> file);
 int JpegOrientation(std::span<const uint8_t> file);
 
 // The same from the TIFF structure that EXIF data consists of.
-int TiffOrientation(std::span<const uint8_t> tiff);
+int TiffOrientation(std::span<const uint8_t> bytes);

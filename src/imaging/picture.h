@@ -29,8 +29,7 @@ struct Picture {
     bool IsIndexed() const { return colourCount > 0; }
     size_t PixelBytes() const { return IsIndexed() ? 1 : sizeof(Rgba); }
     size_t RowBytes() const { return static_cast<size_t>(width) * PixelBytes(); }
-    uint8_t* Row(int y) { return &pixels[static_cast<size_t>(y) * RowBytes()]; }
-    const uint8_t* Row(int y) const { return &pixels[static_cast<size_t>(y) * RowBytes()]; }
+    uint8_t* Row(int y) const { return &pixels[static_cast<size_t>(y) * RowBytes()]; }
 };
 
 // Whether a picture may have this size: kTooLarge for more than the above, kDamaged for no pixels at all.

@@ -136,7 +136,7 @@ private:
     RgbTriple HiddenColour() const {
         if (colours_.Colours().empty()) return {};
         Rgba first;
-        memcpy(&first, &colours_.Colours()[0], sizeof first);
+        memcpy(&first, colours_.Colours().data(), sizeof first);
         return ColourOf(first);
     }
 
