@@ -148,7 +148,7 @@ public:
     PlanResult Run() {
         Stage stage;
         if (!stage.Open(animation_, 0)) return PlanResult::kNoMemory;
-        pixels_.resize(animation_.Screen().Pixels());
+        pixels_.resize(static_cast<size_t>(animation_.Screen().Pixels()));
         canvas_ = empty_ = std::make_shared<Ids>(animation_.Width(), animation_.Height());
         for (uint32_t frame = 0; frame < animation_.Frames().size(); ++frame) {
             if (!stage.Show(frame)) return PlanResult::kNoMemory;
@@ -341,7 +341,7 @@ void Planner::Follow(const Canvas& shown, const Rectangle& changed) {
 // The bits that a frame takes, all pixels that stay transparent.
 uint64_t Planner::Measure(const Way& way) const {
     std::vector<uint8_t> pixels;
-    pixels.reserve(way.box.Pixels());
+    pixels.reserve(static_cast<size_t>(way.box.Pixels()));
     std::vector<int16_t> indexOf(plan_.colours.Pixels().size(), -1);
     int colours = 1;  // 0 is what stays
     for (int y = way.box.top; y < way.box.bottom; ++y) {
@@ -477,8 +477,8 @@ void Planner::Plan(const Way& way, uint8_t disposal, const Rectangle& box) {
     frame.disposal = disposal;
     frame.box = box.IsEmpty() ? Rectangle{0, 0, 1, 1} : box;
     const auto width = static_cast<size_t>(frame.box.Width());
-    frame.ids.reserve(frame.box.Pixels());
-    frame.free.resize(frame.box.Pixels());
+    frame.ids.reserve(static_cast<size_t>(frame.box.Pixels()));
+    frame.free.resize(static_cast<size_t>(frame.box.Pixels()));
     uint8_t* free = frame.free.data();
     for (int y = frame.box.top; y < frame.box.bottom; ++y, free += width) {
         const ColourId* base = way.base->Row(y) + frame.box.left;
