@@ -10,20 +10,20 @@ class PlayedDocument;
 HWND CreateFilmstrip(HWND window);
 
 // Puts it there, with cells as high as it is.
-void PlaceFilmstrip(HWND strip, const RECT& place);
+void PlaceFilmstrip(HWND box, const RECT& place);
 
 // Shows the frames of `played`, which must stay where it is as long as the strip is there, and selects the one that
 // `line` is a part of.
-void ShowInFilmstrip(HWND strip, const PlayedDocument& played, int line);
+void ShowInFilmstrip(HWND box, const PlayedDocument& played, int line);
 
 // Paints one cell.
 void DrawFilmstripCell(const DRAWITEMSTRUCT& item);
 
 // The frame whose cell is selected; -1 without one.
-int SelectedFrame(HWND strip);
+int SelectedFrame(HWND box);
 
 // Whether all cells in sight have their pictures.
-bool IsFilmstripReady(HWND strip);
+bool IsFilmstripReady(HWND box);
 
 // Gives back what the pictures take. To be called before the strip goes.
 void ForgetFilmstrip();
