@@ -37,7 +37,7 @@ struct Filmstrip {
     std::map<int, Picture> pictures;
     Composer composer{kKeptBytes};
     bool isComposing = false;
-} strip;
+} strip;  // NOLINT(cert-err58-cpp): what is empty takes no memory
 
 struct Range {
     int first, end;

@@ -13,11 +13,11 @@ HWND CreatePreview(HWND window);
 
 // Shows the frame of `line` of `played`, which must stay where it is as long as the pane is there. A changed document
 // or another line ends playing. What takes longer is composed bit by bit while the window waits for messages.
-void ShowInPreview(HWND preview, const PlayedDocument& played, int line);
+void ShowInPreview(HWND pane, const PlayedDocument& played, int line);
 
 // Starts playing from the frame that is shown; or stops, and chooses the line of the frame that is shown then.
-void PlayOrStop(HWND preview);
-bool IsPlaying(HWND preview);
+void PlayOrStop(HWND pane);
+bool IsPlaying(HWND pane);
 
 // Whether all that was asked for is shown.
-bool IsPreviewReady(HWND preview);
+bool IsPreviewReady(HWND pane);
