@@ -2,16 +2,9 @@
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/edit_command.h"
-#include "editing/block_copy.h"
+#include "cli/foreign_colours.h"
 
 namespace {
-
-struct ColourOption {
-    const char* option;
-    ForeignColours colours;
-};
-constexpr ColourOption kColourOptions[] = {
-    {"--remap", ForeignColours::kRemap}, {"--dither", ForeignColours::kDither}, {"--keep", ForeignColours::kKeep}};
 
 // What the words ask for.
 struct Order {
@@ -22,11 +15,7 @@ struct Order {
 
 // Returns what is wrong with the words, or an empty text.
 std::string ReadColours(const Options& options, Order* order) {
-    for (const ColourOption& known : kColourOptions) {
-        if (!options.Has(known.option)) continue;
-        if (order->colours != ForeignColours::kRefuse) return "give one of --remap, --dither and --keep";
-        order->colours = known.colours;
-    }
+    if (std::string wrong = ReadForeignColours(options, &order->colours); !wrong.empty()) return wrong;
     if (order->colours != ForeignColours::kRefuse && !options.Value("--from"))
         return "--remap, --dither and --keep are for blocks of another file (--from)";
     if (order->looks == Looks::kLeft) return "";

@@ -2,6 +2,7 @@
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/edit_command.h"
+#include "cli/foreign_colours.h"
 #include "editing/palette_match.h"
 #include "gif/default_blocks.h"
 #include "texts/string_ids.h"
@@ -19,35 +20,24 @@ constexpr KindName kKindNames[] = {
     {"plaintext", kPlainTextBlock}, {"loop", kLoopBlock},
 };
 
-// What to do with images whose colours are not the document's.
-enum class Colours { kNotSaid, kRemap, kDither, kKeep };
-
-struct ColourOption {
-    const char* option;
-    Colours colours;
-};
-
-constexpr ColourOption kColourOptions[] = {
-    {"--remap", Colours::kRemap}, {"--dither", Colours::kDither}, {"--keep", Colours::kKeep}};
-
 class InsertAnswers : public Questions {
 public:
-    explicit InsertAnswers(Colours colours) : colours_(colours) {}
+    explicit InsertAnswers(ForeignColours colours) : colours_(colours) {}
     PaletteChoice ChoosePalette(const Block&) override {
-        if (colours_ == Colours::kRemap) return PaletteChoice::kRemap;
-        return colours_ == Colours::kDither ? PaletteChoice::kDither : PaletteChoice::kCancel;
+        if (colours_ == ForeignColours::kRemap) return PaletteChoice::kRemap;
+        return colours_ == ForeignColours::kDither ? PaletteChoice::kDither : PaletteChoice::kCancel;
     }
-    bool KeepsColours() override { return colours_ == Colours::kKeep; }
+    bool KeepsColours() override { return colours_ == ForeignColours::kKeep; }
     bool MayLeaveOut(const std::string&, Failure) override { return false; }
 
 private:
-    Colours colours_;
+    ForeignColours colours_;
 };
 
 // What the words ask for.
 struct Order {
     uint16_t kind = kEmptyBlock;
-    Colours colours = Colours::kNotSaid;
+    ForeignColours colours = ForeignColours::kRefuse;
     Selection place;  // the block behind which the new ones come
     Words files;      // the images
 };
@@ -60,15 +50,11 @@ std::string ReadOrder(const Options& options, const Words& operands, Order* orde
         if (kind && *kind == known.name) order->kind = known.kind;
     if (order->kind == kEmptyBlock) return "give --kind and image, control, comment, plaintext or loop";
 
-    for (const ColourOption& known : kColourOptions) {
-        if (!options.Has(known.option)) continue;
-        if (order->colours != Colours::kNotSaid) return "give one of --remap, --dither and --keep";
-        order->colours = known.colours;
-    }
+    if (std::string wrong = ReadForeignColours(options, &order->colours); !wrong.empty()) return wrong;
     bool images = order->kind == kImageBlock;
     if (images && order->files.empty()) return "give at least one PICTURE";
     if (!images && !order->files.empty()) return "a PICTURE is for --kind image only";
-    if (!images && order->colours != Colours::kNotSaid) return "--remap, --dither and --keep are for images only";
+    if (!images && order->colours != ForeignColours::kRefuse) return "--remap, --dither and --keep are for images only";
     const std::string* at = options.Value("--at");
     return at || order->kind != kLoopBlock ? ReadPlace(options, &order->place) : order->place.Parse("0");
 }
@@ -91,7 +77,7 @@ std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
 }
 
 // Makes the blocks that are to be inserted.
-EditAnswer MakeBlocks(BlockList* list, const Order& order, Colours colours, std::vector<Block>* blocks) {
+EditAnswer MakeBlocks(BlockList* list, const Order& order, ForeignColours colours, std::vector<Block>* blocks) {
     EditAnswer answer;
     InsertAnswers answers(colours);
     for (const std::string& file : order.files) {
@@ -127,7 +113,7 @@ public:
         // Nothing to choose from: without a global palette nobody could show the image in other colours than its own.
         const bool isFree = (list.flags & kReadWhole) && FindGlobalPalette(list).depth == 0;
         std::vector<Block> blocks;
-        EditAnswer answer = MakeBlocks(&list, order_, isFree ? Colours::kKeep : order_.colours, &blocks);
+        EditAnswer answer = MakeBlocks(&list, order_, isFree ? ForeignColours::kKeep : order_.colours, &blocks);
         if (!answer) return answer;
         int selection = order_.kind == kLoopBlock ? 0 : static_cast<int>(place);
         answer.touched = BlocksFrom(static_cast<uint32_t>(selection) + 1, static_cast<uint32_t>(blocks.size()));
