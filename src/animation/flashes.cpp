@@ -104,8 +104,8 @@ public:
 
 private:
     struct Change {
-        Direction way;  // cppcheck-suppress unusedStructMember ; it is
-        uint64_t time;  // cppcheck-suppress unusedStructMember ; it is
+        Direction way;
+        uint64_t time;
         uint32_t frame, round;
     };
 

@@ -101,6 +101,7 @@ bool ImageMaker::UseGlobalPalette(bool isTransparent, Colouring* colouring) cons
     return colouring->transparentIndex < static_cast<int>(used.size());
 }
 
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static): it is called in the way that UseGlobalPalette is
 bool ImageMaker::UseOwnPalette(bool isTransparent, Colouring* colouring) const {
     int count = 0;
     for (uint32_t pixel : colouring->colours.Colours()) {

@@ -90,8 +90,8 @@ public:
 
 private:
     struct Piece {
-        size_t bytes;    // cppcheck-suppress unusedStructMember ; it is, by Sum
-        unsigned sides;  // cppcheck-suppress unusedStructMember ; the same
+        size_t bytes;
+        unsigned sides;
     };
 
     void AddPiece(const void* id, size_t bytes, Side side) {

@@ -75,15 +75,15 @@ private:
     bool Open();
     bool LoadLook(uint32_t frame, Canvas* canvas);
     bool DrawFrame(uint32_t frame, const Canvas& over, Canvas* canvas) const;
-    bool PlanFrame(uint32_t frame);
+    bool PlanFrame(uint32_t number);
     bool KeepFrame(uint32_t frame, FramePlan* plan);
     bool ComposeFrame(uint32_t frame, FramePlan* plan);
     bool MakeImage(FramePlan* plan);
     bool ChooseDisposal(uint32_t frame, std::initializer_list<uint8_t> candidates, FramePlan* plan, bool* found);
     void Dispose(const FramePlan& plan, Canvas* canvas) const;
     bool IsLast(uint32_t frame) const { return frame + 1 == animation_.Frames().size(); }
-    bool CameBehindControl(uint32_t frame);
-    bool Take(uint32_t frame, const FramePlan& plan);
+    bool CameBehindControl(uint32_t number);
+    bool Take(uint32_t number, const FramePlan& plan);
     EditOutcome Finish();
 
     std::span<const Look> looks_;

@@ -88,7 +88,7 @@ EditOutcome Retime(std::span<const uint32_t> frames, const Retiming& how, BlockL
         std::vector<uint32_t> inOrder(frames.begin(), frames.end());
         std::ranges::sort(inOrder);
         std::vector<uint64_t> chosen;
-        for (uint32_t frame : inOrder) chosen.push_back(old[frame]);
+        std::ranges::transform(inOrder, std::back_inserter(chosen), [&old](uint32_t frame) { return old[frame]; });
         ApplyRetiming(how, chosen);
         std::vector<uint32_t> fresh = old;
         for (size_t i = 0; i < inOrder.size(); ++i)

@@ -70,7 +70,10 @@ bool CreateBlockList(BlockList* list) {
 }
 
 bool CopyBlockList(const BlockList& list, BlockList* copy) {
-    if (!CreateBlockList(copy) || !MakeRoom(copy, list.count)) return DestroyBlockList(copy), false;
+    if (!CreateBlockList(copy) || !MakeRoom(copy, list.count)) {
+        DestroyBlockList(copy);
+        return false;
+    }
     std::ranges::copy(list.All(), copy->blocks.get());
     copy->count = list.count;
     for (Block& block : copy->All()) block.owner = copy;

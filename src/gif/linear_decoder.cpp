@@ -82,6 +82,7 @@ bool LinearDecoder::Prepare(uint64_t room) {
 
 // In one piece: with the state of the dictionary in a type of its own, or the runs in a function, the compiler gives up
 // registers (5 to 20 %).
+// NOLINTNEXTLINE(readability-function-cognitive-complexity)
 LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize, Manner manner) {
     const unsigned clearCode = 1u << codeSize;
     const unsigned startWidth = static_cast<unsigned>(codeSize) + 1;

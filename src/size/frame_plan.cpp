@@ -170,12 +170,12 @@ public:
 private:
     Canvas Take(const Stage& stage);
     const uint32_t* GiveUp(const uint32_t* row, const uint32_t* before, const Rectangle& area);
-    bool MayMerge(uint32_t frame) const;
+    bool MayMerge(uint32_t number) const;
     bool WaitsForUser(const Frame& frame) const;
-    void StartMoment(uint32_t frame);
-    void Merge(uint32_t frame);
+    void StartMoment(uint32_t number);
+    void Merge(uint32_t number);
     void Follow(const Canvas& shown, const Rectangle& changed);
-    void TakeDisposal(uint32_t frame);
+    void TakeDisposal(uint32_t number);
     void Propose(const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore, const Canvas& base,
                  const Canvas& shown, const Rectangle& box);
     void ProposeClearing(const WayHandle& before, const Rectangle& cleared, const Canvas& shown,
@@ -371,7 +371,7 @@ uint64_t Planner::BitsBefore() const {
 
 // Tells how many bits each proposed way takes. Where there is but one, it does not matter.
 void Planner::Price() {
-    constexpr uint64_t kBitsOfFrame = 8 * 20;
+    constexpr uint64_t kBitsOfFrame = uint64_t{8} * 20;
     if (proposed_.size() > 1) {
         ForEachProposed([this](Way& way) { Guess(&way); });
         if (options_.effort != Effort::kFast) MeasureClose();
@@ -497,8 +497,9 @@ void Planner::TakeColours(PlannedFrame* frame) {
     uint8_t* const marks = marks_.data();
     const ColourId* const ids = frame->ids.data();
     const uint8_t* const free = frame->free.data();
-    for (size_t i = 0, count = frame->ids.size(); i < count; ++i) marks[2 * ids[i] + (free[i] ? 1 : 0)] = 1;
-    frame->needsTransparency = marks[2 * kTransparentId] || marks[2 * kTransparentId + 1];
+    for (size_t i = 0, count = frame->ids.size(); i < count; ++i) marks[size_t{2} * ids[i] + (free[i] ? 1 : 0)] = 1;
+    constexpr size_t kTransparentMarks = size_t{2} * kTransparentId;
+    frame->needsTransparency = marks[kTransparentMarks] || marks[kTransparentMarks + 1];
     for (size_t id = 0; id < colours; ++id) {
         const bool isNeeded = marks[2 * id], isOffered = marks[2 * id + 1];
         if (isOffered) frame->hasFree = true;

@@ -72,8 +72,8 @@ bool Shows(const PlannedFrame& frame, const OldImage& old) {
         unsigned wrong = 0;
         for (size_t x = 0; x < boxWidth; ++x) {
             const bool isLeft = drawn[x] == kTransparentId;
-            wrong |= static_cast<unsigned>(isLeft & (frame.free[row + x] == 0)) |
-                     static_cast<unsigned>(!isLeft & (drawn[x] != frame.ids[row + x]));
+            const bool isRight = isLeft ? frame.free[row + x] != 0 : drawn[x] == frame.ids[row + x];
+            wrong |= static_cast<unsigned>(!isRight);
         }
         if (wrong) return false;
     }

@@ -137,8 +137,8 @@ Likeness PlaysNearly(const BlockList& first, const BlockList& second, int most, 
         const std::strong_ordering order = clock.played <=> otherClock.played;
         // What ends first by one clock does so by the other, too, or at the same time.
         if (order != clock.delay <=> otherClock.delay && clock.delay != otherClock.delay) return Likeness::kDifferent;
-        if (order <= 0 && !one.Advance(&clock)) return Likeness::kNoMemory;
-        if (order >= 0 && !other.Advance(&otherClock)) return Likeness::kNoMemory;
+        if (std::is_lteq(order) && !one.Advance(&clock)) return Likeness::kNoMemory;
+        if (std::is_gteq(order) && !other.Advance(&otherClock)) return Likeness::kNoMemory;
         if (one.HasEnded() || other.HasEnded()) break;
         const uint64_t until = std::min(clock.played, otherClock.played);
         if (!count.Add(one.Held(), other.Held(), until - now, most)) return Likeness::kDifferent;

@@ -8,7 +8,7 @@ enum class Likeness : uint8_t { kAlike, kDifferent, kNoMemory };
 // Whether browsers show both documents alike, by the rules of animation.h: the same screen, the same number of plays,
 // the same canvases, each for the same time, that of the file as well as that of players which stretch short delays.
 // Frames that show the same count as one. Texts are left out, as browsers do.
-Likeness PlaysAlike(const BlockList& one, const BlockList& other);
+Likeness PlaysAlike(const BlockList& first, const BlockList& second);
 
 // How far what is shown lies from what was to be shown.
 struct Loss {
@@ -16,7 +16,7 @@ struct Loss {
     double mean = 0;  // of that difference, over all pixels and the time that they show
 };
 
-// Whether `other` shows what `one` does but for colours, which may be up to `most` apart (ColourDistance), at every
-// hundredth of a second; frames of `one` may be missing where the ones before them are near enough. What is transparent
-// has to be so in both. `*loss` tells how near they are.
-Likeness PlaysNearly(const BlockList& one, const BlockList& other, int most, Loss* loss);
+// Whether `second` shows what `first` does but for colours, which may be up to `most` apart (ColourDistance), at every
+// hundredth of a second; frames of `first` may be missing where the ones before them are near enough. What is
+// transparent has to be so in both. `*loss` tells how near they are.
+Likeness PlaysNearly(const BlockList& first, const BlockList& second, int most, Loss* loss);

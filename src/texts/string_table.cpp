@@ -10,7 +10,6 @@ namespace {
 
 struct Entry {
     unsigned id;
-    // cppcheck-suppress unusedStructMember ; the entries come by an include
     const char* text;
 };
 

@@ -37,20 +37,25 @@ UINT BlocksFormat() {
     return RegisterClipboardFormatW(kBlocksFormat);
 }
 
+// Tells the user why nothing came of it.
+bool Refuse(HWND window, const char* why) {
+    MessageBox(window, why);
+    return false;
+}
+
 // Puts the block of the line on the clipboard. False when it can't be, which the user has been told.
 bool CopyLine(HWND window, int line) {
     WaitCursor wait;
     const auto index = static_cast<uint32_t>(line);
     File file;
-    if (!WriteBlockFile(document, index, &file)) return MessageBox(window, kCantCopy), false;
+    if (!WriteBlockFile(document, index, &file)) return Refuse(window, kCantCopy);
     std::vector<ClipboardPart> parts = {{BlocksFormat(), file.Written()}};
     ByteBuffer png;
     if (EncodePngOfImage(document, index, &png)) parts.push_back({RegisterClipboardFormatW(kPngFormat), png.Content()});
     size_t dibBytes = 0;
     MemoryLock dib(MakeDibOfImage(document, index, &dibBytes));
     if (dib) parts.push_back({CF_DIB, {dib.Bytes(), dibBytes}});
-    if (PutOnClipboard(window, parts)) return true;
-    return MessageBox(window, kClipboardBusy), false;
+    return PutOnClipboard(window, parts) || Refuse(window, kClipboardBusy);
 }
 
 // Without a global palette there are no colours to be fitted to: images keep theirs.
@@ -99,7 +104,7 @@ bool PasteBlocks(HWND window, uint32_t line) {
     BlockList other;
     if (!lock || !CreateBlockList(&other) || ReadGif(&other, file, nullptr, Manner::kWhole) != kReadDone ||
         other.count < 2)
-        return MessageBox(window, kCantPaste), false;
+        return Refuse(window, kCantPaste);
     std::vector<uint32_t> blocks(other.count - 1);
     std::iota(blocks.begin(), blocks.end(), 1u);
     auto paste = [&](ForeignColours colours) {

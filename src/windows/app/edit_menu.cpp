@@ -30,7 +30,7 @@ struct EditCommand {
     unsigned modifiers;  // these: FCONTROL, FSHIFT, FALT
     const std::string* (*step)();  // what the item names: the step that would be taken; null for an item without one
     bool (*canRun)(HWND window);
-    void (*run)(HWND window);  // cppcheck-suppress unusedStructMember ; it is, by RunEditCommand
+    void (*run)(HWND window);
 };
 
 bool CanUndo(HWND) {

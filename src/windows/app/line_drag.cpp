@@ -100,7 +100,8 @@ bool OnMove(HWND list, WPARAM buttons, LPARAM place) {
 }
 
 // Above and below the list it scrolls.
-void OnScrollTimer(HWND list) {
+bool OnScrollTimer(HWND list) {
+    if (!drag.isOn) return false;
     POINT mouse = {};
     RECT client = {};
     GetCursorPos(&mouse);
@@ -108,11 +109,19 @@ void OnScrollTimer(HWND list) {
     GetClientRect(list, &client);
     const int step = mouse.y < 0 ? -1 : mouse.y >= client.bottom ? 1 : 0;
     const int top = TopLine(list) + step;
-    if (step == 0 || top < 0) return;
+    if (step == 0 || top < 0) return true;
     MoveMark(list, kNoLine);
     CallBelow(list, LB_SETTOPINDEX, static_cast<WPARAM>(top), 0);
     UpdateWindow(list);
     ShowPlace(list, mouse.y);
+    return true;
+}
+
+// Any other button and any key are for the drag alone; some of them end it.
+bool OnBreak(HWND list, bool isEnd) {
+    if (!drag.isOn) return false;
+    if (isEnd) End(list);
+    return true;
 }
 
 bool OnUp(HWND list, LPARAM place) {
@@ -146,9 +155,9 @@ bool TakeMessage(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
         case WM_MOUSEMOVE: return OnMove(list, wParam, lParam);
         case WM_LBUTTONUP: return OnUp(list, lParam);
-        case WM_TIMER: return drag.isOn && wParam == kScrollTimer && (OnScrollTimer(list), true);
-        case WM_RBUTTONDOWN: return drag.isOn && (End(list), true);
-        case WM_KEYDOWN: return drag.isOn && (wParam == VK_ESCAPE ? End(list) : void(), true);
+        case WM_TIMER: return wParam == kScrollTimer && OnScrollTimer(list);
+        case WM_RBUTTONDOWN: return OnBreak(list, true);
+        case WM_KEYDOWN: return OnBreak(list, wParam == VK_ESCAPE);
         case WM_CAPTURECHANGED:
             if (reinterpret_cast<HWND>(lParam) != list) End(list);
             return false;

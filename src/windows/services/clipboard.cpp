@@ -47,7 +47,10 @@ bool Put(const ClipboardPart& part, HGLOBAL copy) {
 bool PutOnClipboard(HWND owner, std::span<const ClipboardPart> parts) {
     HGLOBAL first = CopyOf(parts[0].bytes);
     OpenedClipboard clipboard(owner);
-    if (!first || !clipboard || !EmptyClipboard()) return GlobalFree(first), false;
+    if (!first || !clipboard || !EmptyClipboard()) {
+        GlobalFree(first);
+        return false;
+    }
     const bool isThere = Put(parts[0], first);
     for (const ClipboardPart& part : parts.subspan(1)) Put(part, CopyOf(part.bytes));
     return isThere;
