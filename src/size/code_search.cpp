@@ -36,11 +36,11 @@ constexpr LookAhead kMaxFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {2, 1, 0, 0},  
                                      {1, 2, 0, 0}, {2, 4, 0, 0}, {16, 3, 1, 0}, {6, 6, 3, 0}};
 constexpr Round kNormalRounds[] = {{128, 512, 1, 400}, {32, 96, 2, 400}};
 constexpr LookAhead kMaxLooks[] = {{0, 1, 0, 32}, {2, 1, 1, 32}, {2, 1, 4, 32}, {2, 3, 1, 32}, {8, 4, 2, 32}};
-constexpr Round kMaxRounds[] = {{32, 256, 3, 1500}, {8, 64, 5, 1000}};
+constexpr Round kMaxRounds[] = {{32, 256, 1, 800}, {8, 48, 3, 500}};
 
 constexpr Plan kFastPlan = {kFastLooks, {}, 0, 0, 0, 0, 0, 0, {}};
 constexpr Plan kNormalPlan = {kNormalLooks, kNormalFurther, 1, 1, 2000, 512, 32, 16, kNormalRounds};
-constexpr Plan kMaxPlan = {kMaxLooks, kMaxFurther, 3, 2, 6000, 128, 16, 64, kMaxRounds};
+constexpr Plan kMaxPlan = {kMaxLooks, kMaxFurther, 3, 1, 2500, 256, 32, 32, kMaxRounds};
 
 const Plan& PlanFor(Effort effort) {
     if (effort == Effort::kFast) return kFastPlan;
