@@ -41,6 +41,7 @@ public:
         next_ = (1u << codeSize_) + 2;
         count_ = 0;
         bits_ = 0;
+        foreseen_ = {};
     }
 
     // Takes the next string. False, with nothing done, at the end of the pixels.
@@ -48,7 +49,7 @@ public:
         if (at_ >= pixels_->Count()) return false;
         const bool isTentative = AddLikeFirst();
         const bool isFull = next_ >= kMostCodes;
-        Match match = Longest(at_);
+        Match match = LongestHere();
         if (int shorter = isFull ? look_.shorterWhenFull : look_.shorter; shorter && match.length > 1)
             match = BestOf(match, shorter, isFull);
         if (count_ && !isFull) Learn(table_->First(match.code), isTentative);
@@ -71,6 +72,11 @@ public:
 
 private:
     using Match = StringTable::Match;
+    struct Foreseen {
+        size_t at = SIZE_MAX;  // the pixel that it begins with
+        unsigned next = 0;     // the code that was to be given next
+        Match string = {};
+    };
 
     // Where the pixels from `at` on stand as they are written.
     const uint8_t* Written(size_t at) const {
@@ -111,23 +117,41 @@ private:
             return table_->LongestAmong(*pixels_, at);
     }
 
-    size_t Reach(size_t at, int strings) const {
-        for (; strings > 0 && at < pixels_->Count(); --strings) at += Longest(at).length;
+    // What was seen when looking ahead still stands there: strings learned since may only make it longer. But that of
+    // the code given next may have been there for a moment.
+    Match LongestHere() const {
+        if constexpr (Pixels::kIsExact) {
+            if (foreseen_.at == at_ && foreseen_.string.code < foreseen_.next)
+                return table_->LongestBeyond(foreseen_.string, pixels_->From(at_), pixels_->From(pixels_->Count()));
+        }
+        return Longest(at_);
+    }
+
+    // Where the next strings from `at` on end, of which there are `strings` or fewer. Notes the first one.
+    size_t Reach(size_t at, int strings, Foreseen* first) const {
+        *first = {};
+        if (strings <= 0 || at >= pixels_->Count()) return at;
+        *first = {at, next_, Longest(at)};
+        at += first->string.length;
+        while (--strings > 0 && at < pixels_->Count()) at += Longest(at).length;
         return at;
     }
 
     // The longest string or one that is up to `shorter` pixels less.
-    Match BestOf(Match longest, int shorter, bool isFull) const {
+    Match BestOf(Match longest, int shorter, bool isFull) {
         const int strings = isFull ? 1 : look_.strings;
         if (at_ + longest.length >= pixels_->Count()) return longest;
-        size_t farthest = Reach(at_ + longest.length, strings) + static_cast<size_t>(isFull ? 0 : look_.gain);
+        size_t farthest =
+            Reach(at_ + longest.length, strings, &foreseen_) + static_cast<size_t>(isFull ? 0 : look_.gain);
         Match best = longest, match = longest;
         while (match.length > 1 && shorter-- > 0) {
             match = {table_->Beginning(match.code, match.length - 1), match.length - 1};
-            const size_t reach = Reach(at_ + match.length, strings);
+            Foreseen first;
+            const size_t reach = Reach(at_ + match.length, strings, &first);
             if (reach <= farthest) continue;
             farthest = reach;
             best = match;
+            foreseen_ = first;
         }
         return best;
     }
@@ -141,4 +165,5 @@ private:
     uint64_t count_ = 0, bits_ = 0;
     unsigned next_ = 0;  // the code that the decoder gives next
     unsigned last_ = 0;
+    Foreseen foreseen_;  // the string behind the last one
 };

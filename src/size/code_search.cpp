@@ -29,6 +29,7 @@ struct Plan {
 };
 
 constexpr LookAhead kFastLooks[] = {{0, 1, 0, 2}};
+constexpr LookAhead kFastManyLooks[] = {{1, 1, 0, 2}};
 constexpr LookAhead kNormalLooks[] = {{0, 1, 0, 4}, {2, 1, 1, 4}, {2, 1, 4, 4}, {2, 3, 1, 4}};
 constexpr LookAhead kNormalFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {4, 3, 1, 0}};
 constexpr LookAhead kMaxFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {2, 1, 0, 0},  {4, 3, 1, 0},
@@ -39,11 +40,13 @@ constexpr LookAhead kMaxLooks[] = {{0, 1, 0, 32}, {2, 1, 1, 32}, {2, 1, 4, 32}, 
 constexpr Round kMaxRounds[] = {{32, 256, 1, 800}, {8, 48, 3, 500}};
 
 constexpr Plan kFastPlan = {kFastLooks, {}, 0, 0, 0, 0, 0, 0, {}};
+constexpr Plan kFastManyPlan = {kFastManyLooks, {}, 0, 0, 0, 0, 0, 0, {}};  // of images of many colours
 constexpr Plan kNormalPlan = {kNormalLooks, kNormalFurther, 1, 1, 2000, 512, 32, 16, kNormalRounds};
 constexpr Plan kMaxPlan = {kMaxLooks, kMaxFurther, 3, 1, 2500, 256, 32, 32, kMaxRounds};
 
-const Plan& PlanFor(Effort effort) {
-    if (effort == Effort::kFast) return kFastPlan;
+// Looking ahead while the table grows is worth its time in a hurry where many colours make the strings short.
+const Plan& PlanFor(Effort effort, int codeSize) {
+    if (effort == Effort::kFast) return codeSize < kMostCodeSize ? kFastPlan : kFastManyPlan;
     return effort == Effort::kNormal ? kNormalPlan : kMaxPlan;
 }
 
@@ -199,7 +202,7 @@ bool SearchCodes(const PixelsToEncode& image, Effort effort, uint64_t mostBits, 
     constexpr uint64_t kAnyNumber = UINT64_MAX / 2;
     if (!mostBits) mostBits = kAnyNumber;
     try {
-        Search search(image, PlanFor(effort), mostBits);
+        Search search(image, PlanFor(effort, image.codeSize), mostBits);
         SearchForms(image, &search);
         if (search.Best().codes.empty() || search.Best().bits > mostBits || IsStopped(image)) return false;
         result->data = PackCodes(search.Best(), static_cast<unsigned>(image.codeSize));

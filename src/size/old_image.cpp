@@ -54,28 +54,35 @@ void TakeBytes(OldImage* old) {
     old->data.assign(source.Own().begin() + static_cast<ptrdiff_t>(head), source.Own().end());
 }
 
+// Whether pixels drawn leave what is wanted: where nothing is drawn, pixels have to be free. In bits of the numbers'
+// own type: many are compared at once.
+bool ShowsRow(const ColourId* drawn, const ColourId* wanted, const uint8_t* free, size_t count) {
+    ColourId wrong = 0;
+    for (size_t x = 0; x < count; ++x) {
+        const ColourId isLeft = drawn[x] == kTransparentId;
+        const ColourId isHeld = free[x] == 0;
+        const ColourId isOther = drawn[x] != wanted[x];
+        wrong = static_cast<ColourId>(wrong | (isLeft & isHeld) | ((isLeft ^ 1) & isOther));
+    }
+    return wrong == 0;
+}
+
 // Whether drawing the old image where the plan draws leaves there what the plan wants.
 bool Shows(const PlannedFrame& frame, const OldImage& old) {
     const auto boxWidth = static_cast<size_t>(frame.box.Width());
     const auto oldWidth = static_cast<size_t>(old.place.Width());
     const Rectangle both = Common(frame.box, old.place);
-    std::vector<ColourId> drawn(boxWidth);
+    std::vector<ColourId> drawn(boxWidth, kTransparentId);
     for (int y = frame.box.top; y < frame.box.bottom; ++y) {
         const size_t row = static_cast<size_t>(y - frame.box.top) * boxWidth;
-        std::ranges::fill(drawn, kTransparentId);
+        if (y == both.bottom) std::ranges::fill(drawn, kTransparentId);
         if (y >= both.top && y < both.bottom) {
             const uint8_t* from = &old.pixels[static_cast<size_t>(y - old.place.top) * oldWidth +
                                               static_cast<size_t>(both.left - old.place.left)];
             std::transform(from, from + both.Width(), drawn.begin() + (both.left - frame.box.left),
                            [&old](uint8_t index) { return old.ids[index]; });
         }
-        unsigned wrong = 0;
-        for (size_t x = 0; x < boxWidth; ++x) {
-            const bool isLeft = drawn[x] == kTransparentId;
-            const bool isRight = isLeft ? frame.free[row + x] != 0 : drawn[x] == frame.ids[row + x];
-            wrong |= static_cast<unsigned>(!isRight);
-        }
-        if (wrong) return false;
+        if (!ShowsRow(drawn.data(), &frame.ids[row], &frame.free[row], boxWidth)) return false;
     }
     return true;
 }

@@ -89,10 +89,13 @@ public:
     }
 
     // The longest string at the start of the pixels from `at` to before `end`, of which there must be some.
-    Match Longest(const uint8_t* at, const uint8_t* end) const {
+    Match Longest(const uint8_t* at, const uint8_t* end) const { return LongestBeyond({*at, 1}, at, end); }
+
+    // The same when it is known to be that string or to begin with it.
+    Match LongestBeyond(Match known, const uint8_t* at, const uint8_t* end) const {
         const auto most = static_cast<size_t>(end - at);
-        unsigned code = *at;
-        for (size_t depth = 1;; ++depth) {
+        unsigned code = known.code;
+        for (size_t depth = known.length;; ++depth) {
             const Chain& chain = chains_[nodes_[code].chain];
             if (depth < chain.lastDepth && depth < most) {
                 const size_t more = std::min<size_t>(chain.lastDepth, most) - depth;
