@@ -30,18 +30,18 @@ struct Plan {
 
 constexpr LookAhead kFastLooks[] = {{0, 1, 0, 2}};
 constexpr LookAhead kFastManyLooks[] = {{1, 1, 0, 2}};
-constexpr LookAhead kNormalLooks[] = {{0, 1, 0, 4}, {2, 1, 1, 4}, {2, 1, 4, 4}, {2, 3, 1, 4}};
+constexpr LookAhead kNormalLooks[] = {{0, 1, 0, 4}, {1, 1, 0, 4}, {2, 1, 4, 4}};
 constexpr LookAhead kNormalFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {4, 3, 1, 0}};
 constexpr LookAhead kMaxFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {2, 1, 0, 0},  {4, 3, 1, 0},
                                      {4, 2, 0, 0}, {8, 4, 1, 0}, {3, 5, 0, 0},  {8, 1, 2, 0},
                                      {1, 2, 0, 0}, {2, 4, 0, 0}, {16, 3, 1, 0}, {6, 6, 3, 0}};
-constexpr Round kNormalRounds[] = {{128, 512, 1, 400}, {32, 96, 2, 400}};
+constexpr Round kNormalRounds[] = {{128, 384, 1, 400}, {32, 96, 1, 400}};
 constexpr LookAhead kMaxLooks[] = {{0, 1, 0, 32}, {2, 1, 1, 32}, {2, 1, 4, 32}, {2, 3, 1, 32}, {8, 4, 2, 32}};
 constexpr Round kMaxRounds[] = {{32, 256, 1, 800}, {8, 48, 3, 500}};
 
 constexpr Plan kFastPlan = {kFastLooks, {}, 0, 0, 0, 0, 0, 0, {}};
 constexpr Plan kFastManyPlan = {kFastManyLooks, {}, 0, 0, 0, 0, 0, 0, {}};  // of images of many colours
-constexpr Plan kNormalPlan = {kNormalLooks, kNormalFurther, 1, 1, 2000, 512, 32, 16, kNormalRounds};
+constexpr Plan kNormalPlan = {kNormalLooks, kNormalFurther, 1, 1, 1200, 512, 32, 16, kNormalRounds};
 constexpr Plan kMaxPlan = {kMaxLooks, kMaxFurther, 3, 1, 2500, 256, 32, 32, kMaxRounds};
 
 // Looking ahead while the table grows is worth its time in a hurry where many colours make the strings short.
