@@ -137,12 +137,12 @@ struct Made {
     uint64_t bytes = 0;  // of what is to be written
 };
 
-bool Make(const LoadedFile& file, OptimiseOptions options, int lossy, Made* made) {
+bool Make(const LoadedFile& file, decltype(Optimise)* optimise, OptimiseOptions options, int lossy, Made* made) {
     ShownProgress progress;
     options.lossy = lossy;
     *made = Made();
     made->lossy = lossy;
-    made->result = Optimise(file.list, file.report, options, &progress, &made->smaller, &made->loss);
+    made->result = optimise(file.list, file.report, options, &progress, &made->smaller, &made->loss);
     const bool isSmaller = made->result == OptimiseResult::kSmaller;
     const std::optional<uint64_t> bytes = WrittenBytes(isSmaller ? made->smaller : file.list);
     made->bytes = bytes.value_or(0);
@@ -152,17 +152,17 @@ bool Make(const LoadedFile& file, OptimiseOptions options, int lossy, Made* made
 // Looks for the least loss that fits; what does not fit with the greatest is left as large as it is. More loss nearly
 // always takes fewer bytes, so that halving finds it. False when memory runs out.
 bool MakeFitting(const LoadedFile& file, const Task& task, Made* made) {
-    if (!Make(file, task.options, 0, made)) return false;
+    if (!Make(file, Optimise, task.options, 0, made)) return false;
     if (made->bytes <= task.most || made->result == OptimiseResult::kLeftAlone) return true;
     int tooLittle = 0, enough = 1;
     for (;; tooLittle = enough, enough = std::min(2 * enough, kFarthest)) {
-        if (!Make(file, task.options, enough, made)) return false;
+        if (!Make(file, Optimise, task.options, enough, made)) return false;
         if (made->bytes <= task.most || enough == kFarthest) break;
     }
     while (enough - tooLittle > 1) {
         const int middle = (tooLittle + enough) / 2;
         Made tried;
-        if (!Make(file, task.options, middle, &tried)) return false;
+        if (!Make(file, Optimise, task.options, middle, &tried)) return false;
         (tried.bytes <= task.most ? enough : tooLittle) = middle;
         if (tried.bytes <= task.most) *made = std::move(tried);
     }
@@ -186,8 +186,8 @@ public:
     EditAnswer Change(LoadedFile* file) override {
         const std::optional<uint64_t> before = WrittenBytes(file->list);
         Strip(task_, &file->list);
-        if (!before ||
-            !(task_.most ? MakeFitting(*file, task_, &made_) : Make(*file, task_.options, task_.options.lossy, &made_)))
+        if (!before || !(task_.most ? MakeFitting(*file, task_, &made_)
+                                    : Make(*file, OptimiseWithin, task_.options, task_.options.lossy, &made_)))
             return EditOutcome::OutOfMemory();
         before_ = *before;
         if (task_.most && made_.bytes > task_.most)

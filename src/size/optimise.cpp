@@ -182,6 +182,27 @@ OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const O
     }
 }
 
+OptimiseResult OptimiseWithin(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
+                              OptimiseWatch* watch, BlockList* smaller, Loss* loss) {
+    OptimiseOptions exact = options;
+    exact.lossy = 0;
+    *loss = Loss();
+    const OptimiseResult plain = Optimise(list, report, exact, watch, smaller);
+    const bool isSmaller = plain == OptimiseResult::kSmaller;
+    if (!options.lossy || (!isSmaller && plain != OptimiseResult::kNothingGained)) return plain;
+    BlockList changed;
+    Loss lost;
+    const OptimiseResult result = Optimise(list, report, options, watch, &changed, &lost);
+    if (result == OptimiseResult::kNothingGained) return plain;
+    if (result != OptimiseResult::kSmaller) return result;
+    const std::optional<uint64_t> bytes = WrittenBytes(changed), plainBytes = WrittenBytes(isSmaller ? *smaller : list);
+    if (!bytes || !plainBytes) return OptimiseResult::kNoMemory;
+    if (*bytes >= *plainBytes) return plain;
+    *smaller = std::move(changed);
+    *loss = lost;
+    return result;
+}
+
 std::optional<uint64_t> WrittenBytes(const BlockList& list) {
     File written;
     if (!written.CreateMemory() || !WriteWholeGif(list, written, nullptr)) return std::nullopt;

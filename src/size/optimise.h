@@ -39,5 +39,9 @@ enum class OptimiseResult : uint8_t {
 OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
                         OptimiseWatch* watch, BlockList* smaller, Loss* loss = nullptr);
 
+// The same, but what loses colours is taken only where it takes fewer bytes than what loses none. `*loss` is none then.
+OptimiseResult OptimiseWithin(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
+                              OptimiseWatch* watch, BlockList* smaller, Loss* loss);
+
 // The bytes of the file that `list`, a whole document, is written as; nothing when memory runs out.
 std::optional<uint64_t> WrittenBytes(const BlockList& list);

@@ -306,12 +306,16 @@ TEST(Optimise, LosesNoMoreThanAllowed) {
     for (int round = 0; round < 120; ++round) {
         const LoadedGif gif(RandomFile(random, 1 + static_cast<int>(random() % 9)), Manner::kWhole);
         OptimiseOptions options = {static_cast<Effort>(round % 2), round % 5 == 0, 1};
-        lossless += BytesOf(Optimise(gif, options).list).size();
+        const size_t exact = BytesOf(Optimise(gif, options).list).size();
+        lossless += exact;
         options.lossy = 1 + round * 2;
-        BlockList made;
-        Loss loss;
+        BlockList made, taken;
+        Loss loss, takenLoss;
         ASSERT_EQ(Optimise(gif, gif.report, options, nullptr, &made, &loss), OptimiseResult::kSmaller) << round;
         lossy += BytesOf(made).size();
+        ASSERT_EQ(OptimiseWithin(gif, gif.report, options, nullptr, &taken, &takenLoss), OptimiseResult::kSmaller);
+        ASSERT_EQ(BytesOf(taken).size(), std::min(exact, BytesOf(made).size())) << round;
+        ASSERT_EQ(takenLoss.largest, exact <= BytesOf(made).size() ? 0 : loss.largest) << round;
         ASSERT_LE(loss.largest, options.lossy);
         ASSERT_EQ(LargestDifference(gif, made), loss.largest) << round;
         ASSERT_LE(loss.mean, loss.largest);
