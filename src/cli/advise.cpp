@@ -1,7 +1,9 @@
 // zephyr advise: edits that make a file smaller, with their prices.
 #include "size/advice.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <functional>
 #include <map>
 
 #include "cli/commands.h"
@@ -13,14 +15,17 @@
 #include "cli/shell_word.h"
 #include "cli/size_table.h"
 #include "cli/usage.h"
+#include "size/optimise.h"
 
 namespace {
 
 constexpr size_t kMostLikeIt = 10;  // lines of one kind of edit
 
 std::string CommandOf(const Advice& advice, const std::string& path) {
-    const std::string command = "zephyr " + advice.verb + " " + ShellFile(path) + " OUT " + advice.blocks;
-    return advice.value.empty() ? command : command + " " + advice.value;
+    std::string command = "zephyr " + advice.verb + " " + ShellFile(path) + " OUT";
+    for (const std::string* word : {&advice.blocks, &advice.value})
+        if (!word->empty()) command += " " + *word;
+    return command;
 }
 
 // Edits of one kind are those with the same command and field.
@@ -57,6 +62,19 @@ void PrintJson(const std::string& path, const std::vector<Advice>& advice) {
     puts("]}");
 }
 
+// What the search for the smallest document finds, among the edits by its gain.
+bool AddOptimising(const LoadedFile& file, std::vector<Advice>* advice) {
+    BlockList smaller;
+    const OptimiseResult result = Optimise(file.list, file.report, {}, nullptr, &smaller);
+    if (result == OptimiseResult::kNoMemory) return false;
+    if (result != OptimiseResult::kSmaller) return true;
+    const std::optional<uint64_t> before = WrittenBytes(file.list), after = WrittenBytes(smaller);
+    if (!before || !after) return false;
+    const Advice all = {*before - *after, "write all frames as small as they can be found", "", "optimise", "", ""};
+    advice->insert(std::ranges::lower_bound(*advice, all.gain, std::ranges::greater(), &Advice::gain), all);
+    return true;
+}
+
 }  // namespace
 
 const char kAdviseHelp[] =
@@ -65,11 +83,11 @@ const char kAdviseHelp[] =
     "Tells what would make the GIF file FILE smaller and leave what browsers show as\n"
     "it is: images without interlacing, encoded anew, with the document's palette\n"
     "instead of an equal one, palettes without colours that nothing uses, and no\n"
-    "comments, texts or blocks of other applications. Each edit was tried: a line has\n"
-    "the bytes by which the file gets smaller and what is lost, and below it stands\n"
-    "the command that does it; of many alike the first ten are told. Edits of the\n"
-    "same blocks do not add up. Delays, loops, colour profiles and damaged images are\n"
-    "left alone.\n"
+    "comments, texts or blocks of other applications; and what \"zephyr optimise\"\n"
+    "comes to. Each edit was tried: a line has the bytes by which the file gets\n"
+    "smaller and what is lost, and below it stands the command that does it; of many\n"
+    "alike the first ten are told. Edits of the same blocks do not add up. Delays,\n"
+    "loops, colour profiles and damaged images are left alone.\n"
     "With --json, prints one JSON object instead: the name of the file, and all its\n"
     "advice, objects with gain, what, loses and command.\n"
     "With --strict it fails when FILE is damaged. There is no advice for --classic,\n"
@@ -84,7 +102,7 @@ int RunAdvise(const Words& words) {
     LoadedFile file;
     if (!file.Open(path, options)) return kExitFailed;
     std::vector<Advice> advice;
-    if (!FindAdvice(file.list, file.report, &advice)) {
+    if (!FindAdvice(file.list, file.report, &advice) || !AddOptimising(file, &advice)) {
         Complain(NameOfInput(path), "not enough memory");
         return kExitFailed;
     }
