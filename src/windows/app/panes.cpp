@@ -17,11 +17,10 @@
 #include "windows/app/window_places.h"
 #include "windows/ids/command_ids.h"
 #include "windows/ids/pane_ids.h"
+#include "windows/services/front_procedure.h"
 #include "windows/services/settings.h"
 
 namespace {
-
-constexpr wchar_t kOwnProcedure[] = L"KLM ZephyrOwnProcedure";  // the property that keeps a control's own
 
 // The width that the window gets when the preview comes: room for the list's lines and a picture beside them.
 constexpr int kRoomyWidth = 760;
@@ -62,8 +61,8 @@ bool IsOver(HWND pane, POINT at) {
 
 // Whether the key was one for the panes. What Tab and Space would type in the list is taken away, too.
 bool TakesKey(HWND control, UINT message, WPARAM key) {
-    HWND window = GetParent(control), preview = PreviewOf(window);
     if (message != WM_KEYDOWN && message != WM_CHAR) return false;
+    HWND window = GetParent(control), preview = PreviewOf(window);
     if (!HasPanes(window) || (key != VK_TAB && (key != VK_SPACE || !preview))) return false;
     if (message == WM_CHAR) return true;
     key == VK_TAB ? FocusNextStop(control, GetKeyState(VK_SHIFT) < 0) : PlayOrStop(preview);
@@ -71,22 +70,21 @@ bool TakesKey(HWND control, UINT message, WPARAM key) {
 }
 
 bool TakesWheel(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_MOUSEWHEEL) return false;
     HWND preview = PreviewOf(GetParent(control));
     const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-    if (message != WM_MOUSEWHEEL || control == preview || !IsOver(preview, at)) return false;
+    if (control == preview || !IsOver(preview, at)) return false;
     SendMessageW(preview, message, wParam, lParam);
     return true;
 }
 
 LRESULT CALLBACK PaneKeysProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto own = reinterpret_cast<WNDPROC>(GetPropW(control, kOwnProcedure));
     try {
         if (TakesKey(control, message, wParam) || TakesWheel(control, message, wParam, lParam)) return 0;
     } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
         return 0;
     }
-    if (message == WM_NCDESTROY) RemovePropW(control, kOwnProcedure);
-    return CallWindowProcW(own, control, message, wParam, lParam);
+    return CallBehind(PaneKeysProc, control, message, wParam, lParam);
 }
 
 // The list beside a new preview would be too narrow for most lines in the smallest window.
@@ -173,7 +171,5 @@ void OnFilmstripNotification(HWND window, int notification) {
 }
 
 void PassPaneKeys(HWND control) {
-    const LONG_PTR own = GetWindowLongPtrW(control, GWLP_WNDPROC);
-    if (SetPropW(control, kOwnProcedure, reinterpret_cast<HANDLE>(own)))
-        SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(PaneKeysProc));
+    PutInFront(control, PaneKeysProc);
 }
