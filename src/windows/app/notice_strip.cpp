@@ -58,9 +58,10 @@ void RegisterStripClass() {
 }
 
 // The window procedure of the list and of the strip's buttons as long as there is a strip: Escape, which they do
-// nothing with, takes it away. Posted, as they are still at work.
+// nothing with, takes it away. Posted, as they are still at work. While the mouse drags something there, Escape ends
+// that.
 LRESULT CALLBACK EscapeProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_KEYDOWN && wParam == VK_ESCAPE)
+    if (message == WM_KEYDOWN && wParam == VK_ESCAPE && GetCapture() != control)
         return PostMessageW(GetAncestor(control, GA_ROOT), WM_COMMAND, IDM_CLOSE_NOTICE, 0), 0;
     auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_USERDATA));
     return CallWindowProcW(own, control, message, wParam, lParam);
