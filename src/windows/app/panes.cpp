@@ -3,7 +3,6 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <array>
 #include <exception>
 
 #include "windows/app/block_list_view.h"
@@ -15,9 +14,11 @@
 #include "windows/app/preview.h"
 #include "windows/app/shell_state.h"
 #include "windows/app/window_places.h"
+#include "windows/app/window_stops.h"
 #include "windows/ids/command_ids.h"
 #include "windows/ids/pane_ids.h"
 #include "windows/services/front_procedure.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/settings.h"
 
 namespace {
@@ -35,23 +36,8 @@ HWND FilmstripOf(HWND window) {
     return GetDlgItem(window, IDC_FILMSTRIP);
 }
 
-// Between which Tab goes, in this order.
-constexpr std::array kStops = {IDC_BLOCK_LIST, IDC_PREVIEW, IDC_FILMSTRIP};
-
 bool HasPanes(HWND window) {
     return PreviewOf(window) || FilmstripOf(window);
-}
-
-void FocusNextStop(HWND control, bool back) {
-    HWND window = GetParent(control);
-    const auto from = std::ranges::find(kStops, GetDlgCtrlID(control)) - kStops.begin();
-    const auto count = std::ssize(kStops);
-    for (auto step = 1; step < count; ++step)
-        if (HWND stop =
-                GetDlgItem(window, kStops[static_cast<size_t>((from + (back ? count - step : step)) % count)])) {
-            SetFocus(stop);
-            return;
-        }
 }
 
 bool IsOver(HWND pane, POINT at) {
@@ -59,13 +45,14 @@ bool IsOver(HWND pane, POINT at) {
     return pane && GetWindowRect(pane, &place) && PtInRect(&place, at);
 }
 
-// Whether the key was one for the panes. What Tab and Space would type in the list is taken away, too.
+// Whether the key was one for the panes. What Space would type in the list is taken away, too.
 bool TakesKey(HWND control, UINT message, WPARAM key) {
     if (message != WM_KEYDOWN && message != WM_CHAR) return false;
-    HWND window = GetParent(control), preview = PreviewOf(window);
-    if (!HasPanes(window) || (key != VK_TAB && (key != VK_SPACE || !preview))) return false;
-    if (message == WM_CHAR) return true;
-    key == VK_TAB ? FocusNextStop(control, GetKeyState(VK_SHIFT) < 0) : PlayOrStop(preview);
+    HWND window = GetParent(control);
+    if (TakesStopKey(window, message, key)) return true;
+    HWND preview = PreviewOf(window);
+    if (key != VK_SPACE || !preview) return false;
+    if (message == WM_KEYDOWN) PlayOrStop(preview);
     return true;
 }
 
@@ -99,6 +86,8 @@ void MakeRoom(HWND window) {
         SetWindowPos(window, nullptr, left, place.top, width, place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+constexpr ReadWindow kReadPreview = {[](HWND) { return std::wstring(); }, ROLE_SYSTEM_GRAPHIC};
+
 void AddPane(HWND pane) {
     if (!pane) return;
     PassEditKeys(pane);
@@ -120,6 +109,7 @@ void AddAndRemovePanes(HWND window) {
     }
     if (!preview && settings.preview) {
         AddPane(CreatePreview(window));
+        TellReaders(PreviewOf(window), kReadPreview);
         MakeRoom(window);
     }
     if (!filmstrip && settings.filmstrip) {
