@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <utility>
 
 #include "windows/app/block_list_view.h"
 #include "windows/app/edit_menu.h"
@@ -74,16 +75,36 @@ LRESULT CALLBACK PaneKeysProc(HWND control, UINT message, WPARAM wParam, LPARAM 
     return CallBehind(PaneKeysProc, control, message, wParam, lParam);
 }
 
+// Where the window was before it was made wider for the preview, and then; both empty when it was not.
+struct Widening {
+    RECT before, after;
+} widening;
+
 // The list beside a new preview would be too narrow for most lines in the smallest window.
 void MakeRoom(HWND window) {
     RECT place = {}, free = {};
     GetWindowRect(window, &place);
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &free, 0);
+    widening = {};
     if (IsZoomed(window) || IsIconic(window) || place.right - place.left >= kRoomyWidth) return;
     const int width = std::min<int>(kRoomyWidth, free.right - free.left);
     const int left = std::max<int>(std::min(place.left, free.right - width), free.left);
-    if (width > place.right - place.left)
-        SetWindowPos(window, nullptr, left, place.top, width, place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    if (width <= place.right - place.left) return;
+    widening = {place, {left, place.top, left + width, place.bottom}};
+    SetWindowPos(window, nullptr, left, place.top, width, place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+// Gives the room back, unless somebody has given the window another size since.
+void GiveRoomBack(HWND window) {
+    const Widening was = std::exchange(widening, {});
+    RECT place = {};
+    GetWindowRect(window, &place);
+    const bool hasItsSize = place.right - place.left == was.after.right - was.after.left &&
+                            place.bottom - place.top == was.after.bottom - was.after.top;
+    if (IsRectEmpty(&was.after) || !hasItsSize || IsZoomed(window) || IsIconic(window)) return;
+    const int left = place.left == was.after.left ? was.before.left : place.left;
+    SetWindowPos(window, nullptr, left, place.top, was.before.right - was.before.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 constexpr ReadWindow kReadPreview = {[](HWND) { return std::wstring(); }, ROLE_SYSTEM_GRAPHIC};
@@ -102,7 +123,10 @@ void RemovePane(HWND window, HWND pane) {
 
 void AddAndRemovePanes(HWND window) {
     HWND preview = PreviewOf(window), filmstrip = FilmstripOf(window);
-    if (preview && !settings.preview) RemovePane(window, preview);
+    if (preview && !settings.preview) {
+        RemovePane(window, preview);
+        GiveRoomBack(window);
+    }
     if (filmstrip && !settings.filmstrip) {
         RemovePane(window, filmstrip);
         ForgetFilmstrip();
