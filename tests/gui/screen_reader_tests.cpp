@@ -208,6 +208,16 @@ TEST_F(ScreenReaderTest, ColoursAreReadAndChosen) {
     EXPECT_EQ(GetHeaderFields(At(kSampleHeader)).backgroundIndex, 18);
 }
 
+TEST_F(ScreenReaderTest, WindowsOfTheWholeScreenSayHowToLeaveThem) {
+    auto leave = [](HWND window) {
+        EXPECT_NE(Reader(window).Name().find("Escape"), std::string::npos);
+        PostMessageW(window, WM_CHAR, VK_ESCAPE, 0);
+        for (MSG message; IsWindow(window) && GetMessageW(&message, nullptr, 0, 0) > 0;) DispatchMessageW(&message);
+    };
+    Edit(kSamplePlainText, {Press(IDCANCEL, {{IDC_EYEDROPPER}}), leave});
+    Run(IDM_VIEW, {leave});
+}
+
 int alerts;
 void CALLBACK CountAlert(HWINEVENTHOOK, DWORD, HWND window, LONG, LONG, DWORD, DWORD) {
     alerts += GetDlgCtrlID(window) == IDC_NOTICE;

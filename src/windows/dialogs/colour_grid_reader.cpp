@@ -8,33 +8,38 @@ namespace {
 
 constexpr int kColumns = 16;
 
-int CountCells(HWND dialog) {
-    return static_cast<int>(Edited<ColourRequest>(dialog)->count);
+ColourRequest& RequestOf(HWND window) {
+    const bool isControl = (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0;
+    return *Edited<ColourRequest>(isControl ? GetParent(window) : window);
 }
 
-std::wstring ReadCell(HWND dialog, int cell) {
-    return DescribeColour(static_cast<unsigned>(cell), Edited<ColourRequest>(dialog)->palette[cell]);
+int CountCells(HWND window) {
+    return static_cast<int>(RequestOf(window).count);
 }
 
-RECT PlaceOfCell(HWND dialog, int cell) {
+std::wstring ReadCell(HWND window, int cell) {
+    return DescribeColour(static_cast<unsigned>(cell), RequestOf(window).palette[cell]);
+}
+
+RECT PlaceOfCell(HWND window, int cell) {
     RECT client = {};
-    GetClientRect(dialog, &client);
+    GetClientRect(window, &client);
     const LONG size = client.right / kColumns, left = cell % kColumns * size, top = cell / kColumns * size;
     return {left, top, left + size, top + size};
 }
 
-int SelectedCell(HWND dialog) {
-    return static_cast<int>(Edited<ColourRequest>(dialog)->current);
+int SelectedCell(HWND window) {
+    return static_cast<int>(RequestOf(window).current);
 }
 
-void SelectCell(HWND dialog, int cell) {
-    Edited<ColourRequest>(dialog)->current = static_cast<uint32_t>(cell);
-    InvalidateRect(dialog, nullptr, FALSE);
+void SelectCell(HWND window, int cell) {
+    RequestOf(window).current = static_cast<uint32_t>(cell);
+    InvalidateRect(window, nullptr, FALSE);
 }
 
-void ChooseCell(HWND dialog, int cell) {
-    const RECT place = PlaceOfCell(dialog, cell);
-    PostMessageW(dialog, WM_LBUTTONDOWN, 0, MAKELPARAM(place.left + 1, place.top + 1));
+void ChooseCell(HWND window, int cell) {
+    const RECT place = PlaceOfCell(window, cell);
+    PostMessageW(window, WM_LBUTTONDOWN, 0, MAKELPARAM(place.left + 1, place.top + 1));
 }
 
 constexpr ReadItems kReadCells = {
@@ -56,6 +61,6 @@ std::wstring DescribeColour(unsigned index, RgbTriple colour) {
            std::to_wstring(colour.green) + L", blue " + std::to_wstring(colour.blue);
 }
 
-void TellReadersOfGrid(HWND dialog) {
-    TellReaders(dialog, kReadGrid);
+void TellReadersOfGrid(HWND window) {
+    TellReaders(window, kReadGrid);
 }

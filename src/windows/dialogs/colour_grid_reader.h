@@ -9,5 +9,6 @@
 // "colour 3, red 0, green 51, blue 102".
 std::wstring DescribeColour(unsigned index, RgbTriple colour);
 
-// Has the colour picker's dialog, which works on a ColourRequest, show its cells to readers: those that can be chosen.
-void TellReadersOfGrid(HWND dialog);
+// Has `window` show readers the cells that can be chosen: the colour picker's dialog, which works on a ColourRequest,
+// or a control in it. The grid, 16 columns as wide as the window, begins at its upper left corner.
+void TellReadersOfGrid(HWND window);

@@ -159,7 +159,7 @@ public:
         *child = {};
         return Guarded([=, this] {
             if (GetFocus() != window_) return base_->get_accFocus(child);
-            *child = ChildOf(Items().selected(window_));  // or, without one, the window itself
+            if (!GiveItem(Items().selected(window_), child)) *child = Numbered(CHILDID_SELF);
             return S_OK;
         });
     }
