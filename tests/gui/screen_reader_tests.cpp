@@ -297,14 +297,20 @@ std::vector<HWND> ReachedInDialog(HWND window) {
     return reached;
 }
 
+BOOL CALLBACK AddControl(HWND child, LPARAM controls) {
+    reinterpret_cast<std::vector<HWND>*>(controls)->push_back(child);
+    return TRUE;
+}
+
+BOOL CALLBACK AddTemplate(HMODULE, LPCWSTR, LPWSTR name, LONG_PTR names) {
+    reinterpret_cast<std::vector<std::string>*>(names)->push_back(Utf8FromWide(name));
+    return TRUE;
+}
+
 // Which controls of the window a reader has no good name for, or the keyboard does not get to.
 void ExpectAccess(HWND window, const std::vector<HWND>& reached) {
     std::vector<HWND> controls;
-    auto add = [](HWND child, LPARAM list) -> BOOL {
-        reinterpret_cast<std::vector<HWND>*>(list)->push_back(child);
-        return TRUE;
-    };
-    EnumChildWindows(window, add, reinterpret_cast<LPARAM>(&controls));
+    EnumChildWindows(window, AddControl, reinterpret_cast<LPARAM>(&controls));
     int looked = 0;
     for (HWND control : controls) {
         if (!IsWindowVisible(control) || TakesNoInput(control)) continue;
@@ -384,13 +390,7 @@ TEST_F(ScreenReaderTest, EverythingHasANameAndIsReachedByKeys) {
          }},
     };
     std::vector<std::string> templates, looked;
-    EnumResourceNamesW(
-        hInstance, RT_DIALOG,
-        [](HMODULE, LPCWSTR, LPWSTR name, LONG_PTR list) -> BOOL {
-            reinterpret_cast<std::vector<std::string>*>(list)->push_back(Utf8FromWide(name));
-            return TRUE;
-        },
-        reinterpret_cast<LONG_PTR>(&templates));
+    EnumResourceNamesW(hInstance, RT_DIALOG, AddTemplate, reinterpret_cast<LONG_PTR>(&templates));
     for (const auto& [name, open] : dialogs) {
         SCOPED_TRACE(name);
         paletteChoiceForInsert = kAskForPalette;

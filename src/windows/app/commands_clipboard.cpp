@@ -126,7 +126,7 @@ bool IsPng(UINT format) {
 std::vector<UINT> PictureForms(HWND window) {
     std::vector<UINT> forms = FormatsOnClipboard(window);
     std::erase_if(forms, [](UINT format) { return !IsPng(format) && format != CF_DIB && format != CF_DIBV5; });
-    std::ranges::stable_partition(forms, IsPng);
+    std::stable_partition(forms.begin(), forms.end(), IsPng);
     return forms;
 }
 

@@ -1,9 +1,8 @@
 #include "windows/services/screen_reader.h"
 
-#include <algorithm>
 #include <exception>
+#include <map>
 #include <new>
-#include <vector>
 
 #include "windows/services/front_procedure.h"
 
@@ -244,7 +243,8 @@ private:
 
     bool GiveItem(int item, VARIANT* out) const {
         if (!HasItems() || item < 0 || item >= ItemCount()) return false;
-        return *out = ChildOf(item), true;
+        *out = ChildOf(item);
+        return true;
     }
 
     HWND ChildWindow(const VARIANT& child) const {
@@ -291,11 +291,7 @@ private:
 
 #pragma GCC diagnostic pop
 
-struct ToldWindow {
-    HWND window;
-    const ReadWindow* about;
-};
-std::vector<ToldWindow> toldWindows;
+std::map<HWND, const ReadWindow*> toldWindows;
 
 // What readers hold is called from other processes on this thread, which needs an apartment for it.
 void EnterApartment() {
@@ -317,10 +313,10 @@ LRESULT AnswerReader(HWND window, const ReadWindow& about, WPARAM wParam) {
 }
 
 LRESULT CALLBACK ReaderProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    const auto told = std::ranges::find(toldWindows, window, &ToldWindow::window);
+    const auto told = toldWindows.find(window);
     if (told != toldWindows.end()) {
         if (message == WM_GETOBJECT && static_cast<LONG>(lParam) == static_cast<LONG>(OBJID_CLIENT))
-            if (const LRESULT answer = AnswerReader(window, *told->about, wParam)) return answer;
+            if (const LRESULT answer = AnswerReader(window, *told->second, wParam)) return answer;
         if (message == WM_NCDESTROY) toldWindows.erase(told);
     }
     return CallBehind(ReaderProc, window, message, wParam, lParam);
@@ -341,7 +337,7 @@ bool IsOwnerDrawn(HWND control) {
 
 void TellReaders(HWND window, const ReadWindow& about) {
     if (!window) return;
-    toldWindows.push_back({window, &about});
+    toldWindows[window] = &about;
     PutInFront(window, ReaderProc);
 }
 
