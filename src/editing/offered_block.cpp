@@ -52,6 +52,13 @@ MemoryHandle MakeDibOfImage(const BlockList& list, uint32_t index, size_t* bytes
     return MakeDib(image.data, ColoursOf(image, FindGlobalPalette(list)), bytes);
 }
 
+MemoryHandle MakeDibWithOpacityOfImage(const BlockList& list, uint32_t index, size_t* bytes) {
+    const Block& image = list.blocks[index];
+    const int transparent = HasPixels(image) ? TransparentIndexOf(list, index) : kNoTransparency;
+    if (transparent == kNoTransparency) return nullptr;
+    return MakeDibWithOpacity(image.data, ColoursOf(image, FindGlobalPalette(list)), transparent, bytes);
+}
+
 bool EncodePngOfImage(const BlockList& list, uint32_t index, ByteBuffer* out) {
     const Block& image = list.blocks[index];
     if (!HasPixels(image)) return false;

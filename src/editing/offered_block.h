@@ -14,5 +14,8 @@
 // (imaging/dib.h), `*bytes` long, without what is transparent. None for other blocks and when memory runs out.
 [[nodiscard]] MemoryHandle MakeDibOfImage(const BlockList& list, uint32_t index, size_t* bytes);
 
+// The same with what is transparent. None also for an image without it.
+[[nodiscard]] MemoryHandle MakeDibWithOpacityOfImage(const BlockList& list, uint32_t index, size_t* bytes);
+
 // The same as a PNG file, which is added to `out`, with what is transparent.
 [[nodiscard]] bool EncodePngOfImage(const BlockList& list, uint32_t index, ByteBuffer* out);

@@ -99,6 +99,16 @@ int MakeTransparent(const BlockList& document, const FirstImage& picture, Block*
     return SetTransparentPixels(&image->data, picture.mask, depth);
 }
 
+// The blocks of `picture`, whose bitmap `image` has so far.
+Result<std::vector<Block>> ImportAs(BlockList* document, const FirstImage& picture, Block image, Questions& questions) {
+    const Failure failure = MatchImportedPalette(*document, &image, questions);
+    if (failure != Failure::kNone) return failure;
+    if (!picture.mask) return std::vector{image};
+    const int index = MakeTransparent(*document, picture, &image);
+    if (index == kNoTransparentIndex) return Failure::kNoMemory;
+    return std::vector{MakeControlBlock(document, index), image};
+}
+
 }  // namespace
 
 Failure MatchImportedPalette(const BlockList& document, Block* image, Questions& questions) {
@@ -109,16 +119,17 @@ Failure MatchImportedPalette(const BlockList& document, Block* image, Questions&
     return failure == Failure::kNone ? DescribeBitmap(local, image) : failure;
 }
 
+Result<std::vector<Block>> ImportPicture(BlockList* document, const FirstImage& picture, Questions& questions) {
+    Result<Block> image = MakeImageBlock(document, picture.bitmap, std::min(picture.depth, 8));
+    if (!image) return image.Why();
+    return ImportAs(document, picture, *image, questions);
+}
+
 Result<std::vector<Block>> ImportImage(BlockList* document, const std::string& path, Questions& questions) {
     Result<FirstImage> picture = ReadFirstImage(path);
     if (!picture) return {picture.Why(), picture.Reason()};
     Result<Block> image = MakeImageBlock(document, picture->bitmap, std::min(picture->depth, 8));
     if (!image) return image.Why();
     if (!NameAfterFile(path, &*image)) return Failure::kNoMemory;
-    Failure failure = MatchImportedPalette(*document, &*image, questions);
-    if (failure != Failure::kNone) return failure;
-    if (!picture->mask) return std::vector{*image};
-    const int index = MakeTransparent(*document, *picture, &*image);
-    if (index == kNoTransparentIndex) return Failure::kNoMemory;
-    return std::vector{MakeControlBlock(document, index), *image};
+    return ImportAs(document, *picture, *image, questions);
 }

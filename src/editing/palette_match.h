@@ -14,6 +14,10 @@
 // a header, kCancelled, kStopped, kNoMemory) means that the image is not to be inserted.
 [[nodiscard]] Failure MatchImportedPalette(const BlockList& document, Block* image, Questions& questions);
 
+// The picture as blocks that can join `document`: its image, behind a control that tells its transparent index when
+// the picture is transparent somewhere. Fails as MatchImportedPalette does.
+Result<std::vector<Block>> ImportPicture(BlockList* document, const FirstImage& picture, Questions& questions);
+
 // The picture in the file at `path` (UTF-8), named after the file, as blocks that can join `document`: its image,
 // behind a control that tells its transparent index when the picture is transparent somewhere (never that of a GIF
 // file). Fails as ReadFirstImage and MatchImportedPalette do.

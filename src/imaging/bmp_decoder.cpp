@@ -15,13 +15,17 @@ constexpr uint32_t kFileHeaderBytes = 14;
 constexpr uint32_t kPixelStartAt = 10;
 constexpr uint32_t kOldInfoBytes = 12;    // of OS/2 1.x: short sizes, colours of three bytes
 constexpr uint32_t kUsualInfoBytes = 40;  // later ones begin like this one
+constexpr uint32_t kLongestInfoBytes = 124;
 constexpr uint32_t kInfoWithOpacityBytes = 56;
 constexpr uint32_t kLongOldInfoBytes = 64;  // of OS/2 2.x
 
 enum Compression : uint32_t { kPlain = 0, kRunsOf8 = 1, kRunsOf4 = 2, kFields = 3, kFieldsWithOpacity = 6 };
 
-// What the headers of the file say.
+// What the headers say of a file, or of what programs exchange without a file's header before it. Places count from
+// the start of the bytes.
 struct Layout {
+    uint32_t infoStart = kFileHeaderBytes;
+    bool guessesOpacity = false;  // in the bits of 32 that no channel has
     uint32_t width = 0, height = 0;
     bool isTopDown = false;
     unsigned bits = 0;
@@ -44,7 +48,7 @@ private:
 };
 
 bool IsKnownInfo(uint32_t bytes) {
-    return bytes == kOldInfoBytes || (bytes >= 16 && bytes <= 124);
+    return bytes == kOldInfoBytes || (bytes >= 16 && bytes <= kLongestInfoBytes);
 }
 
 void ReadOldInfo(const Info& info, Layout* layout) {
@@ -63,11 +67,14 @@ void ReadInfo(const Info& info, Layout* layout) {
     layout->coloursUsed = info.DoubleWord(32);
 }
 
+bool HasMasks(const Layout& layout) {
+    return layout.compression == kFields || layout.compression == kFieldsWithOpacity;
+}
+
 // The masks stand behind the first 40 bytes, whether the header counts them as its own or not.
 void ReadMasks(Bytes file, Layout* layout) {
-    const bool areGiven = layout->compression == kFields || layout->compression == kFieldsWithOpacity;
-    const Info behind(file.subspan(std::min<size_t>(kFileHeaderBytes, file.size())));
-    if (areGiven) {
+    const Info behind(file.subspan(layout->infoStart));
+    if (HasMasks(*layout)) {
         for (uint32_t i = 0; i < 3; ++i) layout->masks[i] = behind.DoubleWord(kUsualInfoBytes + 4 * i);
         if (layout->infoBytes >= kInfoWithOpacityBytes || layout->compression == kFieldsWithOpacity)
             layout->masks[3] = behind.DoubleWord(kUsualInfoBytes + 12);
@@ -77,7 +84,15 @@ void ReadMasks(Bytes file, Layout* layout) {
     layout->masks[0] = isShort ? 0x7C00 : 0xFF0000;
     layout->masks[1] = isShort ? 0x03E0 : 0x00FF00;
     layout->masks[2] = isShort ? 0x001F : 0x0000FF;
-    // The fourth byte of 32 bits means nothing here: some programs write opacity, others whatever was there.
+    // The fourth byte of 32 bits means nothing in files: some programs write opacity, others whatever was there.
+}
+
+// Programs that exchange pictures put opacity into the fourth byte, although nothing says so.
+void GuessOpacity(Layout* layout) {
+    constexpr uint32_t kUsual[] = {0xFF0000, 0xFF00, 0xFF};
+    layout->guessesOpacity =
+        layout->bits == 32 && layout->masks[3] == 0 && std::equal(kUsual, kUsual + 3, layout->masks);
+    if (layout->guessesOpacity) layout->masks[3] = 0xFF000000;
 }
 
 bool FitsCompression(const Layout& layout) {
@@ -94,13 +109,11 @@ bool FitsCompression(const Layout& layout) {
 }
 
 Failure ReadLayout(Bytes file, Layout* layout) {
-    if (file.size() < kFileHeaderBytes + kOldInfoBytes) return Failure::kDamaged;
-    layout->pixelStart = GetDoubleWord(&file[kPixelStartAt]);
-    layout->infoBytes = GetDoubleWord(&file[kFileHeaderBytes]);
+    if (file.size() < layout->infoStart + kOldInfoBytes) return Failure::kDamaged;
+    layout->infoBytes = GetDoubleWord(&file[layout->infoStart]);
     if (!IsKnownInfo(layout->infoBytes)) return Failure::kNotSupported;
-    if (file.size() - kFileHeaderBytes < layout->infoBytes || layout->pixelStart > file.size())
-        return Failure::kDamaged;
-    const Info info(file.subspan(kFileHeaderBytes, layout->infoBytes));
+    if (file.size() - layout->infoStart < layout->infoBytes) return Failure::kDamaged;
+    const Info info(file.subspan(layout->infoStart, layout->infoBytes));
     if (layout->infoBytes == kOldInfoBytes)
         ReadOldInfo(info, layout);
     else
@@ -112,12 +125,16 @@ Failure ReadLayout(Bytes file, Layout* layout) {
     return Failure::kNone;
 }
 
+size_t ColourBytes(const Layout& layout) {
+    return layout.infoBytes == kOldInfoBytes ? 3 : 4;
+}
+
 // Colours beyond the end of the file, or of the space before the pixels, stay black.
 void ReadColours(Bytes file, const Layout& layout, Picture* picture) {
     const uint32_t most = 1u << layout.bits;
     const uint32_t named = layout.coloursUsed == 0 ? most : std::min(layout.coloursUsed, most);
-    const size_t entryBytes = layout.infoBytes == kOldInfoBytes ? 3 : 4;
-    const size_t start = size_t{kFileHeaderBytes} + layout.infoBytes;
+    const size_t entryBytes = ColourBytes(layout);
+    const size_t start = size_t{layout.infoStart} + layout.infoBytes;
     const size_t end = layout.pixelStart > start ? layout.pixelStart : file.size();
     GiveColours(picture, static_cast<int>(named));
     for (uint32_t i = 0; i < named && start + entryBytes * i + 3 <= end; ++i) {
@@ -167,18 +184,22 @@ void TakeTrueColours(const uint8_t* bgr, uint32_t width, uint8_t* rgba) {
     }
 }
 
-// Opacity of 0 in every pixel means that nobody thought of it.
-void HealOpacity(Picture* picture) {
+// Opacity of 0 in every pixel means that nobody thought of it. Where it is but guessed, some have to be opaque.
+void HealOpacity(Picture* picture, uint8_t least) {
     auto* pixels = reinterpret_cast<Rgba*>(picture->pixels.get());
     const std::span all(pixels, static_cast<size_t>(picture->width) * static_cast<size_t>(picture->height));
-    if (std::ranges::any_of(all, [](Rgba pixel) { return pixel.opacity != 0; })) return;
+    if (std::ranges::any_of(all, [=](Rgba pixel) { return pixel.opacity >= least; })) return;
     for (Rgba& pixel : all) pixel.opacity = 255;
+}
+
+bool HoldsRows(Bytes pixels, const Layout& layout) {
+    const uint64_t rowBytes = RowBytes(layout.width, layout.bits);
+    const uint64_t lastRowBytes = (uint64_t{layout.width} * layout.bits + 7) / 8;  // some files lack the padding
+    return rowBytes * (layout.height - 1) + lastRowBytes <= pixels.size();
 }
 
 Failure ReadRows(Bytes pixels, const Layout& layout, Picture* picture) {
     const uint64_t rowBytes = RowBytes(layout.width, layout.bits);
-    const uint64_t lastRowBytes = (uint64_t{layout.width} * layout.bits + 7) / 8;  // some files lack the padding
-    if (rowBytes * (layout.height - 1) + lastRowBytes > pixels.size()) return Failure::kDamaged;
     const Channel channels[4] = {Channel(layout.masks[0]), Channel(layout.masks[1]), Channel(layout.masks[2]),
                                  Channel(layout.masks[3])};
     for (uint32_t i = 0; i < layout.height; ++i) {
@@ -191,7 +212,7 @@ Failure ReadRows(Bytes pixels, const Layout& layout, Picture* picture) {
         else
             TakeFields(row, layout, channels, to);
     }
-    if (layout.bits == 32 && channels[3].IsThere()) HealOpacity(picture);
+    if (layout.bits == 32 && channels[3].IsThere()) HealOpacity(picture, layout.guessesOpacity ? 255 : 1);
     return Failure::kNone;
 }
 
@@ -257,15 +278,41 @@ private:
     uint32_t y_ = 0;  // as stored: from the bottom
 };
 
+Failure Decode(Bytes file, const Layout& layout, Picture* picture) {
+    const Bytes pixels = file.subspan(layout.pixelStart);
+    const bool hasRuns = layout.compression == kRunsOf8 || layout.compression == kRunsOf4;
+    if (const Failure failure = CheckSize(layout.width, layout.height); failure != Failure::kNone) return failure;
+    if (!hasRuns && !HoldsRows(pixels, layout)) return Failure::kDamaged;
+    if (layout.bits <= 8) ReadColours(file, layout, picture);
+    if (const Failure failure = MakeRoom(picture, layout.width, layout.height); failure != Failure::kNone)
+        return failure;
+    return hasRuns ? RunReader(pixels, layout, picture).Read() : ReadRows(pixels, layout, picture);
+}
+
+// Nothing but the headers tells where the pixels begin.
+uint64_t PixelStart(const Layout& layout) {
+    uint64_t start = layout.infoBytes;
+    if (HasMasks(layout) && layout.infoBytes == kUsualInfoBytes) start += layout.compression == kFields ? 12 : 16;
+    const uint64_t usual = layout.bits <= 8 ? 1u << layout.bits : 0;
+    return start + ColourBytes(layout) * (layout.coloursUsed == 0 ? usual : layout.coloursUsed);
+}
+
 }  // namespace
 
 Failure DecodeBmp(Bytes file, Picture* picture) {
     Layout layout;
     if (const Failure failure = ReadLayout(file, &layout); failure != Failure::kNone) return failure;
-    if (layout.bits <= 8) ReadColours(file, layout, picture);
-    if (const Failure failure = MakeRoom(picture, layout.width, layout.height); failure != Failure::kNone)
-        return failure;
-    const Bytes pixels = file.subspan(layout.pixelStart);
-    const bool hasRuns = layout.compression == kRunsOf8 || layout.compression == kRunsOf4;
-    return hasRuns ? RunReader(pixels, layout, picture).Read() : ReadRows(pixels, layout, picture);
+    layout.pixelStart = GetDoubleWord(&file[kPixelStartAt]);
+    return layout.pixelStart > file.size() ? Failure::kDamaged : Decode(file, layout, picture);
+}
+
+Failure DecodeDib(Bytes bytes, Picture* picture) {
+    Layout layout;
+    layout.infoStart = 0;
+    if (const Failure failure = ReadLayout(bytes, &layout); failure != Failure::kNone) return failure;
+    GuessOpacity(&layout);
+    const uint64_t start = PixelStart(layout);
+    if (start > bytes.size()) return Failure::kDamaged;
+    layout.pixelStart = static_cast<uint32_t>(start);
+    return Decode(bytes, layout, picture);
 }

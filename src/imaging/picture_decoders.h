@@ -11,6 +11,9 @@
 [[nodiscard]] Failure DecodeJpeg(std::span<const uint8_t> file, Picture* picture);
 [[nodiscard]] Failure DecodeBmp(std::span<const uint8_t> file, Picture* picture);
 
+// The same for what ReadDib (dib.h) reads.
+[[nodiscard]] Failure DecodeDib(std::span<const uint8_t> bytes, Picture* picture);
+
 // A row of `count` pixels in the inks of printing (cyan, magenta, yellow, black; 255 for all of it), as Rgba. Both may
 // be the same memory.
 void RgbaFromInks(const uint8_t* inks, size_t count, uint8_t* rgba);

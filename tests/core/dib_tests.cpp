@@ -34,82 +34,125 @@ struct DibBytes : Bytes {
     }
 };
 
-// The colours of the pixels, rows from the top: "r,g,b " each.
-std::string ColoursIn(const MemoryHandle& image) {
-    ImageLock bitmap(image);
+// The colours of the pixels, rows from the top: "r,g,b " each, with "/opacity" where it is not 255.
+std::string ColoursIn(const Picture& picture) {
     std::string all;
-    for (int y = 0; y < bitmap->height; ++y)
-        for (int x = 0; x < bitmap->width; ++x) {
-            const uint32_t pixel = GetImagePixel(bitmap, x, y);
-            RgbTriples colours = {};
-            GetImagePalette(bitmap, colours);
-            RgbTriple colour = {static_cast<uint8_t>(pixel), static_cast<uint8_t>(pixel >> 8),
-                                static_cast<uint8_t>(pixel >> 16)};
-            if (bitmap->bitCount <= 8) colour = colours[pixel];
-            all += std::to_string(colour.red) + "," + std::to_string(colour.green) + "," + std::to_string(colour.blue) +
-                   " ";
+    for (int y = 0; y < picture.height; ++y)
+        for (int x = 0; x < picture.width; ++x) {
+            const uint8_t* pixel = picture.Row(y) + static_cast<size_t>(x) * picture.PixelBytes();
+            Rgba colour = picture.IsIndexed() ? picture.colours[*pixel] : Rgba();
+            if (!picture.IsIndexed()) memcpy(&colour, pixel, sizeof colour);
+            all += std::to_string(colour.red) + "," + std::to_string(colour.green) + "," + std::to_string(colour.blue);
+            all += (colour.opacity == 255 ? "" : "/" + std::to_string(colour.opacity)) + " ";
         }
     return all;
 }
 
+// In memory of its own, where a read beyond it shows.
+Result<Picture> ReadBeginning(const Bytes& bytes, size_t kept) {
+    return ReadDib(Bytes(bytes.begin(), bytes.begin() + static_cast<ptrdiff_t>(kept)));
+}
+
 TEST(Dib, EveryFormGivesItsColours) {
     const std::vector<int> rgb565 = {0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0x1F, 0, 0, 0};
+    const std::vector<int> bgr = {255, 0, 0, 0, 0, 255, 0, 0, 0, 0, 255, 0};
+    const std::vector<int> rgb = {0, 0, 255, 0, 0, 255, 0, 0, 255, 0, 0, 0}, opacity = {0, 0, 0, 255};
     struct Row {
         const char* name;
         Bytes bytes;
-        int bitCount;
+        int colourCount;
         const char* colours;
+        int padding = 0;  // bytes at the end that may be missing
     };
     const Row rows[] = {
-        {"1 bit", DibBytes(40, 2, 1, 1).Put({3, 2, 1, 0, 6, 5, 4, 0, 0x40, 0, 0, 0}), 4, "1,2,3 4,5,6 "},
-        {"4 bits, two colours", DibBytes(40, 2, 1, 4, 0, 2).Put({3, 2, 1, 0, 6, 5, 4, 0, 0x12, 0, 0, 0}), 4,
-         "4,5,6 0,0,0 "},
+        {"1 bit", DibBytes(40, 2, 1, 1).Put({3, 2, 1, 0, 6, 5, 4, 0, 0x40, 0, 0, 0}), 2, "1,2,3 4,5,6 ", 3},
+        {"4 bits, two colours", DibBytes(40, 2, 1, 4, 0, 2).Put({3, 2, 1, 0, 6, 5, 4, 0, 0x12, 0, 0, 0}), 2,
+         "4,5,6 0,0,0 ", 3},
         {"8 bits, from the bottom", DibBytes(40, 1, 2, 8, 0, 2).Put({3, 2, 1, 0, 6, 5, 4, 0, 0, 9, 9, 9, 1, 9, 9, 9}),
-         8, "4,5,6 1,2,3 "},
-        {"8 bits, from the top", DibBytes(40, 1, -2, 8, 0, 2).Put({3, 2, 1, 0, 6, 5, 4, 0, 0, 9, 9, 9, 1, 9, 9, 9}), 8,
-         "1,2,3 4,5,6 "},
-        {"16 bits", DibBytes(40, 2, 1, 16).Put({0x1F, 0, 0xE0, 3}), 24, "0,0,255 0,255,0 "},
-        {"16 bits, masks", DibBytes(40, 2, 1, 16, 3).Put(rgb565).Put({0xE0, 7, 0x1F, 0}), 24, "0,255,0 0,0,255 "},
-        {"24 bits", DibBytes(40, 1, 1, 24).Put({3, 2, 1, 0}), 24, "1,2,3 "},
-        {"24 bits, colours for poor screens", DibBytes(40, 1, 1, 24, 0, 1).Put({9, 9, 9, 9, 3, 2, 1, 0}), 24, "1,2,3 "},
-        {"32 bits", DibBytes(40, 1, 1, 32).Put({3, 2, 1, 77}), 24, "1,2,3 "},
-        {"32 bits, long header",
-         DibBytes(124, 1, 1, 32, 3).Put({255, 0, 0, 0, 0, 255, 0, 0, 0, 0, 255, 0}).Zeros(72).Put({1, 2, 3, 77}), 24,
-         "1,2,3 "},
+         2, "4,5,6 1,2,3 ", 3},
+        {"8 bits, from the top", DibBytes(40, 1, -2, 8, 0, 2).Put({3, 2, 1, 0, 6, 5, 4, 0, 0, 9, 9, 9, 1, 9, 9, 9}), 2,
+         "1,2,3 4,5,6 ", 3},
+        {"8 bits, runs", DibBytes(40, 2, 1, 8, 1, 2).Put({3, 2, 1, 0, 6, 5, 4, 0, 2, 1, 0, 1}), 2, "4,5,6 4,5,6 "},
+        {"16 bits", DibBytes(40, 2, 1, 16).Put({0x1F, 0, 0xE0, 3}), 0, "0,0,255 0,255,0 "},
+        {"16 bits, masks", DibBytes(40, 2, 1, 16, 3).Put(rgb565).Put({0xE0, 7, 0x1F, 0}), 0, "0,255,0 0,0,255 "},
+        {"24 bits", DibBytes(40, 1, 1, 24).Put({3, 2, 1, 0}), 0, "1,2,3 ", 1},
+        {"24 bits, colours for poor screens", DibBytes(40, 1, 1, 24, 0, 1).Put({9, 9, 9, 9, 3, 2, 1, 0}), 0, "1,2,3 ",
+         1},
+        {"32 bits, whatever was there", DibBytes(40, 2, 1, 32).Put({3, 2, 1, 77, 3, 2, 1, 0}), 0, "1,2,3 1,2,3 "},
+        {"32 bits, opacity unsaid", DibBytes(40, 3, 1, 32).Put({3, 2, 1, 255, 0, 0, 0, 0, 6, 5, 4, 99}), 0,
+         "1,2,3 0,0,0/0 4,5,6/99 "},
+        {"32 bits, usual masks, opacity unsaid", DibBytes(40, 2, 1, 32, 3).Put(rgb).Put({3, 2, 1, 255, 0, 0, 0, 0}), 0,
+         "1,2,3 0,0,0/0 "},
+        {"32 bits, long header", DibBytes(124, 1, 1, 32, 3).Put(bgr).Zeros(72).Put({1, 2, 3, 77}), 0, "1,2,3 "},
+        {"32 bits, long header, opacity",
+         DibBytes(124, 2, 1, 32, 3).Put(rgb).Put(opacity).Zeros(68).Put({3, 2, 1, 77, 3, 2, 1, 0}), 0,
+         "1,2,3/77 1,2,3/0 "},
+        {"32 bits, long header, nobody thought of opacity",
+         DibBytes(124, 2, 1, 32, 3).Put(rgb).Put(opacity).Zeros(68).Put({3, 2, 1, 0, 6, 5, 4, 0}), 0, "1,2,3 4,5,6 "},
+        {"32 bits, four masks behind", DibBytes(40, 2, 1, 32, 6).Put(rgb).Put(opacity).Put({3, 2, 1, 0, 3, 2, 1, 9}), 0,
+         "1,2,3/0 1,2,3/9 "},
         {"32 bits, no mask for blue",
-         DibBytes(40, 1, 1, 32, 3).Put({255, 0, 0, 0, 0, 255, 0, 0, 0, 0, 0, 0}).Put({1, 2, 3, 4}), 24, "1,2,0 "},
+         DibBytes(40, 1, 1, 32, 3).Put({255, 0, 0, 0, 0, 255, 0, 0, 0, 0, 0, 0}).Put({1, 2, 3, 4}), 0, "1,2,0 "},
+        {"32 bits, masks over each other",
+         DibBytes(40, 1, 1, 32, 3).Put({255, 255, 255, 255, 255, 0, 0, 255, 1, 0, 0, 128}).Put({1, 0, 0, 128}), 0,
+         "128,128,255 "},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.name);
-        Result<MemoryHandle> image = ReadDib(row.bytes);
-        ASSERT_TRUE(static_cast<bool>(image));
-        EXPECT_EQ(GetImageInfo(*image)->bitCount, row.bitCount);
-        EXPECT_EQ(ColoursIn(*image), row.colours);
-        for (size_t kept = 0; kept < row.bytes.size(); ++kept)  // in memory of its own, where a read beyond it shows
-            EXPECT_EQ(ReadDib(Bytes(row.bytes.begin(), row.bytes.begin() + static_cast<ptrdiff_t>(kept))).Why(),
-                      Failure::kDamaged);
+        Result<Picture> picture = ReadDib(row.bytes);
+        ASSERT_TRUE(static_cast<bool>(picture));
+        EXPECT_EQ(picture->colourCount, row.colourCount);
+        EXPECT_EQ(ColoursIn(*picture), row.colours);
+        for (size_t kept = 0; kept + static_cast<size_t>(row.padding) < row.bytes.size(); ++kept)
+            EXPECT_EQ(ReadBeginning(row.bytes, kept).Why(), Failure::kDamaged) << kept;
     }
 }
 
 TEST(Dib, WhatMakesNoSenseIsRefused) {
-    const Bytes wrong[] = {
-        DibBytes(12, 1, 1, 24).Zeros(64),
-        DibBytes(39, 1, 1, 24).Zeros(64),
-        DibBytes(0xFFFFFFFF, 1, 1, 24).Zeros(64),
-        DibBytes(40, 0, 1, 24).Zeros(64),
-        DibBytes(40, -1, 1, 24).Zeros(64),
-        DibBytes(40, 65536, 1, 24).Zeros(64),
-        DibBytes(40, 1, 0, 24).Zeros(64),
-        DibBytes(40, 1, INT32_MIN, 24).Zeros(64),
-        DibBytes(40, 65535, 65535, 32).Zeros(64),
-        DibBytes(40, 1, 1, 0).Zeros(64),
-        DibBytes(40, 1, 1, 2).Zeros(64),
-        DibBytes(40, 1, 1, 8, 1).Zeros(2000),
-        DibBytes(40, 1, 1, 24, 3).Zeros(64),
-        DibBytes(40, 1, 1, 32, 4).Zeros(64),
-        DibBytes(40, 1, 1, 24, 0, 0xFFFFFFFF).Zeros(64),
+    const std::pair<Bytes, Failure> wrong[] = {
+        {DibBytes(0, 1, 1, 24).Zeros(64), Failure::kNotSupported},
+        {DibBytes(13, 1, 1, 24).Zeros(64), Failure::kNotSupported},
+        {DibBytes(0xFFFFFFFF, 1, 1, 24).Zeros(64), Failure::kNotSupported},
+        {DibBytes(12, 1, 0, 24).Zeros(64), Failure::kNotSupported},
+        {DibBytes(124, 1, 1, 24).Zeros(64), Failure::kDamaged},
+        {DibBytes(40, 0, 1, 24).Zeros(64), Failure::kDamaged},
+        {DibBytes(40, 1, 0, 24).Zeros(64), Failure::kDamaged},
+        {DibBytes(40, -1, 1, 24).Zeros(64), Failure::kTooLarge},
+        {DibBytes(40, 65536, 1, 24).Zeros(64), Failure::kTooLarge},
+        {DibBytes(40, 1, INT32_MIN, 24).Zeros(64), Failure::kTooLarge},
+        {DibBytes(40, 65535, 65535, 32).Zeros(64), Failure::kTooLarge},
+        {DibBytes(40, 16384, 16384, 32).Zeros(64), Failure::kDamaged},
+        {DibBytes(40, 1, 1, 0).Zeros(64), Failure::kNotSupported},
+        {DibBytes(40, 1, 1, 2).Zeros(64), Failure::kNotSupported},
+        {DibBytes(40, 1, 1, 8, 2).Zeros(2000), Failure::kNotSupported},
+        {DibBytes(40, 1, 1, 24, 3).Zeros(64), Failure::kNotSupported},
+        {DibBytes(40, 1, 1, 32, 4).Zeros(64), Failure::kNotSupported},
+        {DibBytes(40, 1, 1, 24, 0, 0xFFFFFFFF).Zeros(64), Failure::kDamaged},
+        {DibBytes(40, 1, 1, 8, 0, 0x40000000).Zeros(64), Failure::kDamaged},
     };
-    for (const Bytes& bytes : wrong) EXPECT_EQ(ReadDib(bytes).Why(), Failure::kDamaged) << &bytes - wrong;
+    for (const auto& [bytes, failure] : wrong) EXPECT_EQ(ReadDib(bytes).Why(), failure) << &bytes - &wrong[0].first;
+}
+
+TEST(Dib, WhatIsTransparentComesBack) {
+    for (int depth : {1, 4, 8}) {
+        const RgbTriples colours = {{9, 8, 7}, {1, 2, 3}};
+        MemoryHandle image = CreateImageBitmap(3, 2, nullptr, depth);
+        {
+            ImageWriteLock bitmap(&image);
+            SetImagePixel(bitmap, 1, 0, 1);
+            SetImagePixel(bitmap, 2, 1, 1);
+        }
+        size_t bytes = 0;
+        const MemoryLock dib(MakeDibWithOpacity(image, colours, 1, &bytes));
+        ASSERT_EQ(bytes, 124u + 3 * 2 * 4);
+        Result<Picture> back = ReadDib({dib.Bytes(), bytes});
+        ASSERT_TRUE(static_cast<bool>(back));
+        EXPECT_EQ(ColoursIn(*back), "9,8,7 0,0,0/0 9,8,7 9,8,7 9,8,7 0,0,0/0 ");
+    }
+    const RgbTriples black = {};
+    size_t bytes = 0;
+    EXPECT_FALSE(MakeDibWithOpacity(CreateImageBitmap(1, 1, nullptr, 24), black, 1, &bytes)) << "it has no indexes";
+    EXPECT_FALSE(MakeDibWithOpacity(CreateImageBitmap(65535, 4097, nullptr, 1), black, 1, &bytes)) << "too large";
 }
 
 TEST(Dib, AnImageComesBackInTheColoursGiven) {
@@ -125,10 +168,11 @@ TEST(Dib, AnImageComesBackInTheColoursGiven) {
         size_t bytes = 0;
         MemoryLock dib(MakeDib(image, colours, &bytes));
         EXPECT_EQ(bytes, depth == 4 ? 40u + 64 + 8 : 40u + 1024 + 8);
-        Result<MemoryHandle> back = ReadDib({dib.Bytes(), bytes});
+        Result<Picture> back = ReadDib({dib.Bytes(), bytes});
         ASSERT_TRUE(static_cast<bool>(back));
         EXPECT_EQ(ColoursIn(*back), "0,2,3 5,2,3 0,2,3 0,2,3 0,2,3 15,2,3 ");
-        EXPECT_EQ(ColoursIn(image).substr(0, 6), "0,0,0 ") << "the image keeps its own";
+        ImageLock bitmap(image);
+        EXPECT_EQ(ImageColourTable(bitmap)[0].green, 0) << "the image keeps its own";
     }
 }
 

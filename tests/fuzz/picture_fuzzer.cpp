@@ -1,4 +1,5 @@
 // Any bytes as a picture of another kind, and what becomes of it in a GIF file.
+#include "imaging/dib.h"
 #include "imaging/jpeg_markers.h"
 #include "imaging/picture_bitmap.h"
 #include "imaging/picture_reader.h"
@@ -24,6 +25,15 @@ void CheckBitmap(const PictureBitmap& made) {
         }
 }
 
+// What is read has pixels, and becomes a good bitmap.
+void CheckPicture(const Result<Picture>& picture) {
+    if (!picture) return;
+    assert(picture->width > 0);
+    assert(picture->height > 0);
+    const Result<PictureBitmap> made = MakePictureBitmap(*picture);
+    if (made) CheckBitmap(*made);
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -31,11 +41,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const int orientation = TiffOrientation(file);
     assert(orientation >= kUpright);
     assert(orientation <= 8);
-    const Result<Picture> picture = ReadPicture(file);
-    if (!picture) return 0;
-    assert(picture->width > 0);
-    assert(picture->height > 0);
-    const Result<PictureBitmap> made = MakePictureBitmap(*picture);
-    if (made) CheckBitmap(*made);
+    CheckPicture(ReadPicture(file));
+    CheckPicture(ReadDib(file));
     return 0;
 }

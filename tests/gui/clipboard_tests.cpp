@@ -1,5 +1,5 @@
 // Cut, Copy and Paste.
-#include "imaging/dib.h"
+#include "imaging/png_writer.h"
 #include "tests/gui/editor_test.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
@@ -116,12 +116,14 @@ TEST_F(ClipboardTest, AnImageIsOfferedToOtherProgramsAsItLooks) {
     Run(IDM_COPY, {});
     EXPECT_EQ(OnClipboard(RegisterClipboardFormatW(L"PNG")).substr(1, 3), "PNG");
     const std::string dib = OnClipboard(CF_DIB);
-    Result<MemoryHandle> picture = ReadDib({reinterpret_cast<const uint8_t*>(dib.data()), dib.size()});
-    ASSERT_TRUE(static_cast<bool>(picture));
-    EXPECT_EQ(GetImageInfo(*picture)->width, 40);
-    ImageLock bitmap(*picture);
-    const RgbQuad colour = ImageColourTable(bitmap)[GetImagePixel(bitmap, 9, 0)];
-    EXPECT_EQ(colour.green, 18);
+    ASSERT_EQ(dib.size(), sizeof(BitmapHeader) + 16 * sizeof(RgbQuad) + 30 * 20);
+    BitmapHeader header = {};
+    memcpy(&header, dib.data(), sizeof header);
+    EXPECT_EQ(header.width, 40);
+    constexpr size_t kPixels = sizeof header + 16 * sizeof(RgbQuad);
+    const int index = dib[kPixels + 4] & 15;  // of the pixel at x = 9
+    EXPECT_EQ(dib[sizeof header + static_cast<size_t>(index) * sizeof(RgbQuad) + 1], 18) << "green";
+    EXPECT_NE(FormatsOnClipboard(hMainWindow)[2], UINT{CF_DIBV5}) << "it has nothing transparent";
     EXPECT_EQ(OnClipboard(BlocksFormat()).substr(0, 6), "GIF89a");
     Select(kSampleComment);
     Run(IDM_COPY, {});
@@ -149,6 +151,63 @@ TEST_F(ClipboardTest, APictureFromAnywhereBecomesAFrame) {
     Run(IDM_PASTE, {});
     EXPECT_EQ(ColourAt(At(kSampleComment + 1), 1), (RgbTriple{0, 0, 255}));
     EXPECT_TRUE(GetImageFields(At(kSampleComment + 1)).packed & kHasPalette);
+}
+
+// Red, nothing, blue: as PNG, as bitmaps with opacity that is said or not, and as one form beside another.
+TEST_F(ClipboardTest, WhatIsTransparentStaysSo) {
+    ChangeHeader(0, 0);  // the picture keeps its colours unasked
+    constexpr struct {
+        uint8_t red, green, blue, opacity;
+    } pixels[] = {{255, 0, 0, 255}, {0, 0, 0, 0}, {0, 0, 255, 255}};
+    ByteBuffer png;
+    PngWriter writer;
+    ASSERT_TRUE(writer.Start({3, 1, PngForm::kFull, {}}, &png));
+    ASSERT_TRUE(writer.AddRow(&pixels[0].red));
+    ASSERT_TRUE(writer.Finish());
+    Bytes said(124), unsaid(40), opaque = WidePicture({{0, 255, 0}});
+    BitmapHeader header = {40, 3, 1, 1, 32, 0, 0, 0, 0, 0, 0};
+    memcpy(unsaid.data(), &header, sizeof header);
+    header.size = 124, header.compression = 3;
+    const uint32_t masks[] = {0xFF0000, 0xFF00, 0xFF, 0xFF000000};
+    memcpy(said.data(), &header, sizeof header);
+    memcpy(said.data() + sizeof header, masks, sizeof masks);
+    for (Bytes* dib : {&said, &unsaid})
+        for (const auto& pixel : pixels) dib->insert(dib->end(), {pixel.blue, pixel.green, pixel.red, pixel.opacity});
+    const UINT pngFormat = RegisterClipboardFormatW(L"PNG");
+    const Bytes broken(png.Content().begin(), png.Content().end() - 9);
+    const struct {
+        const char* name;
+        std::vector<ClipboardPart> parts;
+    } offers[] = {{"PNG", {{pngFormat, png.Content()}}},
+                  {"PNG, although it is not the first", {{CF_DIB, opaque}, {pngFormat, png.Content()}}},
+                  {"long header", {{CF_DIBV5, said}}},
+                  {"short header", {{CF_DIB, unsaid}}},
+                  {"what was put there first", {{CF_DIBV5, said}, {CF_DIB, opaque}}},
+                  {"the form that can be read", {{pngFormat, broken}, {CF_DIB, unsaid}}}};
+    for (const auto& [name, parts] : offers) {
+        SCOPED_TRACE(name);
+        ASSERT_TRUE(PutOnClipboard(hMainWindow, parts));
+        EXPECT_TRUE(CanDo(IDM_PASTE));
+        Select(kSampleComment);
+        Run(IDM_PASTE, {});
+        ASSERT_EQ(KindsOf(document), "12346327259083") << "a control and the image";
+        const ControlFields control = GetControlFields(At(kSampleComment + 1));
+        const Block pasted = At(kSampleComment + 2);
+        EXPECT_TRUE(control.packed & kControlTransparent);
+        EXPECT_EQ(ColourAt(pasted, 0), (RgbTriple{255, 0, 0}));
+        EXPECT_EQ(ColourAt(pasted, 2), (RgbTriple{0, 0, 255}));
+        ImageLock bitmap(pasted.data);
+        EXPECT_EQ(GetImagePixel(bitmap, 1, 0), control.transparentIndex);
+        Command(IDM_UNDO);
+    }
+    // And the other way: the image behind the control, without our own form of it.
+    ASSERT_TRUE(PutOnClipboard(hMainWindow, offers[0].parts));
+    Run(IDM_PASTE, {});
+    Run(IDM_COPY, {});
+    EXPECT_EQ(FormatsOnClipboard(hMainWindow)[2], UINT{CF_DIBV5});
+    const std::string dib = OnClipboard(CF_DIBV5);
+    ASSERT_EQ(dib.size(), said.size());
+    for (size_t x : {0u, 1u, 2u}) EXPECT_EQ(static_cast<uint8_t>(dib[124 + 4 * x + 3]), pixels[x].opacity);
 }
 
 TEST_F(ClipboardTest, ForeignColoursAskOnce) {

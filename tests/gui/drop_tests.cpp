@@ -1,6 +1,8 @@
 // Files dropped on the window and on the wizard, and lines dragged.
 #include "tests/gui/editor_test.h"
 #include "windows/app/document_history.h"
+#include "windows/app/notice_strip.h"
+#include "windows/ids/notice_ids.h"
 #include "windows/ids/wizard_ids.h"
 // After windows.h.
 #include <shellapi.h>
@@ -144,12 +146,18 @@ TEST_F(DropTest, ALineThatIsDraggedMovesItsBlock) {
         if (UndoName()) Command(IDM_UNDO);
         ASSERT_EQ(KindsOf(document), "123467259083");
     }
-    for (bool byKey : {true, false}) {  // Escape, or the other button
+    enum { kEscape, kEscapeOverNotice, kOtherButton };
+    for (int way : {kEscape, kEscapeOverNotice, kOtherButton}) {
+        if (way == kEscapeOverNotice) ShowNotice(hMainWindow, "Escape takes this away, too.", false);
         Mouse(WM_LBUTTONDOWN, OnLine(2, list), MK_LBUTTON);
         Mouse(WM_MOUSEMOVE, OnLine(5, list), MK_LBUTTON);
         EXPECT_EQ(GetCapture(), list);
-        SendMessageW(list, byKey ? WM_KEYDOWN : WM_RBUTTONDOWN, byKey ? VK_ESCAPE : MK_RBUTTON, 0);
+        const bool isKey = way != kOtherButton;
+        SendMessageW(list, isKey ? WM_KEYDOWN : WM_RBUTTONDOWN, isKey ? VK_ESCAPE : MK_RBUTTON, 0);
+        PumpMessages();
         EXPECT_NE(GetCapture(), list);
+        EXPECT_EQ(GetDlgItem(hMainWindow, IDC_NOTICE) != nullptr, way == kEscapeOverNotice) << "the drag comes first";
+        HideNotice(hMainWindow);
         Mouse(WM_LBUTTONUP, OnLine(5, list), 0);
         EXPECT_EQ(KindsOf(document), "123467259083");
         EXPECT_EQ(UndoName(), nullptr);

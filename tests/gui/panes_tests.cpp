@@ -137,6 +137,58 @@ TEST_F(PanesTest, ThePlacesAreAsEverWithoutThemAndComeBack) {
     EXPECT_TRUE(EqualRect(&before, &after));
 }
 
+TEST_F(PanesTest, TheWindowIsAsWideAsBeforeWhenThePreviewGoes) {
+    // Where the window comes to rest: a window manager answers when it likes, also to what was asked before.
+    auto outer = [] {
+        RECT place = {}, now = {};
+        for (int quiet = 0; quiet < 40; ++quiet, Sleep(5)) {
+            PumpMessages();
+            GetWindowRect(hMainWindow, &now);
+            if (!EqualRect(&place, &now)) quiet = 0;
+            place = now;
+        }
+        return place;
+    };
+    auto put = [&](int left, int top, int width, int height) {
+        SetWindowPos(hMainWindow, nullptr, left, top, width, height, SWP_NOZORDER);
+        outer();
+    };
+    outer();
+    put(600, 50, 500, 450);  // too far right to become wider there
+    const RECT before = outer();
+    Command(IDM_PREVIEW);
+    const RECT wide = outer();
+    EXPECT_EQ(wide.right - wide.left, 760);
+    EXPECT_LT(wide.left, before.left);
+    Command(IDM_PREVIEW);
+    const RECT after = outer();
+    EXPECT_TRUE(EqualRect(&before, &after));
+    struct {
+        const char* name;
+        RECT then;  // left, top, width and height while there is a preview
+        RECT left;  // and when it is gone
+    } const cases[] = {{"moved", {20, 90, 760, 450}, {20, 90, 500, 450}},
+                       {"made wider", {20, 90, 800, 450}, {20, 90, 800, 450}},
+                       {"made higher", {20, 90, 760, 500}, {20, 90, 760, 500}}};
+    for (const auto& is : cases) {
+        SCOPED_TRACE(is.name);
+        put(20, 50, 500, 450);
+        Command(IDM_PREVIEW);
+        outer();
+        put(is.then.left, is.then.top, is.then.right, is.then.bottom);
+        Command(IDM_PREVIEW);
+        const RECT left = outer();
+        EXPECT_EQ(left.left, is.left.left);
+        EXPECT_EQ(left.top, is.left.top);
+        EXPECT_EQ(left.right - left.left, is.left.right);
+        EXPECT_EQ(left.bottom - left.top, is.left.bottom);
+    }
+    put(20, 50, 800, 450);  // wide enough: nothing is given, nothing is taken
+    Command(IDM_PREVIEW);
+    Command(IDM_PREVIEW);
+    EXPECT_EQ(outer().right - outer().left, 800);
+}
+
 TEST_F(PanesTest, ThePreviewShowsTheComposedFrameOfTheSelectedLine) {
     Command(IDM_PREVIEW);
     Show(TestAnimation());

@@ -9,6 +9,7 @@
 #include "windows/ids/editor_ids.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/file_dialogs.h"
+#include "windows/services/front_procedure.h"
 #include "windows/services/help.h"
 #include "windows/services/help_system.h"
 #include "windows/services/messages.h"
@@ -227,6 +228,35 @@ TEST_F(ServicesTest, MissingHelpIsToldAndLeavesTheDialogWorking) {
     DoubleClick();
     EXPECT_EQ(Lines()[0], "HEADER\xFE GIF89a Screen (321 x 480)");
     for (size_t i : {0u, 2u}) EXPECT_NE(answers.Texts()[i].find("TELVAR.HLP"), std::string::npos) << answers.Texts()[i];
+}
+
+std::string whoSaw;
+
+// A procedure for the front that notes its letter for every message of ours.
+template <char letter>
+LRESULT CALLBACK NotingProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_APP || message == WM_NCDESTROY) whoSaw += letter;
+    return CallBehind(NotingProc<letter>, control, message, wParam, lParam);
+}
+
+TEST_F(ServicesTest, FrontProceduresStandBeforeEachOtherAndGoWithTheirWindow) {
+    for (int round = 0; round < 2; ++round) {
+        HWND edit = CreateWindowW(L"EDIT", L"text", WS_CHILD, 0, 0, 9, 9, hMainWindow, nullptr, hInstance, nullptr);
+        HWND other = CreateWindowW(L"EDIT", L"", WS_CHILD, 0, 0, 9, 9, hMainWindow, nullptr, hInstance, nullptr);
+        PutInFront(edit, NotingProc<'a'>);
+        PutInFront(edit, NotingProc<'b'>);
+        PutInFront(edit, NotingProc<'a'>);  // is there already
+        PutInFront(other, NotingProc<'c'>);
+        whoSaw.clear();
+        SendMessageW(edit, WM_APP, 0, 0);
+        EXPECT_EQ(GetWindowTextLengthW(edit), 4) << "its own procedure is behind them";
+        DestroyWindow(edit);
+        EXPECT_EQ(whoSaw, "baba");
+        EXPECT_EQ(CallBehind(NotingProc<'a'>, edit, WM_APP, 0, 0), 0);
+        SendMessageW(other, WM_APP, 0, 0);
+        EXPECT_EQ(whoSaw, "babac");
+        DestroyWindow(other);
+    }
 }
 
 }  // namespace

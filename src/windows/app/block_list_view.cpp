@@ -8,6 +8,7 @@
 #include "windows/app/line_colours.h"
 #include "windows/app/window_places.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/settings.h"
 #include "windows/services/shell_objects.h"
 
@@ -72,6 +73,31 @@ void DrawLineText(HDC dc, const RECT& place, std::wstring_view line, const LineC
     DrawPart(dc, place.left + TextWidth(dc, kind), place.top, details, colours.details);
 }
 
+// The kind and the details as one would say them.
+std::wstring SpokenLine(HWND list, int line) {
+    std::wstring text = ReadLineText(list, line);
+    if (const size_t split = text.find(kSeparator); split != std::wstring::npos) text[split] = L',';
+    while (text.ends_with(L' ') || text.ends_with(L',')) text.pop_back();
+    return text;
+}
+
+void EditLine(HWND list, int line) {
+    SelectReadLine(list, line);
+    PostMessageW(GetParent(list), WM_COMMAND, IDM_EDIT, 0);
+}
+
+constexpr ReadItems kReadLines = {
+    .role = ROLE_SYSTEM_LISTITEM,
+    .count = ReadLineCount,
+    .name = SpokenLine,
+    .place = ReadLinePlace,
+    .selected = ReadSelectedLine,
+    .select = SelectReadLine,
+    .action = L"Edit",
+    .act = EditLine,
+};
+constexpr ReadWindow kReadList = {[](HWND) -> std::wstring { return L"Blocks"; }, ROLE_SYSTEM_LIST, &kReadLines};
+
 }  // namespace
 
 void ShowPanesSoon(HWND window) {
@@ -81,9 +107,10 @@ void ShowPanesSoon(HWND window) {
 void CreateBlockListView(HWND window) {
     const RECT place = PlacesIn(window).list;
     DWORD style = WS_CHILD | WS_VISIBLE | WS_VSCROLL | WS_BORDER | LBS_NOTIFY | LBS_OWNERDRAWFIXED | LBS_HASSTRINGS;
-    CreateWindowExW(0, L"listbox", L"", style, place.left, place.top, place.right - place.left,
-                    place.bottom - place.top, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_BLOCK_LIST}), hInstance,
-                    nullptr);
+    HWND list = CreateWindowExW(0, L"listbox", L"", style, place.left, place.top, place.right - place.left,
+                                place.bottom - place.top, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_BLOCK_LIST}),
+                                hInstance, nullptr);
+    if (list) TellReaders(list, kReadList);
 }
 
 void FitBlockListView(HWND window) {

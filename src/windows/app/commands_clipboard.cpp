@@ -11,8 +11,8 @@
 #include "gif/descriptor.h"
 #include "gif/gif_reader.h"
 #include "imaging/dib.h"
-#include "imaging/remap.h"
-#include "imaging/shared_palette.h"
+#include "imaging/picture_bitmap.h"
+#include "imaging/picture_reader.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
 #include "windows/app/block_list_view.h"
@@ -52,8 +52,10 @@ bool CopyLine(HWND window, int line) {
     std::vector<ClipboardPart> parts = {{BlocksFormat(), file.Written()}};
     ByteBuffer png;
     if (EncodePngOfImage(document, index, &png)) parts.push_back({RegisterClipboardFormatW(kPngFormat), png.Content()});
-    size_t dibBytes = 0;
-    MemoryLock dib(MakeDibOfImage(document, index, &dibBytes));
+    size_t opacityBytes = 0, dibBytes = 0;
+    const MemoryLock withOpacity(MakeDibWithOpacityOfImage(document, index, &opacityBytes));
+    if (withOpacity) parts.push_back({CF_DIBV5, {withOpacity.Bytes(), opacityBytes}});
+    const MemoryLock dib(MakeDibOfImage(document, index, &dibBytes));
     if (dib) parts.push_back({CF_DIB, {dib.Bytes(), dibBytes}});
     return PutOnClipboard(window, parts) || Refuse(window, kClipboardBusy);
 }
@@ -120,47 +122,51 @@ bool PasteBlocks(HWND window, uint32_t line) {
     return static_cast<bool>(outcome);
 }
 
-// The picture in the colours that are the best for it alone, 256 at most.
-Result<MemoryHandle> InOwnColours(const MemoryHandle& picture) {
-    Result<SharedPalette> palette = BuildSharedPalette(kPaletteEntries, {&picture, 1});
-    if (!palette) return palette.Why();
-    constexpr int kDepth = 8;
-    Result<MemoryHandle> image = RemapImage(picture, palette->colours, kDepth);
-    if (!image) return image;
-    ImageWriteLock bitmap(&*image);
-    if (!bitmap) return Failure::kNoMemory;
-    SetImagePalette(bitmap, palette->colours);
-    return image;
+bool IsPng(UINT format) {
+    return format == RegisterClipboardFormatW(kPngFormat);
 }
 
-// The picture on the clipboard as an image that can join the document.
-Result<Block> TakePicture(HWND window) {
+// The forms in which the picture there can be taken, the best first. PNG says for sure what is transparent; of the
+// bitmaps that one which its program put there, as the system makes the other of it.
+std::vector<UINT> PictureForms(HWND window) {
+    std::vector<UINT> forms = FormatsOnClipboard(window);
+    std::erase_if(forms, [](UINT format) { return !IsPng(format) && format != CF_DIB && format != CF_DIBV5; });
+    std::stable_partition(forms.begin(), forms.end(), IsPng);
+    return forms;
+}
+
+Result<Picture> TakeForm(HWND window, UINT format) {
     size_t bytes = 0;
-    const MemoryHandle content = TakeFromClipboard(window, CF_DIB, &bytes);
-    MemoryLock lock(content);
+    const MemoryHandle content = TakeFromClipboard(window, format, &bytes);
+    const MemoryLock lock(content);
     if (!lock) return Failure::kDamaged;
-    Result<MemoryHandle> picture = ReadDib({lock.Bytes(), bytes});
+    return IsPng(format) ? ReadPicture({lock.Bytes(), bytes}) : ReadDib({lock.Bytes(), bytes});
+}
+
+// The picture on the clipboard as blocks that can join the document.
+Result<std::vector<Block>> TakePicture(HWND window) {
+    Result<Picture> picture = Failure::kDamaged;
+    for (UINT format : PictureForms(window)) {
+        picture = TakeForm(window, format);
+        if (picture) break;
+    }
     if (!picture) return picture.Why();
+    const Result<PictureBitmap> made = MakePictureBitmap(*picture);
+    if (!made) return made.Why();
     PasteAnswers answers(window);
-    const std::optional<ImageInfo> info = GetImageInfo(*picture);
-    if (info && info->bitCount > 8 && answers.KeepsColours()) picture = InOwnColours(*picture);
-    if (!picture) return picture.Why();
-    Result<Block> image = MakeImageBlock(&document, *picture);
-    if (!image) return image;
-    const Failure failure = MatchImportedPalette(document, &*image, answers);
-    if (failure != Failure::kNone) return failure;
-    return image;
+    return ImportPicture(&document, *made, answers);
 }
 
 bool PastePicture(HWND window, uint32_t line) {
-    Result<Block> image = TakePicture(window);
+    const Result<std::vector<Block>> blocks = TakePicture(window);
     int selection = static_cast<int>(line);
-    if (image && InsertBlocks(&document, &selection, {&*image, 1})) return true;
-    switch (image.Why()) {
+    if (blocks && InsertBlocks(&document, &selection, *blocks)) return true;
+    switch (blocks.Why()) {
         case Failure::kCancelled:
         case Failure::kStopped: break;
-        case Failure::kDamaged: MessageBox(window, kCantPaste); break;
-        default: TellOutOfMemory(window);
+        case Failure::kNone:
+        case Failure::kNoMemory: TellOutOfMemory(window); break;
+        default: MessageBox(window, kCantPaste);
     }
     return false;
 }
@@ -176,7 +182,9 @@ bool CanCopy(HWND window) {
 
 bool CanPaste(HWND) {
     const bool hasHeader = document.count > 0 && document.blocks[0].kind == kHeaderBlock;
-    return hasHeader && (IsClipboardFormatAvailable(BlocksFormat()) || IsClipboardFormatAvailable(CF_DIB));
+    if (!hasHeader) return false;
+    const UINT forms[] = {BlocksFormat(), RegisterClipboardFormatW(kPngFormat), CF_DIB, CF_DIBV5};
+    return std::ranges::any_of(forms, [](UINT format) { return IsClipboardFormatAvailable(format) != FALSE; });
 }
 
 void OnCopy(HWND window) {

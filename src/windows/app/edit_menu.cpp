@@ -11,6 +11,7 @@
 #include "windows/app/document_history.h"
 #include "windows/dialogs/fields.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/front_procedure.h"
 
 namespace {
 
@@ -117,8 +118,7 @@ LRESULT CALLBACK KeysProc(HWND control, UINT message, WPARAM wParam, LPARAM lPar
     if (message == WM_KEYDOWN && PressEditKey(GetParent(control), wParam)) return 0;
     // The system has to see what is pressed with Alt, or it opens the menu bar when that is let go.
     if (message == WM_SYSKEYDOWN) PressEditKey(GetParent(control), wParam);
-    auto own = reinterpret_cast<WNDPROC>(GetClassLongPtrW(control, GCLP_WNDPROC));
-    return CallWindowProcW(own, control, message, wParam, lParam);
+    return CallBehind(KeysProc, control, message, wParam, lParam);
 }
 
 }  // namespace
@@ -164,5 +164,5 @@ bool ShowLineMenu(HWND window, POINT place) {
 }
 
 void PassEditKeys(HWND control) {
-    SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(KeysProc));
+    PutInFront(control, KeysProc);
 }

@@ -11,6 +11,7 @@
 #include "windows/app/played_document.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/pane_ids.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -179,6 +180,16 @@ void DrawCell(HDC dc, const RECT& cell, int frame, UINT state) {
     if (state & ODS_FOCUS) DrawFocusRect(dc, &cell);
 }
 
+constexpr ReadItems kReadCells = {
+    .role = ROLE_SYSTEM_LISTITEM,
+    .count = ReadLineCount,
+    .name = ReadLineText,
+    .place = ReadLinePlace,
+    .selected = ReadSelectedLine,
+    .select = SelectReadLine,
+};
+constexpr ReadWindow kReadStrip = {[](HWND) -> std::wstring { return L"Filmstrip"; }, ROLE_SYSTEM_LIST, &kReadCells};
+
 }  // namespace
 
 HWND CreateFilmstrip(HWND window) {
@@ -188,6 +199,7 @@ HWND CreateFilmstrip(HWND window) {
                                reinterpret_cast<HMENU>(UINT_PTR{IDC_FILMSTRIP}), hInstance, nullptr);
     if (!box) return nullptr;
     SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(hListFont), FALSE);
+    TellReaders(box, kReadStrip);
     SendMessageW(box, LB_SETCOLUMNWIDTH, kCellWidth, 0);
     return box;
 }

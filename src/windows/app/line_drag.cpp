@@ -8,10 +8,10 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/commands.h"
 #include "windows/drawing/gdi_guards.h"
+#include "windows/services/front_procedure.h"
 
 namespace {
 
-constexpr wchar_t kProcedureBelow[] = L"KlmzepBelowDrag";
 constexpr UINT_PTR kScrollTimer = 0x4C44;
 constexpr UINT kScrollMilliseconds = 60;
 constexpr int kMarkHeight = 2;
@@ -25,9 +25,10 @@ struct LineDrag {
 };
 LineDrag drag;
 
+LRESULT CALLBACK DragProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam);
+
 LRESULT CallBelow(HWND list, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto below = reinterpret_cast<WNDPROC>(GetPropW(list, kProcedureBelow));
-    return CallWindowProcW(below, list, message, wParam, lParam);
+    return CallBehind(DragProc, list, message, wParam, lParam);
 }
 
 int LineHeight(HWND list) {
@@ -170,13 +171,12 @@ LRESULT CALLBACK DragProc(HWND list, UINT message, WPARAM wParam, LPARAM lParam)
     if (message == WM_PAINT) return OnPaint(list, wParam, lParam);
     const LRESULT result = CallBelow(list, message, wParam, lParam);
     if (message == WM_LBUTTONDOWN) OnDown(list, lParam);
-    if (message == WM_NCDESTROY) RemovePropW(list, kProcedureBelow), drag = {};
+    if (message == WM_NCDESTROY) drag = {};
     return result;
 }
 
 }  // namespace
 
 void LetLinesBeDragged(HWND list) {
-    SetPropW(list, kProcedureBelow, reinterpret_cast<HANDLE>(GetWindowLongPtrW(list, GWLP_WNDPROC)));
-    SetWindowLongPtrW(list, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(DragProc));
+    PutInFront(list, DragProc);
 }

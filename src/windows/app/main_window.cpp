@@ -14,6 +14,7 @@
 #include "windows/app/panes.h"
 #include "windows/app/recent_files.h"
 #include "windows/app/settings_file.h"
+#include "windows/app/window_stops.h"
 #include "windows/ids/command_ids.h"
 #include "windows/ids/pane_ids.h"
 #include "windows/services/careful.h"
@@ -140,7 +141,7 @@ LRESULT OnMenuCharacter(HWND window, WPARAM wParam, LPARAM lParam) {
 
 // The window itself has the focus after a dialog.
 LRESULT OnKey(HWND window, WPARAM key, LPARAM lParam) {
-    if (PressEditKey(window, key)) return 0;
+    if (PressEditKey(window, key) || TakesStopKey(window, WM_KEYDOWN, key)) return 0;
     if (key == VK_ESCAPE) HideNotice(window);
     return DefWindowProcW(window, WM_KEYDOWN, key, lParam);
 }

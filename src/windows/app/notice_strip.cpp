@@ -3,9 +3,12 @@
 #include <algorithm>
 
 #include "platform/wide_text_win32.h"
+#include "windows/app/window_stops.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/command_ids.h"
 #include "windows/ids/notice_ids.h"
+#include "windows/services/front_procedure.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -58,9 +61,10 @@ void RegisterStripClass() {
 }
 
 // The window procedure of the list and of the strip's buttons as long as there is a strip: Escape, which they do
-// nothing with, takes it away. Posted, as they are still at work.
+// nothing with, takes it away. Posted, as they are still at work. While the mouse drags something there, Escape ends
+// that.
 LRESULT CALLBACK EscapeProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (message == WM_KEYDOWN && wParam == VK_ESCAPE)
+    if (message == WM_KEYDOWN && wParam == VK_ESCAPE && GetCapture() != control)
         return PostMessageW(GetAncestor(control, GA_ROOT), WM_COMMAND, IDM_CLOSE_NOTICE, 0), 0;
     auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(control, GWLP_USERDATA));
     return CallWindowProcW(own, control, message, wParam, lParam);
@@ -83,9 +87,28 @@ HWND AddControl(HWND strip, const wchar_t* kind, const wchar_t* text, int id, DW
     return control;
 }
 
-void AddButton(HWND strip, const wchar_t* caption, int id) {
-    if (HWND button = AddControl(strip, L"BUTTON", caption, id, BS_PUSHBUTTON)) TakeEscape(button);
+std::wstring NoticeText(HWND strip) {
+    wchar_t text[512] = L"";
+    GetDlgItemTextW(strip, IDC_NOTICE_TEXT, text, 512);
+    return text;
 }
+
+// What a dialog does for its buttons: Enter presses the one that has the focus, Tab goes on.
+LRESULT CALLBACK ButtonKeysProc(HWND button, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (TakesStopKey(GetAncestor(button, GA_ROOT), message, wParam)) return 0;
+    if (message == WM_KEYDOWN && wParam == VK_RETURN) return SendMessageW(button, BM_CLICK, 0, 0);
+    return CallBehind(ButtonKeysProc, button, message, wParam, lParam);
+}
+
+void AddButton(HWND strip, const wchar_t* caption, int id) {
+    HWND button = AddControl(strip, L"BUTTON", caption, id, BS_PUSHBUTTON | WS_TABSTOP);
+    if (!button) return;
+    TakeEscape(button);
+    PutInFront(button, ButtonKeysProc);
+}
+
+constexpr ReadWindow kReadStrip = {NoticeText, ROLE_SYSTEM_ALERT};
+constexpr ReadWindow kReadClose = {[](HWND) -> std::wstring { return L"Close this notice"; }};
 
 // The list must not draw where the strip lies, which is so only as long as there is one.
 void ClipList(HWND window, bool clips) {
@@ -96,12 +119,11 @@ void ClipList(HWND window, bool clips) {
 
 // The height in pixels of the strip's text, broken into lines of that width.
 int TextHeight(HWND strip, int width) {
-    wchar_t text[512] = L"";
-    GetDlgItemTextW(strip, IDC_NOTICE_TEXT, text, 512);
+    const std::wstring text = NoticeText(strip);
     WindowDc dc(strip);
     SelectedObject font(dc.Get(), hListFont);
     RECT place = {0, 0, width, 0};
-    DrawTextW(dc.Get(), text, -1, &place, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    DrawTextW(dc.Get(), text.c_str(), -1, &place, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
     return place.bottom;
 }
 
@@ -127,10 +149,13 @@ void ShowNotice(HWND window, const std::string& text, bool offersWhole) {
     AddControl(strip, L"STATIC", WideFrom1252(text).c_str(), IDC_NOTICE_TEXT, SS_LEFT | SS_NOPREFIX);
     if (offersWhole) AddButton(strip, kWholeCaption, IDC_NOTICE_WHOLE);
     AddButton(strip, L"x", IDC_NOTICE_CLOSE);
+    TellReaders(strip, kReadStrip);
+    TellReaders(GetDlgItem(strip, IDC_NOTICE_CLOSE), kReadClose);
     ClipList(window, true);
     TakeEscape(ListOf(window));
     FitNotice(window);
     ShowWindow(strip, SW_SHOWNA);
+    NotifyWinEvent(EVENT_SYSTEM_ALERT, strip, OBJID_CLIENT, CHILDID_SELF);  // which readers say aloud
 }
 
 void HideNotice(HWND window) {

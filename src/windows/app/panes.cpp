@@ -3,8 +3,8 @@
 #include <windowsx.h>
 
 #include <algorithm>
-#include <array>
 #include <exception>
+#include <utility>
 
 #include "windows/app/block_list_view.h"
 #include "windows/app/edit_menu.h"
@@ -15,13 +15,14 @@
 #include "windows/app/preview.h"
 #include "windows/app/shell_state.h"
 #include "windows/app/window_places.h"
+#include "windows/app/window_stops.h"
 #include "windows/ids/command_ids.h"
 #include "windows/ids/pane_ids.h"
+#include "windows/services/front_procedure.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/settings.h"
 
 namespace {
-
-constexpr wchar_t kOwnProcedure[] = L"KLM ZephyrOwnProcedure";  // the property that keeps a control's own
 
 // The width that the window gets when the preview comes: room for the list's lines and a picture beside them.
 constexpr int kRoomyWidth = 760;
@@ -36,23 +37,8 @@ HWND FilmstripOf(HWND window) {
     return GetDlgItem(window, IDC_FILMSTRIP);
 }
 
-// Between which Tab goes, in this order.
-constexpr std::array kStops = {IDC_BLOCK_LIST, IDC_PREVIEW, IDC_FILMSTRIP};
-
 bool HasPanes(HWND window) {
     return PreviewOf(window) || FilmstripOf(window);
-}
-
-void FocusNextStop(HWND control, bool back) {
-    HWND window = GetParent(control);
-    const auto from = std::ranges::find(kStops, GetDlgCtrlID(control)) - kStops.begin();
-    const auto count = std::ssize(kStops);
-    for (auto step = 1; step < count; ++step)
-        if (HWND stop =
-                GetDlgItem(window, kStops[static_cast<size_t>((from + (back ? count - step : step)) % count)])) {
-            SetFocus(stop);
-            return;
-        }
 }
 
 bool IsOver(HWND pane, POINT at) {
@@ -60,46 +46,68 @@ bool IsOver(HWND pane, POINT at) {
     return pane && GetWindowRect(pane, &place) && PtInRect(&place, at);
 }
 
-// Whether the key was one for the panes. What Tab and Space would type in the list is taken away, too.
+// Whether the key was one for the panes. What Space would type in the list is taken away, too.
 bool TakesKey(HWND control, UINT message, WPARAM key) {
-    HWND window = GetParent(control), preview = PreviewOf(window);
     if (message != WM_KEYDOWN && message != WM_CHAR) return false;
-    if (!HasPanes(window) || (key != VK_TAB && (key != VK_SPACE || !preview))) return false;
-    if (message == WM_CHAR) return true;
-    key == VK_TAB ? FocusNextStop(control, GetKeyState(VK_SHIFT) < 0) : PlayOrStop(preview);
+    HWND window = GetParent(control);
+    if (TakesStopKey(window, message, key)) return true;
+    HWND preview = PreviewOf(window);
+    if (key != VK_SPACE || !preview) return false;
+    if (message == WM_KEYDOWN) PlayOrStop(preview);
     return true;
 }
 
 bool TakesWheel(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message != WM_MOUSEWHEEL) return false;
     HWND preview = PreviewOf(GetParent(control));
     const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-    if (message != WM_MOUSEWHEEL || control == preview || !IsOver(preview, at)) return false;
+    if (control == preview || !IsOver(preview, at)) return false;
     SendMessageW(preview, message, wParam, lParam);
     return true;
 }
 
 LRESULT CALLBACK PaneKeysProc(HWND control, UINT message, WPARAM wParam, LPARAM lParam) {
-    auto own = reinterpret_cast<WNDPROC>(GetPropW(control, kOwnProcedure));
     try {
         if (TakesKey(control, message, wParam) || TakesWheel(control, message, wParam, lParam)) return 0;
     } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
         return 0;
     }
-    if (message == WM_NCDESTROY) RemovePropW(control, kOwnProcedure);
-    return CallWindowProcW(own, control, message, wParam, lParam);
+    return CallBehind(PaneKeysProc, control, message, wParam, lParam);
 }
+
+// Where the window was before it was made wider for the preview, and then; both empty when it was not.
+struct Widening {
+    RECT before, after;
+} widening;
 
 // The list beside a new preview would be too narrow for most lines in the smallest window.
 void MakeRoom(HWND window) {
     RECT place = {}, free = {};
     GetWindowRect(window, &place);
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &free, 0);
+    widening = {};
     if (IsZoomed(window) || IsIconic(window) || place.right - place.left >= kRoomyWidth) return;
     const int width = std::min<int>(kRoomyWidth, free.right - free.left);
     const int left = std::max<int>(std::min(place.left, free.right - width), free.left);
-    if (width > place.right - place.left)
-        SetWindowPos(window, nullptr, left, place.top, width, place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    if (width <= place.right - place.left) return;
+    widening = {place, {left, place.top, left + width, place.bottom}};
+    SetWindowPos(window, nullptr, left, place.top, width, place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
 }
+
+// Gives the room back, unless somebody has given the window another size since.
+void GiveRoomBack(HWND window) {
+    const Widening was = std::exchange(widening, {});
+    RECT place = {};
+    GetWindowRect(window, &place);
+    const bool hasItsSize = place.right - place.left == was.after.right - was.after.left &&
+                            place.bottom - place.top == was.after.bottom - was.after.top;
+    if (IsRectEmpty(&was.after) || !hasItsSize || IsZoomed(window) || IsIconic(window)) return;
+    const int left = place.left == was.after.left ? was.before.left : place.left;
+    SetWindowPos(window, nullptr, left, place.top, was.before.right - was.before.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+constexpr ReadWindow kReadPreview = {[](HWND) { return std::wstring(); }, ROLE_SYSTEM_GRAPHIC};
 
 void AddPane(HWND pane) {
     if (!pane) return;
@@ -115,13 +123,17 @@ void RemovePane(HWND window, HWND pane) {
 
 void AddAndRemovePanes(HWND window) {
     HWND preview = PreviewOf(window), filmstrip = FilmstripOf(window);
-    if (preview && !settings.preview) RemovePane(window, preview);
+    if (preview && !settings.preview) {
+        RemovePane(window, preview);
+        GiveRoomBack(window);
+    }
     if (filmstrip && !settings.filmstrip) {
         RemovePane(window, filmstrip);
         ForgetFilmstrip();
     }
     if (!preview && settings.preview) {
         AddPane(CreatePreview(window));
+        TellReaders(PreviewOf(window), kReadPreview);
         MakeRoom(window);
     }
     if (!filmstrip && settings.filmstrip) {
@@ -173,7 +185,5 @@ void OnFilmstripNotification(HWND window, int notification) {
 }
 
 void PassPaneKeys(HWND control) {
-    const LONG_PTR own = GetWindowLongPtrW(control, GWLP_WNDPROC);
-    if (SetPropW(control, kOwnProcedure, reinterpret_cast<HANDLE>(own)))
-        SetWindowLongPtrW(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(PaneKeysProc));
+    PutInFront(control, PaneKeysProc);
 }

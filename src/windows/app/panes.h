@@ -19,6 +19,6 @@ void ShowPanes(HWND window);
 // A frame was selected in the filmstrip: selects its line.
 void OnFilmstripNotification(HWND window, int notification);
 
-// While there are panes, makes `control`, a child of the main window, give Tab and Shift+Tab to the next one, Space to
-// the preview, and to that one also the wheel that is turned over it.
+// Makes `control`, a child of the main window, go on to the next stop by its keys (window_stops.h), and give Space to
+// the preview, if there is one, and to that one also the wheel that is turned over it.
 void PassPaneKeys(HWND control);

@@ -17,6 +17,7 @@
 #include "windows/services/dialogs.h"
 #include "windows/services/help.h"
 #include "windows/services/messages.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -35,9 +36,19 @@ void ConfigureUpDown(HWND upDown) {
     if (start != kNotGiven) SendMessageW(upDown, UDM_SETPOS, 0, MAKELPARAM(start, 0));
 }
 
+// An up-down's text is no name that one could read aloud; that of its field is.
+std::wstring ReadUpDown(HWND upDown) {
+    return LabelBefore(reinterpret_cast<HWND>(SendMessageW(upDown, UDM_GETBUDDY, 0, 0)));
+}
+
+constexpr ReadWindow kReadUpDown = {ReadUpDown};
+
 void ConfigureUpDowns(HWND dialog) {
     HWND upDown = nullptr;
-    while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) ConfigureUpDown(upDown);
+    while ((upDown = FindWindowExW(dialog, upDown, UPDOWN_CLASSW, nullptr)) != nullptr) {
+        ConfigureUpDown(upDown);
+        TellReaders(upDown, kReadUpDown);
+    }
 }
 
 // The first field of a number, which is one with an up-down, that holds none which a block has room for; null when all
@@ -83,6 +94,7 @@ INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
     GiveProgramIcon(dialog);
     if (hListFont) SetChildFonts(dialog, hListFont, false);
     ConfigureUpDowns(dialog);
+    if (kind.buttons) NamePaletteButtons(dialog, *kind.buttons);
     if (!Show(dialog, kind)) {
         MessageBox(dialog, LoadStr(IDS_OUT_OF_MEMORY));
         EndDialog(dialog, 0);

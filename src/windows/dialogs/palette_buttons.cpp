@@ -3,12 +3,14 @@
 #include <algorithm>
 #include <iterator>
 
+#include "windows/dialogs/colour_grid_reader.h"
 #include "windows/dialogs/draw_buttons.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/fields.h"
 #include "windows/dialogs/pick_colour.h"
 #include "windows/dialogs/select_colour.h"
 #include "windows/ids/editor_ids.h"
+#include "windows/services/screen_reader.h"
 
 namespace {
 
@@ -30,7 +32,27 @@ void OnEyedropper(HWND dialog, const PaletteButtons& buttons, const ColourButton
     if (image && PickColourFromImage(dialog, *image, &index)) StoreIndex(dialog, buttons, button, index);
 }
 
+// "Background: colour 3, red 0, green 51, blue 102".
+std::wstring ReadColourButton(HWND button) {
+    const Palette& palette = Edited<Block>(GetParent(button))->palette;
+    const UINT index = GetDlgItemInt(GetParent(button), GetDlgCtrlID(button), nullptr, FALSE);
+    return LabelBefore(button) + L": " + DescribeColour(index, palette[static_cast<int>(index % kPaletteEntries)]);
+}
+
+std::wstring ReadEyedropper(HWND button) {
+    return LabelBefore(button) + L": pick from an image";
+}
+
+constexpr ReadWindow kReadColour = {ReadColourButton}, kReadEyedropper = {ReadEyedropper};
+
 }  // namespace
+
+void NamePaletteButtons(HWND dialog, const PaletteButtons& buttons) {
+    for (const ColourButton& button : buttons.buttons) {
+        if (button.id) TellReaders(GetDlgItem(dialog, button.id), kReadColour);
+        if (button.eyedropper) TellReaders(GetDlgItem(dialog, button.eyedropper), kReadEyedropper);
+    }
+}
 
 void ShowPaletteButtons(HWND dialog, const PaletteButtons& buttons) {
     for (const ColourButton& button : buttons.buttons) {

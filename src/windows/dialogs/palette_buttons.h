@@ -31,6 +31,9 @@ struct PaletteButtons {
     const Block* (*findImage)(const Block& block);  // the image that the eyedroppers show; null when there is none
 };
 
+// Tells screen readers what the buttons are for. Once, when the dialog begins.
+void NamePaletteButtons(HWND dialog, const PaletteButtons& buttons);
+
 // Shows the indexes as the texts of the colour buttons and draws them afresh.
 void ShowPaletteButtons(HWND dialog, const PaletteButtons& buttons);
 

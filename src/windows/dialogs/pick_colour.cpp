@@ -10,6 +10,7 @@
 #include "windows/drawing/draw_image.h"
 #include "windows/drawing/full_screen.h"
 #include "windows/drawing/gdi_guards.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -128,10 +129,14 @@ void RunUntilClosed(HWND window) {
     }
 }
 
+constexpr ReadWindow kReadPicking = {
+    [](HWND) -> std::wstring { return L"Click the colour in the image. Escape leaves it as it is."; }};
+
 bool Pick(HWND parent) {
     EyedropperClass windowClass;
     EnableWindow(parent, FALSE);
     HWND window = ShowFullScreen(parent, kClassName, 0, nullptr);
+    TellReaders(window, kReadPicking);
     if (window) RunUntilClosed(window);
     EnableWindow(parent, TRUE);
     return window != nullptr;

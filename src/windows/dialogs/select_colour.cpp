@@ -1,5 +1,6 @@
 #include "windows/dialogs/select_colour.h"
 
+#include "windows/dialogs/colour_grid_reader.h"
 #include "windows/dialogs/dialog_frame.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/drawing/gdi_guards.h"
@@ -35,6 +36,7 @@ void FitBelowGrid(HWND dialog, HWND button) {
 bool ShowGrid(HWND dialog) {
     GetClientRect(dialog, &gridArea);
     FitBelowGrid(dialog, GetDlgItem(dialog, IDCANCEL));
+    TellReadersOfGrid(dialog);
     return true;
 }
 

@@ -56,6 +56,14 @@ bool PutOnClipboard(HWND owner, std::span<const ClipboardPart> parts) {
     return isThere;
 }
 
+std::vector<UINT> FormatsOnClipboard(HWND owner) {
+    const OpenedClipboard clipboard(owner);
+    std::vector<UINT> formats;
+    if (!clipboard) return formats;
+    for (UINT format = 0; (format = EnumClipboardFormats(format)) != 0;) formats.push_back(format);
+    return formats;
+}
+
 MemoryHandle TakeFromClipboard(HWND owner, UINT format, size_t* bytes) {
     OpenedClipboard clipboard(owner);
     HGLOBAL there = clipboard ? GetClipboardData(format) : nullptr;

@@ -6,6 +6,7 @@
 #include "windows/drawing/full_screen.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/services/messages.h"
+#include "windows/services/screen_reader.h"
 #include "windows/services/shell_objects.h"
 #include "windows/viewer/viewer.h"
 #include "windows/viewer/viewer_state.h"
@@ -164,6 +165,7 @@ LRESULT CALLBACK ViewerProc(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 }
 
 void RunViewer(HWND owner, BlockList* list) {
+    static constexpr ReadWindow kReadViewer = {[](HWND) -> std::wstring { return L"The animation. Escape ends it."; }};
     ViewerState state;
     NestedWait nested;
     if (!BeginViewing(&state, list)) {
@@ -173,6 +175,7 @@ void RunViewer(HWND owner, BlockList* list) {
     RegisterViewerClass(state.backgroundBrush);
     HWND window = ShowFullScreen(owner, kViewerClass, WS_VISIBLE | WS_BORDER, &state);
     if (window) {
+        TellReaders(window, kReadViewer);
         UpdateWindow(window);
         RunMessages();
     }
