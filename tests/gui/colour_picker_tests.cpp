@@ -4,6 +4,7 @@
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/pick_colour.h"
 #include "windows/dialogs/select_colour.h"
+#include "windows/services/screen_scale.h"
 
 namespace {
 
@@ -91,6 +92,47 @@ TEST_F(ColourPickers, TheEyedropperEndsWithoutAPixelButNotBesideTheImage) {
     }
     WNDCLASSW about;
     EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
+}
+
+TEST_F(ColourPickers, TheEyedropperEnlargesOnDenseScreens) {
+    const Block image = At(kSampleSecondImage);
+    const ImageFields fields = GetImageFields(image);
+    const int x = fields.width - 1, y = fields.height - 1;
+    DialogAnswers answers({[&](HWND window) {
+        const COLORREF usual = PixelAt(window, x, y);
+        SendMessageW(window, kDpiChanged, MAKEWPARAM(192, 192), 0);
+        for (const auto& [right, down] : {std::pair(0, 0), {1, 1}})
+            EXPECT_EQ(PixelAt(window, 2 * x + right, 2 * y + down), usual);
+        SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(2 * x + 2, 2 * y + 1));
+        EXPECT_TRUE(IsWindow(window)) << "beside the image";
+        SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(2 * x + 1, 2 * y + 1));
+    }});
+    uint32_t index = 0;
+    EXPECT_TRUE(PickColourFromImage(hMainWindow, image, &index));
+    EXPECT_EQ(index, GetImagePixel(ImageLock(image.data), x, y));
+}
+
+TEST_F(ColourPickers, TheGridIsLaidOutAnewOnADenseScreen) {
+    RgbTriples palette = {};
+    uint32_t current = 0;
+    DialogAnswers answers({[&](HWND dialog) {
+        auto see = [&](int cell, int button) {
+            RECT client, cancel;
+            GetClientRect(dialog, &client);
+            GetClientRect(GetDlgItem(dialog, IDCANCEL), &cancel);
+            EXPECT_EQ(client.right, 16 * cell);
+            EXPECT_EQ(client.bottom, 16 * cell + button);
+            EXPECT_EQ(cancel.right, 16 * cell);
+        };
+        for (const auto& [dpi, cell, button] : {std::tuple(144, 18, 48), {192, 24, 64}, {96, 12, 32}}) {
+            SendMessageW(dialog, kDpiChanged, MAKEWPARAM(dpi, dpi), 0);
+            PumpMessages();
+            see(cell, button);
+        }
+        ChooseCell(5, 2)(dialog);
+    }});
+    EXPECT_TRUE(SelectColour(hMainWindow, palette, 256, &current));
+    EXPECT_EQ(current, 37u);
 }
 
 TEST_F(ColourPickers, TheEyedropperPicksNothingWhenItsOwnerOrTheProgramEnds) {

@@ -17,13 +17,15 @@
 #include "windows/app/window_places.h"
 #include "windows/ids/command_ids.h"
 #include "windows/ids/pane_ids.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/settings.h"
 
 namespace {
 
 constexpr wchar_t kOwnProcedure[] = L"KLM ZephyrOwnProcedure";  // the property that keeps a control's own
 
-// The width that the window gets when the preview comes: room for the list's lines and a picture beside them.
+// The width that the window gets when the preview comes, in pixels of a usual screen: room for the list's lines and a
+// picture beside them.
 constexpr int kRoomyWidth = 760;
 
 PlayedDocument played;
@@ -94,8 +96,9 @@ void MakeRoom(HWND window) {
     RECT place = {}, free = {};
     GetWindowRect(window, &place);
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &free, 0);
-    if (IsZoomed(window) || IsIconic(window) || place.right - place.left >= kRoomyWidth) return;
-    const int width = std::min<int>(kRoomyWidth, free.right - free.left);
+    const int roomy = ScaledFor(window, kRoomyWidth);
+    if (IsZoomed(window) || IsIconic(window) || place.right - place.left >= roomy) return;
+    const int width = std::min<int>(roomy, free.right - free.left);
     const int left = std::max<int>(std::min(place.left, free.right - width), free.left);
     if (width > place.right - place.left)
         SetWindowPos(window, nullptr, left, place.top, width, place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
@@ -151,9 +154,7 @@ void ClosePanes(HWND window) {
 
 void FitPanes(HWND window) {
     const WindowPlaces places = PlacesIn(window);
-    const RECT& place = places.preview;
-    if (HWND preview = PreviewOf(window))
-        MoveWindow(preview, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+    if (HWND preview = PreviewOf(window)) FitPreview(preview, places.preview);
     if (HWND filmstrip = FilmstripOf(window)) PlaceFilmstrip(filmstrip, places.filmstrip);
 }
 

@@ -4,10 +4,12 @@
 #include "windows/dialogs/edited_block.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/drawing/screen_palette.h"
+#include "windows/services/screen_scale.h"
 
 namespace {
 
 constexpr int kColumns = 16;
+constexpr int kUsualCell = 12, kUsualButtonHeight = 32;  // pixels of a usual screen
 
 // A click right of the last column picks the first cell of the next row.
 constexpr bool kQuirkColumnsRunOn = true;
@@ -32,9 +34,24 @@ void FitBelowGrid(HWND dialog, HWND button) {
     SetWindowPos(dialog, nullptr, 0, 0, window.right - window.left, height, SWP_NOMOVE | SWP_NOZORDER);
 }
 
-bool ShowGrid(HWND dialog) {
+// On other screens than usual ones the template's units need not be squares: all is laid out anew.
+void FitToScreen(HWND dialog, HWND button) {
+    const int width = kColumns * ScaledFor(dialog, kUsualCell), buttonHeight = ScaledFor(dialog, kUsualButtonHeight);
+    RECT client = {}, window = {};
+    GetClientRect(dialog, &client);
+    GetWindowRect(dialog, &window);
+    const int frameWidth = window.right - window.left - client.right,
+              frameHeight = window.bottom - window.top - client.bottom;
+    SetWindowPos(dialog, nullptr, 0, 0, width + frameWidth, width + buttonHeight + frameHeight,
+                 SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    SetWindowPos(button, nullptr, 0, width, width, buttonHeight, SWP_NOZORDER);
     GetClientRect(dialog, &gridArea);
-    FitBelowGrid(dialog, GetDlgItem(dialog, IDCANCEL));
+}
+
+bool ShowGrid(HWND dialog) {
+    HWND button = GetDlgItem(dialog, IDCANCEL);
+    GetClientRect(dialog, &gridArea);
+    DpiOf(dialog) == kUsualDpi ? FitBelowGrid(dialog, button) : FitToScreen(dialog, button);
     return true;
 }
 
@@ -72,6 +89,7 @@ INT_PTR OnClick(HWND dialog, int x, int y) {
 INT_PTR OnGridMessage(HWND dialog, UINT message, WPARAM, LPARAM lParam) {
     switch (message) {
         case WM_PAINT: return OnPaint(dialog);
+        case UM_RESCALED: return FitToScreen(dialog, GetDlgItem(dialog, IDCANCEL)), TRUE;
         case WM_LBUTTONDOWN: return OnClick(dialog, LOWORD(lParam), HIWORD(lParam));
     }
     return FALSE;

@@ -51,3 +51,5 @@
 #define IDC_LOOP_ITERATIONS_UPDOWN 10104
 
 #define IDB_EYEDROPPER 1811
+#define IDB_EYEDROPPER_150 1812  // for screens half as dense again, and twice as dense
+#define IDB_EYEDROPPER_200 1813
