@@ -13,6 +13,7 @@
 #include "windows/app/options.h"
 #include "windows/app/played_document.h"
 #include "windows/app/preview.h"
+#include "windows/app/recent_files.h"
 #include "windows/app/shell_state.h"
 #include "windows/app/window_places.h"
 #include "windows/ids/command_ids.h"
@@ -137,6 +138,7 @@ void AddAndRemovePanes(HWND window) {
 
 void ApplyOptions(HWND window) {
     ShowOptions(window);
+    ShowRecentFiles(window);
     AddAndRemovePanes(window);
     FitBlockListView(window);
     FitNotice(window);

@@ -13,6 +13,7 @@
 #include "windows/app/panes.h"
 #include "windows/app/settings_file.h"
 #include "windows/app/shell_state.h"
+#include "windows/app/stand_aside.h"
 #include "windows/services/careful.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/focus_handover.h"
@@ -122,6 +123,7 @@ void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, 
     PlaceHelpWindow(hMainWindow);
     ShowMainWindow(showCommand);
     ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
+    if (Careful(Care::kSecondWindowAside)) StandAside(hMainWindow);
     ReadRecentFiles(hMainWindow, settingsFolder);
     if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);
     ApplyOptions(hMainWindow);

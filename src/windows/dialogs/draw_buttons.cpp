@@ -2,6 +2,7 @@
 
 #include "imaging/luminance.h"
 #include "windows/drawing/gdi_guards.h"
+#include "windows/services/careful.h"
 #include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
@@ -11,6 +12,7 @@ constexpr COLORREF kDisabledFace = RGB(128, 128, 128);
 constexpr int kTextTop = 5;  // pixels below the button's upper edge, on usual screens
 constexpr DWORD kBrushWhereSourceIsSet = 0x00E20746;
 constexpr int kIndexTextUnits = 16;
+constexpr int kFocusInset = 3;  // pixels of a usual screen
 
 bool IsPressed(const DRAWITEMSTRUCT& item) {
     return (item.itemState & ODS_SELECTED) != 0;
@@ -96,6 +98,25 @@ int LargerBy(int dpi) {
     return dpi < kUsualDpi * 5 / 4 ? 0 : dpi < kUsualDpi * 7 / 4 ? 1 : 2;
 }
 
+// Around the text or the glyph, within the edge.
+RECT FocusFrame(const DRAWITEMSTRUCT& item) {
+    const int inset = ScaledFor(item.hwndItem, kFocusInset);
+    RECT frame = item.rcItem;
+    InflateRect(&frame, -inset, -inset);
+    return frame;
+}
+
+bool ShowsFocus(const DRAWITEMSTRUCT& item) {
+    return (item.itemState & ODS_FOCUS) != 0 && Careful(Care::kColourButtonsShowFocus);
+}
+
+// The system's own dots would vanish on some colours.
+void DrawFocusOn(const DRAWITEMSTRUCT& item, RgbTriple face) {
+    const RECT frame = FocusFrame(item);
+    const OwnedGdiObject brush(CreateSolidBrush(ContrastingText(face)));
+    FrameRect(item.hDC, &frame, static_cast<HBRUSH>(brush.Get()));
+}
+
 }  // namespace
 
 void DrawColourButton(HWND dialog, const DRAWITEMSTRUCT& item, const RgbTriple* palette, uint8_t index) {
@@ -108,6 +129,7 @@ void DrawColourButton(HWND dialog, const DRAWITEMSTRUCT& item, const RgbTriple* 
     FillItem(item, brush.Get(), -1);
     DrawSoftEdge(item);
     if (!IsDisabled(item)) DrawIndex(item, entry);
+    if (ShowsFocus(item)) DrawFocusOn(item, entry);
 }
 
 void DrawBitmapButton(HWND, const DRAWITEMSTRUCT& item, int bitmapId, int glyphIndex) {
@@ -124,4 +146,7 @@ void DrawBitmapButton(HWND, const DRAWITEMSTRUCT& item, int bitmapId, int glyphI
     int size = about.bmHeight / 2;
     Glyph glyph = {memory.Get(), glyphIndex * size, size};
     IsDisabled(item) ? DrawDisabledGlyph(item, glyph) : DrawGlyph(item, glyph);
+    if (!ShowsFocus(item)) return;
+    const RECT frame = FocusFrame(item);
+    DrawFocusRect(item.hDC, &frame);
 }

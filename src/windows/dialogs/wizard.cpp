@@ -44,6 +44,7 @@ bool ShowWizard(HWND dialog) {
     FillDelays(dialog);
     ShowWizardPage(dialog);
     DragAcceptFiles(dialog, TRUE);
+    GiveWizardTips(dialog);
     return true;
 }
 
@@ -190,6 +191,6 @@ constexpr DialogKind kWizardKind = {
 }  // namespace
 
 int RunAnimationWizard(HWND owner, BlockList* document) {
-    Wizard wizard = {document, 0};
+    Wizard wizard = {.document = document, .page = 0};
     return RunEditingDialog(owner, kWizardKind, &wizard);
 }
