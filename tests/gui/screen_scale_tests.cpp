@@ -5,8 +5,11 @@
 #include "tests/gui/window_driver.h"
 #include "windows/app/notice_strip.h"
 #include "windows/app/panes.h"
+#include "windows/ids/message_ids.h"
 #include "windows/ids/notice_ids.h"
 #include "windows/ids/pane_ids.h"
+#include "windows/ids/wizard_ids.h"
+#include "windows/services/messages.h"
 #include "windows/services/scaled_fonts.h"
 
 namespace {
@@ -92,7 +95,7 @@ TEST_F(ScreenScaleTest, TheProgramScalesItself) {
 }
 
 TEST_F(ScreenScaleTest, TheMainWindowTakesThePlaceAndScalesItsParts) {
-    if (DpiOf(hMainWindow) != kUsualDpi) GTEST_SKIP() << "the screen itself is a dense one";
+    const int own = DpiOf(hMainWindow);
     FillWindow();
     const RECT before = OuterPlace();
     const LRESULT line = SendDlgItemMessageW(hMainWindow, IDC_BLOCK_LIST, LB_GETITEMHEIGHT, 0, 0);
@@ -107,7 +110,7 @@ TEST_F(ScreenScaleTest, TheMainWindowTakesThePlaceAndScalesItsParts) {
         EXPECT_EQ(PlaceOf(IDC_PREVIEW).left, list.right + ScaledTo(dpi, 8));
         EXPECT_EQ(client.bottom - PlaceOf(IDC_FILMSTRIP).bottom, ScaledTo(dpi, 8));
         EXPECT_EQ(SendDlgItemMessageW(hMainWindow, IDC_BLOCK_LIST, LB_GETITEMHEIGHT, 0, 0),
-                  ScaledTo(dpi, static_cast<int>(line)));
+                  MulDiv(static_cast<int>(line), dpi, own));
         RECT cell = {};
         SendDlgItemMessageW(hMainWindow, IDC_FILMSTRIP, LB_GETITEMRECT, 0, reinterpret_cast<LPARAM>(&cell));
         EXPECT_EQ(cell.right - cell.left, ScaledTo(dpi, 112));
@@ -118,7 +121,7 @@ TEST_F(ScreenScaleTest, TheMainWindowTakesThePlaceAndScalesItsParts) {
         EXPECT_EQ(font, LOWORD(reinterpret_cast<UINT_PTR>(ListFontAt(dpi))));
         EXPECT_EQ(hListFont, ListFontAt(dpi));
     }
-    MoveToScreen(hMainWindow, kUsualDpi, before);
+    MoveToScreen(hMainWindow, own, before);
     EXPECT_EQ(SendDlgItemMessageW(hMainWindow, IDC_BLOCK_LIST, LB_GETITEMHEIGHT, 0, 0), line);
 }
 
@@ -138,6 +141,29 @@ TEST_F(ScreenScaleTest, BackOnAUsualScreenEveryPixelIsAsBefore) {
         Settle();
         EXPECT_EQ(Difference(before, Shown()), "") << percent;
     }
+}
+
+// Texts are laid out in units of the dialog's font, which need not grow as the screen does.
+TEST_F(ScreenScaleTest, PicturesInDialogsLeaveTheTextsTheirRoom) {
+    DialogAnswers answers({[](HWND message) {
+                               HWND picture = FindWindowExW(message, nullptr, L"Static", nullptr);
+                               EXPECT_LT(PlaceOf(picture).right, PlaceOf(GetDlgItem(message, IDC_MESSAGE_TEXT)).left);
+                               PressButton(message, IDOK);
+                           },
+                           [](HWND wizard) {
+                               const RECT frame = PlaceOf(GetDlgItem(wizard, IDC_WIZARD_FRAME));
+                               UpdateWindow(wizard);
+                               const WindowDc dc(wizard);
+                               int covered = 0;
+                               for (LONG y = frame.top; y < frame.bottom; ++y) {
+                                   EXPECT_EQ(GetPixel(dc.Get(), frame.left - 2, y), GetSysColor(COLOR_BTNFACE)) << y;
+                                   covered += GetPixel(dc.Get(), frame.left / 2, y) != GetSysColor(COLOR_BTNFACE);
+                               }
+                               EXPECT_GT(covered, (frame.bottom - frame.top) * 9 / 10);
+                               PressButton(wizard, IDCANCEL);
+                           }});
+    MessageBox(hMainWindow, "What is said stands beside the picture.");
+    Command(IDM_WIZARD);
 }
 
 TEST_F(ScreenScaleTest, TheSmallestSizeGrowsWithTheDensity) {

@@ -283,6 +283,8 @@ void FitMainWindowToScreen(HWND window) {
     hListFont = ListFontAt(DpiOf(window));
     SetChildFonts(window, hListFont, false);
     ScaleBlockListView(window);
+    // The one of the class has the size for usual screens.
+    if (DpiOf(window) != kUsualDpi || SendMessageW(window, WM_GETICON, ICON_SMALL, 0)) GiveProgramIcon(window);
 }
 
 void CreateMainWindow() {

@@ -1,6 +1,5 @@
 #include "windows/dialogs/wizard.h"
 
-#include <algorithm>
 #include <initializer_list>
 #include <iterator>
 #include <new>
@@ -17,6 +16,7 @@
 #include "windows/dialogs/wizard_pages.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/wizard_ids.h"
+#include "windows/services/dialogs.h"
 #include "windows/services/messages.h"
 #include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
@@ -137,15 +137,6 @@ void DrawMasked(HDC dc, const wchar_t* pictureName, const wchar_t* maskName) {
     if (!picture.Get()) return;
     DrawPicture(dc, mask, SRCAND);
     DrawPicture(dc, picture, SRCINVERT);
-}
-
-// How much larger than usual the dialog's units are, which follow its font more than the screen: in percent, as much as
-// there is room for in both directions.
-int PercentOfUsual(HWND dialog) {
-    constexpr RECT kUsual = {0, 0, 6000, 13000};  // pixels
-    RECT units = {0, 0, 4000, 8000};
-    MapDialogRect(dialog, &units);
-    return static_cast<int>(std::min(units.right * 100 / kUsual.right, units.bottom * 100 / kUsual.bottom));
 }
 
 // The large picture, on the dialog's colour, and shrunk or enlarged to the dialog's size.
