@@ -61,8 +61,8 @@ class Canvas:
         for y in range(top, bottom):
             draw.line((left, y, right - 1, y), colour_at((y - top) / (bottom - top)))
 
-    def finished(self):
-        return self.image.resize(self.size, Image.BOX)
+    def finished(self, scale=1):
+        return self.image.resize(tuple(v * scale for v in self.size), Image.BOX)
 
 
 BOWS = ((7, RED), (13, YELLOW), (19, ORANGE), (24, RED))
@@ -210,7 +210,7 @@ class Pipette:
             return None
         if abs(v) > bulb - 2 or u >= self.bulb - 1:
             return 'edge'
-        return 'shine' if v == 2 - bulb and u < self.bulb - 3 else 'bulb'
+        return 'shine' if abs(v + bulb - 2) < 0.5 and u < self.bulb - 3 else 'bulb'
 
 
 def picture_of(mode, size, value_at):
@@ -247,18 +247,21 @@ STANDARD_16 = [(0, 0, 0), (128, 0, 0), (0, 128, 0), (128, 128, 0), (0, 0, 128), 
                (255, 0, 255), (0, 255, 255), (255, 255, 255)]
 
 
-def write_button_picture(path):
-    """20 x 40, 16 colours: the glyph on white, below it the mask, black inside the shape.
+def write_button_picture(path, size=20):
+    """size x 2 size, 16 colours: the glyph on white, below it the mask, black inside the shape.
 
     The mask lies one row lower in its half than the glyph in its own: buttons are drawn that way.
     """
     pipette = Pipette(tip=(3, 18), needle=4, glass=17, collar=21, bulb=29, widths=(3, 6, 4))
 
+    def part(x, y):
+        return pipette.part(*((v + 0.5) * 20 / size - 0.5 for v in (x, y)))
+
     def number(x, y):
-        colour = BUTTON_COLOURS[pipette.part(x, y)] if y < 20 else (0,) * 3 if pipette.part(x, y - 21) else (255,) * 3
+        colour = BUTTON_COLOURS[part(x, y)] if y < size else (0,) * 3 if part(x, y - size - 1) else (255,) * 3
         return STANDARD_16.index(colour)
 
-    write_16_colour_bmp(path, (20, 40), number, STANDARD_16)
+    write_16_colour_bmp(path, (size, 2 * size), number, STANDARD_16)
 
 
 def write_16_colour_bmp(path, size, number_at, colours):
@@ -328,15 +331,16 @@ def wizard_picture():
     return canvas
 
 
-def write_wizard(picture_path, mask_path):
+def write_wizard(picture_path, mask_path, scale=1):
     """Outside the rounded panel the picture is black and the mask white: AND and then XOR leave what was there."""
-    panel = Image.new('1', WIZARD[2:])
-    ImageDraw.Draw(panel).rounded_rectangle((0, 0, WIZARD[2] - 1, WIZARD[3] - 1), CORNER, 255)
-    picture = Image.new('RGB', WIZARD[2:])
-    picture.paste(wizard_picture().finished().convert('RGB'), mask=panel)
+    size = tuple(v * scale for v in WIZARD[2:])
+    panel = Image.new('1', size)
+    ImageDraw.Draw(panel).rounded_rectangle((0, 0, size[0] - 1, size[1] - 1), CORNER * scale, 255)
+    picture = Image.new('RGB', size)
+    picture.paste(wizard_picture().finished(scale).convert('RGB'), mask=panel)
     picture.save(picture_path)
     inside = panel.load()
-    write_16_colour_bmp(mask_path, WIZARD[2:], lambda x, y: 0 if inside[x, y] else 15, [(0, 0, 0)] * 15 + [(255,) * 3])
+    write_16_colour_bmp(mask_path, size, lambda x, y: 0 if inside[x, y] else 15, [(0, 0, 0)] * 15 + [(255,) * 3])
 
 
 if __name__ == '__main__':
@@ -345,4 +349,7 @@ if __name__ == '__main__':
     write_sample(RESOURCES / 'sample' / 'kite.gif')
     write_cursor(pictures / 'eyedropper.cur')
     write_button_picture(pictures / 'eyedropper.bmp')
+    write_button_picture(pictures / 'eyedropper_150.bmp', 30)
+    write_button_picture(pictures / 'eyedropper_200.bmp', 40)
     write_wizard(pictures / 'wizard.bmp', pictures / 'wizard_mask.bmp')
+    write_wizard(pictures / 'wizard_200.bmp', pictures / 'wizard_mask_200.bmp', 2)

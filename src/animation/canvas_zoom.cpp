@@ -4,8 +4,8 @@ namespace {
 
 constexpr int kMostSamples = 4;  // in each direction, for one reduced pixel
 
-uint32_t CheckAt(int x, int y) {
-    return (x / kCheckPixels + y / kCheckPixels) % 2 == 0 ? kLightCheck : kDarkCheck;
+uint32_t CheckAt(int x, int y, int check) {
+    return (x / check + y / check) % 2 == 0 ? kLightCheck : kDarkCheck;
 }
 
 // Adds up colours as the screen has them.
@@ -38,18 +38,18 @@ uint32_t MeanOf(const CanvasView& canvas, const Rectangle& box, int step, uint32
     return mean.Colour();
 }
 
-void DrawReduced(uint32_t* to, const CanvasView& canvas, int reduce, int y, int firstX, int endX) {
+void DrawReduced(uint32_t* to, const CanvasView& canvas, int reduce, int y, int firstX, int endX, int check) {
     const int step = std::max(reduce / kMostSamples, 1);
     const Rectangle all = {0, 0, canvas.width, canvas.height};
     for (int x = firstX; x < endX; ++x) {
         const Rectangle box = {x * reduce, y * reduce, x * reduce + reduce, y * reduce + reduce};
-        *to++ = MeanOf(canvas, Common(box, all), step, CheckAt(x, y));
+        *to++ = MeanOf(canvas, Common(box, all), step, CheckAt(x, y, check));
     }
 }
 
-void DrawEnlarged(uint32_t* to, const CanvasView& canvas, int enlarge, int y, int firstX, int endX) {
+void DrawEnlarged(uint32_t* to, const CanvasView& canvas, int enlarge, int y, int firstX, int endX, int check) {
     const uint32_t* row = canvas.Row(y / enlarge);
-    for (int x = firstX; x < endX; ++x) *to++ = OnScreen(row + x / enlarge, CheckAt(x, y));
+    for (int x = firstX; x < endX; ++x) *to++ = OnScreen(row + x / enlarge, CheckAt(x, y, check));
 }
 
 }  // namespace
@@ -62,14 +62,15 @@ Zoom ZoomToFit(int width, int height, int placeWidth, int placeHeight, int most)
     return {1, std::max((width + placeWidth - 1) / placeWidth, (height + placeHeight - 1) / placeHeight)};
 }
 
-void DrawZoomed(const ScreenPicture& picture, const CanvasView& canvas, const Zoom& zoom, int left, int top) {
+void DrawZoomed(const ScreenPicture& picture, const CanvasView& canvas, const Zoom& zoom, int left, int top,
+                int check) {
     const int firstX = std::max(-left, 0), endX = std::min(ZoomedSize(canvas.width, zoom), picture.width - left);
     const int firstY = std::max(-top, 0), endY = std::min(ZoomedSize(canvas.height, zoom), picture.height - top);
     for (int y = firstY; y < endY && firstX < endX; ++y) {
         uint32_t* to = picture.Row(top + y) + left + firstX;
         if (zoom.reduce > 1)
-            DrawReduced(to, canvas, zoom.reduce, y, firstX, endX);
+            DrawReduced(to, canvas, zoom.reduce, y, firstX, endX, check);
         else
-            DrawEnlarged(to, canvas, zoom.enlarge, y, firstX, endX);
+            DrawEnlarged(to, canvas, zoom.enlarge, y, firstX, endX, check);
     }
 }

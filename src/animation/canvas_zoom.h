@@ -18,7 +18,7 @@ inline int ZoomedSize(int canvasPixels, const Zoom& zoom) {
 // further than `most` times.
 Zoom ZoomToFit(int width, int height, int placeWidth, int placeHeight, int most);
 
-constexpr int kCheckPixels = 8;  // of the picture: the side of a square of the checkerboard
+constexpr int kCheckPixels = 8;  // of the picture: the side of a square of the checkerboard on usual screens
 constexpr uint32_t kLightCheck = 0xFFFFFF, kDarkCheck = 0xCCCCCC;
 
 // A picture of `width` x `height` pixels as the screen has them: 0xRRGGBB, rows from the top.
@@ -31,5 +31,6 @@ struct ScreenPicture {
 
 // Draws the canvas with its upper left corner at (left, top) of the picture, which may lie outside of it. What is
 // around the canvas stays. A reduced pixel is the mean of those that it stands for, or of 16 of them when they are
-// more.
-void DrawZoomed(const ScreenPicture& picture, const CanvasView& canvas, const Zoom& zoom, int left, int top);
+// more. The squares of the checkerboard have sides of `check` pixels, at least 1.
+void DrawZoomed(const ScreenPicture& picture, const CanvasView& canvas, const Zoom& zoom, int left, int top,
+                int check = kCheckPixels);

@@ -27,10 +27,11 @@ Canvas Lettered(const std::vector<std::string>& rows) {
 
 // What is drawn into a picture of dots: letters again, "#" for the light squares of the board and "=" for the dark
 // ones.
-std::vector<std::string> Drawn(const Canvas& canvas, const Zoom& zoom, int left, int top, int width, int height) {
+std::vector<std::string> Drawn(const Canvas& canvas, const Zoom& zoom, int left, int top, int width, int height,
+                               int check = kCheckPixels) {
     constexpr uint32_t kUntouched = 0x123456;
     std::vector<uint32_t> pixels(static_cast<size_t>(width * height), kUntouched);
-    DrawZoomed({pixels.data(), width, height}, canvas.View(), zoom, left, top);
+    DrawZoomed({pixels.data(), width, height}, canvas.View(), zoom, left, top, check);
     const std::pair<uint32_t, char> letters[] = {{kUntouched, '.'}, {0xFF0000, 'R'},   {0x00FF00, 'G'},
                                                  {0x0000FF, 'B'},   {kDarkCheck, '='}, {kLightCheck, '#'},
                                                  {0x808000, 'y'},   {0x808080, 'm'}};
@@ -54,6 +55,11 @@ TEST(CanvasZoom, EnlargesAndCutsOffAtEveryEdge) {
     EXPECT_EQ(Drawn(canvas, {2, 1}, 3, 3, 4, 4), (Rows{"....", "....", "....", "...R"}));
     for (const auto& [left, top] : {std::pair(-9, 0), std::pair(0, -9), std::pair(9, 0), std::pair(0, 9)})
         EXPECT_EQ(Drawn(canvas, {2, 1}, left, top, 3, 1), (Rows{"..."})) << left << ", " << top;
+}
+
+TEST(CanvasZoom, TheSquaresOfTheBoardAreAsLargeAsAskedFor) {
+    EXPECT_EQ(Drawn(Lettered({"   ", "  R"}), {2, 1}, 0, 0, 6, 4, 3), (Rows{"###===", "###===", "###=RR", "===#RR"}));
+    EXPECT_EQ(Drawn(Lettered({"    ", "    "}), {1, 2}, 0, 0, 2, 1, 1), (Rows{"#="}));
 }
 
 TEST(CanvasZoom, ReducesToTheMean) {

@@ -6,6 +6,7 @@
 #include "windows/app/document_commands.h"
 #include "windows/app/load_notice.h"
 #include "windows/app/recent_files.h"
+#include "windows/app/stand_aside.h"
 #include "windows/ids/insert_ids.h"
 #include "windows/ids/notice_ids.h"
 #include "windows/ids/panel_ids.h"
@@ -541,6 +542,81 @@ TEST_F(CarefulTest, SavingOverAFileThatWasNotReadToItsEndAsksFirst) {
     Open(MakeForeign("f.gif"));
     Run(IDM_SAVE_AS, {ChooseFiles({File("other.gif")})});
     EXPECT_NE(Notice(), "(none)") << "the rest is still to be had";
+}
+
+// Kept whole in the settings, shown without their middle.
+TEST_F(CarefulTest, LongNamesOfRecentFilesAreShortened) {
+    const std::string folder = "C:\\films\\" + std::string(30, 'f') + "\\" + std::string(30, 'g') + "\\";
+    const Names names = {"C:\\short.gif", folder + "b.gif", folder + "a.gif"};
+    auto add = [&] {
+        for (size_t i = names.size(); i-- > 0;) AddRecentFile(hMainWindow, names[i]);
+    };
+    auto seeAll = [&](const Names& shown) {
+        EXPECT_EQ(RecentFiles(), shown);
+        EXPECT_EQ(::RecentFiles(hMainWindow), names);
+        for (int i = 0; i < 3; ++i)
+            EXPECT_EQ(GetRecentFile(hMainWindow, RecentFileId(i)), names[static_cast<size_t>(i)]);
+    };
+    const std::string start = "C:\\films\\...\\" + std::string(30, 'g');
+    const Names shortNames = {names[0], start + "\\b.gif", start + "\\a.gif"};
+    settings.carefulMode = 1;
+    add();
+    add();  // they are there already
+    seeAll(shortNames);
+    Command(IDM_CAREFUL_MODE);
+    seeAll(names);
+    Command(IDM_CAREFUL_MODE);
+    seeAll(shortNames);
+    WriteSettings(hMainWindow, Folder());
+    const Bytes stored = ReadAll(File("KLMZEP.INI"));
+    EXPECT_NE(std::string(stored.begin(), stored.end()).find(names[2]), std::string::npos);
+    RemoveRecentFile(hMainWindow, RecentFileId(1));
+    EXPECT_EQ(::RecentFiles(hMainWindow), (Names{names[0], names[2]}));
+    EXPECT_EQ(RecentFiles(), (Names{names[0], start + "\\a.gif"}));
+}
+
+// Two editors have the same smallest size, and each comes up in the middle of the screen.
+TEST_F(CarefulTest, AWindowStandsAsideOfOthers) {
+    // As another program has it, which has its own classes.
+    WNDCLASSW about = {};
+    about.lpfnWndProc = DefWindowProcW;
+    about.hInstance = GetModuleHandleW(L"gdi32.dll");
+    about.lpszClassName = kMainWindowClass;
+    ASSERT_TRUE(RegisterClassW(&about));
+    RECT before = {}, work = {};
+    GetWindowRect(hMainWindow, &before);
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &work, 0);
+    std::vector<HWND> others;
+    auto add = [&](POINT at) {
+        others.push_back(CreateWindowExW(WS_EX_NOACTIVATE, kMainWindowClass, L"", WS_POPUP | WS_VISIBLE, at.x, at.y, 50,
+                                         50, nullptr, nullptr, about.hInstance, nullptr));
+    };
+    auto corner = [] {
+        RECT place = {};
+        GetWindowRect(hMainWindow, &place);
+        return POINT{place.left, place.top};
+    };
+    StandAside(hMainWindow);
+    EXPECT_EQ(corner().x, before.left) << "there is no other window";
+    add({before.left, before.top});
+    StandAside(hMainWindow);
+    const LONG step = corner().x - before.left;
+    EXPECT_GE(step, GetSystemMetrics(SM_CYCAPTION));
+    EXPECT_EQ(corner().y - before.top, step);
+    StandAside(hMainWindow);
+    EXPECT_EQ(corner().x, before.left + step) << "it is aside already";
+    add({before.left + step, before.top + step});
+    StandAside(hMainWindow);
+    EXPECT_EQ(corner().x, before.left + 2 * step);
+    // In the corner of the screen there is no room right of it and below.
+    const POINT last = {work.right - (before.right - before.left), work.bottom - (before.bottom - before.top)};
+    SetWindowPos(hMainWindow, nullptr, last.x, last.y, 0, 0, SWP_NOSIZE);
+    add(last);
+    StandAside(hMainWindow);
+    EXPECT_EQ(corner().x, work.left);
+    EXPECT_EQ(corner().y, work.top);
+    for (HWND other : others) DestroyWindow(other);
+    UnregisterClassW(kMainWindowClass, about.hInstance);
 }
 
 // The list's and the file's messages have room for all their lines, and the button stays below them.

@@ -1,9 +1,11 @@
 // The colour grid, the eyedropper and the faces of the buttons that open them.
 #include "tests/gui/editor_test.h"
+#include "windows/dialogs/colour_grid.h"
 #include "windows/dialogs/draw_buttons.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/pick_colour.h"
 #include "windows/dialogs/select_colour.h"
+#include "windows/services/screen_scale.h"
 
 namespace {
 
@@ -36,6 +38,69 @@ TEST_F(ColourPickers, TheGridShowsAllEntriesAndChoosesCountedOnes) {
         EXPECT_EQ(SelectColour(hMainWindow, palette, count, &current), chosen != kUnchanged);
         EXPECT_EQ(current, chosen);
     }
+}
+
+// By keys as a person presses them: they go where the focus is, through the dialog.
+TEST_F(ColourPickers, InCarefulModeTheGridTakesKeysAndMarksTheColour) {
+    settings.carefulMode = 1;
+    RgbTriples palette;
+    for (int i = 0; i < kPaletteEntries; ++i) palette[i] = {static_cast<uint8_t>(i), 200, 100};
+    const struct {
+        uint32_t count, current;
+        std::vector<WPARAM> keys;
+        uint32_t marked;
+    } cases[] = {{256, 37, {}, 37},
+                 {256, 37, {VK_RIGHT}, 38},
+                 {256, 37, {VK_LEFT, VK_UP}, 20},
+                 {256, 37, {VK_DOWN, VK_DOWN}, 69},
+                 {256, 37, {VK_HOME, VK_LEFT, VK_UP}, 0},
+                 {256, 37, {VK_END, VK_RIGHT, VK_DOWN}, 255},
+                 {40, 37, {VK_DOWN, VK_RIGHT, VK_RIGHT, VK_RIGHT}, 39},
+                 {40, 37, {VK_END}, 39},
+                 {2, 200, {}, 1}};
+    for (const auto& row : cases)
+        for (WPARAM choose : {WPARAM{VK_RETURN}, WPARAM{VK_SPACE}, WPARAM{VK_ESCAPE}}) {
+            uint32_t current = row.current;
+            DialogAnswers answers({[&](HWND dialog) {
+                PumpMessages();
+                HWND grid = GetDlgItem(dialog, IDC_COLOUR_GRID);
+                EXPECT_EQ(GetFocus(), grid);
+                auto press = [&](WPARAM key) {
+                    MSG message = {grid, WM_KEYDOWN, key, 1, 0, {}};
+                    EXPECT_TRUE(IsDialogMessageW(dialog, &message));
+                };
+                for (WPARAM key : row.keys) press(key);
+                const int marked = static_cast<int>(row.marked);
+                RECT client = {};
+                GetClientRect(grid, &client);
+                for (int i = 0, cell = client.right / 16; i < kPaletteEntries; ++i) {
+                    const int x = i % 16 * cell, y = i / 16 * cell;
+                    EXPECT_EQ(PixelAt(grid, x + cell / 2, y + cell / 2), ColourRef(palette[i])) << i;
+                    EXPECT_EQ(PixelAt(grid, x + 1, y + cell / 2) == RGB(255, 255, 255), i == marked) << i;
+                }
+                press(choose);
+            }});
+            const bool chosen = choose != VK_ESCAPE;
+            EXPECT_EQ(SelectColour(hMainWindow, palette, row.count, &current), chosen);
+            EXPECT_EQ(current, chosen ? row.marked : row.current);
+        }
+}
+
+TEST_F(ColourPickers, InCarefulModeAClickStillChooses) {
+    settings.carefulMode = 1;
+    RgbTriples palette = {};
+    uint32_t current = 3;
+    DialogAnswers answers({[&](HWND dialog) {
+        HWND grid = GetDlgItem(dialog, IDC_COLOUR_GRID);
+        RECT client = {};
+        GetClientRect(grid, &client);
+        const int cell = client.right / 16;
+        SendMessageW(grid, WM_LBUTTONDOWN, 0, MAKELPARAM(8 * cell, 2 * cell));
+        EXPECT_TRUE(IsWindow(grid)) << "there are only 40 colours";
+        SendMessageW(grid, WM_LBUTTONDOWN, 0, MAKELPARAM(8 * cell - 1, 3 * cell - 1));
+    }});
+    EXPECT_TRUE(SelectColour(hMainWindow, palette, 40, &current));
+    EXPECT_EQ(current, 39u);
 }
 
 TEST_F(ColourPickers, ADialogBehindTheGridGoesOnWithItsOwnBlock) {
@@ -91,6 +156,47 @@ TEST_F(ColourPickers, TheEyedropperEndsWithoutAPixelButNotBesideTheImage) {
     }
     WNDCLASSW about;
     EXPECT_FALSE(GetClassInfoW(hInstance, L"KLM ZephyrSelect", &about)) << "the class is still registered";
+}
+
+TEST_F(ColourPickers, TheEyedropperEnlargesOnDenseScreens) {
+    const Block image = At(kSampleSecondImage);
+    const ImageFields fields = GetImageFields(image);
+    const int x = fields.width - 1, y = fields.height - 1;
+    DialogAnswers answers({[&](HWND window) {
+        const COLORREF usual = PixelAt(window, x, y);
+        SendMessageW(window, kDpiChanged, MAKEWPARAM(192, 192), 0);
+        for (const auto& [right, down] : {std::pair(0, 0), {1, 1}})
+            EXPECT_EQ(PixelAt(window, 2 * x + right, 2 * y + down), usual);
+        SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(2 * x + 2, 2 * y + 1));
+        EXPECT_TRUE(IsWindow(window)) << "beside the image";
+        SendMessageW(window, WM_LBUTTONUP, 0, MAKELPARAM(2 * x + 1, 2 * y + 1));
+    }});
+    uint32_t index = 0;
+    EXPECT_TRUE(PickColourFromImage(hMainWindow, image, &index));
+    EXPECT_EQ(index, GetImagePixel(ImageLock(image.data), x, y));
+}
+
+TEST_F(ColourPickers, TheGridIsLaidOutAnewOnADenseScreen) {
+    RgbTriples palette = {};
+    uint32_t current = 0;
+    DialogAnswers answers({[&](HWND dialog) {
+        auto see = [&](int cell, int button) {
+            RECT client, cancel;
+            GetClientRect(dialog, &client);
+            GetClientRect(GetDlgItem(dialog, IDCANCEL), &cancel);
+            EXPECT_EQ(client.right, 16 * cell);
+            EXPECT_EQ(client.bottom, 16 * cell + button);
+            EXPECT_EQ(cancel.right, 16 * cell);
+        };
+        for (const auto& [dpi, cell, button] : {std::tuple(144, 18, 48), {192, 24, 64}, {96, 12, 32}}) {
+            SendMessageW(dialog, kDpiChanged, MAKEWPARAM(dpi, dpi), 0);
+            PumpMessages();
+            see(cell, button);
+        }
+        ChooseCell(5, 2)(dialog);
+    }});
+    EXPECT_TRUE(SelectColour(hMainWindow, palette, 256, &current));
+    EXPECT_EQ(current, 37u);
 }
 
 TEST_F(ColourPickers, TheEyedropperPicksNothingWhenItsOwnerOrTheProgramEnds) {
@@ -161,6 +267,21 @@ TEST_F(ColourPickers, ButtonsShowTheirColourAndState) {
             EXPECT_EQ(pressed.At(x + 1, y + 1), raised.At(x, y)) << x << " " << y;
             EXPECT_FALSE(raised.At(x, y) == kWhite && raised.At(x - 1, y) == face) << x << " " << y;
         }
+    // In careful mode the focus is seen, on a face of any colour.
+    for (uint32_t careful : {0u, 1u}) {
+        settings.carefulMode = careful;
+        for (const uint8_t grey : std::initializer_list<uint8_t>{0, 128, 255}) {
+            RgbTriples palette = {};
+            palette[88] = {grey, grey, grey};
+            auto colour = [&](const DRAWITEMSTRUCT& item) { DrawColourButton(nullptr, item, palette, 88); };
+            const Picture without = Drawn(0, colour), with = Drawn(ODS_FOCUS, colour);
+            EXPECT_EQ(Difference(without, with).empty(), !careful) << int{grey};
+            if (careful) {
+                EXPECT_EQ(with.At(3, 12), grey < 129 ? kWhite : kBlack);
+            }
+        }
+        EXPECT_EQ(Difference(raised, Drawn(ODS_FOCUS, draw)).empty(), !careful);
+    }
     EXPECT_EQ(Count(disabled, navy) + Count(disabled, kBlack), 0);
     EXPECT_GT(Count(disabled, GetSysColor(COLOR_BTNSHADOW)), 40);
     EXPECT_GT(Count(disabled, kWhite), 5) << "no light edge";

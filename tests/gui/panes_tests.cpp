@@ -11,6 +11,7 @@
 #include "windows/app/panes.h"
 #include "windows/app/preview.h"
 #include "windows/ids/pane_ids.h"
+#include "windows/services/screen_scale.h"
 
 // Behind the Windows headers, which it needs.
 #include <oleacc.h>
@@ -85,7 +86,8 @@ protected:
         SelectedObject font(dc.Get(), hListFont);
         TEXTMETRICW metric = {};
         GetTextMetricsW(dc.Get(), &metric);
-        const int height = shown.height - 3 * static_cast<int>(metric.tmHeight) - 8;
+        const int height = shown.height - 3 * static_cast<int>(metric.tmHeight) - ScaledFor(Preview(), 8);
+        const int square = ScaledFor(Preview(), 8), dash = ScaledFor(Preview(), 4);
         const int left = (shown.width - composed.width * scale) / 2, top = (height - composed.height * scale) / 2;
         const RECT outline = {left + outlined.left * scale - 1, top + outlined.top * scale - 1,
                               left + outlined.right * scale, top + outlined.bottom * scale};
@@ -98,9 +100,9 @@ protected:
                 const auto at = static_cast<size_t>((y - top) / scale * composed.width + (x - left) / scale);
                 const uint32_t colour = composed.pixels[at];
                 COLORREF expected = RGB(colour >> 16, colour >> 8, colour);
-                const bool isLight = ((x - left) / 8 + (y - top) / 8) % 2 == 0;
+                const bool isLight = ((x - left) / square + (y - top) / square) % 2 == 0;
                 if (!composed.isOpaque[at]) expected = isLight ? RGB(255, 255, 255) : RGB(204, 204, 204);
-                if (isInRange && isEdge) expected = (x + y) / 4 % 2 == 0 ? RGB(0, 0, 0) : RGB(255, 255, 255);
+                if (isInRange && isEdge) expected = (x + y) / dash % 2 == 0 ? RGB(0, 0, 0) : RGB(255, 255, 255);
                 dashes += isInRange && isEdge;
                 wrong += shown.At(x, y) != expected;
             }
@@ -187,6 +189,18 @@ TEST_F(PanesTest, TheWindowIsAsWideAsBeforeWhenThePreviewGoes) {
     Command(IDM_PREVIEW);
     Command(IDM_PREVIEW);
     EXPECT_EQ(outer().right - outer().left, 800);
+}
+
+TEST_F(PanesTest, ThePreviewsNaturalSizeFollowsTheDensityOfTheScreen) {
+    Command(IDM_PREVIEW);
+    Show(TestAnimation());
+    Select(kSecondImage);
+    for (const auto& [dpi, scale] : {std::pair(144, 1), {192, 2}, {96, 1}}) {
+        const RECT place = {0, 0, 1200, 900};
+        SendMessageW(hMainWindow, kDpiChanged, MAKEWPARAM(dpi, dpi), reinterpret_cast<LPARAM>(&place));
+        Settle();
+        ExpectFrame(1, scale, {10, 8, 26, 24});
+    }
 }
 
 TEST_F(PanesTest, ThePreviewShowsTheComposedFrameOfTheSelectedLine) {

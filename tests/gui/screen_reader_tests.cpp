@@ -190,22 +190,28 @@ TEST_F(ScreenReaderTest, FramesHaveNamesInTheFilmstrip) {
     EXPECT_EQ(Selection(), 4) << "the line of its image";
 }
 
+// The dialog draws its cells itself; in careful mode they are a control.
 TEST_F(ScreenReaderTest, ColoursAreReadAndChosen) {
-    Edit(kSampleHeader, {Press(IDOK, {{IDC_COLOUR}}), [](HWND grid) {
-                             const Reader reader(grid);
-                             EXPECT_EQ(reader.Count(), 256 + 1) << "and the button";
-                             EXPECT_EQ(reader.Selection(), 1);
-                             const RgbTriple colour = At(kSampleHeader).palette[18];
-                             EXPECT_EQ(reader.Name(19), "colour 18, red " + std::to_string(colour.red) + ", green " +
-                                                            std::to_string(colour.green) + ", blue " +
-                                                            std::to_string(colour.blue));
-                             EXPECT_EQ(reader.At(MiddleOf(reader.Place(19))), 19);
-                             IDispatch* button = nullptr;
-                             EXPECT_EQ(reader->get_accChild(Reader::Child(257), &button), S_OK);
-                             if (button) button->Release();
-                             EXPECT_EQ(reader->accDoDefaultAction(Reader::Child(19)), S_OK);
-                         }});
-    EXPECT_EQ(GetHeaderFields(At(kSampleHeader)).backgroundIndex, 18);
+    const RgbTriple colour = At(kSampleHeader).palette[18];
+    const std::string name = "colour 18, red " + std::to_string(colour.red) + ", green " +
+                             std::to_string(colour.green) + ", blue " + std::to_string(colour.blue);
+    for (bool isCareful : {false, true}) {
+        SCOPED_TRACE(isCareful);
+        settings.carefulMode = isCareful;
+        const long buttons = isCareful ? 0 : 1;  // beside the cells
+        const long current = 1 + GetHeaderFields(At(kSampleHeader)).backgroundIndex;
+        Edit(kSampleHeader, {Press(IDOK, {{IDC_COLOUR}}), [&](HWND dialog) {
+                                 const Reader reader(isCareful ? GetDlgItem(dialog, IDC_COLOUR_GRID) : dialog);
+                                 EXPECT_EQ(reader.Count(), 256 + buttons);
+                                 EXPECT_EQ(reader.Selection(), current);
+                                 EXPECT_EQ(reader.Name(19), name);
+                                 EXPECT_EQ(reader.At(MiddleOf(reader.Place(19))), 19);
+                                 EXPECT_EQ(reader->accSelect(SELFLAG_TAKESELECTION, Reader::Child(5)), S_OK);
+                                 EXPECT_EQ(reader.Selection(), 5);
+                                 EXPECT_EQ(reader->accDoDefaultAction(Reader::Child(19)), S_OK);
+                             }});
+        EXPECT_EQ(GetHeaderFields(At(kSampleHeader)).backgroundIndex, 18);
+    }
 }
 
 TEST_F(ScreenReaderTest, WindowsOfTheWholeScreenSayHowToLeaveThem) {

@@ -14,6 +14,7 @@
 #include "windows/services/help_system.h"
 #include "windows/services/messages.h"
 #include "windows/services/plain_dialog.h"
+#include "windows/services/short_path.h"
 
 namespace {
 
@@ -76,6 +77,28 @@ TEST_F(ServicesTest, TheCommandLineIsWhatFollowsTheProgram) {
         {L"C:\\\"x y\"\\klmzep.exe z", L"z"},
     };
     for (const auto& [line, arguments] : cases) EXPECT_STREQ(CommandLineArguments(line), arguments) << line;
+}
+
+TEST_F(ServicesTest, LongPathsKeepTheirEnds) {
+    const std::tuple<const wchar_t*, size_t, const wchar_t*> cases[] = {
+        {LR"(C:\films\a.gif)", 14, LR"(C:\films\a.gif)"},
+        {LR"(C:\films\kites\a.gif)", 18, LR"(C:\films\...\a.gif)"},
+        {LR"(C:\films\a\bc\def\a.gif)", 22, LR"(C:\films\...\def\a.gif)"},
+        {LR"(C:\films\a\bc\def\a.gif)", 21, LR"(C:\films\...\a.gif)"},
+        {LR"(\\server\share\films\kites\a.gif)", 30, LR"(\\server\share\...\kites\a.gif)"},
+        {LR"(\\server\share\films\kites\a.gif)", 24, LR"(\\server\...\kites\a.gif)"},
+        {LR"(C:\a folder without an end\b\kite.gif)", 20, LR"(C:\...\b\kite.gif)"},
+        {LR"(C:\0123456789abcdefghij.gif)", 20, LR"(C:\0123456...hij.gif)"},
+        {LR"(C:\films\kites\0123456789abcdefghij.gif)", 30, LR"(C:\films\...\0123456...hij.gif)"},
+        {LR"(C:\f\k\0123456789abcdefghij.gif)", 5, LR"(C:\...\0123....gif)"},
+        {LR"(0123456789)", 8, LR"(0123...6789)"},
+        {L"", 0, L""},
+    };
+    for (const auto& [path, units, expected] : cases) EXPECT_EQ(ShortPath(path, units), expected) << path;
+    // No half of a character stays behind.
+    EXPECT_EQ(WithoutMiddle(L"ab\xD83D\xDE00xy\xD83D\xDE00gh", 6), L"ab...gh");
+    EXPECT_EQ(NameOfPath(LR"(C:/films\a.gif)"), L"a.gif");
+    EXPECT_EQ(NameOfPath(L"a.gif"), L"a.gif");
 }
 
 TEST_F(ServicesTest, TheOpenDialogStartsInTheFolderOfAName) {

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tests/gui/picture.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/settings.h"
 #include "windows/viewer/viewer_state.h"
 
@@ -35,6 +36,8 @@ public:
     ViewerStage(const ViewerStage&) = delete;
     ViewerStage& operator=(const ViewerStage&) = delete;
 
+    // As on a screen of that density.
+    void MoveToScreen(int dpi) const { SendMessageW(window_, kDpiChanged, MAKEWPARAM(dpi, dpi), 0); }
     // Runs the next message that the viewer has posted to itself and returns it; 0 when there is none.
     UINT Step() {
         MSG message;

@@ -106,6 +106,68 @@ TEST(Viewer, SkipsAnImageWithoutPixels) {
     }
 }
 
+// With images at places that are odd, and that reach beyond the screen.
+TEST(Viewer, EnlargesByWholeFactorsWithoutBlurring) {
+    constexpr int kWidth = 50, kHeight = 40;
+    const struct {
+        uint32_t disposal;
+        int transparentIndex;
+        bool interlaced;
+    } cases[] = {{0, -1, false}, {0, -1, true}, {2, 3, false}, {2, -1, false}, {3, 3, true}, {3, -1, true}};
+    for (const auto& [disposal, transparentIndex, interlaced] : cases) {
+        Animation animation(41, 30);
+        animation.Image({0, 0, 41, 30}).Control(disposal, 0, transparentIndex);
+        animation.Image({5, 7, 12, 9, 8, interlaced, true}).Image({30, 20, 17, 15, 4, interlaced});
+        animation.Image({3, 1, 8, 6, 1, interlaced});
+        auto play = [](ViewerStage& stage) {
+            stage.Expose(RDW_ERASE);
+            stage.PlayToEnd();
+            return stage.Look();
+        };
+        ViewerStage usual(animation.List(), kWidth, kHeight);
+        const Picture small = play(usual);
+        for (const auto& [dpi, factor] : {std::pair(144, 1), {192, 2}, {288, 3}}) {
+            SCOPED_TRACE(testing::Message() << disposal << " " << transparentIndex << " " << interlaced << " " << dpi);
+            // Beside the last whole pixel some are left over, which count for nothing.
+            ViewerStage stage(animation.List(), kWidth * factor + factor - 1, kHeight * factor);
+            stage.MoveToScreen(dpi);
+            const Picture large = play(stage);
+            Picture expected = large;
+            for (int y = 0; y < kHeight * factor; ++y)
+                for (int x = 0; x < kWidth * factor; ++x) expected.At(x, y) = small.At(x / factor, y / factor);
+            EXPECT_EQ(Difference(expected, large), "");
+        }
+    }
+}
+
+TEST(Viewer, EnlargesTextWithTheImages) {
+    auto draws = [](int dpi, int factor) {
+        Animation animation(60, 40);
+        animation.PlainText("H", {10, 6, 10, 1, 8, 8, 9, 9});
+        animation.Control(0, 0, 9);
+        ViewerStage stage(animation.List(), 60 * factor, 40 * factor);
+        stage.MoveToScreen(dpi);
+        stage.Expose(RDW_ERASE);
+        stage.PlayToEnd();
+        const Picture shown = stage.Look();
+        RECT ink = {1000, 1000, 0, 0};
+        for (LONG y = 0; y < shown.height; ++y)
+            for (LONG x = 0; x < shown.width; ++x)
+                if (shown.At(x, y) != shown.At(0, 0)) {
+                    ink = {std::min(ink.left, x), std::min(ink.top, y), std::max(ink.right, x + 1),
+                           std::max(ink.bottom, y + 1)};
+                }
+        return ink;
+    };
+    const RECT usual = draws(96, 1), dense = draws(192, 2);
+    ASSERT_LT(usual.left, usual.right);
+    for (const auto& [once, twice] : {std::pair(usual.left, dense.left),
+                                      {usual.top, dense.top},
+                                      {usual.right, dense.right},
+                                      {usual.bottom, dense.bottom}})
+        EXPECT_NEAR(twice, 2 * once, 3);
+}
+
 TEST(Viewer, PlacesPaintsAndDisposesOfImages) {
     const struct {
         uint16_t screenWidth, screenHeight;

@@ -1,7 +1,10 @@
 // The Animation Wizard, page by page.
+#include <filesystem>
+
 #include "tests/gui/editor_test.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
+#include "windows/dialogs/wizard_files.h"
 #include "windows/ids/wizard_ids.h"
 
 namespace {
@@ -50,6 +53,21 @@ protected:
         HWND focus = GetFocus();
         EXPECT_TRUE(IsChild(dialog, focus) && IsWindowVisible(focus) && IsWindowEnabled(focus)) << state;
         return state;
+    }
+
+    // What the tip says for the line under the mouse; "(none)" without a tip.
+    static std::string TipOf(HWND list) {
+        for (HWND tip = nullptr; (tip = FindWindowExW(nullptr, tip, TOOLTIPS_CLASSW, nullptr)) != nullptr;) {
+            wchar_t text[300] = L"";
+            TTTOOLINFOW tool = {};
+            tool.cbSize = TTTOOLINFOW_V2_SIZE;
+            tool.hwnd = list;
+            tool.uId = 1;
+            tool.lpszText = text;
+            if (!SendMessageW(tip, TTM_GETTOOLINFOW, 0, reinterpret_cast<LPARAM>(&tool))) continue;
+            return IsRectEmpty(&tool.rect) ? "" : Utf8FromWide(text);
+        }
+        return "(none)";
     }
 };
 
@@ -100,6 +118,42 @@ TEST_F(WizardTest, PagesGoForwardAndBackWhileFilesComeAndGo) {
     const Steps three = DialogAnswers::ChooseFiles({Folder(), R"("a.gif" "C.gif" "B.gif")"});
     Run(IDM_WIZARD, {walk, DialogAnswers::ChooseFiles({File("m.gif")}), Press(IDCANCEL), three, Press(IDCANCEL)});
     EXPECT_EQ(document.count, 0u);
+}
+
+// And the files are those of the paths, whatever the lines show.
+TEST_F(WizardTest, InCarefulModeLinesWithoutRoomShowNamesAndTips) {
+    const std::string folder = File(std::string(60, 'f'));
+    std::filesystem::create_directory(folder);
+    const std::string a = MakeGif(std::string(60, 'f') + "\\a.gif"), b = MakeGif(std::string(60, 'f') + "\\b.gif");
+    auto walk = [&](HWND dialog) {
+        HWND list = GetDlgItem(dialog, IDC_WIZARD_FILES);
+        for (int page = 0; page < 5; ++page) PressButton(dialog, IDC_WIZARD_NEXT);
+        PressButton(dialog, IDC_WIZARD_SELECT);
+        const bool careful = settings.carefulMode != 0;
+        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_FILES, 0), careful ? "a.gif" : a);
+        EXPECT_EQ(ListLine(dialog, IDC_WIZARD_FILES, 1), careful ? "b.gif" : b);
+        const LRESULT reach = ToList(dialog, IDC_WIZARD_FILES, LB_GETHORIZONTALEXTENT);
+        RECT client = {}, second = {};
+        GetClientRect(list, &client);
+        EXPECT_EQ(reach > client.right, !careful);
+        SendMessageW(list, LB_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&second));
+        SendMessageW(list, WM_MOUSEMOVE, 0, MAKELPARAM(5, second.top + 2));
+        EXPECT_EQ(TipOf(list), careful ? b : "(none)");
+        SendMessageW(list, WM_MOUSEMOVE, 0, MAKELPARAM(5, client.bottom - 2));
+        EXPECT_EQ(TipOf(list), careful ? "" : "(none)") << "below the lines";
+        ToList(dialog, IDC_WIZARD_FILES, LB_SETCURSEL, 0);
+        PressButton(dialog, IDC_WIZARD_DELETE);
+        PressButton(dialog, IDC_WIZARD_SELECT);
+        EXPECT_EQ(WizardFiles(dialog), (std::vector<std::string>{b, a}));
+        ToList(dialog, IDC_WIZARD_FILES, LB_ADDSTRING, 0, L"C:\\c.gif");
+        EXPECT_EQ(WizardFiles(dialog).back(), "C:\\c.gif");
+        PressButton(dialog, IDCANCEL);
+    };
+    const Steps both = DialogAnswers::ChooseFiles({folder, R"("a.gif" "b.gif")"});
+    for (uint32_t careful : {0u, 1u}) {
+        settings.carefulMode = careful;
+        Run(IDM_WIZARD, {walk, both, Press(IDCANCEL), DialogAnswers::ChooseFiles({a}), Press(IDCANCEL)});
+    }
 }
 
 TEST_F(WizardTest, TheFocusLeavesAPageForTheButtonThatEnterPresses) {

@@ -9,10 +9,15 @@
 #include "windows/app/window_places.h"
 #include "windows/ids/command_ids.h"
 #include "windows/services/screen_reader.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/settings.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
+
+constexpr int kLineHeight = 16;    // what lists on usual screens give their lines
+constexpr int kHighestLine = 255;  // that a list takes
+int usualLineHeight = kLineHeight;
 
 constexpr wchar_t kSeparator = static_cast<unsigned char>(kBlockLineSeparator);
 
@@ -111,6 +116,14 @@ void CreateBlockListView(HWND window) {
                                 place.bottom - place.top, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_BLOCK_LIST}),
                                 hInstance, nullptr);
     if (list) TellReaders(list, kReadList);
+    const auto own = static_cast<int>(SendMessageW(ListOf(window), LB_GETITEMHEIGHT, 0, 0));
+    usualLineHeight = DpiOf(window) == kUsualDpi ? own : kLineHeight;
+}
+
+void ScaleBlockListView(HWND window) {
+    HWND list = ListOf(window);
+    const int height = std::min(ScaledFor(window, usualLineHeight), kHighestLine);
+    if (SendMessageW(list, LB_GETITEMHEIGHT, 0, 0) != height) SendMessageW(list, LB_SETITEMHEIGHT, 0, height);
 }
 
 void FitBlockListView(HWND window) {

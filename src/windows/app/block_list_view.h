@@ -14,6 +14,9 @@ void ShowPanesSoon(HWND window);
 void CreateBlockListView(HWND window);
 void FitBlockListView(HWND window);
 
+// Makes the lines as high as the screen of `window` wants them.
+void ScaleBlockListView(HWND window);
+
 // Replaces all lines by those of `list` (none: the list stays empty). Selects nothing; the place that the list is
 // scrolled to stays.
 void FillBlockListView(HWND window, const BlockList* list);

@@ -12,14 +12,18 @@
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/pane_ids.h"
 #include "windows/services/screen_reader.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
 
+// Pixels of a usual screen.
 constexpr int kCellWidth = 112, kPictureWidth = 96, kPictureHeight = 60;
-constexpr int kGap = 4;  // pixels around the picture
+constexpr int kGap = 4;  // around the picture
 constexpr int kMostEnlarged = 4;
-constexpr int kHighestCell = 255;  // that a list box takes
+
+constexpr int kHighestCell = 255;        // pixels that a list box takes
+constexpr int kMostDpi = 3 * kUsualDpi;  // at which a cell is no higher
 constexpr size_t kMostPictures = 256;
 constexpr uint64_t kKeptBytes = uint64_t{16} << 20;
 constexpr UINT_PTR kComposeTimer = 77;
@@ -36,9 +40,14 @@ struct Filmstrip {
     unsigned version = 0;
     std::vector<uint32_t> times;  // of the frames that the strip has cells for
     std::map<int, Picture> pictures;
+    int dpi = kUsualDpi;  // that cells and pictures are made for
     Composer composer{kKeptBytes};
     bool isComposing = false;
 } strip;  // NOLINT(cert-err58-cpp): what is empty takes no memory
+
+int Length(int usualPixels) {
+    return ScaledTo(strip.dpi, usualPixels);
+}
 
 struct Range {
     int first, end;
@@ -49,7 +58,7 @@ Range InSight(HWND box) {
     RECT client = {};
     GetClientRect(box, &client);
     const auto first = static_cast<int>(SendMessageW(box, LB_GETTOPINDEX, 0, 0));
-    const int end = first + (client.right + kCellWidth - 1) / kCellWidth;
+    const int width = Length(kCellWidth), end = first + (client.right + width - 1) / width;
     return {first, std::min(end, static_cast<int>(strip.times.size()))};
 }
 
@@ -76,12 +85,13 @@ void DropFarPictures(HWND box) {
 }
 
 Picture Reduced(const CanvasView& canvas) {
-    const Zoom zoom = ZoomToFit(canvas.width, canvas.height, kPictureWidth, kPictureHeight, kMostEnlarged);
+    const int width = Length(kPictureWidth), height = Length(kPictureHeight);
+    const Zoom zoom = ZoomToFit(canvas.width, canvas.height, width, height, Length(kMostEnlarged));
     Picture picture;
-    picture.width = std::min(ZoomedSize(canvas.width, zoom), kPictureWidth);
-    picture.height = std::min(ZoomedSize(canvas.height, zoom), kPictureHeight);
+    picture.width = std::min(ZoomedSize(canvas.width, zoom), width);
+    picture.height = std::min(ZoomedSize(canvas.height, zoom), height);
     picture.pixels.resize(static_cast<size_t>(picture.width) * static_cast<size_t>(picture.height));
-    DrawZoomed({picture.pixels.data(), picture.width, picture.height}, canvas, zoom, 0, 0);
+    DrawZoomed({picture.pixels.data(), picture.width, picture.height}, canvas, zoom, 0, 0, Length(kCheckPixels));
     return picture;
 }
 
@@ -162,7 +172,7 @@ void DrawPicture(HDC dc, const Picture& picture, const RECT& cell) {
     BITMAPINFO info = {};
     info.bmiHeader = {sizeof info.bmiHeader, picture.width, -picture.height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
     const int left = cell.left + (cell.right - cell.left - picture.width) / 2;
-    const int top = cell.top + kGap + (kPictureHeight - picture.height) / 2;
+    const int top = cell.top + Length(kGap) + (Length(kPictureHeight) - picture.height) / 2;
     SetDIBitsToDevice(dc, left, top, static_cast<DWORD>(picture.width), static_cast<DWORD>(picture.height), 0, 0, 0,
                       static_cast<UINT>(picture.height), picture.pixels.data(), &info, DIB_RGB_COLORS);
 }
@@ -172,7 +182,7 @@ void DrawCell(HDC dc, const RECT& cell, int frame, UINT state) {
     FillRect(dc, &cell, GetSysColorBrush(isSelected ? COLOR_HIGHLIGHT : COLOR_WINDOW));
     SetBkMode(dc, TRANSPARENT);
     SetTextColor(dc, GetSysColor(isSelected ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
-    RECT text = {cell.left, cell.top + kPictureHeight + 2 * kGap, cell.right, cell.bottom};
+    RECT text = {cell.left, cell.top + Length(kPictureHeight) + 2 * Length(kGap), cell.right, cell.bottom};
     const auto index = static_cast<size_t>(frame);
     DrawTextW(dc, CellText(index, strip.times[index]).c_str(), -1, &text, DT_CENTER | DT_NOPREFIX | DT_SINGLELINE);
     const auto picture = strip.pictures.find(frame);
@@ -200,11 +210,16 @@ HWND CreateFilmstrip(HWND window) {
     if (!box) return nullptr;
     SendMessageW(box, WM_SETFONT, reinterpret_cast<WPARAM>(hListFont), FALSE);
     TellReaders(box, kReadStrip);
-    SendMessageW(box, LB_SETCOLUMNWIDTH, kCellWidth, 0);
+    SendMessageW(box, LB_SETCOLUMNWIDTH, static_cast<WPARAM>(Length(kCellWidth)), 0);
     return box;
 }
 
 void PlaceFilmstrip(HWND box, const RECT& place) {
+    if (const int dpi = std::min(DpiOf(box), kMostDpi); dpi != strip.dpi) {
+        strip.dpi = dpi;
+        strip.pictures.clear();
+        SendMessageW(box, LB_SETCOLUMNWIDTH, static_cast<WPARAM>(Length(kCellWidth)), 0);
+    }
     MoveWindow(box, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
     RECT client = {};
     GetClientRect(box, &client);

@@ -9,12 +9,13 @@
 #include "windows/app/commands.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/services/front_procedure.h"
+#include "windows/services/screen_scale.h"
 
 namespace {
 
 constexpr UINT_PTR kScrollTimer = 0x4C44;
 constexpr UINT kScrollMilliseconds = 60;
-constexpr int kMarkHeight = 2;
+constexpr int kMarkHeight = 2;  // pixels of a usual screen
 
 // The drag that is going on, or may begin.
 struct LineDrag {
@@ -52,7 +53,8 @@ void InvertMark(HWND list) {
     RECT client = {};
     GetClientRect(list, &client);
     const int y = (drag.behind + 1 - TopLine(list)) * LineHeight(list);
-    const RECT mark = {0, y - kMarkHeight / 2, client.right, y + kMarkHeight / 2};
+    const int half = ScaledFor(list, kMarkHeight) / 2;
+    const RECT mark = {0, y - half, client.right, y + half};
     WindowDc dc(list);
     InvertRect(dc.Get(), &mark);
 }

@@ -1,5 +1,6 @@
 #include "windows/app/main_window.h"
 
+#include <algorithm>
 #include <exception>
 #include <initializer_list>
 
@@ -22,6 +23,8 @@
 #include "windows/services/dropped_files.h"
 #include "windows/services/focus_handover.h"
 #include "windows/services/help.h"
+#include "windows/services/scaled_fonts.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -36,6 +39,7 @@ LRESULT OnDestroy(HWND window) {
     WriteSettings(window, settingsFolder);
     ClosePanes(window);
     CloseHelp(window);
+    ForgetDpi(window);
     PostQuitMessage(0);
     return 0;
 }
@@ -45,18 +49,37 @@ constexpr UINT kSnapMilliseconds = 100;
 bool isSnapDue;  // the timer runs
 bool isDragged;  // by the system itself; a window manager does not say so
 
+// On a dense screen not more than all of it.
+SIZE MinimumSize(HWND window) {
+    const int dpi = DpiOf(window);
+    SIZE size = {ScaledTo(dpi, kMinimumWidth), ScaledTo(dpi, kMinimumHeight)};
+    MONITORINFO monitor = {};
+    monitor.cbSize = sizeof monitor;
+    if (dpi > kUsualDpi && GetMonitorInfoW(MonitorFromWindow(window, MONITOR_DEFAULTTONEAREST), &monitor)) {
+        size.cx = std::min(size.cx, monitor.rcWork.right - monitor.rcWork.left);
+        size.cy = std::min(size.cy, monitor.rcWork.bottom - monitor.rcWork.top);
+    }
+    return size;
+}
+
+void Resize(HWND window, int width, int height) {
+    SetWindowPos(window, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
 LRESULT OnCreate(HWND window) {
     isSnapDue = isDragged = false;
+    const SIZE size = MinimumSize(window);
+    if (size.cx != kMinimumWidth || size.cy != kMinimumHeight) Resize(window, size.cx, size.cy);
     CentreWindow(window);
     return 0;
 }
 
-bool IsTooSmall(const RECT& place) {
-    return place.right - place.left < kMinimumWidth || place.bottom - place.top < kMinimumHeight;
+bool IsTooSmall(const RECT& place, SIZE smallest) {
+    return place.right - place.left < smallest.cx || place.bottom - place.top < smallest.cy;
 }
 
-bool IsSmallest(const RECT& place) {
-    return place.right - place.left == kMinimumWidth && place.bottom - place.top == kMinimumHeight;
+bool IsSmallest(const RECT& place, SIZE smallest) {
+    return place.right - place.left == smallest.cx && place.bottom - place.top == smallest.cy;
 }
 
 void StopSnap(HWND window) {
@@ -68,17 +91,24 @@ void SnapLater(HWND window) {
     if (!isSnapDue) isSnapDue = SetTimer(window, kSnapTimer, kSnapMilliseconds, nullptr) != 0;
 }
 
+void FitParts(HWND window) {
+    FitBlockListView(window);
+    FitNotice(window);
+    FitPanes(window);
+}
+
 // Where a window manager made the window too small, Wine takes the minimum size for restored without asking for it:
 // that has to wait until the message has been handled.
 LRESULT OnSize(HWND window, WPARAM how) {
     if (how == SIZE_MINIMIZED) return 0;  // an icon has no size to keep
     RECT place = {};
     GetWindowRect(window, &place);
-    if (!kQuirkMinimumSizeRestored || !IsTooSmall(place)) {
-        if (!IsSmallest(place)) StopSnap(window);  // it has been made larger meanwhile
-        return FitBlockListView(window), FitNotice(window), FitPanes(window), 0;
+    const SIZE smallest = MinimumSize(window);
+    if (!kQuirkMinimumSizeRestored || !IsTooSmall(place, smallest)) {
+        if (!IsSmallest(place, smallest)) StopSnap(window);  // it has been made larger meanwhile
+        return FitParts(window), 0;
     }
-    MoveWindow(window, place.left, place.top, kMinimumWidth, kMinimumHeight, TRUE);
+    MoveWindow(window, place.left, place.top, smallest.cx, smallest.cy, TRUE);
     SnapLater(window);
     return 0;
 }
@@ -88,9 +118,19 @@ LRESULT OnSize(HWND window, WPARAM how) {
 LRESULT OnSnapTimer(HWND window) {
     StopSnap(window);
     if (isDragged || IsIconic(window) || IsZoomed(window)) return 0;
-    for (int more : {1, 0})
-        SetWindowPos(window, nullptr, 0, 0, kMinimumWidth + more, kMinimumHeight + more,
-                     SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    const SIZE smallest = MinimumSize(window);
+    for (int more : {1, 0}) Resize(window, smallest.cx + more, smallest.cy + more);
+    return 0;
+}
+
+// The window has come to a screen of another density, or its screen has got another one.
+LRESULT OnDpiChanged(HWND window, int dpi, const RECT& place) {
+    NoteDpi(window, dpi);
+    FitMainWindowToScreen(window);
+    SetWindowPos(window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+    if (!IsIconic(window)) FitParts(window);
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
     return 0;
 }
 
@@ -191,6 +231,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CREATE: return OnCreate(window);
         case WM_DESTROY: return OnDestroy(window);
         case WM_SIZE: return OnSize(window, wParam);
+        case kDpiChanged: return OnDpiChanged(window, LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
         case WM_MOUSEACTIVATE: return OnMouseActivate(window, wParam, lParam);
         case WM_TIMER: return OnTimer(window, wParam);
         case WM_ENTERSIZEMOVE:
@@ -237,6 +278,14 @@ void RegisterMainWindowClass() {
     description.lpszMenuName = L"MainMenu";
     description.lpszClassName = kMainWindowClass;
     RegisterClassW(&description);
+}
+
+void FitMainWindowToScreen(HWND window) {
+    hListFont = ListFontAt(DpiOf(window));
+    SetChildFonts(window, hListFont, false);
+    ScaleBlockListView(window);
+    // The one of the class has the size for usual screens.
+    if (DpiOf(window) != kUsualDpi || SendMessageW(window, WM_GETICON, ICON_SMALL, 0)) GiveProgramIcon(window);
 }
 
 void CreateMainWindow() {

@@ -7,10 +7,13 @@
 constexpr UINT UM_OPENFILE = WM_USER + 46;
 
 constexpr wchar_t kMainWindowClass[] = L"KLM Zephyr";
-constexpr int kMinimumWidth = 400;  // outer size in pixels, also the size at start
+constexpr int kMinimumWidth = 400;  // outer size in pixels of a usual screen, also the size at start
 constexpr int kMinimumHeight = 440;
 
 void RegisterMainWindowClass();
+
+// Gives the window the font and the list the lines for the screen that it is on. What lies in it is placed elsewhere.
+void FitMainWindowToScreen(HWND window);
 
 // Creates the main window (hMainWindow) with its block list, not yet shown.
 void CreateMainWindow();

@@ -9,13 +9,15 @@
 #include "windows/ids/notice_ids.h"
 #include "windows/services/front_procedure.h"
 #include "windows/services/screen_reader.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
 
 constexpr wchar_t kStripClass[] = L"KLM ZephyrNotice";
 constexpr wchar_t kWholeCaption[] = L"Open it &whole";
-constexpr int kGap = 6;  // pixels around the text and the buttons
+// Pixels of a usual screen.
+constexpr int kGap = 6;  // around the text and the buttons
 constexpr int kButtonHeight = 20;
 constexpr int kWholeWidth = 84;
 constexpr int kCloseWidth = 20;
@@ -171,16 +173,18 @@ void FitNotice(HWND window) {
     HWND strip = StripOf(window);
     if (!strip) return;
     const RECT list = PlaceOfList(window);
+    const int dpi = DpiOf(window), gap = ScaledTo(dpi, kGap), buttonHeight = ScaledTo(dpi, kButtonHeight);
+    const int closeWidth = ScaledTo(dpi, kCloseWidth), wholeWidth = ScaledTo(dpi, kWholeWidth);
     const int width = list.right - list.left, border = GetSystemMetrics(SM_CXBORDER);
-    const int closeLeft = width - 2 * border - kGap - kCloseWidth;
-    const int wholeLeft = NoticeOffersWhole(window) ? closeLeft - kGap - kWholeWidth : closeLeft;
-    const int textWidth = std::max(wholeLeft - 2 * kGap, 1);
+    const int closeLeft = width - 2 * border - gap - closeWidth;
+    const int wholeLeft = NoticeOffersWhole(window) ? closeLeft - gap - wholeWidth : closeLeft;
+    const int textWidth = std::max(wholeLeft - 2 * gap, 1);
     const int textHeight = TextHeight(strip, textWidth);
-    const int inner = std::max(textHeight, kButtonHeight) + 2 * kGap, height = inner + 2 * border;
+    const int inner = std::max(textHeight, buttonHeight) + 2 * gap, height = inner + 2 * border;
     SetWindowPos(strip, HWND_TOP, list.left, list.bottom - height, width, height, SWP_NOACTIVATE);
-    Place(strip, IDC_NOTICE_TEXT, kGap, (inner - textHeight) / 2, textWidth, textHeight);
-    Place(strip, IDC_NOTICE_WHOLE, wholeLeft, (inner - kButtonHeight) / 2, kWholeWidth, kButtonHeight);
-    Place(strip, IDC_NOTICE_CLOSE, closeLeft, (inner - kButtonHeight) / 2, kCloseWidth, kButtonHeight);
+    Place(strip, IDC_NOTICE_TEXT, gap, (inner - textHeight) / 2, textWidth, textHeight);
+    Place(strip, IDC_NOTICE_WHOLE, wholeLeft, (inner - buttonHeight) / 2, wholeWidth, buttonHeight);
+    Place(strip, IDC_NOTICE_CLOSE, closeLeft, (inner - buttonHeight) / 2, closeWidth, buttonHeight);
 }
 
 bool NoticeOffersWhole(HWND window) {

@@ -13,6 +13,7 @@
 #include "windows/app/options.h"
 #include "windows/app/played_document.h"
 #include "windows/app/preview.h"
+#include "windows/app/recent_files.h"
 #include "windows/app/shell_state.h"
 #include "windows/app/window_places.h"
 #include "windows/app/window_stops.h"
@@ -20,11 +21,13 @@
 #include "windows/ids/pane_ids.h"
 #include "windows/services/front_procedure.h"
 #include "windows/services/screen_reader.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/settings.h"
 
 namespace {
 
-// The width that the window gets when the preview comes: room for the list's lines and a picture beside them.
+// The width that the window gets when the preview comes, in pixels of a usual screen: room for the list's lines and a
+// picture beside them.
 constexpr int kRoomyWidth = 760;
 
 PlayedDocument played;
@@ -86,8 +89,9 @@ void MakeRoom(HWND window) {
     GetWindowRect(window, &place);
     SystemParametersInfoW(SPI_GETWORKAREA, 0, &free, 0);
     widening = {};
-    if (IsZoomed(window) || IsIconic(window) || place.right - place.left >= kRoomyWidth) return;
-    const int width = std::min<int>(kRoomyWidth, free.right - free.left);
+    const int roomy = ScaledFor(window, kRoomyWidth);
+    if (IsZoomed(window) || IsIconic(window) || place.right - place.left >= roomy) return;
+    const int width = std::min<int>(roomy, free.right - free.left);
     const int left = std::max<int>(std::min(place.left, free.right - width), free.left);
     if (width <= place.right - place.left) return;
     widening = {place, {left, place.top, left + width, place.bottom}};
@@ -146,6 +150,7 @@ void AddAndRemovePanes(HWND window) {
 
 void ApplyOptions(HWND window) {
     ShowOptions(window);
+    ShowRecentFiles(window);
     AddAndRemovePanes(window);
     FitBlockListView(window);
     FitNotice(window);
@@ -163,9 +168,7 @@ void ClosePanes(HWND window) {
 
 void FitPanes(HWND window) {
     const WindowPlaces places = PlacesIn(window);
-    const RECT& place = places.preview;
-    if (HWND preview = PreviewOf(window))
-        MoveWindow(preview, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+    if (HWND preview = PreviewOf(window)) FitPreview(preview, places.preview);
     if (HWND filmstrip = FilmstripOf(window)) PlaceFilmstrip(filmstrip, places.filmstrip);
 }
 

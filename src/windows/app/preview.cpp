@@ -12,6 +12,7 @@
 #include "windows/app/preview_view.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/pane_ids.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -19,9 +20,10 @@ namespace {
 constexpr wchar_t kPreviewClass[] = L"KLM ZephyrPreview";
 constexpr uint64_t kKeptBytes = uint64_t{32} << 20;
 constexpr int kTextLines = 3;
-constexpr int kGap = 4;       // pixels around the text
+// Pixels of a usual screen.
+constexpr int kGap = 4;       // around the text
 constexpr int kDash = 4;      // of the outline
-constexpr int kKeyStep = 16;  // pixels that an arrow key moves the canvas
+constexpr int kKeyStep = 16;  // that an arrow key moves the canvas
 
 constexpr UINT_PTR kComposeTimer = 1;  // there is more to compose
 constexpr UINT_PTR kBytesTimer = 2;    // the selection has come to rest: there is time to count bytes
@@ -69,7 +71,7 @@ int LineHeight(HDC dc) {
 int TextHeight(HWND pane) {
     WindowDc dc(pane);
     SelectedObject font(dc.Get(), hListFont);
-    return kTextLines * LineHeight(dc.Get()) + 2 * kGap;
+    return kTextLines * LineHeight(dc.Get()) + 2 * ScaledFor(pane, kGap);
 }
 
 void FitView(HWND pane) {
@@ -77,7 +79,7 @@ void FitView(HWND pane) {
     GetClientRect(pane, &client);
     Preview& preview = *StateOf(pane);
     const Animation* played = preview.played ? &preview.played->Played() : nullptr;
-    preview.view.SetPlace(client.right, std::max<int>(client.bottom - TextHeight(pane), 0));
+    preview.view.SetPlace(client.right, std::max<int>(client.bottom - TextHeight(pane), 0), WholeFactor(DpiOf(pane)));
     preview.view.SetCanvas(played ? played->Width() : 0, played ? played->Height() : 0);
 }
 
@@ -217,10 +219,10 @@ private:
 };
 
 // Dashes in black and white, which show on every picture.
-void DrawOutline(const ScreenPicture& picture, int bottom, const RECT& outline) {
+void DrawOutline(const ScreenPicture& picture, int bottom, const RECT& outline, int dash) {
     auto put = [&](LONG x, LONG y) {
         if (x < 0 || y < 0 || x >= picture.width || y >= bottom) return;
-        picture.Row(y)[x] = (x + y) / kDash % 2 == 0 ? 0x000000 : 0xFFFFFF;
+        picture.Row(y)[x] = (x + y) / dash % 2 == 0 ? 0x000000 : 0xFFFFFF;
     };
     const LONG left = std::max(outline.left, -1L), right = std::min<LONG>(outline.right, picture.width + 1);
     for (LONG x = left; x < right; ++x) put(x, outline.top), put(x, outline.bottom - 1);
@@ -228,17 +230,19 @@ void DrawOutline(const ScreenPicture& picture, int bottom, const RECT& outline) 
         put(outline.left, y), put(outline.right - 1, y);
 }
 
-void DrawCanvas(const Preview& preview, const ScreenPicture& picture, int height) {
+void DrawCanvas(HWND pane, const ScreenPicture& picture, int height) {
+    const Preview& preview = *StateOf(pane);
     const ScreenPicture place = {picture.pixels, picture.width, height};
     const POINT corner = preview.view.Corner();
-    DrawZoomed(place, preview.composer.Canvas(), preview.view.CurrentZoom(), corner.x, corner.y);
+    DrawZoomed(place, preview.composer.Canvas(), preview.view.CurrentZoom(), corner.x, corner.y,
+               ScaledFor(pane, kCheckPixels));
     if (preview.isPlaying || !preview.isComposed) return;
     const struct Rectangle area = AreaOfLine(*preview.played, preview.line, static_cast<uint32_t>(preview.frame));
-    if (!area.IsEmpty()) DrawOutline(place, height, preview.view.Around(area));
+    if (!area.IsEmpty()) DrawOutline(place, height, preview.view.Around(area), ScaledFor(pane, kDash));
 }
 
-void DrawWords(const Preview& preview, HDC dc, RECT place) {
-    InflateRect(&place, -kGap, -kGap);
+void DrawWords(const Preview& preview, HDC dc, RECT place, int gap) {
+    InflateRect(&place, -gap, -gap);
     DrawTextW(dc, Words(preview).c_str(), -1, &place, DT_LEFT | DT_NOPREFIX);
     if (preview.trouble) return;
     const Zoom zoom = preview.view.CurrentZoom();
@@ -248,18 +252,18 @@ void DrawWords(const Preview& preview, HDC dc, RECT place) {
 
 void DrawPane(HWND pane, const PaneBuffer& buffer, const RECT& client) {
     const Preview& preview = *StateOf(pane);
-    const int height = std::max<int>(client.bottom - TextHeight(pane), 0);
+    const int height = std::max<int>(client.bottom - TextHeight(pane), 0), gap = ScaledFor(pane, kGap);
     SelectedObject font(buffer.Dc(), hListFont);
     SetBkMode(buffer.Dc(), TRANSPARENT);
     SetTextColor(buffer.Dc(), GetSysColor(COLOR_BTNTEXT));
     FillRect(buffer.Dc(), &client, GetSysColorBrush(COLOR_BTNFACE));
     GdiFlush();  // from here on the pixels are written directly
-    RECT words = {0, height, client.right, client.bottom}, place = {kGap, kGap, client.right - kGap, height};
+    RECT words = {0, height, client.right, client.bottom}, place = {gap, gap, client.right - gap, height};
     if (preview.trouble)
         DrawTextW(buffer.Dc(), preview.trouble, -1, &place, DT_CENTER | DT_WORDBREAK | DT_NOPREFIX);
     else
-        DrawCanvas(preview, buffer.Picture(), height);
-    if (preview.frame >= 0) DrawWords(preview, buffer.Dc(), words);
+        DrawCanvas(pane, buffer.Picture(), height);
+    if (preview.frame >= 0) DrawWords(preview, buffer.Dc(), words, gap);
     if (GetFocus() == pane) DrawFocusRect(buffer.Dc(), &client);
 }
 
@@ -311,6 +315,11 @@ LRESULT MoveCanvas(HWND pane, int x, int y) {
     return 0;
 }
 
+LRESULT MoveByKey(HWND pane, int x, int y) {
+    const int step = ScaledFor(pane, kKeyStep);
+    return MoveCanvas(pane, x * step, y * step);
+}
+
 LRESULT ShowWhole(HWND pane) {
     StateOf(pane)->view.Fit();
     Redraw(pane);
@@ -333,10 +342,10 @@ LRESULT OnKey(HWND pane, WPARAM key) {
         case VK_OEM_MINUS: return ZoomAt(pane, false, MiddleOf(pane));
         case '0':
         case VK_NUMPAD0: return ShowWhole(pane);
-        case VK_LEFT: return MoveCanvas(pane, kKeyStep, 0);
-        case VK_RIGHT: return MoveCanvas(pane, -kKeyStep, 0);
-        case VK_UP: return MoveCanvas(pane, 0, kKeyStep);
-        case VK_DOWN: return MoveCanvas(pane, 0, -kKeyStep);
+        case VK_LEFT: return MoveByKey(pane, 1, 0);
+        case VK_RIGHT: return MoveByKey(pane, -1, 0);
+        case VK_UP: return MoveByKey(pane, 0, 1);
+        case VK_DOWN: return MoveByKey(pane, 0, -1);
         case VK_PRIOR: return StepFrame(pane, -1);
         case VK_NEXT: return StepFrame(pane, 1);
         default: return 0;
@@ -419,6 +428,11 @@ HWND CreatePreview(HWND window) {
                                 0, window, reinterpret_cast<HMENU>(UINT_PTR{IDC_PREVIEW}), hInstance, nullptr);
     if (pane) SetWindowLongPtrW(pane, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(state.release()));
     return pane;  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the window owns its state
+}
+
+void FitPreview(HWND pane, const RECT& place) {
+    MoveWindow(pane, place.left, place.top, place.right - place.left, place.bottom - place.top, TRUE);
+    OnSize(pane);  // the font may be another one while the size is the same
 }
 
 void ShowInPreview(HWND pane, const PlayedDocument& played, int line) {

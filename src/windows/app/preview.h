@@ -11,6 +11,9 @@ class PlayedDocument;
 // Creates the pane as child IDC_PREVIEW of `window`, without a place. Null when that fails.
 HWND CreatePreview(HWND window);
 
+// Puts it there, fitted to the screen that it is on now.
+void FitPreview(HWND pane, const RECT& place);
+
 // Shows the frame of `line` of `played`, which must stay where it is as long as the pane is there. A changed document
 // or another line ends playing. What takes longer is composed bit by bit while the window waits for messages.
 void ShowInPreview(HWND pane, const PlayedDocument& played, int line);

@@ -35,8 +35,8 @@ int Moved(int at, LONG corner, const Zoom& from, const Zoom& to) {
 
 }  // namespace
 
-void PreviewView::SetPlace(int width, int height) {
-    placeWidth_ = width, placeHeight_ = height;
+void PreviewView::SetPlace(int width, int height, int natural) {
+    placeWidth_ = width, placeHeight_ = height, natural_ = natural;
     Settle();
 }
 
@@ -71,7 +71,7 @@ RECT PreviewView::Around(const struct Rectangle& area) const {
 }
 
 void PreviewView::Settle() {
-    if (isFitted_) zoom_ = ZoomToFit(canvasWidth_, canvasHeight_, placeWidth_, placeHeight_, 1);
+    if (isFitted_) zoom_ = ZoomToFit(canvasWidth_, canvasHeight_, placeWidth_, placeHeight_, natural_);
     corner_.x = Settled(corner_.x, ZoomedSize(canvasWidth_, zoom_), placeWidth_);
     corner_.y = Settled(corner_.y, ZoomedSize(canvasHeight_, zoom_), placeHeight_);
 }

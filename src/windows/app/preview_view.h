@@ -6,9 +6,10 @@
 
 class PreviewView {
 public:
-    // The size of the place that it draws to, and of the canvas that it shows. A canvas of another size than before is
-    // shown whole, at most at its natural size.
-    void SetPlace(int width, int height);
+    // The size of the place that it draws to, with `natural` pixels in a row for one of a canvas at its natural size,
+    // and the size of the canvas that it shows. A canvas of another size than before is shown whole, at most at its
+    // natural size.
+    void SetPlace(int width, int height, int natural);
     void SetCanvas(int width, int height);
 
     // Shows the canvas whole again.
@@ -29,7 +30,7 @@ public:
 private:
     void Settle();
 
-    int placeWidth_ = 0, placeHeight_ = 0, canvasWidth_ = 0, canvasHeight_ = 0;
+    int placeWidth_ = 0, placeHeight_ = 0, canvasWidth_ = 0, canvasHeight_ = 0, natural_ = 1;
     bool isFitted_ = true;
     Zoom zoom_;
     POINT corner_ = {};

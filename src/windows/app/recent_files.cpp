@@ -6,12 +6,16 @@
 
 #include "platform/wide_text_win32.h"
 #include "windows/ids/command_ids.h"
+#include "windows/services/careful.h"
 #include "windows/services/settings.h"
+#include "windows/services/short_path.h"
 
 namespace {
 
 // A file that is in the list already stays where it is.
 constexpr bool kQuirkListedFileKeepsPlace = true;
+
+constexpr size_t kMostShown = 56;  // UTF-16 units of a name, in careful mode
 
 using Names = std::vector<std::wstring>;
 
@@ -42,16 +46,31 @@ std::wstring ItemText(HMENU menu, int id) {
     return text;
 }
 
+// An item that shows less than its name.
+struct ShortItem {
+    int id;
+    std::wstring shown, name;
+};
+std::vector<ShortItem> shortItems;
+
+// The name that item `id` stands for.
+std::wstring ItemName(HMENU menu, int id) {
+    std::wstring text = ItemText(menu, id);
+    const auto found =
+        std::ranges::find_if(shortItems, [&](const ShortItem& item) { return item.id == id && item.shown == text; });
+    return found == shortItems.end() ? text : found->name;
+}
+
 int CountItems(HMENU menu) {
     int count = 0;
     while (GetMenuState(menu, static_cast<UINT>(RecentFileId(count)), MF_BYCOMMAND) != UINT(-1)) ++count;
     return count;
 }
 
-Names ItemTexts(HMENU menu) {
+Names ItemNames(HMENU menu) {
     Names names(static_cast<size_t>(CountItems(menu)));
     for (size_t i = 0; i < names.size(); ++i) {
-        names[i] = ItemText(menu, RecentFileId(static_cast<int>(i)));
+        names[i] = ItemName(menu, RecentFileId(static_cast<int>(i)));
         TrimEnd(&names[i]);
     }
     return names;
@@ -66,10 +85,15 @@ bool IsListed(const std::wstring& name, const Names& names) {
 // As many of the names as the list may hold.
 void ReplaceItems(HMENU menu, const Names& names) {
     for (int i = CountItems(menu); i-- > 0;) DeleteMenu(menu, static_cast<UINT>(RecentFileId(i)), MF_BYCOMMAND);
+    shortItems.clear();
     int count = 0;
-    for (const std::wstring& name : names)
-        if (static_cast<uint32_t>(count) < settings.fileMenuRange && IsFullPath(name))
-            AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(RecentFileId(count++)), name.c_str());
+    for (const std::wstring& name : names) {
+        if (static_cast<uint32_t>(count) >= settings.fileMenuRange || !IsFullPath(name)) continue;
+        const int id = RecentFileId(count++);
+        const std::wstring shown = Careful(Care::kLongNamesShortened) ? ShortPath(name, kMostShown) : name;
+        if (shown != name) shortItems.push_back({id, shown, name});
+        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(id), shown.c_str());
+    }
 }
 
 // What tells this editor's own news from those of another one that keeps the same file.
@@ -96,7 +120,7 @@ int RecentFileId(int index) {
 }
 
 std::string GetRecentFile(HWND window, int id) {
-    return id < IDM_RECENT_FIRST ? std::string() : Utf8FromWide(ItemText(FileMenu(window), id));
+    return id < IDM_RECENT_FIRST ? std::string() : Utf8FromWide(ItemName(FileMenu(window), id));
 }
 
 void AddRecentFile(HWND window, const std::string& name) {
@@ -104,7 +128,7 @@ void AddRecentFile(HWND window, const std::string& name) {
         std::wstring added = WideFromUtf8(name);
         if (settings.fileMenuRange == 0 || !IsFullPath(added)) return;
         TrimEnd(&added);
-        Names names = ItemTexts(FileMenu(window));
+        Names names = ItemNames(FileMenu(window));
         if (kQuirkListedFileKeepsPlace && IsListed(added, names)) return;
         names.insert(names.begin(), added);
         ReplaceItems(FileMenu(window), names);
@@ -121,9 +145,17 @@ std::vector<std::string> RecentFiles(HWND window) {
     return names;
 }
 
+void ShowRecentFiles(HWND window) {
+    try {
+        ReplaceItems(FileMenu(window), ItemNames(FileMenu(window)));
+    } catch (const std::bad_alloc&) {  // they stay as they are
+        return;
+    }
+}
+
 void RemoveRecentFile(HWND window, int id) {
     HMENU menu = FileMenu(window);
-    Names names = ItemTexts(menu);
+    Names names = ItemNames(menu);
     const auto index = static_cast<size_t>(id - IDM_RECENT_FIRST);
     if (index >= names.size()) return;
     session.gone.push_back(names[index]);
@@ -133,10 +165,11 @@ void RemoveRecentFile(HWND window, int id) {
 
 void StartRecentFiles() {
     session = {};
+    shortItems.clear();
 }
 
 void NoteRecentFilesRead(HWND window) {
-    session.atStart = ItemTexts(FileMenu(window));
+    session.atStart = ItemNames(FileMenu(window));
 }
 
 std::vector<std::string> MergeRecentFiles(HWND window, const std::vector<std::string>& stored) {
@@ -147,7 +180,7 @@ std::vector<std::string> MergeRecentFiles(HWND window, const std::vector<std::st
         listed.push_back(name);
         merged.push_back(Utf8FromWide(name));
     };
-    const Names ours = ItemTexts(FileMenu(window));
+    const Names ours = ItemNames(FileMenu(window));
     for (const std::wstring& name : ours)
         if (!IsListed(name, session.atStart)) add(name);
     for (const std::wstring& name : WideNames(stored))

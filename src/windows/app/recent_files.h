@@ -13,6 +13,9 @@ void AddRecentFile(HWND window, const std::string& name);
 // Takes item `id` out for good: merging does not bring it back. Nothing happens when there is no such item.
 void RemoveRecentFile(HWND window, int id);
 
+// Shows their names as the options want them now.
+void ShowRecentFiles(HWND window);
+
 // All of them, the newest first.
 std::vector<std::string> RecentFiles(HWND window);
 

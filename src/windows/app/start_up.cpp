@@ -13,16 +13,17 @@
 #include "windows/app/panes.h"
 #include "windows/app/settings_file.h"
 #include "windows/app/shell_state.h"
+#include "windows/app/stand_aside.h"
 #include "windows/services/careful.h"
 #include "windows/services/dialogs.h"
 #include "windows/services/focus_handover.h"
 #include "windows/services/help.h"
+#include "windows/services/scaled_fonts.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/settings.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
-
-constexpr int kFontHeight = 14;
 
 // The number that a key of the profile file starts with, 0 for other texts; `usual` without a text. The file lies where
 // the system looks for a bare name: in the Windows directory. The system's own reading of numbers lets large ones wrap
@@ -74,20 +75,20 @@ std::string FirstName(const std::string& names) {
 
 void CreateShellObjects(HINSTANCE instance) {
     hInstance = instance;
-    hListFont = CreateFontW(kFontHeight, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"MS Sans Serif");
+    hListFont = ListFontAt(kUsualDpi);
     hFaceBrush = CreateSolidBrush(GetSysColor(COLOR_BTNFACE));
 }
 
 void DeleteShellObjects() {
     if (hFaceBrush) DeleteObject(hFaceBrush);
     hFaceBrush = nullptr;
-    if (hListFont) DeleteObject(hListFont);
+    DeleteScaledFonts();
     hListFont = nullptr;
 }
 
 void PrepareMainWindow() {
     CreateMainWindow();
-    SetChildFonts(hMainWindow, hListFont, false);
+    FitMainWindowToScreen(hMainWindow);
 }
 
 void ShowMainWindow(int showCommand) {
@@ -122,6 +123,7 @@ void RunEditor(HINSTANCE instance, HINSTANCE previous, const char* commandLine, 
     PlaceHelpWindow(hMainWindow);
     ShowMainWindow(showCommand);
     ReadSettings(settingsFolder);  // first the settings: they say how long the list of recent files may be
+    if (Careful(Care::kSecondWindowAside)) StandAside(hMainWindow);
     ReadRecentFiles(hMainWindow, settingsFolder);
     if (settings.showStartupBanner) ShowInformationPanel(hMainWindow);
     ApplyOptions(hMainWindow);

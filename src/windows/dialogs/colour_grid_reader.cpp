@@ -1,16 +1,18 @@
 #include "windows/dialogs/colour_grid_reader.h"
 
+#include "windows/dialogs/colour_grid.h"
 #include "windows/dialogs/edited_block.h"
 #include "windows/dialogs/select_colour.h"
 #include "windows/services/screen_reader.h"
 
 namespace {
 
-constexpr int kColumns = 16;
+bool IsControl(HWND window) {
+    return (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0;
+}
 
 ColourRequest& RequestOf(HWND window) {
-    const bool isControl = (GetWindowLongW(window, GWL_STYLE) & WS_CHILD) != 0;
-    return *Edited<ColourRequest>(isControl ? GetParent(window) : window);
+    return *Edited<ColourRequest>(IsControl(window) ? GetParent(window) : window);
 }
 
 int CountCells(HWND window) {
@@ -24,15 +26,16 @@ std::wstring ReadCell(HWND window, int cell) {
 RECT PlaceOfCell(HWND window, int cell) {
     RECT client = {};
     GetClientRect(window, &client);
-    const LONG size = client.right / kColumns, left = cell % kColumns * size, top = cell / kColumns * size;
+    const LONG size = client.right / kGridColumns, left = cell % kGridColumns * size, top = cell / kGridColumns * size;
     return {left, top, left + size, top + size};
 }
 
 int SelectedCell(HWND window) {
-    return static_cast<int>(RequestOf(window).current);
+    return static_cast<int>(IsControl(window) ? MarkedColour(window) : RequestOf(window).current);
 }
 
 void SelectCell(HWND window, int cell) {
+    if (IsControl(window)) return MarkColour(window, static_cast<uint32_t>(cell));
     RequestOf(window).current = static_cast<uint32_t>(cell);
     InvalidateRect(window, nullptr, FALSE);
 }

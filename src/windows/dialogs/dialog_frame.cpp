@@ -17,7 +17,9 @@
 #include "windows/services/dialogs.h"
 #include "windows/services/help.h"
 #include "windows/services/messages.h"
+#include "windows/services/scaled_fonts.h"
 #include "windows/services/screen_reader.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -90,9 +92,16 @@ bool Show(HWND dialog, const DialogKind& kind) {
     }
 }
 
+// On usual screens controls have the main window's font. On others they keep the one that the dialog was laid out with.
+void GiveFonts(HWND dialog) {
+    const int dpi = DpiOf(dialog);
+    const auto own = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
+    SetChildFonts(dialog, dpi == kUsualDpi || !own ? ListFontAt(dpi) : own, false);
+}
+
 INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
     GiveProgramIcon(dialog);
-    if (hListFont) SetChildFonts(dialog, hListFont, false);
+    if (hListFont) GiveFonts(dialog);
     ConfigureUpDowns(dialog);
     if (kind.buttons) NamePaletteButtons(dialog, *kind.buttons);
     if (!Show(dialog, kind)) {
@@ -123,8 +132,26 @@ INT_PTR OnCommand(HWND dialog, const DialogKind& kind, int id, int notification)
     return kind.onClick && kind.onClick(dialog, id);
 }
 
+// The system scales the dialog and its controls when this has returned.
+INT_PTR OnDpiChanged(HWND dialog, int dpi) {
+    NoteDpi(dialog, dpi);
+    PostMessageW(dialog, UM_RESCALED, 0, 0);
+    return FALSE;
+}
+
+// The focus stays where it is.
+void OnRescaled(HWND dialog) {
+    HWND focus = GetFocus();
+    if (hListFont) GiveFonts(dialog);
+    if (focus && IsChild(dialog, focus)) SetFocus(focus);
+    InvalidateRect(dialog, nullptr, TRUE);
+}
+
 INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
+        case kDpiChanged: return OnDpiChanged(dialog, LOWORD(wParam));
+        case UM_RESCALED: OnRescaled(dialog); break;
+        case WM_DESTROY: ForgetDpi(dialog); break;
         case WM_COMMAND: return OnCommand(dialog, kind, LOWORD(wParam), HIWORD(wParam));
         case WM_DRAWITEM:
             if (!kind.buttons) break;

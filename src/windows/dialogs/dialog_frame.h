@@ -5,6 +5,9 @@
 
 struct PaletteButtons;
 
+// Posted to a dialog that the system has scaled, as it has come to a screen of another density.
+constexpr UINT UM_RESCALED = WM_APP + 1;
+
 // One kind of dialog. Its procedures reach what is edited with Edited (windows/dialogs/edited_block.h); any of them may
 // be null.
 struct DialogKind {

@@ -11,5 +11,6 @@
 void DrawColourButton(HWND dialog, const DRAWITEMSTRUCT& item, const RgbTriple* palette, uint8_t index);
 
 // A face with one glyph of the bitmap resource `bitmapId`: a row of square glyphs in its upper half (white outside the
-// shape), their masks in the lower half (black inside the shape). `glyphIndex` counts from 0 at the left.
+// shape), their masks in the lower half (black inside the shape). `glyphIndex` counts from 0 at the left. The next two
+// resources are the same bitmap for screens that are half as dense again, and twice as dense.
 void DrawBitmapButton(HWND dialog, const DRAWITEMSTRUCT& item, int bitmapId, int glyphIndex);

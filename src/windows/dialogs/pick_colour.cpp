@@ -8,9 +8,11 @@
 #include "gif/descriptor.h"
 #include "windows/dialogs/scoped_value.h"
 #include "windows/drawing/draw_image.h"
+#include "windows/drawing/enlargement.h"
 #include "windows/drawing/full_screen.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/services/screen_reader.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
 namespace {
@@ -45,6 +47,8 @@ void GiveColours(const Block& image) {
 LRESULT OnPaint(HWND window) {
     std::optional<Palette> palette = FindColours(eyedropper.image);
     WindowPaint paint(window);
+    SavedDc saved(paint.Dc());
+    Enlarge(paint.Dc(), window);
     DrawImageStraight(paint.Dc(), &eyedropper.image.data, palette ? palette->Colours() : nullptr,
                       GetScrollPos(window, SB_HORZ), GetScrollPos(window, SB_VERT));
     return 0;
@@ -59,6 +63,8 @@ LRESULT Finish(HWND window, uint32_t picked) {
 }
 
 LRESULT OnPick(HWND window, int x, int y) {
+    const int factor = EnlargementOf(window);
+    x /= factor, y /= factor;
     uint32_t pixel = kNoPixel;
     {
         ImageLock bitmap(eyedropper.image.data);
@@ -68,8 +74,15 @@ LRESULT OnPick(HWND window, int x, int y) {
 }
 
 // Its window may be destroyed by what another thread sends: the loop, which waits for messages, has to see it.
-LRESULT OnDestroy() {
+LRESULT OnDestroy(HWND window) {
+    ForgetDpi(window);
     PostMessageW(nullptr, WM_NULL, 0, 0);
+    return 0;
+}
+
+LRESULT OnDpiChanged(HWND window, int dpi) {
+    NoteDpi(window, dpi);
+    InvalidateRect(window, nullptr, TRUE);
     return 0;
 }
 
@@ -83,7 +96,8 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
             if (wParam == kEnterKey || wParam == kEscapeKey) return Finish(window, kNoPixel);
             break;
         case WM_PALETTECHANGED: return InvalidateRect(window, nullptr, FALSE), 0;
-        case WM_DESTROY: return OnDestroy();
+        case kDpiChanged: return OnDpiChanged(window, LOWORD(wParam));
+        case WM_DESTROY: return OnDestroy(window);
     }
     return DefWindowProcW(window, message, wParam, lParam);
 }

@@ -9,6 +9,8 @@
 #include "texts/strings.h"
 #include "windows/services/careful.h"
 #include "windows/services/messages.h"
+#include "windows/services/scaled_fonts.h"
+#include "windows/services/screen_scale.h"
 
 namespace {
 
@@ -18,16 +20,19 @@ constexpr bool kQuirkTextShownUpToZero = true;
 
 constexpr WPARAM kSelectAllKey = 1;  // the character that Ctrl+A makes
 
-// An edit field of several lines has no key to select everything; this window procedure before its own has.
-LRESULT CALLBACK SelectAllProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
+// An edit field of several lines has no key to select everything; this window procedure before its own has. It also
+// keeps the field to its font.
+LRESULT CALLBACK TextFieldProc(HWND edit, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_CHAR && wParam == kSelectAllKey) return SendMessageW(edit, EM_SETSEL, 0, -1);
+    if (message == WM_SETFONT)
+        wParam = reinterpret_cast<WPARAM>(FixedFontAt(DpiOf(edit)));  // whoever scales the dialog
     auto own = reinterpret_cast<WNDPROC>(GetWindowLongPtrW(edit, GWLP_USERDATA));
     return CallWindowProcW(own, edit, message, wParam, lParam);
 }
 
-void LetCtrlASelectAll(HWND edit) {
+void TakeOver(HWND edit) {
     SetWindowLongPtrW(edit, GWLP_USERDATA, GetWindowLongPtrW(edit, GWLP_WNDPROC));
-    SetWindowLongPtrW(edit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(SelectAllProc));
+    SetWindowLongPtrW(edit, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TextFieldProc));
 }
 
 struct FieldText {
@@ -77,8 +82,8 @@ bool StoreText(HWND edit, Block* block) {
 
 bool ShowBlockText(HWND dialog, int id, const Block& block) {
     HWND edit = GetDlgItem(dialog, id);
-    SendMessageW(edit, WM_SETFONT, reinterpret_cast<WPARAM>(GetStockObject(ANSI_FIXED_FONT)), FALSE);
-    LetCtrlASelectAll(edit);
+    TakeOver(edit);
+    SendMessageW(edit, WM_SETFONT, 0, FALSE);
     FieldText text;
     if (!ReadText(block, &text)) return false;
     const size_t kept = Careful(Care::kUnchangedStaysUnchanged) ? text.unseen.size() : 0;

@@ -16,7 +16,9 @@
 #include "windows/dialogs/wizard_pages.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/wizard_ids.h"
+#include "windows/services/dialogs.h"
 #include "windows/services/messages.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 #include "windows/services/wait_cursor.h"
 
@@ -24,8 +26,9 @@ namespace {
 
 constexpr int kDelays[] = {1,   5,   10,  20,   50,   75,   100,  200,  // hundredths of a second
                            250, 500, 750, 1000, 1500, 2000, 3000, 5000};
-constexpr WPARAM kUsualDelay = 6;                 // its index
-constexpr int kPictureLeft = 8, kPictureTop = 8;  // pixels
+constexpr WPARAM kUsualDelay = 6;  // its index
+// Pixels of a usual screen.
+constexpr int kPictureLeft = 8, kPictureTop = 8, kPictureWidth = 96, kPictureHeight = 232;
 
 void FillDelays(HWND dialog) {
     for (int delay : kDelays) {
@@ -41,6 +44,7 @@ bool ShowWizard(HWND dialog) {
     FillDelays(dialog);
     ShowWizardPage(dialog);
     DragAcceptFiles(dialog, TRUE);
+    GiveWizardTips(dialog);
     return true;
 }
 
@@ -127,13 +131,36 @@ void DrawPicture(HDC dc, const OwnedGdiObject& bitmap, DWORD operation) {
 
 // Where the mask is white, the dialog shows through: the mask keeps it there and the picture, black there, changes
 // nothing.
+void DrawMasked(HDC dc, const wchar_t* pictureName, const wchar_t* maskName) {
+    OwnedGdiObject picture(LoadBitmapW(hInstance, pictureName));
+    OwnedGdiObject mask(LoadBitmapW(hInstance, maskName));
+    if (!picture.Get()) return;
+    DrawPicture(dc, mask, SRCAND);
+    DrawPicture(dc, picture, SRCINVERT);
+}
+
+// The large picture, on the dialog's colour, and shrunk or enlarged to the dialog's size.
+void DrawScaled(HDC dc, int percent) {
+    constexpr int kLarger = 2, kWidth = kLarger * kPictureWidth, kHeight = kLarger * kPictureHeight;
+    MemoryDc memory(dc);
+    OwnedGdiObject bitmap(CreateCompatibleBitmap(dc, kPictureLeft + kWidth, kPictureTop + kHeight));
+    if (!memory || !bitmap) return;
+    SelectedObject selected(memory.Get(), bitmap.Get());
+    const RECT all = {0, 0, kPictureLeft + kWidth, kPictureTop + kHeight};
+    FillRect(memory.Get(), &all, hFaceBrush);
+    DrawMasked(memory.Get(), L"WizardLarge", L"WizardLargeMask");
+    SavedDc saved(dc);
+    SetStretchBltMode(dc, HALFTONE);
+    SetBrushOrgEx(dc, 0, 0, nullptr);  // as this mode asks for
+    auto scaled = [percent](int pixels) { return MulDiv(pixels, percent, 100); };
+    StretchBlt(dc, scaled(kPictureLeft), scaled(kPictureTop), scaled(kPictureWidth), scaled(kPictureHeight),
+               memory.Get(), kPictureLeft, kPictureTop, kWidth, kHeight, SRCCOPY);
+}
+
 void OnPaint(HWND dialog) {
     WindowPaint paint(dialog);
-    OwnedGdiObject picture(LoadBitmapW(hInstance, L"Wizard"));
-    OwnedGdiObject mask(LoadBitmapW(hInstance, L"WizardMask"));
-    if (!picture.Get()) return;
-    DrawPicture(paint.Dc(), mask, SRCAND);
-    DrawPicture(paint.Dc(), picture, SRCINVERT);
+    if (DpiOf(dialog) == kUsualDpi) return DrawMasked(paint.Dc(), L"Wizard", L"WizardMask");
+    DrawScaled(paint.Dc(), PercentOfUsual(dialog));
 }
 
 INT_PTR OnWizardMessage(HWND dialog, UINT message, WPARAM wParam, LPARAM) {
@@ -155,6 +182,6 @@ constexpr DialogKind kWizardKind = {
 }  // namespace
 
 int RunAnimationWizard(HWND owner, BlockList* document) {
-    Wizard wizard = {document, 0};
+    Wizard wizard = {.document = document, .page = 0};
     return RunEditingDialog(owner, kWizardKind, &wizard);
 }

@@ -6,6 +6,9 @@
 
 #include "windows/services/dropped_files.h"
 
+// In careful mode: the paths of the lines that have no room for them show as tips.
+void GiveWizardTips(HWND dialog);
+
 // Adds files to the list, one file dialog after the other until the user cancels one.
 void SelectWizardFiles(HWND dialog);
 

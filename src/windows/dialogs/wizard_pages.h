@@ -1,6 +1,9 @@
 // The pages of the Animation Wizard's dialog.
 #pragma once
 
+#include <list>
+#include <string>
+
 #include "platform/windows_api.h"
 
 constexpr int kWizardFilesPage = 5;
@@ -10,6 +13,8 @@ constexpr int kWizardLastPage = 6;
 struct Wizard {
     struct BlockList* document;  // where the animation goes
     int page;                    // 0 to kWizardLastPage
+    // Of the lines that show names only, which point at them.
+    std::list<std::wstring> paths = {};
 };
 
 // Shows the controls of the wizard's page and hides those of all others.

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "windows/drawing/device_bitmaps.h"
+#include "windows/drawing/enlargement.h"
 #include "windows/drawing/screen_palette.h"
 
 namespace {
@@ -33,6 +34,8 @@ void DrawImageStraight(HDC dc, MemoryHandle* image, const RgbTriple* palette, in
     RgbTriples colours;
     GetImagePalette(bitmap, colours);
     RealizedPalette realized(dc, colours, bitmap->bitCount);
+    if (IsEnlarged(dc))
+        return PutEnlargedRows(dc, -xSource, -ySource, InfoOf(bitmap), ImagePixels(bitmap), 0, bitmap->height);
     SetDIBitsToDevice(dc, 0, 0, static_cast<DWORD>(bitmap->width), static_cast<DWORD>(bitmap->height), xSource,
                       -ySource, 0, static_cast<UINT>(bitmap->height), ImagePixels(bitmap), InfoOf(bitmap),
                       DIB_RGB_COLORS);

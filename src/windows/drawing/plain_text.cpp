@@ -7,6 +7,7 @@
 #include "imaging/text_pieces.h"
 #include "platform/wide_text_win32.h"
 #include "windows/drawing/centring.h"
+#include "windows/drawing/enlargement.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/drawing/screen_palette.h"
 
@@ -58,13 +59,14 @@ void DrawPlainText(HDC dc, HWND window, const Block& block, const RECT* frame, u
     // The count of colours stands in for their depth: tables of more than 8 colours realize no palette.
     RealizedPalette realized(dc, header->palette, ColoursOfPacked(screen.packed));
     OwnedGdiObject courier(CreateFontW(kFontHeight, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, L"Courier New"));
-    RECT client = {};
-    if (!frame) GetClientRect(window, &client);
 
     SavedDc saved(dc);
+    if (!frame) Enlarge(dc, window);
+    const SIZE client = frame ? SIZE{} : EnlargedClient(window);
+    const RECT shown = frame ? *frame : RECT{0, 0, client.cx, client.cy};
     SelectObject(dc, frame ? courier.Get() : GetStockObject(ANSI_FIXED_FONT));
     SetTextColours(dc, *header, fields, transparentIndex);
     uint32_t length = std::min(block.dataLength, static_cast<uint32_t>(MemorySize(block.data)));
-    DrawPieces(dc, TextOrigin(screen, fields, frame ? *frame : client), LineHeight(dc) - (frame ? 1 : 0),
+    DrawPieces(dc, TextOrigin(screen, fields, shown), LineHeight(dc) - (frame ? 1 : 0),
                TextPieces(text.Bytes(), length, fields.gridWidth, fields.gridHeight));
 }

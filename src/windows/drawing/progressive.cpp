@@ -1,6 +1,7 @@
 #include "gif/interlace.h"
 #include "windows/drawing/device_bitmaps.h"
 #include "windows/drawing/draw_image.h"
+#include "windows/drawing/enlargement.h"
 #include "windows/drawing/progressive_reveal.h"
 #include "windows/drawing/screen_palette.h"
 
@@ -10,6 +11,7 @@ namespace {
 void DrawRow(HDC dc, ConstLockedBitmap bitmap, int row, int xSource, int ySource) {
     int fromBottom = bitmap->height - row - ySource - 1;
     if (row >= bitmap->height || fromBottom < 0 || fromBottom >= bitmap->height) return;
+    if (IsEnlarged(dc)) return PutEnlargedRows(dc, -xSource, row, InfoOf(bitmap), ImagePixels(bitmap), fromBottom, 1);
     SetDIBitsToDevice(dc, 0, row, static_cast<DWORD>(bitmap->width), 1, xSource, fromBottom, 0,
                       static_cast<UINT>(bitmap->height), ImagePixels(bitmap), InfoOf(bitmap), DIB_RGB_COLORS);
 }

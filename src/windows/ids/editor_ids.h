@@ -50,4 +50,9 @@
 #define IDC_LOOP_ITERATIONS 104
 #define IDC_LOOP_ITERATIONS_UPDOWN 10104
 
+// The colour picker, in careful mode.
+#define IDC_COLOUR_GRID 601
+
 #define IDB_EYEDROPPER 1811
+#define IDB_EYEDROPPER_150 1812  // for screens half as dense again, and twice as dense
+#define IDB_EYEDROPPER_200 1813

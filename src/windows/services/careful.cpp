@@ -40,6 +40,13 @@ constexpr CareRow kCares[] = {
     {Care::kUndoneIsUnchanged, "", "A document that is taken back to what was saved counts as unchanged again."},
     {Care::kListsAllPictures, "",
      "The file dialogs of Insert and of the wizard list pictures of all kinds, not GIF files alone."},
+    {Care::kLongNamesShortened, "", "A long name among the recent files loses its middle, not the menu its place."},
+    {Care::kWizardListsNames, "",
+     "The wizard's list shows the name of a file whose path is too long for it, and the path as a tip."},
+    {Care::kColourGridTakesKeys, "",
+     "The colour grid marks the colour that you have, and takes the arrow keys, Home, End and Enter."},
+    {Care::kColourButtonsShowFocus, "", "The buttons for colours and the eyedropper show when they have the focus."},
+    {Care::kSecondWindowAside, "", "A second window does not lie on the first."},
 };
 
 constexpr bool EveryCareHasItsRow() {

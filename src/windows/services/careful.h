@@ -25,6 +25,11 @@ enum class Care : uint8_t {
     kUnchangedStaysUnchanged,
     kUndoneIsUnchanged,
     kListsAllPictures,
+    kLongNamesShortened,
+    kWizardListsNames,
+    kColourGridTakesKeys,
+    kColourButtonsShowFocus,
+    kSecondWindowAside,
     kCount,
 };
 

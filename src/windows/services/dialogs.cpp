@@ -1,7 +1,11 @@
 #include "windows/services/dialogs.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <map>
+#include <utility>
 
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 
 HBRUSH ControlColour(HWND window, HDC dc) {
@@ -26,9 +30,43 @@ INT_PTR AnswerControlColour(UINT message, WPARAM wParam, LPARAM lParam) {
     }
 }
 
-void GiveProgramIcon(HWND dialog) {
-    auto icon = reinterpret_cast<LPARAM>(LoadIconW(hInstance, L"KLMZEP"));
-    for (WPARAM size : {WPARAM{ICON_BIG}, WPARAM{ICON_SMALL}}) SendMessageW(dialog, WM_SETICON, size, icon);
+namespace {
+
+// The program's icon in a size that the system does not keep itself; null when it can't be loaded. The few that there
+// are stay until the program ends.
+HICON ProgramIcon(int size) {
+    static std::map<int, HICON> icons;
+    HICON& icon = icons[size];
+    if (!icon) icon = static_cast<HICON>(LoadImageW(hInstance, L"KLMZEP", IMAGE_ICON, size, size, LR_DEFAULTCOLOR));
+    return icon;
+}
+
+// The picture of the icon beside a text: the system takes one for the screen, while the room for it is in units of the
+// dialog's font.
+void FitIconPicture(HWND dialog) {
+    constexpr int kUsualSize = 32;
+    for (HWND child = nullptr; (child = FindWindowExW(dialog, child, L"Static", nullptr)) != nullptr;)
+        if ((GetWindowLongW(child, GWL_STYLE) & SS_TYPEMASK) == SS_ICON)
+            SendMessageW(child, STM_SETICON,
+                         reinterpret_cast<WPARAM>(ProgramIcon(MulDiv(kUsualSize, PercentOfUsual(dialog), 100))), 0);
+}
+
+}  // namespace
+
+void GiveProgramIcon(HWND window) {
+    const int dpi = DpiOf(window);
+    for (const auto& [kind, metric] : {std::pair{ICON_BIG, SM_CXICON}, {ICON_SMALL, SM_CXSMICON}}) {
+        HICON icon = dpi == kUsualDpi ? LoadIconW(hInstance, L"KLMZEP") : ProgramIcon(SystemMetricAt(metric, dpi));
+        SendMessageW(window, WM_SETICON, static_cast<WPARAM>(kind), reinterpret_cast<LPARAM>(icon));
+    }
+    if (dpi != kUsualDpi) FitIconPicture(window);
+}
+
+int PercentOfUsual(HWND dialog) {
+    constexpr RECT kUsual = {0, 0, 6000, 13000};  // pixels
+    RECT units = {0, 0, 4000, 8000};
+    if (!MapDialogRect(dialog, &units)) return 100;
+    return static_cast<int>(std::min(units.right * 100 / kUsual.right, units.bottom * 100 / kUsual.bottom));
 }
 
 void CentreWindow(HWND window) {

@@ -10,8 +10,13 @@ HBRUSH ControlColour(HWND window, HDC dc);
 // The same for a window or dialog procedure: the brush when `message` is one of the four, 0 ("not handled") otherwise.
 INT_PTR AnswerControlColour(UINT message, WPARAM wParam, LPARAM lParam);
 
-// Gives a dialog the program's icon, which desktops show beside its title and in their lists of windows.
-void GiveProgramIcon(HWND dialog);
+// Gives a window the program's icon, which desktops show beside its title and in their lists of windows. On other
+// screens than usual ones also the picture of it that a dialog may hold is made as large as there is room for.
+void GiveProgramIcon(HWND window);
+
+// How large the units of a dialog are, which follow its font more than the screen: in percent of usual ones, the
+// smaller of both directions.
+int PercentOfUsual(HWND dialog);
 
 // Moves the window to the centre of the screen, keeping its size.
 void CentreWindow(HWND window);

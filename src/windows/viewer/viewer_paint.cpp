@@ -3,6 +3,7 @@
 #include "windows/drawing/centring.h"
 #include "windows/drawing/device_bitmaps.h"
 #include "windows/drawing/draw_image.h"
+#include "windows/drawing/enlargement.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/viewer/viewer_state.h"
 
@@ -23,14 +24,28 @@ Size SizeOfImage(const ViewerState& state) {
     return {static_cast<int>(state.imageWidth), static_cast<int>(state.imageHeight)};
 }
 
-// Makes the image's top left corner the origin of `dc`.
-void PlaceImage(HDC dc, HWND window, const ViewerState& state) {
+// Where the image's top left corner is, in pixels of the document: on dense screens those are larger than the screen's.
+POINT CornerOfImage(HWND window, const ViewerState& state) {
     const auto [width, height] = SizeOfImage(state);
-    RECT client = {};
-    GetClientRect(window, &client);
-    long x = StartOf(client.right, width, static_cast<long>(state.screenWidth), static_cast<long>(state.imageLeft));
-    long y = StartOf(client.bottom, height, static_cast<long>(state.screenHeight), static_cast<long>(state.imageTop));
-    SetWindowOrgEx(dc, -x, -y, nullptr);
+    const SIZE client = EnlargedClient(window);
+    return {StartOf(client.cx, width, static_cast<long>(state.screenWidth), static_cast<long>(state.imageLeft)),
+            StartOf(client.cy, height, static_cast<long>(state.screenHeight), static_cast<long>(state.imageTop))};
+}
+
+// Makes the image's top left corner the origin of `dc`, which then counts in pixels of the document.
+void PlaceImage(HDC dc, HWND window, const ViewerState& state) {
+    const POINT corner = CornerOfImage(window, state);
+    Enlarge(dc, window);
+    SetWindowOrgEx(dc, -corner.x, -corner.y, nullptr);
+}
+
+// The same, but `dc` goes on counting in its own pixels. Returns how many of them the image has.
+Size PlaceInPixels(HDC dc, HWND window, const ViewerState& state) {
+    const int factor = EnlargementOf(window);
+    const POINT corner = CornerOfImage(window, state);
+    const auto [width, height] = SizeOfImage(state);
+    SetWindowOrgEx(dc, -corner.x * factor, -corner.y * factor, nullptr);
+    return {width * factor, height * factor};
 }
 
 // The owner stays in use while the viewer plays: an image that has left the document is not there to be painted.
@@ -50,9 +65,10 @@ bool GiveColours(Block* image, ViewerState& state) {
 }
 
 // What an exposure makes paint again is not grabbed a second time: by then the image lies on it itself.
-void SaveUnder(HDC dc, ViewerState& state) {
+void SaveUnder(HDC dc, HWND window, ViewerState& state) {
     if (state.disposal != kDisposePrevious || state.savedUnder) return;
-    const auto [width, height] = SizeOfImage(state);
+    SavedDc saved(dc);
+    const auto [width, height] = PlaceInPixels(dc, window, state);
     state.savedUnder = GrabScreenArea(dc, {0, 0, width, height});
 }
 
@@ -79,8 +95,8 @@ void PaintCurrentImage(HDC dc, HWND window, ViewerState& state) {
     Block* image = state.currentImage ? FindInDocument(state) : nullptr;
     if (!image) return;
     SavedDc saved(dc);
+    SaveUnder(dc, window, state);
     PlaceImage(dc, window, state);
-    SaveUnder(dc, state);
     DrawCurrentImage(dc, image, state);
 }
 
@@ -88,9 +104,8 @@ void DisposeOfImage(HWND window, ViewerState& state) {
     if (state.disposal != kDisposeBackground && state.disposal != kDisposePrevious) return;
     WindowDc dc(window);
     SavedDc saved(dc.Get());
-    PlaceImage(dc.Get(), window, state);
-    if (state.disposal == kDisposeBackground)
-        return FillWithBackground(dc.Get(), SizeOfImage(state), state.backgroundBrush);
+    const Size image = PlaceInPixels(dc.Get(), window, state);
+    if (state.disposal == kDisposeBackground) return FillWithBackground(dc.Get(), image, state.backgroundBrush);
     DrawDeviceBitmap(dc.Get(), 0, 0, state.savedUnder);
     ForgetSavedUnder(state);
 }

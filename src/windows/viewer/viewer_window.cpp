@@ -7,6 +7,7 @@
 #include "windows/drawing/gdi_guards.h"
 #include "windows/services/messages.h"
 #include "windows/services/screen_reader.h"
+#include "windows/services/screen_scale.h"
 #include "windows/services/shell_objects.h"
 #include "windows/viewer/viewer.h"
 #include "windows/viewer/viewer_state.h"
@@ -86,7 +87,16 @@ LRESULT OnCommand(HWND window, WPARAM wParam, LPARAM lParam) {
     return 0;
 }
 
+// What was grabbed from the screen has the size of before.
+LRESULT OnDpiChanged(HWND window, int dpi, ViewerState& state) {
+    NoteDpi(window, dpi);
+    ForgetSavedUnder(state);
+    InvalidateRect(window, nullptr, TRUE);
+    return 0;
+}
+
 LRESULT OnDestroy(HWND window, WPARAM wParam, LPARAM lParam) {
+    ForgetDpi(window);
     ForgetDelay(window);
     PostQuitMessage(0);
     return Default(window, WM_DESTROY, wParam, lParam);
@@ -106,6 +116,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam, Viewer
         case WM_RBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, IDCANCEL);
         case WM_LBUTTONDOWN:
         case WM_LBUTTONDBLCLK: return OnButton(window, message, wParam, lParam, kQuirkClickCommand);
+        case kDpiChanged: return OnDpiChanged(window, LOWORD(wParam), state);
         case WM_DESTROY: return OnDestroy(window, wParam, lParam);
     }
     return Default(window, message, wParam, lParam);
