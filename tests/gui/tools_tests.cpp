@@ -4,6 +4,7 @@
 #include "tests/gui/animation.h"
 #include "tests/gui/composed.h"
 #include "tests/gui/editor_test.h"
+#include "tests/support/gif_bytes.h"
 #include "tests/support/png_reading.h"
 #include "windows/ids/tool_ids.h"
 #include "windows/services/file_batch.h"
@@ -247,6 +248,68 @@ TEST_F(ToolsTest, WhatHasNoPicturesIsNotExported) {
     Run(IDM_EXPORT_FRAMES, {Read("The screen of this document is too large to be exported.", IDOK)});
     Command(IDM_CLOSE);
     Command(IDM_EXPORT_FRAMES);
+}
+
+TEST_F(ToolsTest, CheckListsWhatItFindsAndLeadsThere) {
+    MadeAnimation made(10, 4);
+    made.Control(0, 0).Image({0, 0, 10, 4});   // lines 1, 2
+    made.Control(0, 10).Image({5, 0, 10, 4});  // lines 3, 4
+    made.Comment().PlainText("Z", {0, 0, 8, 8, 8, 8, 1, 0}).Control(0, 10).Image({0, 0, 10, 4});
+    Show(made.List());
+    const Steps look = [&](HWND dialog) {
+        HWND list = GetDlgItem(dialog, IDC_FINDINGS_LIST);
+        Strings texts;
+        for (WPARAM i = 0; i < static_cast<WPARAM>(SendMessageW(list, LB_GETCOUNT, 0, 0)); ++i) {
+            wchar_t text[500] = L"";
+            SendMessageW(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(text));
+            texts.push_back(Ansi1252FromWide(text));
+        }
+        ASSERT_EQ(texts.size(), 3u);
+        EXPECT_TRUE(texts[0].starts_with("Line 5: the image reaches beyond the screen;")) << texts[0];
+        EXPECT_TRUE(texts[1].starts_with("Line 2: a delay of 0;")) << texts[1];
+        EXPECT_EQ(texts[2], "Line 7: browsers do not show plain texts.");
+        EXPECT_EQ(GetFocus(), list);
+        for (const auto& [entry, line] : {std::pair(2, 6), {0, 4}, {1, 1}}) {
+            SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+            SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDC_FINDINGS_LIST, LBN_SELCHANGE), 0);
+            EXPECT_EQ(Selection(), line);
+            EXPECT_EQ(ControlText(dialog, IDC_FINDINGS_TEXT), texts[static_cast<size_t>(entry)]);
+        }
+        PressButton(dialog, IDCANCEL);
+    };
+    Run(IDM_CHECK, {look});
+    EXPECT_EQ(Selection(), 1);
+    EXPECT_FALSE(documentChanged);
+    {
+        const StoppedWork stopped;
+        Run(IDM_CHECK, {Press(IDCANCEL)});
+    }
+    Open(MakeGif("good.gif"));
+    Run(IDM_CHECK, {Read("Nothing was found that may surprise in players.", IDOK)});
+    Command(IDM_CLOSE);
+    Command(IDM_CHECK);
+}
+
+TEST_F(ToolsTest, CheckTellsDamageAsItIsAfterEdits) {
+    settings.carefulMode = 1;
+    GifBytes bytes;
+    bytes.Header("GIF89a", 2, 2, 0x81).Comment("first").SmallImage().Add({0x2C, 0, 0, 0, 0, 2, 0, 2, 0, 0});
+    WriteAll(File("cut.gif"), bytes.Add({2, 2, 0x0C}));
+    Open(File("cut.gif"));
+    auto damageAt = [&](const std::string& line) {
+        return [=](HWND dialog) {
+            wchar_t text[500] = L"";
+            SendDlgItemMessageW(dialog, IDC_FINDINGS_LIST, LB_GETTEXT, 0, reinterpret_cast<LPARAM>(text));
+            EXPECT_TRUE(Ansi1252FromWide(text).starts_with(line + ": at byte ")) << Ansi1252FromWide(text);
+            PressButton(dialog, IDCANCEL);
+        };
+    };
+    Run(IDM_CHECK, {damageAt("Line 4")});
+    Select(1);
+    Command(IDM_DELETE);
+    Run(IDM_CHECK, {damageAt("Line 3")});
+    Command(IDM_UNDO);
+    Run(IDM_CHECK, {damageAt("Line 4")});
 }
 
 }  // namespace

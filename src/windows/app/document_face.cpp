@@ -13,7 +13,7 @@ namespace {
 constexpr wchar_t kQuirkSecondName[] = L"";
 
 constexpr UINT kDocumentCommands[] = {IDM_CLOSE,           IDM_SAVE,          IDM_SAVE_AS, IDM_VIEW, IDM_INSERT,
-                                      IDM_INSERT_PICTURES, IDM_EXPORT_FRAMES, IDM_DELETE};
+                                      IDM_INSERT_PICTURES, IDM_EXPORT_FRAMES, IDM_DELETE, IDM_CHECK};
 
 void ShowTitle(HWND window, const std::wstring& name) {
     constexpr wchar_t kPlaceholder[] = L"%s";

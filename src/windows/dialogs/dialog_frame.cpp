@@ -88,7 +88,7 @@ INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
         EndDialog(dialog, 0);
         return FALSE;
     }
-    CentreWindow(dialog);
+    kind.place ? kind.place(dialog) : CentreWindow(dialog);
     return TRUE;
 }
 
@@ -113,7 +113,9 @@ INT_PTR OnCommand(HWND dialog, const DialogKind& kind, int id, int notification)
 
 INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_COMMAND: return OnCommand(dialog, kind, LOWORD(wParam), HIWORD(wParam));
+        case WM_COMMAND:
+            if (INT_PTR handled = OnCommand(dialog, kind, LOWORD(wParam), HIWORD(wParam))) return handled;
+            break;
         case WM_DRAWITEM:
             if (!kind.buttons) break;
             return DrawPaletteButton(dialog, *kind.buttons, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));
