@@ -65,6 +65,7 @@ public:
     }
 
 private:
+    bool StopRequested() const { return (options_.stop && *options_.stop) || (watch_ && watch_->StopRequested()); }
     size_t Threads() const { return options_.threads ? options_.threads : ParallelThreads(); }
     // Half of the loss goes into changes that are given up, the other half into strings that nearly fit.
     int GivenUp() const { return (options_.lossy + 1) / 2; }
@@ -94,6 +95,7 @@ void Optimiser::PlanPalette() {
     task_.animation = &animation_;
     task_.effort = options_.effort;
     task_.alikeWithin = options_.lossy - GivenUp();
+    task_.stop = options_.stop;
     const Block& header = list_.blocks[0];
     const GlobalPalette old = PaletteOfHeader(header);
     const int background = GetHeaderFields(header).backgroundIndex;
@@ -122,7 +124,7 @@ void Optimiser::PlanPalette() {
 
 void Optimiser::CodeOne(size_t number) {
     if (noMemory_ || stopped_ || cantBeShown_) return;
-    if (watch_ && watch_->StopRequested()) {
+    if (StopRequested()) {
         stopped_ = true;
         return;
     }
@@ -141,8 +143,8 @@ void Optimiser::CodeOne(size_t number) {
 OptimiseResult Optimiser::CodeFrames() {
     coded_.resize(plan_.frames.size());
     RunInParallel(coded_.size(), Threads(), [this](size_t number) { CodeOne(number); });
+    if (stopped_ || StopRequested()) return OptimiseResult::kStopped;
     if (noMemory_) return OptimiseResult::kNoMemory;
-    if (stopped_) return OptimiseResult::kStopped;
     return cantBeShown_ ? OptimiseResult::kNothingGained : OptimiseResult::kSmaller;
 }
 

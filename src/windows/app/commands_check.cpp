@@ -58,7 +58,7 @@ void OnCheck(HWND window) {
     Checked checked;
     if (!CopyBlockList(document, &checked.blocks)) return TellOutOfMemory(window);
     const WorkEnd end = RunWithProgress(window, L"Check", L"Looking at the frames",
-                                        [&checked](const WorkWatch& watch) { Look(&checked, watch); });
+                                        [&checked](const WorkWatch& watch, const auto&) { Look(&checked, watch); });
     if (end == WorkEnd::kStopped) return;
     if (end == WorkEnd::kNoMemory || !checked.isDone) return TellOutOfMemory(window);
     Tell(window, checked.findings);

@@ -169,7 +169,7 @@ void OnExportFrames(HWND window) {
         return TellOutOfMemory(window);
     if (!CanExport(window, work.animation) || !AskWhatAndWhere(window, &work)) return;
     const WorkEnd end = RunWithProgress(window, kCaption, L"Composing frames",
-                                        [&work](const WorkWatch& watch) { MakeFiles(&work, watch); });
+                                        [&work](const WorkWatch& watch, const auto&) { MakeFiles(&work, watch); });
     if (end == WorkEnd::kStopped) return;
     if (end == WorkEnd::kNoMemory || work.result == FrameResult::kNoMemory) return TellOutOfMemory(window);
     work.result == FrameResult::kDone ? PutFiles(window, &work) : TellFailure(window, work);

@@ -107,14 +107,13 @@ bool WaitInDialog(HWND owner, Work* work) {
 
 bool workWaitsForStop = false;
 
-WorkEnd RunWithProgress(HWND owner, const wchar_t* caption, const wchar_t* line,
-                        const std::function<void(const WorkWatch&)>& work) {
+WorkEnd RunWithProgress(HWND owner, const wchar_t* caption, const wchar_t* line, const LongWork& work) {
     try {
         Work state;
         state.caption = caption;
         state.line = line;
         const WorkWatch watch = [&state](size_t done, size_t count) { return Reach(&state, done, count); };
-        state.end = std::async(std::launch::async, [&] { work(watch); });
+        state.end = std::async(std::launch::async, [&] { work(watch, state.isToStop); });
         bool waited = true;
         {
             WaitCursor cursor;

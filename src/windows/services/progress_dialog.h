@@ -1,6 +1,7 @@
 // Long work behind a dialog that shows how far it is and can stop it.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <functional>
 
@@ -13,11 +14,13 @@ enum class WorkEnd : uint8_t {
     kNoMemory,  // for the work (std::bad_alloc), its thread or the dialog
 };
 
+// It tells the watch how far it is and returns soon after an answer of false, or when `isToStop` becomes true. It
+// touches no window, and nothing that one may change.
+using LongWork = std::function<void(const WorkWatch& watch, const std::atomic<bool>& isToStop)>;
+
 // Does `work` in a thread of its own and returns when it has ended; the window is disabled meanwhile, and lives on.
-// Work that lasts longer than a moment shows a dialog with that caption and line over `owner`. `work` tells the watch
-// how far it is and returns soon after an answer of false. It touches no window, and nothing that one may change.
-[[nodiscard]] WorkEnd RunWithProgress(HWND owner, const wchar_t* caption, const wchar_t* line,
-                                      const std::function<void(const WorkWatch&)>& work);
+// Work that lasts longer than a moment shows a dialog with that caption and line over `owner`.
+[[nodiscard]] WorkEnd RunWithProgress(HWND owner, const wchar_t* caption, const wchar_t* line, const LongWork& work);
 
 // Tests set it to stop work in its midst: it then waits for that as soon as it says how far it is.
 extern bool workWaitsForStop;
