@@ -384,6 +384,7 @@ TEST_F(SmallerTest, ItIsOneStepAndTheSizesAreThoseOfTheFiles) {
         Run(IDM_MAKE_SMALLER, {[&](HWND dialog) {
                                    EXPECT_EQ(ControlText(dialog, IDC_SMALLER_BEFORE),
                                              "Saved now: " + Grouped(before.size()) + " bytes");
+                                   EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDC_SMALLER_NORMAL) << "the one that is on";
                                    Press(IDOK, {{IDC_SMALLER_FAST}})(dialog);
                                },
                                Answer(IDYES)});
