@@ -1,5 +1,6 @@
 #include "animation/flashes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <deque>
@@ -161,7 +162,7 @@ private:
             if (!stage_.Show(frame)) return false;
             const uint64_t time = start_ + frames[frame].start;
             Look(time, frame, round, found);
-            if (!GoesOn(watch_, static_cast<size_t>(time * kParts / enough_), kParts)) return false;
+            if (!GoesOn(watch_, static_cast<size_t>(std::min(time, enough_) * kParts / enough_), kParts)) return false;
         }
         start_ += animation_.Length();
         return true;

@@ -26,10 +26,11 @@ constexpr int kBarSteps = 1000;
 struct Work {
     const wchar_t* caption = nullptr;
     const wchar_t* line = nullptr;
-    std::future<void> end;
     std::atomic<unsigned> reached = 0;  // of kBarSteps
     std::atomic<bool> isToStop = false;
     unsigned shown = kBarSteps + 1;  // as `reached`
+    WorkWatch watch;
+    std::future<void> end;  // the last one: it waits for the thread, which needs the others
 
     bool IsOver(std::chrono::milliseconds wait) const { return end.wait_for(wait) == std::future_status::ready; }
 };
@@ -112,8 +113,8 @@ WorkEnd RunWithProgress(HWND owner, const wchar_t* caption, const wchar_t* line,
         Work state;
         state.caption = caption;
         state.line = line;
-        const WorkWatch watch = [&state](size_t done, size_t count) { return Reach(&state, done, count); };
-        state.end = std::async(std::launch::async, [&] { work(watch, state.isToStop); });
+        state.watch = [&state](size_t done, size_t count) { return Reach(&state, done, count); };
+        state.end = std::async(std::launch::async, [&] { work(state.watch, state.isToStop); });
         bool waited = true;
         {
             WaitCursor cursor;
