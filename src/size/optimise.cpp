@@ -52,10 +52,12 @@ public:
     OptimiseResult Run(const ReadReport& report, BlockList* smaller) {
         if (!animation_.Open(list_, Texts::kLeftOut)) return OptimiseResult::kNoMemory;
         if (!CanBeOptimised(animation_, report)) return OptimiseResult::kLeftAlone;
-        switch (PlanFrames(animation_, {options_.effort, options_.keepFrames, Threads(), GivenUp()}, &plan_)) {
+        const PlanOptions planning = {options_.effort, options_.keepFrames, Threads(), GivenUp(), options_.stop};
+        switch (PlanFrames(animation_, planning, &plan_)) {
             case PlanResult::kDone: break;
             case PlanResult::kTooManyColours: return OptimiseResult::kLeftAlone;
             case PlanResult::kNoMemory: return OptimiseResult::kNoMemory;
+            case PlanResult::kStopped: return OptimiseResult::kStopped;
         }
         PlanPalette();
         if (OptimiseResult coded = CodeFrames(); coded != OptimiseResult::kSmaller) return coded;
