@@ -5,7 +5,7 @@ if(NOT HALIBUT)
 endif()
 set(HELP_FOLDER ${CMAKE_SOURCE_DIR}/resources/help)
 # In the order of the topics, behind the settings.
-set(HELP_SOURCES settings.but main_window.but careful.but panes.but block_editors.but making.but)
+set(HELP_SOURCES settings.but main_window.but careful.but panes.but block_editors.but making.but tools.but)
 list(TRANSFORM HELP_SOURCES PREPEND ${HELP_FOLDER}/)
 set(HELP_STAMP ${CMAKE_CURRENT_BINARY_DIR}/help.stamp)
 # The help notes its time: the commit's, so that the same sources give the same bytes.

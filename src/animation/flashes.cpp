@@ -1,5 +1,6 @@
 #include "animation/flashes.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstring>
 #include <deque>
@@ -131,15 +132,15 @@ private:
 
 class FlashFinder {
 public:
-    explicit FlashFinder(const Animation& animation) : animation_(animation) {}
+    FlashFinder(const Animation& animation, const WorkWatch& watch) : animation_(animation), watch_(watch) {}
 
     bool Run(std::vector<Flashing>* found) {
         PlaceSamples();
         samples_ = AllocateScratchArray<Sample>(columns_ * rows_);
         if (!samples_ || !stage_.Open(animation_, 0)) return false;
         // A second round and the second behind it show whatever may come.
-        const uint64_t enough = 2 * animation_.Length() + 2 * kSecond;
-        for (uint32_t round = 0; start_ < enough && (animation_.Plays() == 0 || round < animation_.Plays()); ++round)
+        enough_ = 2 * animation_.Length() + 2 * kSecond;
+        for (uint32_t round = 0; start_ < enough_ && (animation_.Plays() == 0 || round < animation_.Plays()); ++round)
             if (!PlayOnce(round, found)) return false;
         const auto last = static_cast<uint32_t>(animation_.Frames().size() - 1);
         for (Flashing& flashing : *found) flashing.lastFrame = std::min(flashing.lastFrame, last);
@@ -159,7 +160,9 @@ private:
         const std::span<const Frame> frames = animation_.Frames();
         for (uint32_t frame = 0; frame < frames.size(); ++frame) {
             if (!stage_.Show(frame)) return false;
-            Look(start_ + frames[frame].start, frame, round, found);
+            const uint64_t time = start_ + frames[frame].start;
+            Look(time, frame, round, found);
+            if (!GoesOn(watch_, static_cast<size_t>(std::min(time, enough_) * kParts / enough_), kParts)) return false;
         }
         start_ += animation_.Length();
         return true;
@@ -192,19 +195,23 @@ private:
     uint64_t FirstAt(int edge) const { return (static_cast<uint64_t>(edge) + step_ - 1) / step_; }
     bool IsEnough(uint64_t samples) const { return samples * kQuarter > columns_ * rows_; }
 
+    static constexpr size_t kParts = 1000;  // of the work, as the watch is told of them
+
     const Animation& animation_;
+    const WorkWatch& watch_;
     Stage stage_;
     const LinearTable linear_;
     uint64_t step_ = 0, columns_ = 0, rows_ = 0;
     std::unique_ptr<Sample[]> samples_;
     bool started_ = false;
-    uint64_t start_ = 0;  // of the round
+    uint64_t start_ = 0;   // of the round
+    uint64_t enough_ = 0;  // so long it is played
     Changes general_{FlashKind::kGeneral}, red_{FlashKind::kRed};
 };
 
 }  // namespace
 
-bool FindFlashes(const Animation& animation, std::vector<Flashing>* found) {
+bool FindFlashes(const Animation& animation, std::vector<Flashing>* found, const WorkWatch& watch) {
     if (animation.Frames().size() < 2 || animation.Screen().IsEmpty()) return true;
-    return FlashFinder(animation).Run(found);
+    return FlashFinder(animation, watch).Run(found);
 }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "animation/animation.h"
+#include "platform/work_watch.h"
 
 enum class FlashKind : uint8_t { kGeneral, kRed };
 
@@ -23,5 +24,5 @@ struct Flashing {
 };
 
 // Plays the animation, whose canvas must fit (FitsCanvas), and adds what it finds. A repeat counts as going on. False
-// when memory runs out.
-[[nodiscard]] bool FindFlashes(const Animation& animation, std::vector<Flashing>* found);
+// when memory runs out, or the watch does not want it to go on.
+[[nodiscard]] bool FindFlashes(const Animation& animation, std::vector<Flashing>* found, const WorkWatch& watch = {});

@@ -4,23 +4,36 @@
 
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/findings.h"
 #include "cli/json.h"
 #include "cli/options.h"
+#include "cli/played_file.h"
 #include "cli/printable.h"
+#include "cli/shell_word.h"
 #include "cli/usage.h"
+#include "editing/findings.h"
 
 namespace {
 
 constexpr size_t kMostLikeIt = 10;  // lines of one check in a file
 
+// The command as it is typed; empty when there is none.
+std::string CommandOf(const std::string& path, const Mending& mend) {
+    if (!mend.command) return "";
+    return std::string("zephyr ") + mend.command + " " + ShellFile(path) + " OUT" +
+           (mend.words.empty() ? "" : " " + mend.words);
+}
+
+std::string BlockWords(uint32_t index) {
+    return "block " + std::to_string(index);
+}
+
 void PrintLines(const std::string& path, const std::vector<Finding>& findings) {
     std::map<std::string, size_t> told;
     for (const Finding& finding : findings) {
         if (++told[finding.check] > kMostLikeIt) continue;
-        const std::string where = finding.block < 0 ? "" : "block " + std::to_string(finding.block) + ": ";
+        const std::string where = finding.block < 0 ? "" : BlockWords(static_cast<uint32_t>(finding.block)) + ": ";
         printf("%s: %s%s\n", Printable(path).c_str(), where.c_str(), Printable(finding.what).c_str());
-        if (!finding.mend.empty()) printf("    %s\n", Printable(finding.mend).c_str());
+        if (finding.mend.command) printf("    %s\n", Printable(CommandOf(path, finding.mend)).c_str());
     }
     for (const auto& [check, count] : told)
         if (count > kMostLikeIt)
@@ -28,17 +41,17 @@ void PrintLines(const std::string& path, const std::vector<Finding>& findings) {
                    count - kMostLikeIt);
 }
 
-std::string JsonOf(const Finding& finding) {
+std::string JsonOf(const std::string& path, const Finding& finding) {
     std::string json = "{\"check\": " + JsonText(finding.check);
     if (finding.block >= 0) json += ", \"block\": " + std::to_string(finding.block);
     json += ", \"what\": " + JsonText(finding.what);
-    if (!finding.mend.empty()) json += ", \"mend\": " + JsonText(finding.mend);
+    if (finding.mend.command) json += ", \"mend\": " + JsonText(CommandOf(path, finding.mend));
     return json + "}";
 }
 
 void PrintJson(const std::string& path, bool isRead, const std::vector<Finding>& findings) {
     printf("{\"file\": %s, \"read\": %s, \"findings\": [", JsonText(path).c_str(), isRead ? "true" : "false");
-    for (size_t i = 0; i < findings.size(); ++i) printf("%s%s", i ? ",\n " : "", JsonOf(findings[i]).c_str());
+    for (size_t i = 0; i < findings.size(); ++i) printf("%s%s", i ? ",\n " : "", JsonOf(path, findings[i]).c_str());
     fputs("]}", stdout);
 }
 
@@ -47,7 +60,7 @@ int CheckFile(const std::string& path, const Options& options) {
     std::vector<Finding> findings;
     file.tellsDamages = false;  // they are findings
     bool isRead = file.OpenAnimation(path, options);
-    if (isRead && !FindSurprises(file, path, &findings)) {
+    if (isRead && !FindSurprises(file.animation, file.report, BlockWords, {}, &findings)) {
         Complain(path, "not enough memory");
         isRead = false;
     }

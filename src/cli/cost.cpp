@@ -1,8 +1,6 @@
 // zephyr cost: pictures of what the pixels of images cost.
-#include <array>
 #include <cstdio>
 
-#include "animation/paint_image.h"
 #include "cli/chosen_blocks.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
@@ -12,26 +10,13 @@
 #include "gif/descriptor.h"
 #include "imaging/heat_scale.h"
 #include "imaging/png_writer.h"
+#include "size/heat_map.h"
 #include "size/pixel_costs.h"
 
 namespace {
 
-// Colour 0 of the picture is for pixels that the data does not have.
-constexpr int kSteps = kPaletteEntries - 1;
-using HeatMapColours = std::array<uint32_t, kPaletteEntries>;
-
-HeatMapColours MakeColours() {
-    HeatMapColours colours = {kTransparent};
-    for (size_t i = 1; i <= kSteps; ++i) colours[i] = PixelOf(HeatColour(static_cast<double>(i - 1) / (kSteps - 1)));
-    return colours;
-}
-
-uint8_t ColourOf(float bits) {
-    return bits > 0 ? static_cast<uint8_t>(1.5 + HeatOfBits(bits) * (kSteps - 1)) : 0;
-}
-
 bool EncodeHeatMap(const PixelCosts& costs, ByteBuffer* png) {
-    const HeatMapColours colours = MakeColours();
+    const HeatMapColours colours = MakeHeatMapColours();
     PngLayout layout;
     layout.width = static_cast<uint32_t>(costs.width);
     layout.height = static_cast<uint32_t>(costs.height);
@@ -41,7 +26,7 @@ bool EncodeHeatMap(const PixelCosts& costs, ByteBuffer* png) {
     const auto row = AllocateScratch(layout.width);
     bool done = row && writer.Start(layout, png);
     for (int y = 0; done && y < costs.height; ++y) {
-        for (int x = 0; x < costs.width; ++x) row[static_cast<size_t>(x)] = ColourOf(costs.Row(y)[x]);
+        for (int x = 0; x < costs.width; ++x) row[static_cast<size_t>(x)] = HeatMapEntry(costs.Row(y)[x]);
         done = writer.AddRow(row.get());
     }
     return done && writer.Finish();

@@ -1,19 +1,20 @@
 // zephyr frames: what the animation looks like, frame by frame.
 #include <numeric>
 
+#include "animation/animated_png.h"
 #include "animation/canvas_png.h"
+#include "animation/contact_sheet.h"
+#include "animation/encoded_frames.h"
 #include "cli/commands.h"
 #include "cli/complaints.h"
-#include "cli/contact_sheet.h"
-#include "cli/encoded_frames.h"
 #include "cli/frame_times.h"
 #include "cli/frame_words.h"
 #include "cli/options.h"
 #include "cli/output_file.h"
 #include "cli/played_file.h"
+#include "cli/progress.h"
 #include "cli/usage.h"
 #include "gif/descriptor.h"
-#include "imaging/apng_writer.h"
 
 namespace {
 
@@ -102,8 +103,21 @@ bool Report(FrameResult result, const std::string& path) {
     return result == FrameResult::kDone;
 }
 
+// Shows how far the work is, and never stops it.
+class ShownFrames {
+public:
+    WorkWatch Watch() {
+        return [this](size_t done, size_t count) { return progress_.OnFrame(done, count), true; };
+    }
+
+private:
+    Progress progress_;
+};
+
 bool WriteComposed(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+    ShownFrames shown;
     FrameWork work;
+    work.watch = shown.Watch();
     work.encode = [&](const CanvasView& canvas, const Rectangle& area, ByteBuffer* png) {
         return EncodeCanvas(canvas, area, wanted.style, png);
     };
@@ -136,26 +150,25 @@ bool WriteRaw(const Animation& animation, std::span<const uint32_t> frames, cons
     return done;
 }
 
-ApngFrame PlaceOf(const Frame& frame, const Rectangle& area) {
-    return {static_cast<uint32_t>(area.left), static_cast<uint32_t>(area.top), static_cast<uint32_t>(area.Width()),
-            static_cast<uint32_t>(area.Height()), static_cast<uint16_t>(frame.length)};
+bool WriteSheet(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+    const std::string& path = *wanted.sheet;
+    const SheetLayout layout = LayOutSheet(animation, frames.size(), wanted.columns);
+    if (!layout.Fits()) {
+        Complain(path, "a sheet of " + std::to_string(layout.width) + " x " + std::to_string(layout.height) +
+                           " pixels can't be made: a row of frames has at most " + std::to_string(kMostCanvasPixels));
+        return false;
+    }
+    ByteBuffer png;
+    ShownFrames shown;
+    if (!Report(EncodeSheet(animation, frames, layout, wanted.style, shown.Watch(), &png), path)) return false;
+    return WriteOutputFile(path, [&](File& file) { return file.Write(png.Content().data(), png.Content().size()); });
 }
 
-bool WriteApngTo(File& file, const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
-    ColourSet colours;
-    const bool isIndexed = ColoursOfAnimation(animation, wanted.style.background, &colours);
-    ApngWriter writer(file);
-    FrameWork work;
-    work.onlyChanges = true;
-    work.encode = [&](const CanvasView& canvas, const Rectangle& area, ByteBuffer* png) {
-        ColourSet own = colours;
-        return EncodeCanvasAs(isIndexed ? &own : nullptr, canvas, area, wanted.style, png);
-    };
-    work.deliver = [&](uint32_t frame, const Rectangle& area, std::span<const uint8_t> png) {
-        return writer.AddFrame(png, PlaceOf(animation.Frames()[frame], area));
-    };
-    return writer.Start(static_cast<uint32_t>(frames.size()), animation.Plays()) &&
-           EncodeFrames(animation, frames, work) == FrameResult::kDone && writer.Finish();
+bool WriteApng(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+    ShownFrames shown;
+    return WriteOutputFile(*wanted.apng, [&](File& file) {
+        return WriteAnimatedPng(animation, frames, wanted.style, shown.Watch(), file) == FrameResult::kDone;
+    });
 }
 
 bool Print(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
@@ -171,9 +184,8 @@ bool Write(const Animation& animation, std::span<const uint32_t> frames, const W
         return false;
     }
     if (!CanCompose(animation, wanted.in)) return false;
-    if (wanted.sheet) return WriteContactSheet(animation, frames, wanted.columns, wanted.style, *wanted.sheet);
-    if (!wanted.apng) return WriteComposed(animation, frames, wanted);
-    return WriteOutputFile(*wanted.apng, [&](File& file) { return WriteApngTo(file, animation, frames, wanted); });
+    if (wanted.sheet) return WriteSheet(animation, frames, wanted);
+    return wanted.apng ? WriteApng(animation, frames, wanted) : WriteComposed(animation, frames, wanted);
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 // zephyr optimise: the smallest file that plays the same.
 #include "size/optimise.h"
+#include "size/strip.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -24,17 +25,6 @@ struct EffortName {
 };
 constexpr EffortName kEfforts[] = {{"fast", Effort::kFast}, {"normal", Effort::kNormal}, {"max", Effort::kMax}};
 
-// Kinds of blocks that --strip takes out. What counts repeats stays, whatever its kind.
-struct StripName {
-    const char* name;
-    uint16_t kind;
-};
-constexpr StripName kStripped[] = {{"comments", kCommentBlock},
-                                   {"applications", kApplicationBlock},
-                                   {"names", kBlockNamesBlock},
-                                   {"texts", kPlainTextBlock},
-                                   {"unknown", kUnknownBlock}};
-
 struct Task {
     OptimiseOptions options;
     uint64_t most = 0;               // bytes, of --to; 0 without
@@ -55,8 +45,9 @@ std::string ReadStrip(const Options& options, Task* task) {
     for (size_t at = 0; names && at <= names->size();) {
         const size_t end = std::min(names->find(',', at), names->size());
         const std::string name = names->substr(at, end - at);
-        const auto* found = std::ranges::find_if(kStripped, [&name](const StripName& s) { return name == s.name; });
-        if (found == std::end(kStripped))
+        const auto* found =
+            std::ranges::find_if(kStrippedKinds, [&name](const StrippedKind& s) { return name == s.name; });
+        if (found == std::end(kStrippedKinds))
             return "--strip takes comments, applications, names, texts and unknown, not " + name;
         task->stripped.push_back(found->kind);
         at = end + 1;
@@ -107,17 +98,6 @@ std::string ReadTask(const Options& options, Task* task) {
     for (auto* read : {ReadEffort, ReadStrip, ReadJobs, ReadLossy, ReadTo})
         if (std::string wrong = read(options, task); !wrong.empty()) return wrong;
     return options.IsWhole() ? "" : "--classic keeps no document as it plays";
-}
-
-void Strip(const Task& task, BlockList* list) {
-    std::vector<uint32_t> gone;
-    for (uint32_t index = 0; index < list->count; ++index) {
-        const Block& block = list->blocks[index];
-        if (RepeatsOf(block) == Animation::kNoLoop &&
-            std::ranges::find(task.stripped, block.kind) != task.stripped.end())
-            gone.push_back(index);
-    }
-    RemoveBlocks(list, gone);
 }
 
 class ShownProgress : public OptimiseWatch {
@@ -185,7 +165,7 @@ public:
 
     EditAnswer Change(LoadedFile* file) override {
         const std::optional<uint64_t> before = WrittenBytes(file->list);
-        Strip(task_, &file->list);
+        StripBlocks(task_.stripped, &file->list);
         if (!before || !(task_.most ? MakeFitting(*file, task_, &made_)
                                     : Make(*file, OptimiseWithin, task_.options, task_.options.lossy, &made_)))
             return EditOutcome::OutOfMemory();

@@ -354,8 +354,9 @@ bool FrameCoder::Search(const Form& form, Effort effort, EncodedPixels* codes) {
     image.free = form.free;
     image.transparent = form.transparent;
     image.codeSize = form.codeSize;
+    image.stop = task_.stop;
     if (SearchCodes(image, effort, 0, codes)) return true;
-    outOfMemory_ = true;  // no other reason is left
+    outOfMemory_ = true;  // or it was stopped, which its owner knows
     return false;
 }
 

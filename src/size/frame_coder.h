@@ -1,6 +1,7 @@
 // The smallest IMAGE block that shows what a planned frame is to show.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <vector>
 
@@ -16,7 +17,8 @@ struct CodingTask {
     int globalDepth = 0;
     bool keepsGlobal = false;  // it is the one that the document had
     Effort effort = Effort::kNormal;
-    int alikeWithin = 0;  // colours so near (ColourDistance) may be written for each other
+    int alikeWithin = 0;                      // colours so near (ColourDistance) may be written for each other
+    const std::atomic<bool>* stop = nullptr;  // becomes true when the frames are no longer wanted
 };
 
 struct CodedFrame {

@@ -151,6 +151,7 @@ public:
         pixels_.resize(static_cast<size_t>(animation_.Screen().Pixels()));
         canvas_ = empty_ = std::make_shared<Ids>(animation_.Width(), animation_.Height());
         for (uint32_t frame = 0; frame < animation_.Frames().size(); ++frame) {
+            if (options_.stop && *options_.stop) return PlanResult::kStopped;
             if (!stage.Show(frame)) return PlanResult::kNoMemory;
             Canvas shown = Take(stage);
             if (!shown) return PlanResult::kTooManyColours;

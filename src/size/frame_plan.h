@@ -1,6 +1,7 @@
 // Which frames an animation is written as: what is merged, the rectangle of each, how it is disposed of.
 #pragma once
 
+#include <atomic>
 #include <memory>
 #include <vector>
 
@@ -33,9 +34,10 @@ struct PlanOptions {
     bool keepFrames = false;  // as many frames as there are
     size_t threads = 1;
     int givesUp = 0;  // changes of colour up to so much (ColourDistance) from what a pixel shows do not count
+    const std::atomic<bool>* stop = nullptr;  // becomes true when the plan is no longer wanted
 };
 
-enum class PlanResult : uint8_t { kDone, kTooManyColours, kNoMemory };
+enum class PlanResult : uint8_t { kDone, kTooManyColours, kNoMemory, kStopped };
 
 // Composes the animation, whose canvas must fit (FitsCanvas) and which has a frame and no texts drawn, and plans its
 // frames. Frames that show the same become one where all players take the same time for it; with `keepFrames` none do.

@@ -52,10 +52,12 @@ public:
     OptimiseResult Run(const ReadReport& report, BlockList* smaller) {
         if (!animation_.Open(list_, Texts::kLeftOut)) return OptimiseResult::kNoMemory;
         if (!CanBeOptimised(animation_, report)) return OptimiseResult::kLeftAlone;
-        switch (PlanFrames(animation_, {options_.effort, options_.keepFrames, Threads(), GivenUp()}, &plan_)) {
+        const PlanOptions planning = {options_.effort, options_.keepFrames, Threads(), GivenUp(), options_.stop};
+        switch (PlanFrames(animation_, planning, &plan_)) {
             case PlanResult::kDone: break;
             case PlanResult::kTooManyColours: return OptimiseResult::kLeftAlone;
             case PlanResult::kNoMemory: return OptimiseResult::kNoMemory;
+            case PlanResult::kStopped: return OptimiseResult::kStopped;
         }
         PlanPalette();
         if (OptimiseResult coded = CodeFrames(); coded != OptimiseResult::kSmaller) return coded;
@@ -65,6 +67,7 @@ public:
     }
 
 private:
+    bool StopRequested() const { return (options_.stop && *options_.stop) || (watch_ && watch_->StopRequested()); }
     size_t Threads() const { return options_.threads ? options_.threads : ParallelThreads(); }
     // Half of the loss goes into changes that are given up, the other half into strings that nearly fit.
     int GivenUp() const { return (options_.lossy + 1) / 2; }
@@ -94,6 +97,7 @@ void Optimiser::PlanPalette() {
     task_.animation = &animation_;
     task_.effort = options_.effort;
     task_.alikeWithin = options_.lossy - GivenUp();
+    task_.stop = options_.stop;
     const Block& header = list_.blocks[0];
     const GlobalPalette old = PaletteOfHeader(header);
     const int background = GetHeaderFields(header).backgroundIndex;
@@ -122,7 +126,7 @@ void Optimiser::PlanPalette() {
 
 void Optimiser::CodeOne(size_t number) {
     if (noMemory_ || stopped_ || cantBeShown_) return;
-    if (watch_ && watch_->StopRequested()) {
+    if (StopRequested()) {
         stopped_ = true;
         return;
     }
@@ -141,8 +145,8 @@ void Optimiser::CodeOne(size_t number) {
 OptimiseResult Optimiser::CodeFrames() {
     coded_.resize(plan_.frames.size());
     RunInParallel(coded_.size(), Threads(), [this](size_t number) { CodeOne(number); });
+    if (stopped_ || StopRequested()) return OptimiseResult::kStopped;
     if (noMemory_) return OptimiseResult::kNoMemory;
-    if (stopped_) return OptimiseResult::kStopped;
     return cantBeShown_ ? OptimiseResult::kNothingGained : OptimiseResult::kSmaller;
 }
 

@@ -1,6 +1,7 @@
 // The smallest document that plays the same.
 #pragma once
 
+#include <atomic>
 #include <optional>
 
 #include "gif/gif_reader.h"
@@ -12,6 +13,7 @@ struct OptimiseOptions {
     bool keepFrames = false;  // as many frames with the same times as before
     size_t threads = 0;       // that work at a time; 0: as many as there are processors
     int lossy = 0;            // how far a pixel may be from its colour (ColourDistance), in any frame; 0: not at all
+    const std::atomic<bool>* stop = nullptr;  // becomes true to give up, also in the midst of a frame
 };
 
 // What goes on meanwhile.

@@ -92,6 +92,25 @@ TEST(Flashes, MoreThanThreeInASecondOverMoreThanAQuarter) {
     for (const auto& [what, found, expected] : cases) EXPECT_EQ(found, expected) << what;
 }
 
+TEST(Flashes, TellsHowFarItIsAndStops) {
+    Blinker blinker;
+    blinker.Blink(6, kBlack, kWhite, 10).Loop(0);
+    Animation animation;
+    ASSERT_TRUE(animation.Open(blinker, Texts::kDrawn));
+    std::vector<Flashing> found;
+    size_t last = 0, calls = 0;
+    EXPECT_TRUE(FindFlashes(animation, &found, [&](size_t done, size_t count) {
+        EXPECT_GE(done, last);
+        EXPECT_LE(done, count);
+        last = done;
+        return ++calls > 0;
+    }));
+    EXPECT_GT(last, 800u) << "of 1000";
+    calls = 0;
+    EXPECT_FALSE(FindFlashes(animation, &found, [&](size_t, size_t) { return ++calls < 3; }));
+    EXPECT_EQ(calls, 3u);
+}
+
 TEST(Flashes, SeesThroughAPictureLargerThanItsSamples) {
     Blinker blinker;
     PutHeaderFields(&blinker.blocks[0], {5000, 4000, 0, 0, 0});

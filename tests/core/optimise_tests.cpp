@@ -207,6 +207,30 @@ TEST(Optimise, KeepsWhatIsNoFrame) {
     EXPECT_EQ(made.list.after.bytes, 4u);
 }
 
+TEST(Optimise, GivesUpWhenItIsStopped) {
+    Strip strip(4);
+    const LoadedGif gif = strip.Row(0, {7, 5, 7, 5}).Control(2).Row(1, {1}).Load();
+    std::atomic<bool> stop = true;
+    OptimiseOptions options;
+    BlockList made;
+    options.stop = &stop;
+    EXPECT_EQ(Optimise(gif, gif.report, options, nullptr, &made), OptimiseResult::kStopped);
+    EXPECT_EQ(made.count, 0u);
+    stop = false;
+    EXPECT_EQ(Optimise(gif, gif.report, options, nullptr, &made), OptimiseResult::kSmaller);
+
+    // And behind the first frame.
+    class Stopper : public OptimiseWatch {
+    public:
+        explicit Stopper(std::atomic<bool>* stop) : stop_(stop) {}
+        void OnFrame(size_t, size_t) override { *stop_ = true; }
+
+    private:
+        std::atomic<bool>* stop_;
+    } stopper(&stop);
+    EXPECT_EQ(Optimise(gif, gif.report, options, &stopper, &made), OptimiseResult::kStopped);
+}
+
 TEST(Optimise, KeepsTheBackgroundsColour) {
     Strip strip(4);
     strip[11] = 6;

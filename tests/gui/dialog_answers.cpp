@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/wide_text_win32.h"
+#include "windows/services/progress_dialog.h"
 #include "windows/viewer/viewer_state.h"
 
 namespace {
@@ -12,12 +13,17 @@ constexpr wchar_t kAnsweredMark[] = L"ZephyrTestAnswered";
 
 DialogAnswers* current;
 
+// The dialog over long work goes by itself; it is there for a test only that wants to stop the work.
+bool IsLeftAlone(HWND window) {
+    return FindWindowExW(window, nullptr, PROGRESS_CLASSW, nullptr) && !workWaitsForStop;
+}
+
 // Prefers one that has had no answer.
 BOOL CALLBACK TakeOpenDialog(HWND window, LPARAM found) {
     wchar_t name[20] = L"";
     GetClassNameW(window, name, 20);
     bool dialog = !wcscmp(name, L"#32770") || !wcscmp(name, L"KLM ZephyrSelect") || !wcscmp(name, kViewerClass);
-    if (!dialog || !IsWindowVisible(window) || !IsWindowEnabled(window)) return TRUE;
+    if (!dialog || !IsWindowVisible(window) || !IsWindowEnabled(window) || IsLeftAlone(window)) return TRUE;
     *reinterpret_cast<HWND*>(found) = window;
     return GetPropW(window, kAnsweredMark) ? TRUE : FALSE;
 }

@@ -1,8 +1,8 @@
 // Answers modal dialogs while a test waits for the call that shows them. Each answer is given once, to the next dialog
 // (or eyedropper or viewer) of this thread that is visible and enabled and has had none yet; so a dialog that an answer
 // opens takes the answer after it. A dialog that finds no answer left fails the test and is cancelled, as is one that
-// stays open after its answer: nothing hangs. Answers nobody asked for fail the test when the object goes. There is one
-// object at a time.
+// stays open after its answer: nothing hangs. Answers nobody asked for fail the test when the object goes. The dialog
+// that shows how far long work is gets an answer while workWaitsForStop is set alone. There is one object at a time.
 #pragma once
 
 #include <functional>

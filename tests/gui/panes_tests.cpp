@@ -4,6 +4,8 @@
 #include <cstdio>
 
 #include "gif/whole_writer.h"
+#include "size/heat_map.h"
+#include "size/pixel_costs.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/composed.h"
 #include "tests/gui/window_driver.h"
@@ -45,6 +47,12 @@ protected:
     void Settle() const {
         for (int wait = 0; wait < 2000 && !IsSettled(); ++wait, Sleep(5)) PumpMessages();
         EXPECT_TRUE(IsSettled());
+    }
+    // Until the words have them, too.
+    void CountBytes() const {
+        Settle();
+        for (int wait = 0; wait < 200 && NameOf(Preview()).find("bytes") == std::string::npos; ++wait, Sleep(10))
+            PumpMessages();
     }
     bool IsSettled() const {
         return (!Preview() || IsPreviewReady(Preview())) && (!Strip() || IsFilmstripReady(Strip()));
@@ -256,8 +264,7 @@ TEST_F(PanesTest, TheWordsSayPlaceDelayAndBytes) {
     Command(IDM_PREVIEW);
     Show(TestAnimation());
     Select(kSecondImage);
-    for (int wait = 0; wait < 200 && NameOf(Preview()).find("bytes") == std::string::npos; ++wait, Sleep(10))
-        PumpMessages();
+    CountBytes();
     // The file without the image is shorter by as much.
     size_t sizes[2] = {};
     for (bool without : {false, true}) {
@@ -271,6 +278,74 @@ TEST_F(PanesTest, TheWordsSayPlaceDelayAndBytes) {
     }
     EXPECT_EQ(NameOf(Preview()), "Preview: Frame 2 of 3; At 10, 8: 16 x 16; Delay 1/100 s (played as 10), " +
                                      std::to_string(sizes[0] - sizes[1]) + " bytes");
+    Command(IDM_CLOSE);
+    EXPECT_EQ(NameOf(Preview()), "Preview: Nothing to show");
+}
+
+TEST_F(PanesTest, PricesOfPixelsLieOverTheFrameAndGoAgain) {
+    Command(IDM_PREVIEW);
+    Show(TestAnimation());
+    Select(kThirdImage);  // which reaches beyond the screen
+    CountBytes();
+    const Picture plain = Painted(Preview());
+    const std::string words = NameOf(Preview());
+    auto expectPrices = [&](int line, uint32_t frame) {
+        SCOPED_TRACE(line);
+        Settle();
+        EXPECT_NE(NameOf(Preview()).find("; Bits of a pixel: "), std::string::npos) << NameOf(Preview());
+        const Block& image = document.blocks[static_cast<uint32_t>(line)];
+        PixelCosts costs;
+        ASSERT_TRUE(MeasurePixelCosts(image, &costs));
+        const HeatMapColours colours = MakeHeatMapColours();
+        const ComposedFrame composed = Compose(document, frame);
+        const ImageFields fields = GetImageFields(image);
+        const Picture shown = Painted(Preview());
+        WindowDc dc(Preview());
+        SelectedObject font(dc.Get(), hListFont);
+        TEXTMETRICW metric = {};
+        GetTextMetricsW(dc.Get(), &metric);
+        const int height = shown.height - 4 * static_cast<int>(metric.tmHeight) - 8;  // a line more
+        const int left = (shown.width - composed.width) / 2, top = (height - composed.height) / 2;
+        int wrong = 0, heated = 0;
+        for (int y = 0; y < composed.height; ++y)
+            for (int x = 0; x < composed.width; ++x) {
+                const int column = x - fields.left, row = y - fields.top;
+                const bool isInside = column >= 0 && row >= 0 && column < fields.width && row < fields.height;
+                const bool isOutline = x >= fields.left - 1 && x <= fields.left + fields.width && y >= fields.top - 1 &&
+                                       y <= fields.top + fields.height && !isInside;
+                const auto at = static_cast<size_t>(y * composed.width + x);
+                if (isOutline || (!isInside && !composed.isOpaque[at])) continue;
+                COLORREF expected = RGB(composed.pixels[at] >> 16, composed.pixels[at] >> 8, composed.pixels[at]);
+                // A canvas has red in the lowest byte, as COLORREF does.
+                if (isInside) expected = colours[HeatMapEntry(costs.Row(row)[column])] & 0xFFFFFF;
+                heated += isInside;
+                wrong += shown.At(left + x, top + y) != expected;
+            }
+        EXPECT_EQ(wrong, 0);
+        EXPECT_GT(heated, 0);
+    };
+    Press(Preview(), 'P');
+    expectPrices(kThirdImage, 2);
+    Select(kFirstImage);
+    expectPrices(kFirstImage, 0);
+    Press(Preview(), VK_SPACE);
+    EXPECT_EQ(NameOf(Preview()).find("Bits"), std::string::npos) << "not while it plays";
+    Press(Preview(), VK_SPACE);
+    Select(kThirdImage);
+    expectPrices(kThirdImage, 2);
+    Press(Preview(), 'P');
+    CountBytes();
+    EXPECT_EQ(Difference(plain, Painted(Preview())), "");
+    EXPECT_EQ(NameOf(Preview()), words);
+
+    // Where there is nothing to be measured, that is said.
+    Press(Preview(), 'P');
+    Animation none(40, 30);
+    none.Comment().Image({0, 0, 10, 10});
+    none.List()->blocks[2].data = nullptr;
+    Show(std::move(none));
+    Settle();
+    EXPECT_NE(NameOf(Preview()).find("No pixels that cost bits"), std::string::npos) << NameOf(Preview());
     Command(IDM_CLOSE);
     EXPECT_EQ(NameOf(Preview()), "Preview: Nothing to show");
 }

@@ -14,6 +14,7 @@
 #include "windows/ids/pane_ids.h"
 #include "windows/ids/wizard_ids.h"
 #include "windows/services/messages.h"
+#include "windows/services/progress_dialog.h"
 #include "windows/services/screen_reader.h"
 
 namespace {
@@ -325,8 +326,10 @@ void ExpectAccess(HWND window, const std::vector<HWND>& reached) {
         const std::string name = NameOf(control);
         EXPECT_TRUE(std::ranges::any_of(name, [](char c) { return isalpha(static_cast<unsigned char>(c)); }))
             << "its name: " << name;
-        // Up-downs: the arrow keys in their fields do what they do. The strip is only where its buttons are.
-        if (!IsWindowEnabled(control) || IsKind(control, UPDOWN_CLASSW) || GetDlgCtrlID(control) == IDC_NOTICE)
+        // Up-downs: the arrow keys in their fields do what they do. A bar takes none. The strip is only where its
+        // buttons are.
+        if (!IsWindowEnabled(control) || IsKind(control, UPDOWN_CLASSW) || IsKind(control, PROGRESS_CLASSW) ||
+            GetDlgCtrlID(control) == IDC_NOTICE)
             continue;
         EXPECT_NE(std::ranges::find(reached, control), reached.end()) << name << ": Tab does not lead there";
     }
@@ -353,6 +356,13 @@ TEST_F(ScreenReaderTest, EverythingHasANameAndIsReachedByKeys) {
             DialogAnswers answers({LookAt(button)});
             question();
         };
+    };
+    auto work = [] {
+        workWaitsForStop = true;
+        EXPECT_EQ(
+            RunWithProgress(hMainWindow, L"Work", L"Working", [](const WorkWatch& watch, const auto&) { watch(1, 4); }),
+            WorkEnd::kStopped);
+        workWaitsForStop = false;
     };
     auto wizard = [](HWND dialog) {
         for (int i = 0; i < 2; ++i)
@@ -382,6 +392,10 @@ TEST_F(ScreenReaderTest, EverythingHasANameAndIsReachedByKeys) {
          }},
         {"INSERTBOX", commands(IDM_INSERT)},
         {"TIMINGBOX", commands(IDM_TIMING)},
+        {"EXPORTBOX", commands(IDM_EXPORT_FRAMES)},
+        {"FINDINGSBOX", commands(IDM_CHECK)},
+        {"SMALLERBOX", commands(IDM_MAKE_SMALLER)},
+        {"WORKBOX", asks(work, IDCANCEL)},
         {"INFORMATIONPANEL", commands(IDM_INFORMATION)},
         {"ABOUTBOX", commands(IDM_ABOUT)},
         {"PALETTENOMATCHBOX", asks([] { AskPaletteChoice(hMainWindow, At(kSampleImage)); }, IDCANCEL)},

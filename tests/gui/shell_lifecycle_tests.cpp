@@ -21,7 +21,7 @@ protected:
     // The title, with the blank before kQuirkSecondName, and that the commands are enabled as they have to be.
     void ExpectFace(const std::string& name) {
         EXPECT_EQ(Title(), "Kelmor Zephyr [ " + name + " ] ");
-        for (int id : {IDM_CLOSE, IDM_SAVE, IDM_SAVE_AS, IDM_VIEW, IDM_INSERT, IDM_INSERT_PICTURES, IDM_DELETE})
+        for (int id : {IDM_CLOSE, IDM_SAVE, IDM_SAVE_AS, IDM_VIEW, IDM_INSERT, IDM_INSERT_PICTURES, IDM_EXPORT_FRAMES, IDM_DELETE, IDM_CHECK, IDM_MAKE_SMALLER})
             EXPECT_EQ(IsEnabled(id), name != "NO FILE") << id;
     }
 

@@ -43,6 +43,9 @@ LRESULT OnCommand(HWND window, int id, int notification) {
         case IDM_VIEW: OnView(window); break;
         case IDM_INSERT: OnInsert(window); break;
         case IDM_INSERT_PICTURES: OnInsertPictures(window); break;
+        case IDM_EXPORT_FRAMES: OnExportFrames(window); break;
+        case IDM_CHECK: OnCheck(window); break;
+        case IDM_MAKE_SMALLER: OnMakeSmaller(window); break;
         case IDM_WIZARD: OnWizard(window); break;
         case IDM_SAVE: OnSave(window); break;
         case IDM_NEW: OnNew(window); break;

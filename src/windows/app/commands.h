@@ -15,6 +15,9 @@ void OnEdit(HWND window);
 void OnInsert(HWND window);
 void OnInsertPictures(HWND window);
 void OnDelete(HWND window);
+void OnExportFrames(HWND window);
+void OnCheck(HWND window);
+void OnMakeSmaller(HWND window);
 
 // Inserts the first image of each file (paths in UTF-8) behind the line, as Insert does with those that are chosen.
 void InsertImageFiles(HWND window, int line, const std::vector<std::string>& paths);

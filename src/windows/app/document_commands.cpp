@@ -53,12 +53,6 @@ void CloseUnasked(HWND window) {
     RunCommand(window, IDM_CLOSE);
 }
 
-// A document that was read whole is saved whole, also when careful mode was never on or is off again: it was opened so
-// for what a classic save would drop.
-bool SavesWhole() {
-    return Careful(Care::kWholeDocuments) || (document.flags & kReadWhole) != 0;
-}
-
 // The window's state with a document just made or loaded; the title is the caller's.
 void ShowDocument(HWND window) {
     EnableDocumentCommands(window, true);
@@ -206,6 +200,12 @@ bool LeaveDocument(HWND window) {
     if (!AskToSave(window)) return false;
     CloseUnasked(window);
     return true;
+}
+
+// A document that was read whole is saved whole, also when careful mode was never on or is off again: it was opened so
+// for what a classic save would drop.
+bool SavesWhole() {
+    return Careful(Care::kWholeDocuments) || (document.flags & kReadWhole) != 0;
 }
 
 bool ScreenFollowsImages() {

@@ -20,5 +20,8 @@ bool AskToSave(HWND window);
 // The same, and closes the document unless it is to stay.
 bool LeaveDocument(HWND window);
 
+// Whether the document is saved in the whole manner.
+bool SavesWhole();
+
 // Whether the screen is fitted to the images when the document is saved.
 bool ScreenFollowsImages();

@@ -12,8 +12,8 @@ namespace {
 // The title has a place for a second name and a blank before it. The name is gone, the blank stays.
 constexpr wchar_t kQuirkSecondName[] = L"";
 
-constexpr UINT kDocumentCommands[] = {IDM_CLOSE,           IDM_SAVE,  IDM_SAVE_AS, IDM_VIEW, IDM_INSERT,
-                                      IDM_INSERT_PICTURES, IDM_DELETE};
+constexpr UINT kDocumentCommands[] = {IDM_CLOSE,           IDM_SAVE,          IDM_SAVE_AS, IDM_VIEW,  IDM_INSERT,
+                                      IDM_INSERT_PICTURES, IDM_EXPORT_FRAMES, IDM_DELETE,  IDM_CHECK, IDM_MAKE_SMALLER};
 
 void ShowTitle(HWND window, const std::wstring& name) {
     constexpr wchar_t kPlaceholder[] = L"%s";

@@ -10,6 +10,7 @@
 #include "windows/app/block_list_view.h"
 #include "windows/app/preview_details.h"
 #include "windows/app/preview_view.h"
+#include "windows/app/price_overlay.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/pane_ids.h"
 #include "windows/services/screen_scale.h"
@@ -28,6 +29,7 @@ constexpr int kKeyStep = 16;  // that an arrow key moves the canvas
 constexpr UINT_PTR kComposeTimer = 1;  // there is more to compose
 constexpr UINT_PTR kBytesTimer = 2;    // the selection has come to rest: there is time to count bytes
 constexpr UINT_PTR kPlayTimer = 3;     // the frame's time is over
+constexpr UINT_PTR kPriceTimer = 4;    // the same: there is time to measure pixels
 constexpr UINT kRestMilliseconds = 150;
 constexpr uint64_t kMostBehind = 250;  // milliseconds; a player that is later than this does not try to catch up
 
@@ -45,6 +47,8 @@ struct Preview {
     uint64_t bytes = kBytesNotCounted;
     Composer composer{kKeptBytes};
     PreviewView view;
+    bool showsPrices = false;  // of pixels, over the picture while it does not play
+    PriceOverlay prices;
     bool isPlaying = false;
     uint32_t playsLeft = 0;  // 0: for ever
     uint64_t due = 0;        // in Milliseconds(): when the next frame is to be shown
@@ -71,7 +75,8 @@ int LineHeight(HDC dc) {
 int TextHeight(HWND pane) {
     WindowDc dc(pane);
     SelectedObject font(dc.Get(), hListFont);
-    return kTextLines * LineHeight(dc.Get()) + 2 * ScaledFor(pane, kGap);
+    const int lines = kTextLines + (StateOf(pane)->showsPrices ? 1 : 0);
+    return lines * LineHeight(dc.Get()) + 2 * ScaledFor(pane, kGap);
 }
 
 void FitView(HWND pane) {
@@ -85,10 +90,11 @@ void FitView(HWND pane) {
 
 std::wstring Words(const Preview& preview) {
     if (preview.frame < 0) return kNoFrames;
-    return DescribeLine(
+    const std::wstring text = DescribeLine(
         *preview.played,
         preview.isPlaying ? preview.played->LineOfFrame(static_cast<uint32_t>(preview.frame)) : preview.line,
         static_cast<uint32_t>(preview.frame), preview.bytes);
+    return preview.isPlaying || preview.prices.Words().empty() ? text : text + L"\r\n" + preview.prices.Words();
 }
 
 // The words are the pane's name, too: that is what screen readers say.
@@ -129,12 +135,21 @@ void ComposeOn(HWND pane) {
     Redraw(pane);
 }
 
+// What takes its time waits until the selection has come to rest.
+void WaitForRest(HWND pane) {
+    const Preview& preview = *StateOf(pane);
+    if (preview.isPlaying) return;
+    SetTimer(pane, kBytesTimer, kRestMilliseconds, nullptr);
+    if (preview.showsPrices && !preview.prices.HasPicture()) SetTimer(pane, kPriceTimer, kRestMilliseconds, nullptr);
+}
+
 void GoToFrame(HWND pane, int frame) {
     Preview& preview = *StateOf(pane);
     preview.frame = frame;
     preview.isComposed = false;
     preview.bytes = kBytesNotCounted;
-    if (!preview.isPlaying) SetTimer(pane, kBytesTimer, kRestMilliseconds, nullptr);
+    preview.prices.Forget();
+    WaitForRest(pane);
     TellWords(pane);
     ComposeOn(pane);
 }
@@ -144,6 +159,19 @@ void CountBytes(HWND pane) {
     Preview& preview = *StateOf(pane);
     if (preview.frame < 0 || preview.isPlaying) return;
     preview.bytes = BytesOfFrame(*preview.played, static_cast<uint32_t>(preview.frame));
+    TellWords(pane);
+    Redraw(pane);
+}
+
+// As long as the frame is being composed the timer comes again.
+void MeasurePrices(HWND pane) {
+    Preview& preview = *StateOf(pane);
+    const bool isWanted = preview.showsPrices && !preview.isPlaying && preview.frame >= 0;
+    if (isWanted && !preview.isComposed) return;
+    StopTimer(pane, kPriceTimer);
+    if (!isWanted || preview.trouble) return;
+    const Frame& frame = preview.played->Played().Frames()[static_cast<size_t>(preview.frame)];
+    preview.prices.Make(preview.composer.Canvas(), preview.played->Blocks().blocks[frame.block]);
     TellWords(pane);
     Redraw(pane);
 }
@@ -170,7 +198,7 @@ void ChooseFrame(HWND pane, int frame) {
 void StopHere(HWND pane) {
     StopPlaying(pane);
     ChooseFrame(pane, StateOf(pane)->frame);
-    SetTimer(pane, kBytesTimer, kRestMilliseconds, nullptr);
+    WaitForRest(pane);
     TellWords(pane);
     Redraw(pane);
 }
@@ -192,6 +220,7 @@ LRESULT OnTimer(HWND pane, WPARAM timer) {
     if (timer == kComposeTimer) ComposeOn(pane);
     if (timer == kBytesTimer) CountBytes(pane);
     if (timer == kPlayTimer) OnFrameOver(pane);
+    if (timer == kPriceTimer) MeasurePrices(pane);
     return 0;
 }
 
@@ -234,8 +263,9 @@ void DrawCanvas(HWND pane, const ScreenPicture& picture, int height) {
     const Preview& preview = *StateOf(pane);
     const ScreenPicture place = {picture.pixels, picture.width, height};
     const POINT corner = preview.view.Corner();
-    DrawZoomed(place, preview.composer.Canvas(), preview.view.CurrentZoom(), corner.x, corner.y,
-               ScaledFor(pane, kCheckPixels));
+    const bool showsPrices = preview.prices.HasPicture() && !preview.isPlaying;
+    const CanvasView& canvas = showsPrices ? preview.prices.Picture() : preview.composer.Canvas();
+    DrawZoomed(place, canvas, preview.view.CurrentZoom(), corner.x, corner.y, ScaledFor(pane, kCheckPixels));
     if (preview.isPlaying || !preview.isComposed) return;
     const struct Rectangle area = AreaOfLine(*preview.played, preview.line, static_cast<uint32_t>(preview.frame));
     if (!area.IsEmpty()) DrawOutline(place, height, preview.view.Around(area), ScaledFor(pane, kDash));
@@ -326,6 +356,34 @@ LRESULT ShowWhole(HWND pane) {
     return 0;
 }
 
+LRESULT SwitchPrices(HWND pane) {
+    Preview& preview = *StateOf(pane);
+    preview.showsPrices = !preview.showsPrices;
+    preview.prices.Forget();
+    FitView(pane);
+    WaitForRest(pane);
+    TellWords(pane);
+    return Redraw(pane), 0;
+}
+
+// By the menu key it opens in the corner.
+LRESULT ShowPaneMenu(HWND pane, LPARAM lParam) {
+    constexpr UINT_PTR kPrices = 1;
+    constexpr LPARAM kByKey = -1;
+    POINT place = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
+    if (lParam == kByKey) {
+        place = {kGap, kGap};
+        ClientToScreen(pane, &place);
+    }
+    HMENU menu = CreatePopupMenu();
+    if (!menu) return 0;
+    const UINT state = StateOf(pane)->showsPrices ? UINT{MF_CHECKED} : UINT{MF_UNCHECKED};
+    AppendMenuW(menu, MF_STRING | state, kPrices, L"&Prices of pixels\tP");
+    const BOOL chosen = TrackPopupMenu(menu, TPM_RIGHTBUTTON | TPM_RETURNCMD, place.x, place.y, 0, pane, nullptr);
+    DestroyMenu(menu);
+    return chosen ? SwitchPrices(pane) : 0;
+}
+
 LRESULT StepFrame(HWND pane, int step) {
     const Preview& preview = *StateOf(pane);
     const int frame = preview.frame + step;
@@ -348,6 +406,7 @@ LRESULT OnKey(HWND pane, WPARAM key) {
         case VK_DOWN: return MoveByKey(pane, 0, -1);
         case VK_PRIOR: return StepFrame(pane, -1);
         case VK_NEXT: return StepFrame(pane, 1);
+        case 'P': return SwitchPrices(pane);
         default: return 0;
     }
 }
@@ -389,6 +448,7 @@ LRESULT Dispatch(HWND pane, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_TIMER: return OnTimer(pane, wParam);
         case WM_KEYDOWN: return OnKey(pane, wParam);
         case WM_MOUSEWHEEL: return OnWheel(pane, GET_WHEEL_DELTA_WPARAM(wParam), at);
+        case WM_CONTEXTMENU: return ShowPaneMenu(pane, lParam);
         case WM_LBUTTONDOWN: return OnButtonDown(pane, at);
         case WM_MOUSEMOVE: return OnMouseMove(pane, at);
         case WM_LBUTTONUP: return ReleaseCapture(), 0;
@@ -460,6 +520,7 @@ void PlayOrStop(HWND pane) {
     preview.due = Milliseconds();
     // From the last frame it would be over at once.
     if (preview.frame + 1 == static_cast<int>(preview.played->FrameCount())) GoToFrame(pane, 0);
+    TellWords(pane);
     Redraw(pane);
     WaitForNextFrame(pane);
 }
@@ -469,5 +530,6 @@ bool IsPlaying(HWND pane) {
 }
 
 bool IsPreviewReady(HWND pane) {
-    return StateOf(pane)->isComposed && !StateOf(pane)->isPlaying;
+    const Preview& preview = *StateOf(pane);
+    return preview.isComposed && !preview.isPlaying && (!preview.showsPrices || !preview.prices.Words().empty());
 }

@@ -1,7 +1,8 @@
 // The preview: a pane that shows the composed frame of the selected line, enlarged as wanted, and plays in place.
 //
 // The wheel, + and - zoom, 0 shows all again; dragging and the arrow keys move what is larger than the pane; Page Up
-// and Page Down go to the frame before and behind; Space plays and stops.
+// and Page Down go to the frame before and behind; Space plays and stops; P lays the prices of the
+// pixels over the picture, also from the menu of the pane.
 #pragma once
 
 #include "platform/windows_api.h"

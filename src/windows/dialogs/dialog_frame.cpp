@@ -109,7 +109,7 @@ INT_PTR OnInitDialog(HWND dialog, const DialogKind& kind) {
         EndDialog(dialog, 0);
         return FALSE;
     }
-    CentreWindow(dialog);
+    kind.place ? kind.place(dialog) : CentreWindow(dialog);
     return TRUE;
 }
 
@@ -152,7 +152,9 @@ INT_PTR OnMessage(HWND dialog, const DialogKind& kind, UINT message, WPARAM wPar
         case kDpiChanged: return OnDpiChanged(dialog, LOWORD(wParam));
         case UM_RESCALED: OnRescaled(dialog); break;
         case WM_DESTROY: ForgetDpi(dialog); break;
-        case WM_COMMAND: return OnCommand(dialog, kind, LOWORD(wParam), HIWORD(wParam));
+        case WM_COMMAND:
+            if (INT_PTR handled = OnCommand(dialog, kind, LOWORD(wParam), HIWORD(wParam))) return handled;
+            break;
         case WM_DRAWITEM:
             if (!kind.buttons) break;
             return DrawPaletteButton(dialog, *kind.buttons, *reinterpret_cast<const DRAWITEMSTRUCT*>(lParam));

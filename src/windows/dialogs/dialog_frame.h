@@ -19,7 +19,9 @@ struct DialogKind {
     int cancelResult = 0;                     // what it ends with on Cancel
     const PaletteButtons* buttons = nullptr;  // its colour and eyedropper buttons
     bool (*onClick)(HWND dialog, int id) = nullptr;  // a click on another control; whether it was one of the dialog's
-    INT_PTR (*onMessage)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) = nullptr;  // other messages
+    // Other messages, and notifications other than clicks.
+    INT_PTR (*onMessage)(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam) = nullptr;
+    void (*place)(HWND dialog) = nullptr;  // moves it to its place before it is seen; null: the centre of the screen
 };
 
 // Runs the dialog over `edited`, as its own DialogKind describes. Returns what it ended with, or 0 when it can't be

@@ -17,6 +17,7 @@ constexpr DWORD kTitleUnits = 261;
 constexpr DWORD kSaveTitleUnits = 260;
 // Both list GIF files alone: no others can be opened, and whoever wants a picture of another kind types its name.
 constexpr wchar_t kQuirkFilters[] = L"GIF files\0*.GIF\0All files\0*.GIF\0";
+constexpr wchar_t kPngFilters[] = L"PNG files\0*.PNG\0";
 constexpr wchar_t kPictureFilters[] =
     L"Pictures\0*.GIF;*.PNG;*.JPG;*.JPEG;*.JPE;*.BMP;*.DIB\0GIF files\0*.GIF\0All files\0*.*\0";
 
@@ -101,18 +102,33 @@ bool OpenImagesDialog(HWND owner, ListedKinds kinds, std::string* names) {
     return true;
 }
 
-bool SaveGifDialog(HWND owner, std::string* name) {
+namespace {
+
+// Asks for the name of a file to be written, with `filters` and what `extension` a name without any gets.
+bool RunSaveDialog(HWND owner, const wchar_t* filters, const wchar_t* extension, DWORD flags, std::string* name) {
     wchar_t file[MAX_PATH] = L"";
     wchar_t title[kSaveTitleUnits] = L"";
     std::wstring proposed = WideFromUtf8(*name);
     if (proposed.size() < MAX_PATH) wcscpy(file, proposed.c_str());
     OPENFILENAMEW dialog = GifDialog(owner, file, MAX_PATH);
+    dialog.lpstrFilter = filters;
     dialog.lpstrFileTitle = title;
     dialog.nMaxFileTitle = kSaveTitleUnits;
     dialog.nFilterIndex = 1;
-    dialog.lpstrDefExt = L"GIF";
-    dialog.Flags |= OFN_OVERWRITEPROMPT;
+    dialog.lpstrDefExt = extension;
+    dialog.Flags |= flags;
     if (!Finish(owner, GetSaveFileNameW(&dialog), kNameTooLong)) return false;
     *name = Utf8FromWide(file);
     return true;
+}
+
+}  // namespace
+
+bool SaveGifDialog(HWND owner, std::string* name) {
+    return RunSaveDialog(owner, kQuirkFilters, L"GIF", OFN_OVERWRITEPROMPT, name);
+}
+
+bool SavePngDialog(HWND owner, bool asksToReplace, std::string* name) {
+    const DWORD flags = OFN_PATHMUSTEXIST | (asksToReplace ? OFN_OVERWRITEPROMPT : 0);
+    return RunSaveDialog(owner, kPngFilters, L"png", flags, name);
 }

@@ -8,6 +8,8 @@
 // Each returns whether the user confirmed; if not, `name` stays.
 bool OpenGifDialog(HWND owner, std::string* name);  // in: a path whose folder to start in, or empty; out: the choice
 bool SaveGifDialog(HWND owner, std::string* name);  // in: the name to propose; out: the one chosen
+// The same for a PNG file. `asksToReplace`: whether the dialog asks about a file that is there.
+bool SavePngDialog(HWND owner, bool asksToReplace, std::string* name);
 
 // What the dialog for images lists. A name that is typed is taken whatever it ends with.
 enum class ListedKinds : bool {

@@ -1,11 +1,10 @@
-#include "cli/findings.h"
+#include "editing/findings.h"
 
 #include <algorithm>
 #include <cstring>
 
 #include "animation/flashes.h"
 #include "animation/stage.h"
-#include "cli/shell_word.h"
 #include "gif/descriptor.h"
 #include "platform/text_encoding.h"
 
@@ -14,25 +13,24 @@ namespace {
 // Where the checks put what they find.
 class Finder {
 public:
-    Finder(const PlayedFile& looked, const std::string& path, std::vector<Finding>* findings)
-        : file(looked), list(looked.list), animation(looked.animation), findings_(findings), path_(ShellFile(path)) {}
+    Finder(const Animation& played, const ReadReport& load, std::vector<Finding>* findings)
+        : animation(played), list(played.List()), report(load), findings_(findings) {}
 
-    void Found(const char* check, int64_t block, std::string what, std::string mend = "") {
+    void Found(const char* check, int64_t block, std::string what, Mending mend = {}) {
         findings_->push_back({check, block, std::move(what), std::move(mend)});
     }
-    std::string Set(int64_t block, const std::string& fields) const {
-        return "zephyr set " + path_ + " OUT " + std::to_string(block) + " " + fields;
+    static Mending Set(int64_t block, const std::string& fields) {
+        return {"set", std::to_string(block) + " " + fields};
     }
-    std::string Delete(int64_t block) const { return "zephyr delete " + path_ + " OUT " + std::to_string(block); }
-    std::string Repair() const { return "zephyr repair " + path_ + " OUT"; }
+    static Mending Delete(int64_t block) { return {"delete", std::to_string(block)}; }
+    static Mending Repair() { return {"repair", ""}; }
 
-    const PlayedFile& file;
-    const BlockList& list;
     const Animation& animation;
+    const BlockList& list;
+    const ReadReport& report;
 
 private:
     std::vector<Finding>* findings_;
-    std::string path_;
 };
 
 bool IsImageFrame(const Finder& finder, const Frame& frame) {
@@ -40,7 +38,7 @@ bool IsImageFrame(const Finder& finder, const Frame& frame) {
 }
 
 void CheckDamages(Finder* finder) {
-    for (const Damage& damage : finder->file.report.damages)
+    for (const Damage& damage : finder->report.damages)
         finder->Found("damage", damage.block,
                       "at byte " + std::to_string(damage.offset) + " " + DescribeDamage(damage) +
                           (IsHarmless(damage) ? "; players do not mind" : "; players differ in what they show of it"),
@@ -104,7 +102,7 @@ void CheckDelays(Finder* finder) {
                       (hasControl ? "a delay of " + std::to_string(frame.delay) : std::string("no delay")) +
                           "; Chrome, Edge, Firefox and Safari show the frame for 10 hundredths of a second, other "
                           "players as briefly as they can",
-                      hasControl ? finder->Set(frame.control, "delay=10") : "");
+                      hasControl ? finder->Set(frame.control, "delay=10") : Mending());
     }
 }
 
@@ -180,7 +178,7 @@ void CheckLoops(Finder* finder) {
     finder->Found("loop", counted,
                   "a loop count of " + std::to_string(repeats) + "; browsers play the frames " +
                       std::to_string(repeats + 1) + " times, others " + std::to_string(repeats),
-                  isOurs ? finder->Set(counted, "iterations=0") : "");
+                  isOurs ? finder->Set(counted, "iterations=0") : Mending());
 }
 
 bool HasPalette(const Block& image) {
@@ -230,12 +228,12 @@ void CheckForeignBlocks(Finder* finder) {
     }
 }
 
-void AddFlashing(Finder* finder, const Flashing& flashing) {
+void AddFlashing(Finder* finder, BlockNaming naming, const Flashing& flashing) {
     const std::span<const Frame> frames = finder->animation.Frames();
     const uint32_t first = frames[flashing.firstFrame].block, last = frames[flashing.lastFrame].block;
     finder->Found("flash", first,
-                  std::string(flashing.kind == FlashKind::kRed ? "red flashes" : "flashes") + " up to block " +
-                      std::to_string(last) + ", " + std::to_string(flashing.flashes) +
+                  std::string(flashing.kind == FlashKind::kRed ? "red flashes" : "flashes") + " up to " + naming(last) +
+                      ", " + std::to_string(flashing.flashes) +
                       " in a second over more than a quarter of the picture; they can cause seizures (WCAG 2.3.1), "
                       "delays of 17 and more prevent them");
 }
@@ -246,12 +244,13 @@ constexpr Check kChecks[] = {CheckDamages,  CheckScreen, CheckPlaces,   CheckIma
 
 }  // namespace
 
-bool FindSurprises(const PlayedFile& file, const std::string& path, std::vector<Finding>* findings) {
-    Finder finder(file, path, findings);
+bool FindSurprises(const Animation& animation, const ReadReport& report, BlockNaming naming, const WorkWatch& watch,
+                   std::vector<Finding>* findings) {
+    Finder finder(animation, report, findings);
     for (Check check : kChecks) check(&finder);
-    if (!FitsCanvas(file.animation)) return true;  // which CheckScreen has told
+    if (!FitsCanvas(animation)) return true;  // which CheckScreen has told
     std::vector<Flashing> flashes;
-    if (!FindFlashes(file.animation, &flashes)) return false;
-    for (const Flashing& flashing : flashes) AddFlashing(&finder, flashing);
+    if (!FindFlashes(animation, &flashes, watch)) return false;
+    for (const Flashing& flashing : flashes) AddFlashing(&finder, naming, flashing);
     return true;
 }

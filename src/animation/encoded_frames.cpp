@@ -1,9 +1,8 @@
-#include "cli/encoded_frames.h"
+#include "animation/encoded_frames.h"
 
 #include <algorithm>
 #include <cstring>
 
-#include "cli/progress.h"
 #include "platform/parallel.h"
 
 namespace {
@@ -61,7 +60,7 @@ public:
             const size_t count = std::min(atATime, frames_.size() - done);
             const FrameResult result = atATime == 1 ? DoOne(done) : DoSome(done, count);
             if (result != FrameResult::kDone) return result;
-            progress_.OnFrame(done + count, frames_.size());
+            if (!GoesOn(work_.watch, done + count, frames_.size())) return FrameResult::kStopped;
         }
         return FrameResult::kDone;
     }
@@ -105,7 +104,6 @@ private:
     const FrameWork& work_;
     std::unique_ptr<Picture[]> pictures_;
     Stage stage_;
-    Progress progress_;
 };
 
 }  // namespace

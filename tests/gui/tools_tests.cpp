@@ -1,0 +1,492 @@
+// Work on the whole document: the dialog that shows how far it is, and the commands that need it.
+#include <atomic>
+
+#include "tests/gui/animation.h"
+#include "tests/gui/composed.h"
+#include "tests/gui/editor_test.h"
+#include "tests/support/gif_bytes.h"
+#include "tests/support/png_reading.h"
+#include "windows/ids/tool_ids.h"
+#include "windows/services/file_batch.h"
+#include "windows/services/progress_dialog.h"
+
+namespace {
+
+// Work waits to be stopped for as long as this lives.
+struct StoppedWork {
+    StoppedWork() { workWaitsForStop = true; }
+    ~StoppedWork() { workWaitsForStop = false; }
+    StoppedWork(const StoppedWork&) = delete;
+    StoppedWork& operator=(const StoppedWork&) = delete;
+};
+
+class ToolsTest : public EditorTest {
+protected:
+    // The document becomes one that was opened from "kite.gif" in the test's folder.
+    void Show(const BlockList* list) {
+        ASSERT_TRUE(CopyBlockList(*list, &document));
+        RenumberBlocks(&document);
+        FillBlockListView(hMainWindow, &document);
+        SelectLine(hMainWindow, 0);
+        currentFileName = File("kite.gif");
+        documentIsNamed = true;
+        documentChanged = false;
+        StartHistory(true);
+        PumpMessages();
+    }
+    // Three frames on 40 x 30, with transparency, disposal, and an image that reaches beyond the screen.
+    static MadeAnimation ThreeFrames() {
+        MadeAnimation made(40, 30);
+        made.Control(2, 10, 3).Image({4, 5, 20, 10}).Comment().Control(1, 20).Image({10, 8, 16, 16, 8, false, true, 2});
+        made.Control(3, 25, 0).Image({30, 20, 20, 20, 8, false, false, 3});
+        return made;
+    }
+    std::vector<std::string> Names() const {
+        std::vector<std::string> names;
+        WIN32_FIND_DATAW found = {};
+        HANDLE search = FindFirstFileW(WideFromUtf8(File("*")).c_str(), &found);
+        do
+            if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) names.push_back(Utf8FromWide(found.cFileName));
+        while (FindNextFileW(search, &found));
+        FindClose(search);
+        std::ranges::sort(names);
+        return names;
+    }
+    using Strings = std::vector<std::string>;
+
+    // What differs between a picture and the composed frame, from that row and column of the picture on.
+    static size_t WrongPixels(const ReadPng& png, uint32_t frame, int left, int top) {
+        const ComposedFrame composed = Compose(document, frame);
+        size_t wrong = 0;
+        for (int y = 0; y < composed.height; ++y)
+            for (int x = 0; x < composed.width; ++x) {
+                const auto at = static_cast<size_t>(y * composed.width + x);
+                const uint32_t pixel = png.pixels.at(static_cast<size_t>(top + y) * png.width + size_t(left + x));
+                uint8_t bytes[4];
+                memcpy(bytes, &pixel, sizeof bytes);
+                const uint32_t colour = uint32_t{bytes[0]} << 16 | uint32_t{bytes[1]} << 8 | bytes[2];
+                wrong += composed.isOpaque[at] ? bytes[3] != 255 || colour != composed.pixels[at] : pixel != 0;
+            }
+        return wrong;
+    }
+    Steps ChooseName(const std::string& name) const { return DialogAnswers::ChooseFiles({File(name)}); }
+};
+
+TEST_F(ToolsTest, LongWorkEndsByItselfOrIsStopped) {
+    // No dialog for what is done in a moment; what throws has no memory.
+    EXPECT_EQ(
+        RunWithProgress(hMainWindow, L"Work", L"Working", [](const WorkWatch& watch, const auto&) { watch(1, 1); }),
+        WorkEnd::kDone);
+    EXPECT_EQ(RunWithProgress(hMainWindow, L"Work", L"Working",
+                              [](const WorkWatch&, const auto&) { throw std::bad_alloc(); }),
+              WorkEnd::kNoMemory);
+
+    // It goes on behind the dialog, which shows how far it is, until the dialog has been looked at.
+    std::atomic<bool> isSeen = false, ownerWasEnabled = true;
+    std::string line;
+    LRESULT place = 0;
+    UINT_PTR timer = SetTimer(hMainWindow, 77, 10, nullptr);
+    DialogAnswers none;
+    std::function<void()> look = [&] {
+        HWND dialog = FindWindowW(nullptr, L"Work of a test");
+        if (!dialog) return;
+        line = ControlText(dialog, IDC_WORK_LINE);
+        place = SendDlgItemMessageW(dialog, IDC_WORK_BAR, PBM_GETPOS, 0, 0);
+        ownerWasEnabled = IsWindowEnabled(hMainWindow);
+        if (place == 250) isSeen = true;
+    };
+    static std::function<void()>* looking;
+    looking = &look;
+    UINT_PTR looks = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) { (*looking)(); });
+    const WorkEnd end =
+        RunWithProgress(hMainWindow, L"Work of a test", L"Working", [&](const WorkWatch& watch, const auto&) {
+            while (!isSeen && watch(1, 4)) Sleep(1);
+        });
+    KillTimer(nullptr, looks);
+    KillTimer(hMainWindow, timer);
+    EXPECT_EQ(end, WorkEnd::kDone);
+    EXPECT_EQ(line, "Working: 25 %");
+    EXPECT_FALSE(ownerWasEnabled);
+    EXPECT_TRUE(IsWindowEnabled(hMainWindow));
+}
+
+TEST_F(ToolsTest, EscapeStopsLongWork) {
+    const StoppedWork stopped;
+    for (int button : {IDCANCEL, 0}) {
+        bool toldToStop = false;
+        DialogAnswers answers({[=](HWND dialog) {
+            EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDCANCEL) << "the keys stop it";
+            if (button) return PressButton(dialog, button);
+            PostMessageW(GetFocus(), WM_KEYDOWN, VK_ESCAPE, 0);
+        }});
+        EXPECT_EQ(RunWithProgress(hMainWindow, L"Work", L"Working",
+                                  [&](const WorkWatch& watch, const auto&) { toldToStop = !watch(1, 4); }),
+                  WorkEnd::kStopped);
+        EXPECT_TRUE(toldToStop);
+    }
+}
+
+TEST_F(ToolsTest, FramesAreExportedAsNumberedFiles) {
+    Show(ThreeFrames().List());
+    const Ids controls = {IDC_EXPORT_ALL,   IDC_EXPORT_SOME,  IDC_EXPORT_FIRST,    IDC_EXPORT_LAST,
+                          IDC_EXPORT_FILES, IDC_EXPORT_SHEET, IDC_EXPORT_ANIMATION};
+    Run(IDM_EXPORT_FRAMES, {See(controls, "on|off|[1]|[3]|on|off|off", IDOK), [&](HWND dialog) {
+                                EXPECT_EQ(ControlText(dialog, FileNameField(dialog)), "kite.png");
+                                ChooseName("kite.png")(dialog);
+                            }});
+    EXPECT_EQ(Names(), Strings({"kite-001.png", "kite-002.png", "kite-003.png"}));
+    for (uint32_t frame : {0u, 1u, 2u}) {
+        const ReadPng png(ReadAll(File("kite-00" + std::to_string(frame + 1) + ".png")));
+        ASSERT_EQ(std::pair(png.width, png.height), std::pair(40u, 30u));
+        EXPECT_EQ(WrongPixels(png, frame, 0, 0), 0u) << frame;
+    }
+    EXPECT_FALSE(documentChanged);
+
+    // A range that is none is said, and may be corrected.
+    WriteAll(File("kite-002.png"), "old");
+    const Changes range = {{IDC_EXPORT_SOME}, {IDC_EXPORT_FIRST, "3"}, {IDC_EXPORT_LAST, "2"}};
+    const Steps correct = [&](HWND dialog) {
+        Press(IDOK, range)(dialog);
+        SetDlgItemTextW(dialog, IDC_EXPORT_FIRST, L"2");
+        PressButton(dialog, IDOK);
+    };
+    const Steps wrong = Read("Give two numbers from 1 to 3, the smaller one first.", IDOK);
+    Run(IDM_EXPORT_FRAMES, {correct, wrong, ChooseName("kite"), Read("kite-002.png is there already. Replace?", IDNO)});
+    EXPECT_EQ(ReadAll(File("kite-002.png")).size(), 3u) << "No leaves it";
+    Run(IDM_EXPORT_FRAMES,
+        {correct, wrong, ChooseName("kite"), Read("kite-002.png is there already. Replace?", IDYES)});
+    EXPECT_EQ(WrongPixels(ReadPng(ReadAll(File("kite-002.png"))), 1, 0, 0), 0u);
+    EXPECT_EQ(Names().size(), 3u);
+}
+
+TEST_F(ToolsTest, FramesAreExportedAsOneFile) {
+    Show(ThreeFrames().List());
+    Run(IDM_EXPORT_FRAMES, {Press(IDOK, {{IDC_EXPORT_SHEET}}), ChooseName("sheet.png")});
+    const ReadPng sheet(ReadAll(File("sheet.png")));
+    ASSERT_EQ(std::pair(sheet.width, sheet.height), std::pair(80u, 60u));
+    EXPECT_EQ(WrongPixels(sheet, 0, 0, 0), 0u);
+    EXPECT_EQ(WrongPixels(sheet, 1, 40, 0), 0u);
+    EXPECT_EQ(WrongPixels(sheet, 2, 0, 30), 0u);
+
+    Run(IDM_EXPORT_FRAMES, {Press(IDOK, {{IDC_EXPORT_ANIMATION}}), ChooseName("moves.png")});
+    std::string chunks;
+    for (const PngChunk& chunk : ChunksOf(ReadAll(File("moves.png")))) chunks += chunk.type + " ";
+    EXPECT_NE(chunks.find("acTL "), std::string::npos) << chunks;
+    EXPECT_EQ(std::ranges::count(ChunksOf(ReadAll(File("moves.png"))), std::string("fcTL"), &PngChunk::type), 3);
+}
+
+TEST_F(ToolsTest, AnExportThatIsStoppedOrFailsLeavesAllAsItWas) {
+    Show(ThreeFrames().List());
+    WriteAll(File("kite-001.png"), "old");
+    const Steps replace = Press(IDYES);
+    for (int form : {IDC_EXPORT_FILES, IDC_EXPORT_SHEET, IDC_EXPORT_ANIMATION}) {
+        const StoppedWork stopped;
+        std::vector<Steps> dialogs = {Press(IDOK, {{form}}), ChooseName("kite.png")};
+        if (form == IDC_EXPORT_FILES) dialogs.push_back(replace);
+        dialogs.push_back(Press(IDCANCEL));
+        Run(IDM_EXPORT_FRAMES, dialogs);
+        EXPECT_EQ(Names(), Strings({"kite-001.png"})) << form;
+    }
+    for (int form : {IDC_EXPORT_FILES, IDC_EXPORT_SHEET, IDC_EXPORT_ANIMATION}) {
+        std::string said;
+        const bool asks = form == IDC_EXPORT_FILES;
+        const Steps choose = [&](HWND dialog) {
+            if (!asks) faults.writesUntilFailure = 0;
+            ChooseName("kite.png")(dialog);
+        };
+        const Steps replaceInVain = [](HWND dialog) {
+            faults.writesUntilFailure = 0;
+            PressButton(dialog, IDYES);
+        };
+        const Steps read = [&](HWND dialog) {
+            faults = {};
+            said = ControlText(dialog, 101);
+            PressButton(dialog, IDOK);
+        };
+        std::vector<Steps> dialogs = {Press(IDOK, {{form}}), choose};
+        if (asks) dialogs.push_back(replaceInVain);
+        dialogs.push_back(read);
+        Run(IDM_EXPORT_FRAMES, dialogs);
+        EXPECT_TRUE(said.starts_with(asks ? "kite-001.png\n" : "kite.png\n")) << said;
+        EXPECT_EQ(Names(), Strings({"kite-001.png"})) << form;
+    }
+    EXPECT_EQ(ReadAll(File("kite-001.png")).size(), 3u);
+
+    // What can't be written lets none of the others stay.
+    FileBatch batch;
+    const uint8_t content[] = {1, 2};
+    for (const char* name : {"kite-001.png", "kite-002.png"}) EXPECT_TRUE(batch.Add(File(name), content)) << name;
+    EXPECT_FALSE(batch.Add(File("nowhere\\kite.png"), content));
+    EXPECT_EQ(batch.FailedPath(), File("nowhere\\kite.png"));
+    EXPECT_FALSE(batch.Reason().empty());
+}
+
+TEST_F(ToolsTest, ABatchOfFilesThatCantBePutIsTakenBack) {
+    WriteAll(File("a"), "old");
+    const uint8_t content[] = {1, 2};
+    {
+        FileBatch batch;
+        for (const char* name : {"a", "b", "c"}) ASSERT_TRUE(batch.Add(File(name), content)) << name;
+        HANDLE held = CreateFileW(WideFromUtf8(File("c.new0")).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
+                                  OPEN_EXISTING, 0, nullptr);
+        EXPECT_FALSE(batch.Commit()) << "somebody reads what waits";
+        EXPECT_EQ(batch.FailedPath(), File("c"));
+        CloseHandle(held);
+    }
+    EXPECT_EQ(Names(), Strings({"a"}));
+    EXPECT_EQ(ReadAll(File("a")).size(), 3u);
+    {
+        FileBatch batch;
+        for (const char* name : {"a", "b"}) ASSERT_TRUE(batch.Add(File(name), content)) << name;
+        EXPECT_TRUE(batch.Commit());
+    }
+    EXPECT_EQ(Names(), Strings({"a", "b"}));
+    EXPECT_EQ(ReadAll(File("a")).size(), 2u);
+}
+
+TEST_F(ToolsTest, WhatHasNoPicturesIsNotExported) {
+    Show(MadeAnimation(40, 30).List());
+    Run(IDM_EXPORT_FRAMES, {Read("There are no frames in this document.", IDOK)});
+    Show(MadeAnimation(65535, 65535).Image({0, 0, 2, 2}).List());
+    Run(IDM_EXPORT_FRAMES, {Read("The screen of this document is too large to be exported.", IDOK)});
+    Command(IDM_CLOSE);
+    Command(IDM_EXPORT_FRAMES);
+}
+
+TEST_F(ToolsTest, CheckListsWhatItFindsAndLeadsThere) {
+    MadeAnimation made(10, 4);
+    made.Control(0, 0).Image({0, 0, 10, 4});   // lines 1, 2
+    made.Control(0, 10).Image({5, 0, 10, 4});  // lines 3, 4
+    made.Comment().PlainText("Z", {0, 0, 8, 8, 8, 8, 1, 0}).Control(0, 10).Image({0, 0, 10, 4});
+    Show(made.List());
+    const Steps look = [&](HWND dialog) {
+        HWND list = GetDlgItem(dialog, IDC_FINDINGS_LIST);
+        Strings texts;
+        for (WPARAM i = 0; i < static_cast<WPARAM>(SendMessageW(list, LB_GETCOUNT, 0, 0)); ++i) {
+            wchar_t text[500] = L"";
+            SendMessageW(list, LB_GETTEXT, i, reinterpret_cast<LPARAM>(text));
+            texts.push_back(Ansi1252FromWide(text));
+        }
+        ASSERT_EQ(texts.size(), 3u);
+        EXPECT_TRUE(texts[0].starts_with("Line 5: the image reaches beyond the screen;")) << texts[0];
+        EXPECT_TRUE(texts[1].starts_with("Line 2: a delay of 0;")) << texts[1];
+        EXPECT_EQ(texts[2], "Line 7: browsers do not show plain texts.");
+        EXPECT_EQ(GetFocus(), list);
+        for (const auto& [entry, line] : {std::pair(2, 6), {0, 4}, {1, 1}}) {
+            SendMessageW(list, LB_SETCURSEL, static_cast<WPARAM>(entry), 0);
+            SendMessageW(dialog, WM_COMMAND, MAKEWPARAM(IDC_FINDINGS_LIST, LBN_SELCHANGE), 0);
+            EXPECT_EQ(Selection(), line);
+            EXPECT_EQ(ControlText(dialog, IDC_FINDINGS_TEXT), texts[static_cast<size_t>(entry)]);
+        }
+        PressButton(dialog, IDCANCEL);
+    };
+    Run(IDM_CHECK, {look});
+    EXPECT_EQ(Selection(), 1);
+    EXPECT_FALSE(documentChanged);
+    {
+        const StoppedWork stopped;
+        Run(IDM_CHECK, {Press(IDCANCEL)});
+    }
+    Open(MakeGif("good.gif"));
+    Run(IDM_CHECK, {Read("Nothing was found that may surprise in players.", IDOK)});
+    Command(IDM_CLOSE);
+    Command(IDM_CHECK);
+}
+
+TEST_F(ToolsTest, CheckTellsDamageAsItIsAfterEdits) {
+    settings.carefulMode = 1;
+    GifBytes bytes;
+    bytes.Header("GIF89a", 2, 2, 0x81).Comment("first").SmallImage().Add({0x2C, 0, 0, 0, 0, 2, 0, 2, 0, 0});
+    WriteAll(File("cut.gif"), bytes.Add({2, 2, 0x0C}));
+    Open(File("cut.gif"));
+    auto damageAt = [&](const std::string& line) {
+        return [=](HWND dialog) {
+            wchar_t text[500] = L"";
+            SendDlgItemMessageW(dialog, IDC_FINDINGS_LIST, LB_GETTEXT, 0, reinterpret_cast<LPARAM>(text));
+            EXPECT_TRUE(Ansi1252FromWide(text).starts_with(line + ": at byte ")) << Ansi1252FromWide(text);
+            PressButton(dialog, IDCANCEL);
+        };
+    };
+    Run(IDM_CHECK, {damageAt("Line 4")});
+    Select(1);
+    Command(IDM_DELETE);
+    Run(IDM_CHECK, {damageAt("Line 3")});
+    Command(IDM_UNDO);
+    Run(IDM_CHECK, {damageAt("Line 4")});
+}
+
+// Four frames on 60 x 40 that cover all of it, though only a square moves; a comment, and a loop. The screen is larger
+// than the images.
+class SmallerTest : public ToolsTest {
+protected:
+    static constexpr size_t kFrames = 4;
+
+    std::string MakeWasteful(const std::string& name) {
+        BlockList list;
+        EXPECT_TRUE(NewDocument(&list));
+        PutHeaderFields(&list.blocks[0], {80, 50, GetHeaderFields(list.blocks[0]).packed, 0, 0});
+        Append(&list, MakeText(kCommentBlock, "What this is"));
+        for (int frame = 0; frame < static_cast<int>(kFrames); ++frame) {
+            Block control = *MakeBlock(&list, kControlBlock);
+            PutControlFields(&control, {0, static_cast<uint16_t>(10 + frame), 0});
+            Append(&list, control);
+            auto pixel = [=](int x, int y) {
+                const bool isInSquare = x / 10 == frame && y / 10 == 1;
+                return static_cast<uint32_t>(isInSquare ? 200 : (x / 6 + y / 4 + x * y % 3) % 40);
+            };
+            Append(&list, *MakeImageBlock(&list, MakeImage(60, 40, 8, nullptr, pixel)));
+        }
+        EXPECT_TRUE(WriteWholeGifFile(list, File(name).c_str(), &reason_));
+        return File(name);
+    }
+    Bytes Saved() {
+        Command(IDM_SAVE);
+        return ReadAll(currentFileName);
+    }
+    static std::vector<std::vector<uint32_t>> Shown() {
+        std::vector<std::vector<uint32_t>> frames;
+        for (uint32_t frame = 0; frame < kFrames; ++frame) frames.push_back(Compose(document, frame).pixels);
+        return frames;
+    }
+    static std::string Grouped(size_t number) {
+        const std::string text = std::to_string(number);
+        return text.size() > 3 ? text.substr(0, text.size() - 3) + " " + text.substr(text.size() - 3) : text;
+    }
+    // Answers the question about the result, which it keeps.
+    Steps Answer(int button) {
+        return [=, this](HWND dialog) {
+            said_ = ControlText(dialog, 101);
+            PressButton(dialog, button);
+        };
+    }
+
+    std::string said_;
+
+private:
+    std::string reason_;
+};
+
+TEST_F(SmallerTest, ItIsOneStepAndTheSizesAreThoseOfTheFiles) {
+    for (bool careful : {false, true}) {
+        SCOPED_TRACE(careful ? "whole" : "classic");
+        settings.carefulMode = careful;
+        Open(MakeWasteful("kite.gif"));
+        const Bytes before = Saved();  // classic fits the screen and signs the file
+        const auto looks = Shown();
+        const size_t steps = DocumentHistory().Steps();
+        const Ids controls = {IDC_SMALLER_FAST,        IDC_SMALLER_NORMAL, IDC_SMALLER_MAX,
+                              IDC_SMALLER_KEEP_FRAMES, IDC_SMALLER_LOSSY,  IDC_SMALLER_COMMENTS};
+        Run(IDM_MAKE_SMALLER, {See(controls, "off|on|off|off|0|off", IDOK), Answer(IDNO)});
+        EXPECT_EQ(DocumentHistory().Steps(), steps);
+        EXPECT_FALSE(documentChanged);
+
+        Select(3);
+        Run(IDM_MAKE_SMALLER, {[&](HWND dialog) {
+                                   EXPECT_EQ(ControlText(dialog, IDC_SMALLER_BEFORE),
+                                             "Saved now: " + Grouped(before.size()) + " bytes");
+                                   EXPECT_EQ(GetDlgCtrlID(GetFocus()), IDC_SMALLER_NORMAL) << "the one that is on";
+                                   Press(IDOK, {{IDC_SMALLER_FAST}})(dialog);
+                               },
+                               Answer(IDYES)});
+        EXPECT_EQ(DocumentHistory().Steps(), steps + 1);
+        ASSERT_TRUE(UndoName());
+        EXPECT_EQ(*UndoName(), "Make smaller");
+        EXPECT_EQ(Selection(), 3);
+        EXPECT_TRUE(documentChanged);
+        const Bytes after = Saved();
+        EXPECT_LT(after.size(), before.size());
+        EXPECT_TRUE(said_.starts_with(Grouped(before.size()) + " bytes become " + Grouped(after.size()) + ", "))
+            << said_ << " " << after.size();
+        EXPECT_NE(said_.find("\nIt looks and plays the same.\n"), std::string::npos) << said_;
+        EXPECT_EQ(said_.find("saved whole") != std::string::npos, !careful) << said_;
+        EXPECT_EQ(Shown(), looks);
+        Open(File("kite.gif"));
+        EXPECT_EQ(Shown(), looks) << "as the file has it";
+        EXPECT_EQ(GetHeaderFields(At(0)).screenWidth, careful ? 80 : 60);
+    }
+}
+
+TEST_F(SmallerTest, UndoGivesTheBytesBack) {
+    for (bool careful : {false, true}) {
+        SCOPED_TRACE(careful ? "whole" : "classic");
+        settings.carefulMode = careful;
+        Open(MakeWasteful("kite.gif"));
+        const Bytes before = Saved();
+        Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_FAST}}), Answer(IDYES)});
+        const Bytes after = Saved();
+        Command(IDM_UNDO);
+        EXPECT_EQ(Saved(), before);
+        Command(IDM_REDO);
+        EXPECT_EQ(Saved(), after);
+    }
+}
+
+TEST_F(SmallerTest, StoppedItChangesNothing) {
+    Open(MakeWasteful("kite.gif"));
+    const Bytes before = Saved();
+    const std::string state = StateOf(document);
+    {
+        const StoppedWork stopped;
+        Run(IDM_MAKE_SMALLER, {Press(IDCANCEL)});  // while it is measured
+    }
+    const Steps start = [](HWND dialog) {
+        workWaitsForStop = true;
+        PressButton(dialog, IDOK);
+    };
+    Run(IDM_MAKE_SMALLER, {start, Press(IDCANCEL)});
+    workWaitsForStop = false;
+    EXPECT_EQ(StateOf(document), state);
+    EXPECT_FALSE(documentChanged);
+    EXPECT_FALSE(IsEnabled(IDM_UNDO) && UndoName() && *UndoName() == "Make smaller");
+    EXPECT_EQ(Saved(), before);
+}
+
+TEST_F(SmallerTest, WhatIsRefusedIsSaid) {
+    Open(MakeWasteful("kite.gif"));
+    const Steps thorough = Press(IDOK, {{IDC_SMALLER_FAST}});
+    Run(IDM_MAKE_SMALLER, {thorough, Answer(IDYES)});
+    Run(IDM_MAKE_SMALLER,
+        {thorough, Read("Nothing smaller was found that plays the same. The document stays as it is.", IDOK)});
+    EXPECT_EQ(*UndoName(), "Make smaller");
+
+    // A number that is none may be corrected.
+    const Steps correct = [&](HWND dialog) {
+        Press(IDOK, {{IDC_SMALLER_LOSSY, "256"}})(dialog);
+        PressButton(dialog, IDCANCEL);
+    };
+    Run(IDM_MAKE_SMALLER, {correct, Read("Give a number from 0 to 255; 0 changes no colour.", IDOK)});
+
+    settings.carefulMode = 1;
+    Bytes cut = ReadAll(MakeWasteful("cut.gif"));
+    cut.resize(cut.size() - 100);
+    WriteAll(File("cut.gif"), cut);
+    documentChanged = false;
+    Open(File("cut.gif"));
+    Run(IDM_MAKE_SMALLER,
+        {Press(IDOK), Read("This document is left alone: it is damaged, or players do not agree about it.", IDOK)});
+    EXPECT_EQ(Saved(), cut);
+}
+
+TEST_F(SmallerTest, ThePriceIsSaid) {
+    settings.carefulMode = 1;
+    Open(MakeWasteful("kite.gif"));
+    Run(IDM_MAKE_SMALLER,
+        {Press(IDOK, {{IDC_SMALLER_LOSSY, "255"}, {IDC_SMALLER_COMMENTS}, {IDC_SMALLER_FAST}}), Answer(IDYES)});
+    EXPECT_NE(said_.find("\nColours are up to "), std::string::npos) << said_;
+    EXPECT_NE(said_.find(" of 255 off, "), std::string::npos) << said_;
+    EXPECT_NE(said_.find("\n1 block will be gone."), std::string::npos) << said_;
+    EXPECT_EQ(FindBlock(document, kCommentBlock), -1);
+
+    // Of what is left alone blocks can be taken out all the same.
+    Bytes cut = ReadAll(MakeWasteful("cut.gif"));
+    cut.resize(cut.size() - 100);
+    WriteAll(File("cut.gif"), cut);
+    documentChanged = false;
+    Open(File("cut.gif"));
+    Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_COMMENTS}}), Answer(IDYES)});
+    EXPECT_NE(said_.find("\nIts pictures are left alone"), std::string::npos) << said_;
+    const size_t comment = 2 + 1 + 12 + 1;
+    EXPECT_EQ(Saved().size(), cut.size() - comment);
+}
+
+}  // namespace
