@@ -72,6 +72,13 @@ protected:
     Steps ChooseName(const std::string& name) const { return DialogAnswers::ChooseFiles({File(name)}); }
 };
 
+// What is done every 10 ms while a dialog is open.
+std::function<void()> lookAtDialog;
+
+void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
+    lookAtDialog();
+}
+
 TEST_F(ToolsTest, LongWorkEndsByItselfOrIsStopped) {
     // No dialog for what is done in a moment; what throws has no memory.
     EXPECT_EQ(
@@ -82,28 +89,22 @@ TEST_F(ToolsTest, LongWorkEndsByItselfOrIsStopped) {
               WorkEnd::kNoMemory);
 
     // It goes on behind the dialog, which shows how far it is, until the dialog has been looked at.
-    std::atomic<bool> isSeen = false, ownerWasEnabled = true;
+    std::atomic<bool> isSeen = false;
+    bool ownerWasEnabled = true;
     std::string line;
-    LRESULT place = 0;
-    UINT_PTR timer = SetTimer(hMainWindow, 77, 10, nullptr);
-    DialogAnswers none;
-    std::function<void()> look = [&] {
+    lookAtDialog = [&] {
         HWND dialog = FindWindowW(nullptr, L"Work of a test");
-        if (!dialog) return;
+        if (!dialog || SendDlgItemMessageW(dialog, IDC_WORK_BAR, PBM_GETPOS, 0, 0) != 250) return;
         line = ControlText(dialog, IDC_WORK_LINE);
-        place = SendDlgItemMessageW(dialog, IDC_WORK_BAR, PBM_GETPOS, 0, 0);
         ownerWasEnabled = IsWindowEnabled(hMainWindow);
-        if (place == 250) isSeen = true;
+        isSeen = true;
     };
-    static std::function<void()>* looking;
-    looking = &look;
-    UINT_PTR looks = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) { (*looking)(); });
-    const WorkEnd end =
-        RunWithProgress(hMainWindow, L"Work of a test", L"Working", [&](const WorkWatch& watch, const auto&) {
-            while (!isSeen && watch(1, 4)) Sleep(1);
-        });
-    KillTimer(nullptr, looks);
-    KillTimer(hMainWindow, timer);
+    const UINT_PTR timer = SetTimer(nullptr, 0, 10, Look);
+    const auto wait = [&](const WorkWatch& watch, const auto&) {
+        while (!isSeen && watch(1, 4)) Sleep(1);
+    };
+    const WorkEnd end = RunWithProgress(hMainWindow, L"Work of a test", L"Working", wait);
+    KillTimer(nullptr, timer);
     EXPECT_EQ(end, WorkEnd::kDone);
     EXPECT_EQ(line, "Working: 25 %");
     EXPECT_FALSE(ownerWasEnabled);
