@@ -1,6 +1,7 @@
 // Work on the whole document: the dialog that shows how far it is, and the commands that need it.
 #include <atomic>
 
+#include "gif/source_bytes.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/composed.h"
 #include "tests/gui/editor_test.h"
@@ -419,6 +420,37 @@ TEST_F(SmallerTest, UndoGivesTheBytesBack) {
         EXPECT_EQ(Saved(), before);
         Command(IDM_REDO);
         EXPECT_EQ(Saved(), after);
+    }
+}
+
+TEST_F(SmallerTest, TheScreenNoLongerFollowsTheImages) {
+    for (bool careful : {false, true}) {
+        SCOPED_TRACE(careful ? "made here, in careful mode" : "classic");
+        settings.carefulMode = careful;
+        Open(MakeWasteful("kite.gif"));
+        if (careful) document.flags = kMadeHere;
+        for (uint32_t index = 0; index < document.count; ++index) {  // the right sixth of all frames shows nothing
+            Block block = At(static_cast<int>(index));
+            if (block.kind == kControlBlock) {
+                ControlFields fields = GetControlFields(block);
+                fields.packed |= kControlTransparent;
+                fields.transparentIndex = 215;
+                PutControlFields(&block, fields);
+            }
+            if (block.kind == kImageBlock) {
+                ImageWriteLock bitmap(&block.data);
+                for (int y = 0; y < 40; ++y)
+                    for (int x = 50; x < 60; ++x) SetImagePixel(bitmap, x, y, 215);
+            }
+            EXPECT_TRUE(MarkChanged(&block));
+            Put(block);
+        }
+        Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_FAST}}), Answer(IDYES)});
+        for (const Block& block : document.All())
+            EXPECT_TRUE(block.kind != kImageBlock || GetImageFields(block).width <= 50);
+        Saved();
+        EXPECT_EQ(GetHeaderFields(At(0)).screenWidth, 60);
+        EXPECT_EQ(GetHeaderFields(At(0)).screenHeight, 40);
     }
 }
 
