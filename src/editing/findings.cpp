@@ -19,11 +19,6 @@ public:
     void Found(const char* check, int64_t block, std::string what, Mending mend = {}) {
         findings_->push_back({check, block, std::move(what), std::move(mend)});
     }
-    static Mending Set(int64_t block, const std::string& fields) {
-        return {"set", std::to_string(block) + " " + fields};
-    }
-    static Mending Delete(int64_t block) { return {"delete", std::to_string(block)}; }
-    static Mending Repair() { return {"repair", ""}; }
 
     const Animation& animation;
     const BlockList& list;
@@ -32,6 +27,18 @@ public:
 private:
     std::vector<Finding>* findings_;
 };
+
+Mending Set(int64_t block, const std::string& fields) {
+    return {"set", std::to_string(block) + " " + fields};
+}
+
+Mending Delete(int64_t block) {
+    return {"delete", std::to_string(block)};
+}
+
+Mending Repair() {
+    return {"repair", ""};
+}
 
 bool IsImageFrame(const Finder& finder, const Frame& frame) {
     return finder.list.blocks[frame.block].kind == kImageBlock;
@@ -42,7 +49,7 @@ void CheckDamages(Finder* finder) {
         finder->Found("damage", damage.block,
                       "at byte " + std::to_string(damage.offset) + " " + DescribeDamage(damage) +
                           (IsHarmless(damage) ? "; players do not mind" : "; players differ in what they show of it"),
-                      finder->Repair());
+                      Repair());
 }
 
 void CheckScreen(Finder* finder) {
@@ -55,7 +62,7 @@ void CheckScreen(Finder* finder) {
         finder->Found("empty", kWholeFile, "there is no image; players show nothing");
     if (screen.screenWidth == 0 || screen.screenHeight == 0)
         finder->Found("screen", 0, "the screen has no pixels; players take the size of the first image or show nothing",
-                      finder->Set(0, size));
+                      Set(0, size));
     if (!FitsCanvas(finder->animation))
         finder->Found("screen", 0,
                       "the screen is so large that players run out of memory; its frames were not looked at");
@@ -81,7 +88,7 @@ void CheckPlaces(Finder* finder) {
         finder->Found("place", block,
                       "the image reaches beyond the screen; browsers cut it off, Chrome and Firefox enlarge the screen "
                       "when it is the first one",
-                      finder->Set(0, size));
+                      Set(0, size));
 }
 
 void CheckImages(Finder* finder) {
@@ -89,7 +96,7 @@ void CheckImages(Finder* finder) {
         const ImageFields image = GetImageFields(finder->list.blocks[frame.block]);
         if (IsImageFrame(*finder, frame) && (image.width == 0 || image.height == 0))
             finder->Found("size", frame.block, "the image has no pixels; some players stop here or refuse the file",
-                          finder->Delete(frame.block));
+                          Delete(frame.block));
     }
 }
 
@@ -102,7 +109,7 @@ void CheckDelays(Finder* finder) {
                       (hasControl ? "a delay of " + std::to_string(frame.delay) : std::string("no delay")) +
                           "; Chrome, Edge, Firefox and Safari show the frame for 10 hundredths of a second, other "
                           "players as briefly as they can",
-                      hasControl ? finder->Set(frame.control, "delay=10") : Mending());
+                      hasControl ? Set(frame.control, "delay=10") : Mending());
     }
 }
 
@@ -123,23 +130,23 @@ void CheckDisposals(Finder* finder) {
         if (disposal == kDisposePreviousOfOld)
             finder->Found("disposal", frame.control,
                           "disposal 4 is not defined; browsers take it for 3 (previous), ImageMagick for nothing",
-                          finder->Set(frame.control, "disposal=previous"));
+                          Set(frame.control, "disposal=previous"));
         else if (disposal > kDisposePreviousOfOld)
             finder->Found(
                 "disposal", frame.control,
                 std::string("disposal ") + std::to_string(disposal) + " is not defined; players take it for nothing",
-                finder->Set(frame.control, "disposal=leave"));
+                Set(frame.control, "disposal=leave"));
         if (i == 0 && frame.disposal == kDisposePrevious && frames.size() > 1)
             finder->Found("disposal", frame.control,
                           "there is nothing before the first frame to bring back; browsers clear the screen, others "
                           "leave the frame or show the background",
-                          finder->Set(frame.control, "disposal=background"));
+                          Set(frame.control, "disposal=background"));
         if (disposal == kDisposeBackground && i + 1 < frames.size() && !frame.area.IsEmpty() &&
             IsPaintedOver(*finder, frame, frames[i + 1]))
             finder->Found(
                 "flicker", frame.control,
                 "the frame is cleared although the next one covers it; players that show the clearing flicker",
-                finder->Set(frame.control, "disposal=leave"));
+                Set(frame.control, "disposal=leave"));
     }
 }
 
@@ -152,10 +159,10 @@ void CheckControls(Finder* finder) {
         if (block.kind != kControlBlock) continue;
         if (!counts[index])
             finder->Found("control", index, "no image follows before the next control; players do not heed it",
-                          finder->Delete(index));
+                          Delete(index));
         else if (GetControlFields(block).packed & kControlUserInput)
             finder->Found("input", index, "it waits for the user; browsers go on after the delay",
-                          finder->Set(index, "input=no"));
+                          Set(index, "input=no"));
     }
 }
 
@@ -167,7 +174,7 @@ void CheckLoops(Finder* finder) {
         if (repeats == Animation::kNoLoop) continue;
         if (counted != kWholeFile)
             finder->Found("loop", counted, "another loop block follows; browsers heed the last one, others the first",
-                          finder->Delete(counted));
+                          Delete(counted));
         if (firstImage >= 0 && index > static_cast<uint32_t>(firstImage))
             finder->Found("loop", index, "the loop block stands behind an image; some players heed it only before all");
         counted = index;
@@ -178,7 +185,7 @@ void CheckLoops(Finder* finder) {
     finder->Found("loop", counted,
                   "a loop count of " + std::to_string(repeats) + "; browsers play the frames " +
                       std::to_string(repeats + 1) + " times, others " + std::to_string(repeats),
-                  isOurs ? finder->Set(counted, "iterations=0") : Mending());
+                  isOurs ? Set(counted, "iterations=0") : Mending());
 }
 
 bool HasPalette(const Block& image) {
@@ -207,7 +214,7 @@ void CheckPalettes(Finder* finder) {
 void CheckTexts(Finder* finder) {
     for (uint32_t index = 0; index < finder->list.count; ++index)
         if (finder->list.blocks[index].kind == kPlainTextBlock)
-            finder->Found("text", index, "browsers do not show plain texts", finder->Delete(index));
+            finder->Found("text", index, "browsers do not show plain texts", Delete(index));
 }
 
 void CheckForeignBlocks(Finder* finder) {
@@ -220,10 +227,9 @@ void CheckForeignBlocks(Finder* finder) {
             finder->Found("foreign", index,
                           "a block of another program, " + Utf8FromWindows1252(name) +
                               "; players skip it, the editor's classic manner ends the document here",
-                          finder->Delete(index));
+                          Delete(index));
         } else if (block.kind == kUnknownBlock) {
-            finder->Found("foreign", index, "a block of an unknown kind; players skip it or stop here",
-                          finder->Delete(index));
+            finder->Found("foreign", index, "a block of an unknown kind; players skip it or stop here", Delete(index));
         }
     }
 }

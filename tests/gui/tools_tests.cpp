@@ -1,6 +1,7 @@
 // Work on the whole document: the dialog that shows how far it is, and the commands that need it.
 #include <atomic>
 
+#include "gif/source_bytes.h"
 #include "tests/gui/animation.h"
 #include "tests/gui/composed.h"
 #include "tests/gui/editor_test.h"
@@ -72,6 +73,13 @@ protected:
     Steps ChooseName(const std::string& name) const { return DialogAnswers::ChooseFiles({File(name)}); }
 };
 
+// What is done every 10 ms while a dialog is open.
+std::function<void()> lookAtDialog;
+
+void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
+    lookAtDialog();
+}
+
 TEST_F(ToolsTest, LongWorkEndsByItselfOrIsStopped) {
     // No dialog for what is done in a moment; what throws has no memory.
     EXPECT_EQ(
@@ -82,28 +90,22 @@ TEST_F(ToolsTest, LongWorkEndsByItselfOrIsStopped) {
               WorkEnd::kNoMemory);
 
     // It goes on behind the dialog, which shows how far it is, until the dialog has been looked at.
-    std::atomic<bool> isSeen = false, ownerWasEnabled = true;
+    std::atomic<bool> isSeen = false;
+    bool ownerWasEnabled = true;
     std::string line;
-    LRESULT place = 0;
-    UINT_PTR timer = SetTimer(hMainWindow, 77, 10, nullptr);
-    DialogAnswers none;
-    std::function<void()> look = [&] {
+    lookAtDialog = [&] {
         HWND dialog = FindWindowW(nullptr, L"Work of a test");
-        if (!dialog) return;
+        if (!dialog || SendDlgItemMessageW(dialog, IDC_WORK_BAR, PBM_GETPOS, 0, 0) != 250) return;
         line = ControlText(dialog, IDC_WORK_LINE);
-        place = SendDlgItemMessageW(dialog, IDC_WORK_BAR, PBM_GETPOS, 0, 0);
         ownerWasEnabled = IsWindowEnabled(hMainWindow);
-        if (place == 250) isSeen = true;
+        isSeen = true;
     };
-    static std::function<void()>* looking;
-    looking = &look;
-    UINT_PTR looks = SetTimer(nullptr, 0, 10, [](HWND, UINT, UINT_PTR, DWORD) { (*looking)(); });
-    const WorkEnd end =
-        RunWithProgress(hMainWindow, L"Work of a test", L"Working", [&](const WorkWatch& watch, const auto&) {
-            while (!isSeen && watch(1, 4)) Sleep(1);
-        });
-    KillTimer(nullptr, looks);
-    KillTimer(hMainWindow, timer);
+    const UINT_PTR timer = SetTimer(nullptr, 0, 10, Look);
+    const auto wait = [&](const WorkWatch& watch, const auto&) {
+        while (!isSeen && watch(1, 4)) Sleep(1);
+    };
+    const WorkEnd end = RunWithProgress(hMainWindow, L"Work of a test", L"Working", wait);
+    KillTimer(nullptr, timer);
     EXPECT_EQ(end, WorkEnd::kDone);
     EXPECT_EQ(line, "Working: 25 %");
     EXPECT_FALSE(ownerWasEnabled);
@@ -418,6 +420,37 @@ TEST_F(SmallerTest, UndoGivesTheBytesBack) {
         EXPECT_EQ(Saved(), before);
         Command(IDM_REDO);
         EXPECT_EQ(Saved(), after);
+    }
+}
+
+TEST_F(SmallerTest, TheScreenNoLongerFollowsTheImages) {
+    for (bool careful : {false, true}) {
+        SCOPED_TRACE(careful ? "made here, in careful mode" : "classic");
+        settings.carefulMode = careful;
+        Open(MakeWasteful("kite.gif"));
+        if (careful) document.flags = kMadeHere;
+        for (uint32_t index = 0; index < document.count; ++index) {  // the right sixth of all frames shows nothing
+            Block block = At(static_cast<int>(index));
+            if (block.kind == kControlBlock) {
+                ControlFields fields = GetControlFields(block);
+                fields.packed |= kControlTransparent;
+                fields.transparentIndex = 215;
+                PutControlFields(&block, fields);
+            }
+            if (block.kind == kImageBlock) {
+                ImageWriteLock bitmap(&block.data);
+                for (int y = 0; y < 40; ++y)
+                    for (int x = 50; x < 60; ++x) SetImagePixel(bitmap, x, y, 215);
+            }
+            EXPECT_TRUE(MarkChanged(&block));
+            Put(block);
+        }
+        Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_FAST}}), Answer(IDYES)});
+        for (const Block& block : document.All())
+            EXPECT_TRUE(block.kind != kImageBlock || GetImageFields(block).width <= 50);
+        Saved();
+        EXPECT_EQ(GetHeaderFields(At(0)).screenWidth, 60);
+        EXPECT_EQ(GetHeaderFields(At(0)).screenHeight, 40);
     }
 }
 

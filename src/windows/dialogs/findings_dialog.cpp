@@ -28,7 +28,8 @@ void FitWidth(HWND list, const std::vector<FoundPlace>& places) {
     }
     SelectObject(dc, previous);
     ReleaseDC(list, dc);
-    SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest + GetSystemMetrics(SM_CXVSCROLL)), 0);
+    widest += GetSystemMetrics(SM_CXVSCROLL);
+    SendMessageW(list, LB_SETHORIZONTALEXTENT, static_cast<WPARAM>(widest), 0);
 }
 
 bool ShowPlaces(HWND dialog) {
