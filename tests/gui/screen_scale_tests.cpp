@@ -143,6 +143,24 @@ TEST_F(ScreenScaleTest, BackOnAUsualScreenEveryPixelIsAsBefore) {
     }
 }
 
+// As when the screen itself gets another density.
+TEST_F(ScreenScaleTest, TheWindowIsLaidOutAnewAlsoInItsOldPlace) {
+    FillWindow();
+    const int dense = 2 * DpiOf(hMainWindow);
+    const RECT place = {0, 0, ScaledTo(dense, 600), ScaledTo(dense, 500)};
+    for (int dpi : {dense / 2, dense}) {
+        MoveToScreen(hMainWindow, dpi, place);
+        Settle();
+        EXPECT_EQ(PlaceOf(IDC_BLOCK_LIST).left, ScaledTo(dpi, 8));
+        // 80 pixels of a cell of 112, or as many more of both.
+        const WindowDc strip(GetDlgItem(hMainWindow, IDC_FILMSTRIP));
+        const int middle = ScaledTo(dpi, 34);
+        const COLORREF beside = GetPixel(strip.Get(), ScaledTo(dpi, 13), middle);
+        EXPECT_EQ(beside, GetSysColor(COLOR_HIGHLIGHT));
+        EXPECT_NE(GetPixel(strip.Get(), ScaledTo(dpi, 20), middle), beside) << dpi;
+    }
+}
+
 // Texts are laid out in units of the dialog's font, which need not grow as the screen does.
 TEST_F(ScreenScaleTest, PicturesInDialogsLeaveTheTextsTheirRoom) {
     DialogAnswers answers({[](HWND message) {
