@@ -13,12 +13,12 @@ struct PngStyle {
 
 // Adds the picture of `area` of the canvas (not empty) to `out`: with a palette when 256 colours are enough, otherwise
 // without opacity where all of it is opaque. False when memory runs out or the system can't write PNG.
-[[nodiscard]] bool EncodeCanvas(const CanvasView& canvas, const Rectangle& area, const PngStyle& style,
+[[nodiscard]] bool EncodeCanvas(const CanvasView& canvas, const struct Rectangle& area, const PngStyle& style,
                                 ByteBuffer* out);
 
 // The same in a form that does not depend on the picture: with the palette `colours`, which then has all of its colours
 // (those of ColoursOfAnimation), or with all channels for null.
-[[nodiscard]] bool EncodeCanvasAs(ColourSet* colours, const CanvasView& canvas, const Rectangle& area,
+[[nodiscard]] bool EncodeCanvasAs(ColourSet* colours, const CanvasView& canvas, const struct Rectangle& area,
                                   const PngStyle& style, ByteBuffer* out);
 
 // Adds every colour that the animation's canvases may have, and the background. False when these are more than 256.

@@ -12,8 +12,8 @@
 // of the frames; both answer false when they fail, which ends it all.
 struct FrameWork {
     bool onlyChanges = false;  // `area` is what differs from the frame before instead of the whole canvas
-    std::function<bool(const CanvasView& canvas, const Rectangle& area, ByteBuffer* png)> encode;
-    std::function<bool(uint32_t frame, const Rectangle& area, std::span<const uint8_t> png)> deliver;
+    std::function<bool(const CanvasView& canvas, const struct Rectangle& area, ByteBuffer* png)> encode;
+    std::function<bool(uint32_t frame, const struct Rectangle& area, std::span<const uint8_t> png)> deliver;
     WorkWatch watch;  // told of frames; comes from the calling thread
 };
 
