@@ -84,7 +84,7 @@ LRESULT OnKey(HWND grid, WPARAM key) {
 
 LRESULT OnClick(HWND grid, POINT at) {
     const int cell = std::max(CellOf(grid), 1);
-    const int64_t index = at.x / cell + int64_t{kGridColumns} * (at.y / cell);
+    const int64_t column = at.x / cell, row = at.y / cell, index = row * kGridColumns + column;
     if (index >= RequestOf(grid).count) return 0;
     MarkColour(grid, static_cast<uint32_t>(index));
     return Choose(grid);
