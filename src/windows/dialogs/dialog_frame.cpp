@@ -95,7 +95,7 @@ bool Show(HWND dialog, const DialogKind& kind) {
 // On usual screens controls have the main window's font. On others they keep the one that the dialog was laid out with.
 void GiveFonts(HWND dialog) {
     const int dpi = DpiOf(dialog);
-    const auto own = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
+    auto* const own = reinterpret_cast<HFONT>(SendMessageW(dialog, WM_GETFONT, 0, 0));
     SetChildFonts(dialog, dpi == kUsualDpi || !own ? ListFontAt(dpi) : own, false);
 }
 
