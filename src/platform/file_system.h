@@ -1,4 +1,5 @@
-// What file.cpp and the two forms of replace_file need of the operating system. Nobody else includes this.
+// What file.cpp and the two forms of replace_file need of the operating system. Besides, what moves files
+// without them asks here for the system's words.
 #pragma once
 
 #include <cstddef>

@@ -16,6 +16,7 @@
 #include "windows/dialogs/export_dialog.h"
 #include "windows/services/file_batch.h"
 #include "windows/services/file_dialogs.h"
+#include "windows/services/file_presence.h"
 #include "windows/services/messages.h"
 #include "windows/services/progress_dialog.h"
 
@@ -56,10 +57,6 @@ std::string NumberedPath(const Export& work, uint32_t frame) {
     std::string digits = std::to_string(frame + 1);
     digits.insert(0, places - digits.size(), '0');
     return WithoutEnding(work.name, kEnding) + "-" + digits + kEnding;
-}
-
-bool IsThere(const std::string& path) {
-    return GetFileAttributesW(WideFromUtf8(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 // About numbered files, of whose names the file dialog knows nothing.

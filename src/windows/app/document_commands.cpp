@@ -25,6 +25,7 @@
 #include "windows/ids/command_ids.h"
 #include "windows/services/careful.h"
 #include "windows/services/file_dialogs.h"
+#include "windows/services/file_presence.h"
 #include "windows/services/messages.h"
 #include "windows/services/wait_cursor.h"
 
@@ -167,10 +168,6 @@ bool WriteDocument(HWND window, const std::string& name) {
 bool HasFileToSaveTo() {
     if (currentFileName.empty() || currentFileName == LoadStr(IDS_UNTITLED)) return false;
     return documentIsNamed || (kQuirkNameOutlivesDocument && !Careful(Care::kNewDocumentAsksForName));
-}
-
-bool IsThere(const std::string& name) {
-    return GetFileAttributesW(WideFromUtf8(name).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
 // What was read of a file that can't be read again may be all that there is of it: the document stays.

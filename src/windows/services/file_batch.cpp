@@ -5,12 +5,9 @@
 #include "platform/file_system.h"
 #include "platform/wide_text_win32.h"
 #include "platform/windows_api.h"
+#include "windows/services/file_presence.h"
 
 namespace {
-
-bool IsThere(const std::wstring& path) {
-    return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
 
 // A name beside `path` that nothing has.
 std::wstring FreeName(const std::wstring& path, const wchar_t* ending) {
