@@ -2,429 +2,355 @@
 
 #include <algorithm>
 #include <atomic>
-#include <cstring>
-#include <iterator>
 #include <new>
 
-#include "animation/stage.h"
-#include "gif/descriptor.h"
 #include "platform/parallel.h"
-#include "size/code_guess.h"
-#include "size/colour_distance.h"
+#include "size/change.h"
+#include "size/moments.h"
 
 namespace {
 
-constexpr uint32_t kMostDelay = 0xFFFF;
-constexpr uint64_t kCantBeShown = uint64_t{1} << 48;  // bits
 constexpr size_t kMostWaysInHurry = 2;
 constexpr size_t kMostWays = 4;     // of reaching a moment that are followed at a time
 constexpr size_t kLongestLag = 12;  // frames that may be undecided
+// Several threads look at so many moments at a time. Farther ahead it is less and less known which changes matter.
+constexpr size_t kMomentsAhead = 6;
 
-// A canvas in numbers. Copies share what they have in common, in bands of rows.
-class Ids {
-public:
-    Ids(int width, int height) : width_(static_cast<size_t>(width)) {
-        const auto empty = std::make_shared<Band>(width_ * kBandRows);
-        bands_.assign(static_cast<size_t>((height + kBandRows - 1) / kBandRows), empty);
-    }
-    const ColourId* Row(int y) const { return &(*bands_[BandOf(y)])[PlaceOf(y)]; }
-    // The row to be written.
-    ColourId* OwnRow(int y) {
-        std::shared_ptr<Band>& band = bands_[BandOf(y)];
-        if (band.use_count() > 1) band = std::make_shared<Band>(*band);
-        return &(*band)[PlaceOf(y)];
-    }
-
-private:
-    using Band = std::vector<ColourId>;
-    static constexpr int kBandRows = 8;
-
-    static size_t BandOf(int y) { return static_cast<size_t>(y / kBandRows); }
-    size_t PlaceOf(int y) const { return static_cast<size_t>(y % kBandRows) * width_; }
-
-    size_t width_;
-    std::vector<std::shared_ptr<Band>> bands_;
-};
-using Canvas = std::shared_ptr<const Ids>;
-
-// What differs between two canvases.
-struct Difference {
-    Rectangle box;
-    Rectangle vanishing;  // where something becomes transparent
-    uint64_t pixels = 0;
-};
-
-// Takes off the ends of a stretch of two rows what is the same in both. They must differ somewhere in it.
-template <typename Pixel>
-void Narrow(const Pixel* a, const Pixel* b, int* left, int* right) {
-    constexpr int kStep = 32 / sizeof(Pixel);  // compared at a time
-    const auto isSame = [a, b](int x) { return memcmp(a + x, b + x, kStep * sizeof(Pixel)) == 0; };
-    while (*right - *left > kStep && isSame(*left)) *left += kStep;
-    while (a[*left] == b[*left]) ++*left;
-    while (*right - *left > kStep && isSame(*right - kStep)) *right -= kStep;
-    while (a[*right - 1] == b[*right - 1]) --*right;
-}
-
-void TakeRow(const ColourId* from, const ColourId* to, const Rectangle& within, int y, Difference* found) {
-    const auto width = static_cast<size_t>(within.Width());
-    if (from == to) return;  // shared
-    if (memcmp(from + within.left, to + within.left, width * sizeof *from) == 0) return;
-    int left = within.left, right = within.right;
-    Narrow(from, to, &left, &right);
-    found->box = Around(found->box, {left, y, right, y + 1});
-    uint64_t pixels = 0, vanishing = 0;
-    for (int x = left; x < right; ++x) {
-        pixels += from[x] != to[x];
-        vanishing += from[x] != to[x] && to[x] == kTransparentId;
-    }
-    found->pixels += pixels;
-    if (vanishing == 0) return;
-    const auto vanishes = [&](int x) { return from[x] != to[x] && to[x] == kTransparentId; };
-    while (!vanishes(left)) ++left;
-    while (!vanishes(right - 1)) --right;
-    found->vanishing = Around(found->vanishing, {left, y, right, y + 1});
-}
-
-Difference Compare(const Ids& from, const Ids& to, const Rectangle& within) {
-    Difference found;
-    if (within.IsEmpty()) return found;
-    for (int y = within.top; y < within.bottom; ++y) TakeRow(from.Row(y), to.Row(y), within, y, &found);
-    return found;
-}
-
-// About how many bits the codes of the change take. What stays is taken as transparent.
-uint64_t GuessBits(const Ids& from, const Ids& to, const Rectangle& box) {
-    constexpr ColourId kUnchanged = 0xFFFF;
-    const auto width = static_cast<size_t>(box.Width());
-    return GuessCodeBits<ColourId>(width, static_cast<size_t>(box.Height()), [&](size_t y, ColourId* row) {
-        const ColourId* a = from.Row(box.top + static_cast<int>(y)) + box.left;
-        const ColourId* b = to.Row(box.top + static_cast<int>(y)) + box.left;
-        for (size_t x = 0; x < width; ++x) row[x] = a[x] == b[x] ? kUnchanged : b[x];
-    });
-}
-
-// Whether the change has more colours than fit into a palette beside what is transparent.
-bool HasTooManyColours(const Ids& from, const Ids& to, const Rectangle& box, size_t colours) {
-    constexpr size_t kMostBesideTransparent = 255;
-    if (colours <= kMostBesideTransparent) return false;
-    std::vector<uint8_t> isNeeded(colours);
-    size_t needed = 0;
-    for (int y = box.top; y < box.bottom; ++y) {
-        const ColourId* a = from.Row(y);
-        const ColourId* b = to.Row(y);
-        for (int x = box.left; x < box.right; ++x)
-            if (a[x] != b[x] && !isNeeded[b[x]]) {
-                isNeeded[b[x]] = 1;
-                ++needed;
-            }
-    }
-    return needed > kMostBesideTransparent;
-}
-
-// One way to show a moment: drawing it on `base`.
+// One way to show a moment: by a change of what was left before.
 struct Way {
     std::shared_ptr<Way> before;
     uint8_t disposalBefore = kDisposeLeave;  // of the frame before,
     Rectangle boxBefore;                     // and its box: disposal 2 may have to clear more than it draws
-    Canvas base, canvas;
-    Rectangle box;
-    uint64_t bits = 0;  // guessed, of all frames up to this one
-    size_t moment = 0;
+    ChangeHandle change;
+    MomentHandle moment;
+    uint64_t bits = 0;        // guessed, of all frames up to this one
     bool isAsBefore = false;  // it draws on what the document draws on, too
+
+    const Rectangle& Box() const { return change->Found().box; }
 };
 using WayHandle = std::shared_ptr<Way>;
 
-struct Moment {
-    uint32_t firstFrame = 0, lastFrame = 0;
-    uint32_t delay = 0, played = 0;
-    bool isAlone = false;  // waits for the user
+// A frame that is decided, but not yet planned.
+struct DecidedFrame {
+    WayHandle way;
+    uint8_t disposal = kDisposeLeave;
+    Rectangle box;
 };
 
+// Which changes are looked into depends on what those before came to, so moments are taken in turn. But most changes
+// can be foreseen: while a few moments are composed, all that may be asked of the few before is found by all threads.
 class Planner {
 public:
     Planner(const Animation& animation, const PlanOptions& options, FramePlan* plan)
-        : animation_(animation), options_(options), plan_(*plan) {}
+        : animation_(animation), options_(options), plan_(*plan), reader_(animation, options, &plan->colours) {}
 
     PlanResult Run() {
-        Stage stage;
-        if (!stage.Open(animation_, 0)) return PlanResult::kNoMemory;
-        pixels_.resize(static_cast<size_t>(animation_.Screen().Pixels()));
-        canvas_ = empty_ = std::make_shared<Ids>(animation_.Width(), animation_.Height());
-        for (uint32_t frame = 0; frame < animation_.Frames().size(); ++frame) {
-            if (options_.stop && *options_.stop) return PlanResult::kStopped;
-            if (!stage.Show(frame)) return PlanResult::kNoMemory;
-            Canvas shown = Take(stage);
-            if (!shown) return PlanResult::kTooManyColours;
-            if (frame > 0 && shown == canvas_ && MayMerge(frame)) {
-                Merge(frame);
-                continue;
-            }
-            StartMoment(frame);
-            Follow(shown, stage.Changed());
-            canvas_ = shown;
-            TakeDisposal(frame);
+        if (const PlanResult result = reader_.Open(); result != PlanResult::kDone) return result;
+        canvas_ = reader_.Empty();
+        std::vector<MomentHandle> moments, next;
+        PlanResult result = reader_.Read(Ahead(), &moments);
+        while (result == PlanResult::kDone && !moments.empty()) {
+            result = LookAhead(moments, &next);
+            if (result != PlanResult::kDone) break;
+            for (size_t i = 0; i < moments.size(); ++i) Follow(moments[i], foreseen_[i]);
+            moments.swap(next);
         }
-        Finish();
-        return outOfMemory_ ? PlanResult::kNoMemory : PlanResult::kDone;
+        if (result == PlanResult::kDone) Finish();
+        return result;
     }
 
 private:
-    Canvas Take(const Stage& stage);
-    const uint32_t* GiveUp(const uint32_t* row, const uint32_t* before, const Rectangle& area);
-    bool MayMerge(uint32_t number) const;
-    bool WaitsForUser(const Frame& frame) const;
-    void StartMoment(uint32_t number);
-    void Merge(uint32_t number);
-    void Follow(const Canvas& shown, const Rectangle& changed);
-    void TakeDisposal(uint32_t number);
-    void Propose(const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore, const Canvas& base,
-                 const Canvas& shown, const Rectangle& box);
-    void ProposeClearing(const WayHandle& before, const Rectangle& cleared, const Canvas& shown,
-                         const Rectangle& changed);
-    bool WasCleared(const Rectangle& cleared) const;
-    void Price();
-    void Guess(Way* way) const;
-    void MeasureClose();
-    void Mend(Way* way) const;
+    using Changes = std::vector<ChangeHandle>;
+
+    size_t Ahead() const { return options_.threads > 1 ? kMomentsAhead : 1; }
+    bool IsInHurry() const { return options_.effort == Effort::kFast; }
+
+    PlanResult LookAhead(const std::vector<MomentHandle>& moments, std::vector<MomentHandle>* next);
+    void Foresee(const std::vector<MomentHandle>& moments);
+    bool MayHelp(const Difference& back, const Difference& plain) const;
+    void LookInto(const Difference& plain, size_t colours, Change* change) const;
+    void Rehearse(const std::vector<MomentHandle>& moments);
+    static Changes Close(const Changes& changes);
+    static Changes Lacking(Changes changes, bool (Change::*isKnown)() const);
+    void Guess(const Changes& changes);
+    void Measure(const Changes& changes);
     template <typename Work>
-    void ForEachProposed(const Work& work);
-    uint64_t Measure(const Way& way) const;
+    void ForAll(size_t count, const Work& work);
+
+    void Follow(const MomentHandle& moment, const Changes& foreseen);
+    void ProposeAll(const MomentHandle& moment, const Changes& foreseen);
+    void Propose(const WayHandle& before, uint8_t disposal, const ChangeHandle& change);
+    void Propose(const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore, const ChangeHandle& change);
+    void ProposeClearing(const WayHandle& before, const Rectangle& cleared);
+    bool WasCleared(const Rectangle& cleared) const;
+    ChangeHandle ChangeBackFrom(const Way& way, const Changes& foreseen) const;
+    ChangeHandle MakeChange(CanvasHandle from, const Rectangle& within) const;
+    Changes GuessProposed();
+    void MeasureProposed(const Changes& close);
+    uint64_t Mended(uint64_t guess) const;
+    void SumUp();
     uint64_t BitsBefore() const;
     void KeepBest();
     void Settle();
+    void PlanFrame(const DecidedFrame& decided, size_t colours, PlannedFrame* frame) const;
     void Finish();
-    void Plan(const Way& way, uint8_t disposal, const Rectangle& box);
-    void TakeColours(PlannedFrame* frame);
 
     const Animation& animation_;
     const PlanOptions& options_;
     FramePlan& plan_;
-    Canvas empty_, canvas_;
-    Canvas drawnOn_;    // what the document itself draws the next frame on; none where that was not made here
-    Rectangle oldBox_;  // of the frame before in the document, when its disposal clears it
-    std::vector<uint32_t> pixels_;  // of canvas_
-    std::vector<uint32_t> nearRow_;
-    std::vector<Moment> moments_;
+    MomentReader reader_;
+    CanvasHandle canvas_;              // of the moment followed last
+    MomentHandle moment_;              // the one at hand
+    std::vector<Changes> foreseen_;    // to each of the moments at hand, that from the moment before first
     std::vector<WayHandle> ways_;      // to the last moment, the best first
     std::vector<WayHandle> proposed_;  // to the one at hand
-    size_t settled_ = 0;               // frames planned
-    std::vector<uint8_t> marks_;       // two for each colour, for TakeColours
-    double bitsOfGuess_ = 1;           // how many a guessed one has lately come to
+    size_t settled_ = 0;               // frames decided
+    std::vector<DecidedFrame> decided_;
+    double bitsOfGuess_ = 1;  // how many a guessed one has lately come to
     std::atomic<bool> outOfMemory_ = false;
 };
 
-// The canvas as it is now: the one before when nothing differs; none when there are too many colours.
-Canvas Planner::Take(const Stage& stage) {
-    const Rectangle area = Common(stage.Changed(), animation_.Screen());
-    std::shared_ptr<Ids> taken;
-    for (int y = area.top; y < area.bottom; ++y) {
-        const uint32_t* row = stage.Canvas().Row(y);
-        uint32_t* before = &pixels_[static_cast<size_t>(y) * static_cast<size_t>(animation_.Width())];
-        int left = area.left, right = area.right;
-        if (options_.givesUp) row = GiveUp(row, before, area);
-        if (memcmp(row + left, before + left, static_cast<size_t>(right - left) * sizeof *row) == 0) continue;
-        Narrow(row, before, &left, &right);
-        if (!taken) taken = std::make_shared<Ids>(*canvas_);
-        const auto width = static_cast<size_t>(right - left);
-        if (!plan_.colours.Number(row + left, width, taken->OwnRow(y) + left)) return nullptr;
-        memcpy(before + left, row + left, width * sizeof *row);
-    }
-    return taken ? Canvas(taken) : canvas_;
-}
-
-// The row with pixels that hardly change left as they are. What they were is what the plan shows, not what was to be
-// shown: small changes do not add up.
-const uint32_t* Planner::GiveUp(const uint32_t* row, const uint32_t* before, const Rectangle& area) {
-    nearRow_.resize(static_cast<size_t>(animation_.Width()));
-    for (int x = area.left; x < area.right; ++x) {
-        const bool isNear = ColourDistance(row[x], before[x]) <= options_.givesUp;
-        nearRow_[static_cast<size_t>(x)] = isNear ? before[x] : row[x];
-    }
-    return nearRow_.data();
-}
-
-bool Planner::WaitsForUser(const Frame& frame) const {
-    return frame.control >= 0 &&
-           (GetControlFields(animation_.List().blocks[static_cast<uint32_t>(frame.control)]).packed &
-            kControlUserInput);
-}
-
-// Both sums have to stay: that of the file's delays and that of what browsers make of them.
-bool Planner::MayMerge(uint32_t number) const {
-    const Frame& frame = animation_.Frames()[number];
-    const Moment& moment = moments_.back();
-    const uint32_t delay = moment.delay + frame.delay;
-    if (options_.keepFrames || moment.isAlone || WaitsForUser(frame) || delay > kMostDelay) return false;
-    if (PlayedDelay(static_cast<uint16_t>(delay)) != moment.played + frame.length) return false;
-    for (uint32_t block = frame.firstBlock; block < frame.block; ++block)
-        if (animation_.List().blocks[block].kind == kPlainTextBlock) return false;
-    return true;
-}
-
-void Planner::StartMoment(uint32_t number) {
-    const Frame& frame = animation_.Frames()[number];
-    moments_.push_back({number, number, frame.delay, frame.length, WaitsForUser(frame)});
-}
-
-void Planner::Merge(uint32_t number) {
-    const Frame& frame = animation_.Frames()[number];
-    Moment& moment = moments_.back();
-    moment.lastFrame = number;
-    moment.delay += frame.delay;
-    moment.played += frame.length;
-}
-
-// Notes what the document draws its next frame on.
-void Planner::TakeDisposal(uint32_t number) {
-    const Frame& frame = animation_.Frames()[number];
-    oldBox_ = frame.disposal == kDisposeBackground ? frame.area : Rectangle();
-    if (frame.disposal == kDisposeBackground)
-        drawnOn_ = nullptr;
-    else if (frame.disposal != kDisposePrevious)
-        drawnOn_ = canvas_;
-}
-
-void Planner::Propose(const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore, const Canvas& base,
-                      const Canvas& shown, const Rectangle& box) {
-    auto way = std::make_shared<Way>();
-    way->before = before;
-    way->disposalBefore = disposal;
-    way->boxBefore = boxBefore;
-    way->base = base;
-    way->canvas = shown;
-    way->box = box;
-    way->moment = moments_.size() - 1;
-    way->isAsBefore = base == drawnOn_ || (disposal == kDisposeBackground && boxBefore == oldBox_);
-    proposed_.push_back(std::move(way));
-}
-
-// The frame before clears `cleared` when its time is over.
-void Planner::ProposeClearing(const WayHandle& before, const Rectangle& cleared, const Canvas& shown,
-                              const Rectangle& changed) {
-    auto base = std::make_shared<Ids>(*canvas_);
-    for (int y = cleared.top; y < cleared.bottom; ++y)
-        std::fill_n(base->OwnRow(y) + cleared.left, static_cast<size_t>(cleared.Width()), kTransparentId);
-    const Difference after = Compare(*base, *shown, Around(cleared, changed));
-    Propose(before, kDisposeBackground, cleared, base, shown, after.box);
-}
-
-// Whether the frame before clears in the document, too, and this and more.
-bool Planner::WasCleared(const Rectangle& cleared) const {
-    return !oldBox_.IsEmpty() && oldBox_ != cleared && Common(oldBox_, cleared) == cleared;
-}
-
-// Finds the ways to show the new canvas: each of the ways so far, with each disposal.
-void Planner::Follow(const Canvas& shown, const Rectangle& changed) {
-    proposed_.clear();
-    if (moments_.size() == 1) {
-        drawnOn_ = empty_;
-        Propose(nullptr, kDisposeLeave, {}, empty_, shown, Compare(*empty_, *shown, animation_.Screen()).box);
-        std::swap(ways_, proposed_);
-        return;
-    }
-    const Difference plain = Compare(*canvas_, *shown, Common(changed, animation_.Screen()));
-    const bool vanishes = !plain.vanishing.IsEmpty();
-    if (!vanishes) Propose(ways_.front(), kDisposeLeave, ways_.front()->box, canvas_, shown, plain.box);
-    for (const WayHandle& way : ways_) {
-        const Difference back = Compare(*way->base, *shown, Around(way->box, plain.box));
-        const bool helps = options_.effort != Effort::kFast || back.pixels <= plain.pixels || vanishes;
-        if (back.vanishing.IsEmpty() && helps) Propose(way, kDisposePrevious, way->box, way->base, shown, back.box);
-        if (!vanishes) continue;
-        const Rectangle cleared = Around(way->box, plain.vanishing);
-        ProposeClearing(way, cleared, shown, plain.box);
-        if (WasCleared(cleared)) ProposeClearing(way, oldBox_, shown, plain.box);
-    }
-    Price();
-    KeepBest();
-    Settle();
-}
-
-// The bits that a frame takes, all pixels that stay transparent.
-uint64_t Planner::Measure(const Way& way) const {
-    std::vector<uint8_t> pixels;
-    pixels.reserve(static_cast<size_t>(way.box.Pixels()));
-    std::vector<int16_t> indexOf(plan_.colours.Pixels().size(), -1);
-    int colours = 1;  // 0 is what stays
-    for (int y = way.box.top; y < way.box.bottom; ++y) {
-        const ColourId* base = way.base->Row(y);
-        const ColourId* shown = way.canvas->Row(y);
-        for (int x = way.box.left; x < way.box.right; ++x) {
-            int16_t& index = indexOf[shown[x]];
-            if (base[x] != shown[x] && index < 0) index = static_cast<int16_t>(std::min(colours++, UINT8_MAX));
-            pixels.push_back(base[x] == shown[x] ? uint8_t{0} : static_cast<uint8_t>(index));
-        }
-    }
-    int codeSize = 2;
-    while (codeSize < 8 && 1 << codeSize < colours) ++codeSize;
-    EncodedPixels codes;
-    PixelsToEncode image;
-    image.pixels = pixels;
-    image.codeSize = codeSize;
-    return SearchCodes(image, Effort::kFast, 0, &codes) ? codes.bits : pixels.size() * 8;
-}
-
-// The bits of the image that the document has for the last moment. They will do where what it is drawn on is the same.
-uint64_t Planner::BitsBefore() const {
-    const Frame& frame = animation_.Frames()[moments_.back().firstFrame];
-    const uint64_t bytes = animation_.List().blocks[frame.block].source.bytes;
-    return bytes ? bytes * 8 : UINT64_MAX;
-}
-
-// Tells how many bits each proposed way takes. Where there is but one, it does not matter.
-void Planner::Price() {
-    constexpr uint64_t kBitsOfFrame = uint64_t{8} * 20;
-    if (proposed_.size() > 1) {
-        ForEachProposed([this](Way& way) { Guess(&way); });
-        if (options_.effort != Effort::kFast) MeasureClose();
-    }
-    for (const WayHandle& way : proposed_) {
-        if (way->isAsBefore && options_.effort != Effort::kFast) way->bits = std::min(way->bits, BitsBefore());
-        way->bits += way->before->bits + kBitsOfFrame;
-    }
-}
-
-void Planner::Guess(Way* way) const {
-    const bool cantBeShown = HasTooManyColours(*way->base, *way->canvas, way->box, plan_.colours.Pixels().size());
-    way->bits = cantBeShown ? kCantBeShown : GuessBits(*way->base, *way->canvas, way->box);
-}
-
-// Measures where guesses do not tell which way is best. What they come to, compared with what was guessed, mends the
-// other guesses.
-void Planner::MeasureClose() {
-    const auto least = std::ranges::min_element(proposed_, {}, [](const WayHandle& way) { return way->bits; });
-    const uint64_t close = (*least)->bits + (*least)->bits / 2;
-    const auto isClose = [close](const WayHandle& way) { return way->bits <= close && way->bits < kCantBeShown; };
-    if (std::ranges::count_if(proposed_, isClose) > 1) {
-        std::vector<WayHandle> measured;
-        uint64_t guessed = 0, found = 0;
-        std::ranges::copy_if(proposed_, std::back_inserter(measured), isClose);
-        for (const WayHandle& way : measured) guessed += way->bits;
-        std::swap(measured, proposed_);
-        ForEachProposed([this](Way& way) { way.bits = Measure(way); });
-        std::swap(measured, proposed_);
-        for (const WayHandle& way : measured) found += way->bits;
-        if (guessed && found) bitsOfGuess_ = static_cast<double>(found) / static_cast<double>(guessed);
-        for (const WayHandle& way : proposed_)
-            if (std::ranges::find(measured, way) == measured.end()) Mend(way.get());
-    } else {
-        for (const WayHandle& way : proposed_) Mend(way.get());
-    }
-}
-
-void Planner::Mend(Way* way) const {
-    if (way->bits < kCantBeShown) way->bits = static_cast<uint64_t>(static_cast<double>(way->bits) * bitsOfGuess_);
-}
-
-// Does the work for all of them, on several processors.
+// Does work(0) to work(count - 1) on several processors.
 template <typename Work>
-void Planner::ForEachProposed(const Work& work) {
-    RunInParallel(proposed_.size(), options_.threads, [&](size_t i) {
+void Planner::ForAll(size_t count, const Work& work) {
+    RunInParallel(count, options_.threads, [&](size_t i) {
         try {
-            work(*proposed_[i]);
+            work(i);
         } catch (const std::bad_alloc&) {
             outOfMemory_ = true;
         }
     });
+    if (outOfMemory_) throw std::bad_alloc();
+}
+
+// Finds what will be asked of the changes to the moments, plans the frames that are decided, and reads what comes next.
+PlanResult Planner::LookAhead(const std::vector<MomentHandle>& moments, std::vector<MomentHandle>* next) {
+    Foresee(moments);
+    struct Piece {
+        Change* change;
+        const Difference* plain;
+    };
+    std::vector<Piece> pieces;
+    for (const Changes& changes : foreseen_)
+        for (const ChangeHandle& change : changes) pieces.push_back({change.get(), &changes.front()->Found()});
+    const size_t colours = plan_.colours.Pixels().size();  // while further ones are numbered
+    const size_t planned = plan_.frames.size();
+    plan_.frames.resize(planned + decided_.size());
+    PlanResult result = PlanResult::kDone;
+    ForAll(1 + decided_.size() + pieces.size(), [&](size_t i) {
+        if (i == 0)
+            result = reader_.Read(Ahead(), next);
+        else if (i <= decided_.size())
+            PlanFrame(decided_[i - 1], colours, &plan_.frames[planned + i - 1]);
+        else
+            LookInto(*pieces[i - 1 - decided_.size()].plain, colours, pieces[i - 1 - decided_.size()].change);
+    });
+    decided_.clear();
+    if (result == PlanResult::kDone && moments.size() > 1) Rehearse(moments);
+    return result;
+}
+
+// The changes to each moment: from the one before, and from what the ways that lead there draw on.
+void Planner::Foresee(const std::vector<MomentHandle>& moments) {
+    struct Base {
+        CanvasHandle canvas;
+        Rectangle changed;  // since
+    };
+    std::vector<Base> bases;
+    for (const WayHandle& way : ways_)
+        if (way->change->From() != canvas_) bases.push_back({way->change->From(), way->Box()});
+    foreseen_.clear();
+    CanvasHandle canvas = canvas_;
+    for (const MomentHandle& moment : moments) {
+        Changes changes = {std::make_shared<Change>(canvas, moment->canvas, moment->difference)};
+        for (Base& base : bases) {
+            base.changed = Around(base.changed, moment->difference.box);
+            changes.push_back(std::make_shared<Change>(base.canvas, moment->canvas, base.changed));
+        }
+        foreseen_.push_back(std::move(changes));
+        if (moment->canvas == canvas) continue;
+        bases.push_back({canvas, moment->difference.box});
+        canvas = moment->canvas;
+    }
+}
+
+// Whether going back before the last frame may be better than what that frame leaves.
+bool Planner::MayHelp(const Difference& back, const Difference& plain) const {
+    if (!back.vanishing.IsEmpty()) return false;
+    return !IsInHurry() || back.pixels <= plain.pixels || !plain.vanishing.IsEmpty();
+}
+
+// In a hurry the plain change is often the only one, and need not be guessed.
+void Planner::LookInto(const Difference& plain, size_t colours, Change* change) const {
+    change->Compare();
+    const bool isPlain = &change->Found() == &plain;
+    if (isPlain ? !IsInHurry() && plain.vanishing.IsEmpty() : MayHelp(change->Found(), plain)) change->Guess(colours);
+}
+
+// Follows the moments by guesses alone, and measures what most likely has to be on the way. Where something is cleared
+// it is not foreseen what that leaves.
+void Planner::Rehearse(const std::vector<MomentHandle>& moments) {
+    const std::vector<WayHandle> ways = ways_;
+    Changes close;
+    for (size_t i = 0; i < moments.size() && foreseen_[i].front()->Found().vanishing.IsEmpty(); ++i) {
+        ProposeAll(moments[i], foreseen_[i]);
+        const Changes more = GuessProposed();
+        if (!IsInHurry()) close.insert(close.end(), more.begin(), more.end());
+        SumUp();
+        KeepBest();
+    }
+    ways_ = ways;
+    Measure(close);
+}
+
+// Those of which guesses do not tell which is best.
+Planner::Changes Planner::Close(const Changes& changes) {
+    const uint64_t least = (*std::ranges::min_element(changes, {}, &Change::Guessed))->Guessed();
+    Changes close;
+    for (const ChangeHandle& change : changes)
+        if (change->Guessed() <= least + least / 2 && change->Guessed() < kCantBeShown) close.push_back(change);
+    if (close.size() < 2) return {};
+    return close;
+}
+
+// Each once, those left out of which it is known.
+Planner::Changes Planner::Lacking(Changes changes, bool (Change::*isKnown)() const) {
+    std::erase_if(changes, [isKnown](const ChangeHandle& change) { return ((*change).*isKnown)(); });
+    std::ranges::sort(changes);
+    const auto twice = std::ranges::unique(changes);
+    changes.erase(twice.begin(), twice.end());
+    return changes;
+}
+
+void Planner::Guess(const Changes& changes) {
+    const Changes lacking = Lacking(changes, &Change::IsGuessed);
+    const size_t colours = plan_.colours.Pixels().size();
+    ForAll(lacking.size(), [&](size_t i) { lacking[i]->Guess(colours); });
+}
+
+void Planner::Measure(const Changes& changes) {
+    const Changes lacking = Lacking(changes, &Change::IsMeasured);
+    const size_t colours = plan_.colours.Pixels().size();
+    ForAll(lacking.size(), [&](size_t i) { lacking[i]->Measure(colours); });
+}
+
+void Planner::Propose(const WayHandle& before, uint8_t disposal, const ChangeHandle& change) {
+    Propose(before, disposal, before ? before->Box() : Rectangle(), change);
+}
+
+void Planner::Propose(const WayHandle& before, uint8_t disposal, const Rectangle& boxBefore,
+                      const ChangeHandle& change) {
+    auto way = std::make_shared<Way>();
+    way->before = before;
+    way->disposalBefore = disposal;
+    way->boxBefore = boxBefore;
+    way->change = change;
+    way->moment = moment_;
+    way->isAsBefore =
+        change->From() == moment_->drawnOn || (disposal == kDisposeBackground && boxBefore == moment_->cleared);
+    proposed_.push_back(std::move(way));
+}
+
+// The frame before clears `cleared` when its time is over.
+void Planner::ProposeClearing(const WayHandle& before, const Rectangle& cleared) {
+    auto base = std::make_shared<NumberedCanvas>(*canvas_);
+    base->Clear(cleared);
+    const Rectangle within = Around(cleared, moment_->difference.box);
+    Propose(before, kDisposeBackground, cleared, MakeChange(std::move(base), within));
+}
+
+ChangeHandle Planner::MakeChange(CanvasHandle from, const Rectangle& within) const {
+    auto change = std::make_shared<Change>(std::move(from), moment_->canvas, within);
+    change->Compare();
+    return change;
+}
+
+// Whether the frame before clears in the document, too, and this and more.
+bool Planner::WasCleared(const Rectangle& cleared) const {
+    const Rectangle& old = moment_->cleared;
+    return !old.IsEmpty() && old != cleared && Common(old, cleared) == cleared;
+}
+
+// Finds the ways to show the moment, and keeps the best.
+void Planner::Follow(const MomentHandle& moment, const Changes& foreseen) {
+    ProposeAll(moment, foreseen);
+    const Changes close = GuessProposed();
+    if (!IsInHurry()) MeasureProposed(close);
+    SumUp();
+    KeepBest();
+    Settle();
+    canvas_ = moment->canvas;
+}
+
+// Each of the ways so far, with each disposal.
+void Planner::ProposeAll(const MomentHandle& moment, const Changes& foreseen) {
+    moment_ = moment;
+    proposed_.clear();
+    const ChangeHandle& plain = foreseen.front();
+    const Rectangle& vanishing = plain->Found().vanishing;
+    if (vanishing.IsEmpty()) Propose(ways_.empty() ? nullptr : ways_.front(), kDisposeLeave, plain);
+    for (const WayHandle& way : ways_) {
+        const ChangeHandle back = ChangeBackFrom(*way, foreseen);
+        if (MayHelp(back->Found(), plain->Found())) Propose(way, kDisposePrevious, back);
+        if (vanishing.IsEmpty()) continue;
+        const Rectangle cleared = Around(way->Box(), vanishing);
+        ProposeClearing(way, cleared);
+        if (WasCleared(cleared)) ProposeClearing(way, moment_->cleared);
+    }
+}
+
+// The change to the moment at hand from what was there before the way's last frame.
+ChangeHandle Planner::ChangeBackFrom(const Way& way, const Changes& foreseen) const {
+    const CanvasHandle& from = way.change->From();
+    const auto known = std::ranges::find(foreseen, from, &Change::From);
+    return known != foreseen.end() ? *known : MakeChange(from, Around(way.Box(), moment_->difference.box));
+}
+
+// The bits of the image that the document has for the moment. They will do where what it is drawn on is the same.
+uint64_t Planner::BitsBefore() const {
+    const Frame& frame = animation_.Frames()[moment_->firstFrame];
+    const uint64_t bytes = animation_.List().blocks[frame.block].source.bytes;
+    return bytes ? bytes * 8 : UINT64_MAX;
+}
+
+// Guesses how many bits each proposed way takes. Returns the changes of which that does not tell which is best. Where
+// there is but one way, it does not matter.
+Planner::Changes Planner::GuessProposed() {
+    if (proposed_.size() < 2) return {};
+    Changes changes;
+    for (const WayHandle& way : proposed_) changes.push_back(way->change);
+    Guess(changes);
+    for (const WayHandle& way : proposed_) way->bits = Mended(way->change->Guessed());
+    return Close(changes);
+}
+
+uint64_t Planner::Mended(uint64_t guess) const {
+    if (IsInHurry() || guess >= kCantBeShown) return guess;
+    return static_cast<uint64_t>(static_cast<double>(guess) * bitsOfGuess_);
+}
+
+// What changes come to when measured, compared with what was guessed, mends the guesses of the others.
+void Planner::MeasureProposed(const Changes& close) {
+    Measure(close);
+    uint64_t guessed = 0, found = 0;
+    for (const ChangeHandle& change : close) {
+        guessed += change->Guessed();
+        found += change->Measured();
+    }
+    if (guessed && found) bitsOfGuess_ = static_cast<double>(found) / static_cast<double>(guessed);
+    for (const WayHandle& way : proposed_) {
+        const bool isMeasured = std::ranges::find(close, way->change) != close.end();
+        if (proposed_.size() > 1) way->bits = isMeasured ? way->change->Measured() : Mended(way->change->Guessed());
+    }
+}
+
+// Turns the bits of the proposed frames into those of all frames up to them.
+void Planner::SumUp() {
+    constexpr uint64_t kBitsOfFrame = uint64_t{8} * 20;
+    for (const WayHandle& way : proposed_) {
+        if (way->isAsBefore && !IsInHurry()) way->bits = std::min(way->bits, BitsBefore());
+        if (way->before) way->bits += way->before->bits + kBitsOfFrame;
+    }
 }
 
 // Of ways that leave the same to the frames behind, the best; and of those the best few.
@@ -433,83 +359,51 @@ void Planner::KeepBest() {
                      [](const WayHandle& a, const WayHandle& b) { return a->bits < b->bits; });
     ways_.clear();
     for (const WayHandle& way : proposed_) {
-        const bool isKnown = std::ranges::any_of(ways_, [&](const WayHandle& k) { return k->base == way->base; });
-        if (!isKnown && ways_.size() < (options_.effort == Effort::kFast ? kMostWaysInHurry : kMostWays))
-            ways_.push_back(way);
+        const bool isKnown = std::ranges::any_of(
+            ways_, [&](const WayHandle& known) { return known->change->From() == way->change->From(); });
+        if (!isKnown && ways_.size() < (IsInHurry() ? kMostWaysInHurry : kMostWays)) ways_.push_back(way);
     }
 }
 
-const Way* AncestorAt(const Way* way, size_t moment) {
-    while (way->moment > moment) way = way->before.get();
+Way* AncestorAt(Way* way, size_t moment) {
+    while (way->moment->number > moment) way = way->before.get();
     return way;
 }
 
-// Plans the frames on which all ways agree; too many undecided ones are decided by the best way.
+// Decides the frames on which all ways agree; too many undecided ones are decided by the best way.
 void Planner::Settle() {
-    while (settled_ + 1 < moments_.size()) {
-        const Way* best = AncestorAt(ways_.front().get(), settled_ + 1);
-        if (moments_.size() - settled_ > kLongestLag)
-            std::erase_if(ways_, [&](const WayHandle& way) { return AncestorAt(way.get(), settled_ + 1) != best; });
-        if (!std::ranges::all_of(ways_, [&](const WayHandle& w) { return AncestorAt(w.get(), settled_ + 1) == best; }))
-            return;
-        Plan(*best->before, best->disposalBefore, best->boxBefore);
-        const_cast<Way*>(best)->before = nullptr;  // nobody looks behind it any more
+    while (settled_ < moment_->number) {
+        Way* const best = AncestorAt(ways_.front().get(), settled_ + 1);
+        const auto isOther = [&](const WayHandle& way) { return AncestorAt(way.get(), settled_ + 1) != best; };
+        if (moment_->number + 1 - settled_ > kLongestLag) std::erase_if(ways_, isOther);
+        if (std::ranges::any_of(ways_, isOther)) return;
+        // Nobody looks behind it any more.
+        decided_.push_back({std::move(best->before), best->disposalBefore, best->boxBefore});
+        ++settled_;
     }
 }
 
+void Planner::PlanFrame(const DecidedFrame& decided, size_t colours, PlannedFrame* frame) const {
+    const Moment& moment = *decided.way->moment;
+    frame->firstFrame = moment.firstFrame;
+    frame->lastFrame = moment.lastFrame;
+    frame->delay = moment.delay;
+    frame->disposal = decided.disposal;
+    frame->box = decided.box.IsEmpty() ? Rectangle{0, 0, 1, 1} : decided.box;
+    TakePixels(*decided.way->change->From(), *moment.canvas, colours, frame);
+}
+
 void Planner::Finish() {
-    if (moments_.empty()) return;
     ways_.resize(1);
     Settle();
-    Plan(*ways_.front(), kDisposeLeave, ways_.front()->box);
+    decided_.push_back({ways_.front(), kDisposeLeave, ways_.front()->Box()});
+    const size_t planned = plan_.frames.size(), colours = plan_.colours.Pixels().size();
+    plan_.frames.resize(planned + decided_.size());
+    ForAll(decided_.size(), [&](size_t i) { PlanFrame(decided_[i], colours, &plan_.frames[planned + i]); });
     PlannedFrame& last = plan_.frames.back();
     last.isLast = true;
     const uint8_t disposal = animation_.Frames().back().disposal;
     if (disposal == kDisposeBackground || disposal == kDisposePrevious) last.disposal = disposal;
-    for (size_t i = 0; i < moments_.size(); ++i) {
-        plan_.frames[i].lastFrame = moments_[i].lastFrame;
-        plan_.frames[i].delay = moments_[i].delay;
-    }
-}
-
-void Planner::Plan(const Way& way, uint8_t disposal, const Rectangle& box) {
-    PlannedFrame frame;
-    frame.firstFrame = moments_[way.moment].firstFrame;
-    frame.disposal = disposal;
-    frame.box = box.IsEmpty() ? Rectangle{0, 0, 1, 1} : box;
-    const auto width = static_cast<size_t>(frame.box.Width());
-    frame.ids.reserve(static_cast<size_t>(frame.box.Pixels()));
-    frame.free.resize(static_cast<size_t>(frame.box.Pixels()));
-    uint8_t* free = frame.free.data();
-    for (int y = frame.box.top; y < frame.box.bottom; ++y, free += width) {
-        const ColourId* base = way.base->Row(y) + frame.box.left;
-        const ColourId* shown = way.canvas->Row(y) + frame.box.left;
-        frame.ids.insert(frame.ids.end(), shown, shown + width);
-        for (size_t x = 0; x < width; ++x) free[x] = base[x] == shown[x];
-    }
-    TakeColours(&frame);
-    plan_.frames.push_back(std::move(frame));
-    ++settled_;
-}
-
-void Planner::TakeColours(PlannedFrame* frame) {
-    const size_t colours = plan_.colours.Pixels().size();
-    marks_.assign(2 * colours, 0);  // whether some pixel shows the colour: one that is not free, one that is
-    uint8_t* const marks = marks_.data();
-    const ColourId* const ids = frame->ids.data();
-    const uint8_t* const free = frame->free.data();
-    for (size_t i = 0, count = frame->ids.size(); i < count; ++i) marks[size_t{2} * ids[i] + (free[i] ? 1 : 0)] = 1;
-    constexpr size_t kTransparentMarks = size_t{2} * kTransparentId;
-    frame->needsTransparency = marks[kTransparentMarks] || marks[kTransparentMarks + 1];
-    for (size_t id = 0; id < colours; ++id) {
-        const bool isNeeded = marks[2 * id], isOffered = marks[2 * id + 1];
-        if (isOffered) frame->hasFree = true;
-        if (id == kTransparentId) continue;
-        if (isNeeded)
-            frame->needed.push_back(static_cast<ColourId>(id));
-        else if (isOffered)
-            frame->offered.push_back(static_cast<ColourId>(id));
-    }
 }
 
 }  // namespace
