@@ -69,7 +69,7 @@ bool PaintImage(const CanvasView& canvas, const Block& image, const RgbTriple* p
     if (!bitmap) return false;
     const ImageFields fields = GetImageFields(image);
     const Rectangle place = {fields.left, fields.top, fields.left + bitmap->width, fields.top + bitmap->height};
-    const Rectangle area = Common(place, {0, 0, canvas.width, canvas.height});
+    const Rectangle area = Common(place, {0, canvas.top, canvas.width, canvas.top + canvas.height});
     const int bitCount = bitmap->bitCount;
     if (area.IsEmpty() || bitCount > 8) return true;  // documents hold no true colour
 

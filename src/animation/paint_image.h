@@ -7,12 +7,13 @@
 // A pixel is four bytes in memory: red, green, blue, opacity (0 or 255). One that is transparent is all zero.
 constexpr uint32_t kTransparent = 0;
 
-// A canvas of `width` x `height` pixels, rows from the top.
+// A canvas of `width` x `height` pixels, rows from the top, or a part of one: rows `top` to `top` + `height` - 1 of it.
 struct CanvasView {
     uint32_t* pixels;
     int width, height;
+    int top = 0;
 
-    uint32_t* Row(int y) const { return pixels + static_cast<size_t>(y) * static_cast<size_t>(width); }
+    uint32_t* Row(int y) const { return pixels + static_cast<size_t>(y - top) * static_cast<size_t>(width); }
 };
 
 // The pixel of an opaque colour.

@@ -26,18 +26,28 @@ void Clear(const CanvasView& canvas, const Rectangle& area) {
 }  // namespace
 
 bool Stage::Open(const Animation& animation, uint64_t keptBytes) {
-    *this = Stage();
-    animation_ = &animation;
-    palette_ = FindGlobalPalette(animation.List());
-    pixels_ = AllocateScratchArray<uint32_t>(animation.Screen().Pixels());
-    if (!pixels_) return false;
-    canvas_ = {pixels_.get(), animation.Width(), animation.Height()};
+    if (!OpenPart(animation, animation.Screen())) return false;
     PlanKeeping(keptBytes);
     return true;
 }
 
+bool Stage::OpenRows(const Animation& animation, int top, int bottom) {
+    return OpenPart(animation, {0, top, animation.Width(), bottom});
+}
+
+bool Stage::OpenPart(const Animation& animation, const Rectangle& part) {
+    *this = Stage();
+    animation_ = &animation;
+    part_ = part;
+    palette_ = FindGlobalPalette(animation.List());
+    pixels_ = AllocateScratchArray<uint32_t>(part.Pixels());
+    if (!pixels_) return false;
+    canvas_ = {pixels_.get(), part.Width(), part.Height(), part.top};
+    return true;
+}
+
 void Stage::PlanKeeping(uint64_t keptBytes) {
-    const uint64_t canvasBytes = animation_->Screen().Pixels() * sizeof(uint32_t);
+    const uint64_t canvasBytes = part_.Pixels() * sizeof(uint32_t);
     const uint64_t frames = animation_->Frames().size();
     if (canvasBytes == 0 || frames < 2) return;
     const uint64_t slots = std::min(keptBytes / canvasBytes, frames - 1);
@@ -58,8 +68,8 @@ void Stage::Keep(uint32_t frame) {
     if (keptEvery_ == 0 || frame == 0 || frame % keptEvery_ != 0 || KeptBefore(frame)) return;
     uint32_t slot = frame / keptEvery_ - 1;
     if (slot >= keptSlots_) return;
-    kept_[slot] = AllocateScratchArray<uint32_t>(animation_->Screen().Pixels());
-    if (kept_[slot]) CopyOut(kept_[slot].get(), canvas_, animation_->Screen());
+    kept_[slot] = AllocateScratchArray<uint32_t>(part_.Pixels());
+    if (kept_[slot]) CopyOut(kept_[slot].get(), canvas_, part_);
 }
 
 bool Stage::Show(uint32_t frame) {
@@ -93,7 +103,7 @@ uint32_t Stage::NearestStart(uint32_t frame) const {
 
 // Makes the canvas what it was before `frame` was drawn. For one that stands alone it may be anything.
 void Stage::StartAt(uint32_t frame) {
-    changed_ = animation_->Screen();
+    changed_ = part_;
     shown_ = kNothing;
     if (const uint32_t* kept = KeptBefore(frame))
         CopyBack(canvas_, changed_, kept);
@@ -104,13 +114,14 @@ void Stage::StartAt(uint32_t frame) {
 void Stage::Dispose() {
     if (shown_ == kNothing) return;
     const Frame& frame = animation_->Frames()[static_cast<size_t>(shown_)];
+    const Rectangle area = AreaOf(frame);
     if (frame.disposal == kDisposeBackground)
-        Clear(canvas_, frame.area);
+        Clear(canvas_, area);
     else if (frame.disposal == kDisposePrevious)
-        CopyBack(canvas_, frame.area, under_.get());
+        CopyBack(canvas_, area, under_.get());
     else
         return;
-    changed_ = Around(changed_, frame.area);
+    changed_ = Around(changed_, area);
 }
 
 bool Stage::Draw(uint32_t number) {
@@ -118,9 +129,9 @@ bool Stage::Draw(uint32_t number) {
     const Block& block = animation_->List().blocks[frame.block];
     ++framesDrawn_;
     if (animation_->DrawsTexts()) DrawTexts(frame);
-    if (frame.disposal == kDisposePrevious && !SaveUnder(frame.area)) return false;
+    if (frame.disposal == kDisposePrevious && !SaveUnder(AreaOf(frame))) return false;
     if (block.kind != kImageBlock) return true;
-    changed_ = Around(changed_, frame.area);
+    changed_ = Around(changed_, AreaOf(frame));
     return PaintImage(canvas_, block, ColoursOf(block, palette_), frame.transparentIndex);
 }
 

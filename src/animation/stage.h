@@ -22,6 +22,10 @@ public:
     // of canvases are kept. False when memory runs out.
     [[nodiscard]] bool Open(const Animation& animation, uint64_t keptBytes);
 
+    // The same for a part of an animation without texts: rows `top` to `bottom` - 1 of its screen, which are all that
+    // the canvas has and all that is looked at. No canvases are kept.
+    [[nodiscard]] bool OpenRows(const Animation& animation, int top, int bottom);
+
     // Makes the canvas show frame number `frame`, which must exist. False when memory runs out: the canvas then shows
     // nothing of use until the next success.
     [[nodiscard]] bool Show(uint32_t frame);
@@ -32,7 +36,7 @@ public:
     // The canvas: the animation's width and height, rows from the top, pixels as PaintImage makes them.
     const CanvasView& Canvas() const { return canvas_; }
 
-    // The rectangle outside of which nothing differs from what was shown before. The first time it is the screen.
+    // The rectangle outside of which nothing differs from what was shown before. The first time it is the whole canvas.
     struct Rectangle Changed() const {
         return changed_;
     }
@@ -43,6 +47,10 @@ public:
 private:
     static constexpr int64_t kNothing = -1;
 
+    [[nodiscard]] bool OpenPart(const Animation& animation, const struct Rectangle& part);
+    struct Rectangle AreaOf(const Frame& frame) const {
+        return Common(frame.area, part_);
+    }
     void PlanKeeping(uint64_t keptBytes);
     uint32_t NearestStart(uint32_t frame) const;
     void StartAt(uint32_t frame);
@@ -54,6 +62,7 @@ private:
     const uint32_t* KeptBefore(uint32_t frame) const;
 
     const Animation* animation_ = nullptr;
+    struct Rectangle part_;  // of the screen, that is composed
     GlobalPalette palette_;
     CanvasView canvas_ = {};
     std::unique_ptr<uint32_t[]> pixels_;

@@ -163,10 +163,13 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) {
     if (!CreateBlockList(&proven) || ReadGif(&proven, back, &report, Manner::kWhole) != kReadDone ||
         std::ranges::find(report.damages, DamageKind::kPictureTooLarge, &Damage::kind) != report.damages.end())
         return OptimiseResult::kNoMemory;
-    switch (options_.lossy ? PlaysNearly(list_, proven, options_.lossy, &loss_) : PlaysAlike(list_, proven)) {
+    const LookOptions looking = {Threads(), options_.stop};
+    switch (options_.lossy ? PlaysNearly(list_, proven, options_.lossy, &loss_, looking)
+                           : PlaysAlike(list_, proven, looking)) {
         case Likeness::kAlike: break;
         case Likeness::kDifferent: return OptimiseResult::kNothingGained;
         case Likeness::kNoMemory: return OptimiseResult::kNoMemory;
+        case Likeness::kStopped: return OptimiseResult::kStopped;
     }
     *smaller = std::move(proven);
     return OptimiseResult::kSmaller;

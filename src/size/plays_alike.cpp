@@ -1,10 +1,12 @@
 #include "size/plays_alike.h"
 
 #include <algorithm>
+#include <atomic>
 #include <compare>
 #include <cstring>
 
 #include "animation/stage.h"
+#include "platform/parallel.h"
 #include "size/colour_distance.h"
 
 namespace {
@@ -21,16 +23,23 @@ struct Clock {
     uint64_t delay = 0, played = 0;
 };
 
-// Shows what is on the stage moment by moment, frames that show the same taken together.
+[[nodiscard]] bool OpenToPlay(const BlockList& list, Animation* animation) {
+    return animation->Open(list, Texts::kLeftOut) && FitsCanvas(*animation);
+}
+
+// Shows what is on the stage moment by moment, frames that show the same taken together. It may look at some rows of
+// the screen alone: its moments are then those of what shows there.
 class Player {
 public:
-    [[nodiscard]] bool Open(const BlockList& list) {
-        if (!animation_.Open(list, Texts::kLeftOut)) return false;
-        if (!FitsCanvas(animation_) || !stage_.Open(animation_, 0)) return false;
-        held_ = AllocateScratchArray<uint32_t>(animation_.Screen().Pixels());
+    explicit Player(const Animation& animation) : animation_(animation) {}
+
+    [[nodiscard]] bool Open(int top, int bottom) {
+        if (!stage_.OpenRows(animation_, top, bottom)) return false;
+        held_ = AllocateScratchArray<uint32_t>(static_cast<uint64_t>(animation_.Width()) *
+                                               static_cast<uint64_t>(bottom - top));
         return static_cast<bool>(held_);
     }
-    const Animation& Shown() const { return animation_; }
+    [[nodiscard]] bool Open() { return Open(0, animation_.Height()); }
 
     // Goes to the next moment; HasEnded tells when there is none. False when memory runs out.
     [[nodiscard]] bool Next() {
@@ -57,7 +66,11 @@ public:
     }
     bool HasEnded() const { return hasEnded_; }
 
-    CanvasView Held() const { return {held_.get(), animation_.Width(), animation_.Height()}; }
+    CanvasView Held() const {
+        CanvasView held = stage_.Canvas();
+        held.pixels = held_.get();
+        return held;
+    }
     Rectangle Changed() const { return changed_; }  // against the moment before
     uint64_t Delay() const { return delay_; }
     uint64_t Played() const { return played_; }
@@ -65,7 +78,7 @@ public:
 private:
     [[nodiscard]] bool Show() {
         if (!stage_.Show(next_)) return false;
-        fresh_ = Common(stage_.Changed(), animation_.Screen());
+        fresh_ = stage_.Changed();
         return true;
     }
     void Hold() {
@@ -80,7 +93,7 @@ private:
         played_ += frame.length;
     }
 
-    Animation animation_;
+    const Animation& animation_;
     Stage stage_;
     std::unique_ptr<uint32_t[]> held_;
     Rectangle fresh_;       // what the frame on the stage changed
@@ -124,16 +137,39 @@ bool SameForm(const Animation& one, const Animation& other) {
     return one.Screen() == other.Screen() && one.Repeats() == other.Repeats();
 }
 
+// What rows `top` to `bottom` - 1 show.
+Likeness RowsPlayAlike(const Animation& first, const Animation& second, int top, int bottom,
+                       const LookOptions& options) {
+    Player one(first), other(second);
+    if (!one.Open(top, bottom) || !other.Open(top, bottom)) return Likeness::kNoMemory;
+    do {
+        if (options.StopRequested()) return Likeness::kStopped;
+        if (!one.Next() || !other.Next()) return Likeness::kNoMemory;
+        if (!SameMoment(one, other)) return Likeness::kDifferent;
+    } while (!one.HasEnded());
+    return Likeness::kAlike;
+}
+
+// How many rows are looked at in one piece. All canvases of a piece stay in a processor's cache.
+int RowsAtATime(const Rectangle& screen) {
+    constexpr int kPixels = 50'000, kFewestRows = 16;
+    return std::max(kPixels / std::max(screen.Width(), 1), kFewestRows);
+}
+
 }  // namespace
 
-Likeness PlaysNearly(const BlockList& first, const BlockList& second, int most, Loss* loss) {
-    Player one, other;
-    if (!one.Open(first) || !other.Open(second)) return Likeness::kNoMemory;
-    if (!SameForm(one.Shown(), other.Shown())) return Likeness::kDifferent;
+Likeness PlaysNearly(const BlockList& first, const BlockList& second, int most, Loss* loss,
+                     const LookOptions& options) {
+    Animation exact, near;
+    if (!OpenToPlay(first, &exact) || !OpenToPlay(second, &near)) return Likeness::kNoMemory;
+    if (!SameForm(exact, near)) return Likeness::kDifferent;
+    Player one(exact), other(near);
+    if (!one.Open() || !other.Open()) return Likeness::kNoMemory;
     LossCount count;
     Clock clock, otherClock;  // at the ends of what both show
     uint64_t now = 0;
     for (;;) {
+        if (options.StopRequested()) return Likeness::kStopped;
         const std::strong_ordering order = clock.played <=> otherClock.played;
         // What ends first by one clock does so by the other, too, or at the same time.
         if (order != clock.delay <=> otherClock.delay && clock.delay != otherClock.delay) return Likeness::kDifferent;
@@ -149,13 +185,20 @@ Likeness PlaysNearly(const BlockList& first, const BlockList& second, int most, 
     return Likeness::kAlike;
 }
 
-Likeness PlaysAlike(const BlockList& first, const BlockList& second) {
-    Player one, other;
-    if (!one.Open(first) || !other.Open(second)) return Likeness::kNoMemory;
-    if (!SameForm(one.Shown(), other.Shown())) return Likeness::kDifferent;
-    do {
-        if (!one.Next() || !other.Next()) return Likeness::kNoMemory;
-        if (!SameMoment(one, other)) return Likeness::kDifferent;
-    } while (!one.HasEnded());
-    return Likeness::kAlike;
+// What shows in some rows, and for how long, does not depend on the others; every moment of the whole begins where one
+// of some rows does. So pieces of the screen may be looked at by themselves.
+Likeness PlaysAlike(const BlockList& first, const BlockList& second, const LookOptions& options) {
+    Animation one, other;
+    if (!OpenToPlay(first, &one) || !OpenToPlay(second, &other)) return Likeness::kNoMemory;
+    if (!SameForm(one, other)) return Likeness::kDifferent;
+    const int height = one.Height(), rows = RowsAtATime(one.Screen());
+    const auto pieces = static_cast<size_t>(std::max((height + rows - 1) / rows, 1));
+    std::atomic<Likeness> result = Likeness::kAlike;
+    RunInParallel(pieces, options.threads, [&](size_t piece) {
+        if (result != Likeness::kAlike) return;
+        const int top = static_cast<int>(piece) * rows;
+        const Likeness found = RowsPlayAlike(one, other, top, std::min(top + rows, height), options);
+        if (found != Likeness::kAlike) result = found;
+    });
+    return result;
 }

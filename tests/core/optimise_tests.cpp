@@ -12,6 +12,7 @@
 #include "tests/support/failing_new.h"
 #include "tests/support/literal_codec.h"
 #include "tests/support/literal_stage.h"
+#include "tests/support/row_document.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
@@ -205,6 +206,33 @@ TEST(Optimise, KeepsWhatIsNoFrame) {
     EXPECT_EQ(KindsOf(made.list), "17632656");
     EXPECT_EQ(TextOf(BlockAt(made.list, 2)), "before");
     EXPECT_EQ(made.list.after.bytes, 4u);
+}
+
+// Dots (row, colour, delay) on a screen so large that it is looked at in pieces.
+static RowDocument LargeAnimation(const std::vector<std::tuple<int, uint32_t, int>>& dots) {
+    RowDocument document(2000, 300);
+    for (const auto& [y, colour, delay] : dots)
+        document.Control(kDisposeLeave, kNoTransparency, delay).Row(5, {colour}, y);
+    return document;
+}
+
+TEST(PlaysAlike, LooksAtAllPieces) {
+    const BlockList first = LargeAnimation({{0, 1, 5}, {299, 2, 5}, {150, 3, 0}, {0, 1, 5}});
+    const std::tuple<const char*, std::vector<std::tuple<int, uint32_t, int>>, Likeness> cases[] = {
+        {"itself", {{0, 1, 5}, {299, 2, 5}, {150, 3, 0}, {0, 1, 5}}, Likeness::kAlike},
+        {"without what nothing shows", {{0, 1, 5}, {299, 2, 5}, {150, 3, 15}}, Likeness::kDifferent},
+        {"a moment in two", {{0, 1, 3}, {0, 1, 2}, {299, 2, 5}, {150, 3, 0}, {0, 1, 5}}, Likeness::kAlike},
+        {"the last row", {{0, 1, 5}, {299, 1, 5}, {150, 3, 0}, {0, 1, 5}}, Likeness::kDifferent},
+        {"one in the middle", {{0, 1, 5}, {299, 2, 5}, {151, 3, 0}, {0, 1, 5}}, Likeness::kDifferent},
+        {"the time of one piece", {{0, 1, 5}, {299, 2, 6}, {150, 3, 0}, {0, 1, 4}}, Likeness::kDifferent},
+        {"a delay that is played alike", {{0, 1, 5}, {299, 2, 5}, {150, 3, 10}, {0, 1, 5}}, Likeness::kDifferent},
+    };
+    std::atomic<bool> stop = false;
+    for (const size_t threads : {1u, 3u})
+        for (const auto& [name, dots, likeness] : cases)
+            EXPECT_EQ(PlaysAlike(first, LargeAnimation(dots), {threads, &stop}), likeness) << name;
+    stop = true;
+    EXPECT_EQ(PlaysAlike(first, first, {2, &stop}), Likeness::kStopped);
 }
 
 TEST(Optimise, GivesUpWhenItIsStopped) {

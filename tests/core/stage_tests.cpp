@@ -89,6 +89,34 @@ TEST(Stage, EqualsTheLiteralFormOnRandomAnimations) {
     }
 }
 
+TEST(Stage, ComposesSomeRowsAsItDoesAll) {
+    std::mt19937 random(9);
+    for (int round = 0; round < 100; ++round) {
+        BlockList list = RandomAnimation(random, 2 + round % 12);
+        Animation animation;
+        Stage stage;
+        ASSERT_TRUE(animation.Open(list, Texts::kLeftOut));
+        const int width = animation.Width(),
+                  top = static_cast<int>(random() % static_cast<unsigned>(animation.Height()));
+        const int bottom = top + 1 + static_cast<int>(random() % static_cast<unsigned>(animation.Height() - top));
+        ASSERT_TRUE(stage.OpenRows(animation, top, bottom));
+        const std::vector<Pixels> literal = ComposeLiterally(animation);
+        Pixels before(static_cast<size_t>(width * (bottom - top)), 0);
+        for (uint32_t frame = 0; frame < literal.size(); ++frame) {
+            ASSERT_TRUE(stage.Show(frame));
+            const uint32_t* row = &literal[frame][static_cast<size_t>(top * width)];
+            const Pixels rows(row, row + before.size());
+            const Rectangle changed = stage.Changed();
+            ASSERT_EQ(Pixels(stage.Canvas().Row(top), stage.Canvas().Row(bottom)), rows) << round << " " << frame;
+            ASSERT_EQ(Common(changed, {0, top, width, bottom}), changed) << round << " " << frame;
+            ASSERT_TRUE(DiffersWithin(rows, before, width,
+                                      {changed.left, changed.top - top, changed.right, changed.bottom - top}))
+                << round << " " << frame;
+            before = rows;
+        }
+    }
+}
+
 TEST(Stage, GoesToAnyFrameInAnyOrderWhateverIsKept) {
     std::mt19937 random(8);
     for (int round = 0; round < 60; ++round) {
