@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <new>
 
 #include "platform/parallel.h"
@@ -213,10 +214,11 @@ Planner::Changes Planner::Close(const Changes& changes) {
     return close;
 }
 
-// Each once, those left out of which it is known.
+// Each once, those left out of which it is known; the large ones first, so that no thread is left with one at the end.
 Planner::Changes Planner::Lacking(Changes changes, bool (Change::*isKnown)() const) {
     std::erase_if(changes, [isKnown](const ChangeHandle& change) { return ((*change).*isKnown)(); });
-    std::ranges::sort(changes);
+    std::ranges::sort(changes, std::greater(),
+                      [](const ChangeHandle& change) { return std::pair(change->Found().box.Pixels(), change); });
     const auto twice = std::ranges::unique(changes);
     changes.erase(twice.begin(), twice.end());
     return changes;

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <functional>
 #include <mutex>
 #include <new>
+#include <numeric>
 
 #include "animation/stage.h"
 #include "gif/descriptor.h"
@@ -144,7 +146,11 @@ void Optimiser::CodeOne(size_t number) {
 
 OptimiseResult Optimiser::CodeFrames() {
     coded_.resize(plan_.frames.size());
-    RunInParallel(coded_.size(), Threads(), [this](size_t number) { CodeOne(number); });
+    std::vector<size_t> order(coded_.size());
+    std::iota(order.begin(), order.end(), size_t{0});
+    // The large ones first, so that no thread is left with one at the end.
+    std::ranges::stable_sort(order, std::greater(), [this](size_t i) { return plan_.frames[i].box.Pixels(); });
+    RunInParallel(order.size(), Threads(), [&](size_t i) { CodeOne(order[i]); });
     if (stopped_ || StopRequested()) return OptimiseResult::kStopped;
     if (noMemory_) return OptimiseResult::kNoMemory;
     return cantBeShown_ ? OptimiseResult::kNothingGained : OptimiseResult::kSmaller;
