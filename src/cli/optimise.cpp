@@ -19,6 +19,8 @@
 namespace {
 
 constexpr unsigned kMostJobs = 256;
+constexpr char kWhyLeftAlone[] =
+    "they are damaged, too large or of too many colours, or players do not agree about them";
 
 struct EffortName {
     const char* name;
@@ -193,8 +195,7 @@ public:
                                         " bytes are the least that was found");
         EditAnswer answer;
         if (made_.result == OptimiseResult::kLeftAlone)
-            answer.notes.emplace_back(
-                "its pictures are left alone: they are damaged, or players do not agree about them");
+            answer.notes.emplace_back("its pictures are left alone: " + std::string(kWhyLeftAlone));
         if (made_.result == OptimiseResult::kSmaller) file->list = std::move(made_.smaller);
         return answer;
     }
