@@ -10,6 +10,7 @@
 #include "cli/complaints.h"
 #include "cli/edit_command.h"
 #include "cli/names.h"
+#include "cli/output_file.h"
 #include "cli/printable.h"
 #include "cli/progress.h"
 #include "gif/descriptor.h"
@@ -201,7 +202,7 @@ public:
     }
 
     void Report(const LoadedFile&, const std::string&, const std::string& out) override {
-        PrintSizes(out == kStandardStream ? stderr : stdout, NameOfOutput(out), before_, made_);
+        PrintSizes(IsStandardOutput(out) ? stderr : stdout, NameOfOutput(out), before_, made_);
     }
 
 private:
