@@ -122,7 +122,7 @@ _zephyr_operand() {  # COMMAND, then the operands in front of the cursor
 }
 
 _zephyr() {  # PROGRAM, as it was typed
-  local words cur prefix='' ended='' in_place='' names='--owner --organisation' options operands=() i program
+  local words cur prefix='' ended='' in_place='' names='--owner --organisation' classic=--classic options operands=() i program
   local edits="--in-place --dry-run --strict --fit-screen $names"
   program=$(_zephyr_plain "$1")
   COMPREPLY=()
@@ -146,10 +146,10 @@ _zephyr() {  # PROGRAM, as it was typed
     thin) options="--every $edits" ;;
     frames) options='--raw --transparent --background --no-text --level --strict --sheet --columns --apng --times --json' ;;
     check) options=--json ;;
-    optimise) options="--effort --keep-frames --strip --lossy --to --jobs $edits" ;;
+    optimise) options="--effort --keep-frames --strip --lossy --to --jobs $edits" classic='' ;;
     build) options="-o --match --web --loop --fps --delay --delays --centre --all-frames --start --skip-corrupted $names" ;;
     cost) options=--strict ;;
-    advise) options='--json --strict' ;;
+    advise) options='--json --strict' classic='' ;;
     *) return ;;
   esac
   for ((i = 2; i < ${#words[@]} - 1; ++i)); do
@@ -168,7 +168,7 @@ _zephyr() {  # PROGRAM, as it was typed
     prefix=${cur%%=*}=
     _zephyr_value "${cur%%=*}"
   elif [[ $cur == -* && -z $ended ]]; then
-    _zephyr_offer "$options" --classic --help
+    _zephyr_offer "$options" "$classic" --help
   else
     _zephyr_operand "${words[1]}" "${operands[@]}"
   fi

@@ -1,5 +1,6 @@
 #include "animation/animation.h"
 
+#include <algorithm>
 #include <cstring>
 
 #include "gif/descriptor.h"
@@ -7,8 +8,8 @@
 
 namespace {
 
-constexpr char kOtherLoopApplication[] = "ANIMEXTS1.0";
-constexpr uint8_t kLoopSubBlock = 1;
+constexpr const char* kLoopApplications[] = {kLoopApplication, "ANIMEXTS1.0"};
+constexpr uint8_t kLoopSubBlock = 1, kSubBlockKind = 7;  // the kind is in three bits, and browsers look at these alone
 
 uint8_t PlayedDisposal(uint8_t packed) {
     auto disposal = static_cast<uint8_t>((packed & kControlDisposal) >> kControlDisposalShift);
@@ -28,9 +29,12 @@ Rectangle PlaceOf(const ImageFields& image) {
     return {image.left, image.top, image.left + image.width, image.top + image.height};
 }
 
+// Loops in another form than that of the loop block: of the other name, longer, or with other bits in its kind.
 bool IsOtherLoop(const Block& block) {
-    return block.kind == kApplicationBlock &&
-           memcmp(block.descriptor + kIdentifierOffset, kOtherLoopApplication, sizeof kOtherLoopApplication - 1) == 0;
+    return block.kind == kApplicationBlock && std::ranges::any_of(kLoopApplications, [&block](const char* application) {
+               return memcmp(block.descriptor + kIdentifierOffset, application,
+                             kIdentifierBytes + kAuthenticationBytes) == 0;
+           });
 }
 
 }  // namespace
@@ -39,7 +43,7 @@ int RepeatsOf(const Block& block) {
     if (block.kind == kLoopBlock) return GetLoopIterations(block);
     if (!IsOtherLoop(block)) return Animation::kNoLoop;
     MemoryLock data(block.data);
-    if (!data || block.dataLength < 3 || data.Bytes()[0] != kLoopSubBlock) return Animation::kNoLoop;
+    if (!data || block.dataLength < 3 || (data.Bytes()[0] & kSubBlockKind) != kLoopSubBlock) return Animation::kNoLoop;
     return GetWord(data.Bytes() + 1);
 }
 

@@ -68,7 +68,7 @@ bool WriteHeatMap(LoadedFile& file, uint32_t index, const std::string& out) {
     }
     if (!WriteOutputFile(out, [&](File& to) { return to.Write(png.Content().data(), png.Content().size()); }))
         return false;
-    if (out != kStandardStream) PrintCosts(index, costs);
+    if (!IsStandardOutput(out)) PrintCosts(index, costs);
     return true;
 }
 
@@ -98,6 +98,6 @@ int RunCost(const Words& words) {
     ChosenBlocks blocks;
     if (std::string wrong = blocks.Read(options.Operands()); !wrong.empty()) return WrongUsage("cost", wrong);
     const int status = blocks.WriteEach(options, WriteHeatMap);
-    if (status == kExitDone && options.Operands()[2] != kStandardStream) PrintLegend();
+    if (status == kExitDone && !IsStandardOutput(options.Operands()[2])) PrintLegend();
     return FlushOutput() ? status : kExitFailed;
 }

@@ -9,11 +9,13 @@
 #include "cli/printable.h"
 #include "cli/save_document.h"
 #include "cli/usage.h"
+#include "gif/logical_screen.h"
 
 namespace {
 
 constexpr char kInPlace[] = "--in-place";
 constexpr char kDryRun[] = "--dry-run";
+constexpr char kFitScreen[] = "--fit-screen";
 
 Options::Names With(Options::Names own, const Options::Names& more) {
     own.insert(own.end(), more.begin(), more.end());
@@ -21,7 +23,7 @@ Options::Names With(Options::Names own, const Options::Names& more) {
 }
 
 Options ReadOptions(const EditForm& form, const Words& words) {
-    return {words, With(form.flags, {kInPlace, kDryRun, "--fit-screen", "--strict"}),
+    return {words, With(form.flags, {kInPlace, kDryRun, kFitScreen, "--strict"}),
             With(form.values, {"--owner", "--organisation"})};
 }
 
@@ -94,12 +96,15 @@ int EditFile(const EditForm& form, const Options& options, const Paths& paths, E
     BlockList before;
     if (options.Has(kDryRun) && !CopyBlockList(file.list, &before)) throw std::bad_alloc();
     const std::string in = NameOfInput(paths.in);
+    const bool isFitted = form.fitsFirst && options.Has(kFitScreen);
+    if (isFitted && !FitLogicalScreen(&file.list)) throw std::bad_alloc();
+    const Options saving = isFitted ? options.Without(kFitScreen) : options;
     EditAnswer answer = edit->Change(&file);
     if (answer.isTold) return kExitFailed;
     if (!answer) return Refuse(form, in, answer);
     for (const std::string& note : answer.notes) Complain(in, "note: " + note);
-    const int status = options.Has(kDryRun) ? ShowChanges(before, &file.list, paths.out, options, answer.touched)
-                                            : SaveDocument(&file.list, paths.out, options, answer.touched);
+    const int status = options.Has(kDryRun) ? ShowChanges(before, &file.list, paths.out, saving, answer.touched)
+                                            : SaveDocument(&file.list, paths.out, saving, answer.touched);
     if (status != kExitDone) return status;
     edit->Report(file, in, paths.out);
     return FlushOutput() ? kExitDone : kExitFailed;

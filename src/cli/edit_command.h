@@ -53,6 +53,7 @@ struct EditForm {
     size_t leastOperands = 0;      // behind IN and OUT
     size_t mostOperands = SIZE_MAX;
     const char* wants = "";  // what these are, as it is said behind "give IN, OUT": " and the blocks to be moved"
+    bool fitsFirst = false;  // "--fit-screen" means the images as they are read: the command makes some smaller
 };
 
 // Runs the command on its file or files. Returns the program's exit status.

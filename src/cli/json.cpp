@@ -4,10 +4,23 @@
 #include <cstdio>
 
 #include "cli/printable.h"
+#include "platform/text_encoding.h"
 
 namespace {
+constexpr char kNoCharacter[] = "\\ufffd";
 constexpr char kDigits[] = "0123456789abcdef";
+
+// How many bytes the character has with which `text` begins; 0 when it begins with none.
+size_t LeadingCharacter(std::string_view text) {
+    Utf8Check check;
+    for (size_t bytes = 0; bytes < text.size() && bytes < 4;) {
+        check.Add(static_cast<uint8_t>(text[bytes++]));
+        if (check.Holds()) return bytes;
+    }
+    return 0;
 }
+
+}  // namespace
 
 std::string HexOf(uint8_t byte) {
     return {kDigits[byte >> 4], kDigits[byte & 15]};
@@ -16,14 +29,16 @@ std::string HexOf(uint8_t byte) {
 std::string JsonText(std::string_view text) {
     std::string json = "\"";
     while (!text.empty()) {
-        auto control = LeadingControl(text);
-        if (control) {
+        const size_t bytes = LeadingCharacter(text);
+        if (auto control = LeadingControl(text)) {
             json += "\\u00" + HexOf(static_cast<uint8_t>(*control));
+        } else if (bytes == 0) {
+            json += kNoCharacter;
         } else {
             if (text[0] == '"' || text[0] == '\\') json += '\\';
-            json += text[0];
+            json += text.substr(0, bytes);
         }
-        text.remove_prefix(control && *control > 0x7F ? 2 : 1);
+        text.remove_prefix(std::max<size_t>(bytes, 1));
     }
     return json + '"';
 }

@@ -7,7 +7,8 @@
 #include <string>
 #include <string_view>
 
-// `text` (UTF-8) in double quotes, with what JSON wants escaped and all other control characters as well.
+// `text` (UTF-8) in double quotes, with what JSON wants escaped and all other control characters as well. Bytes that
+// are no UTF-8, as names of files may have, become U+FFFD, without which nobody could read the rest.
 std::string JsonText(std::string_view text);
 
 // The bytes as lower-case hexadecimal digits in double quotes.

@@ -9,6 +9,8 @@
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/edit_command.h"
+#include "cli/names.h"
+#include "cli/output_file.h"
 #include "cli/printable.h"
 #include "cli/progress.h"
 #include "gif/descriptor.h"
@@ -18,6 +20,8 @@
 namespace {
 
 constexpr unsigned kMostJobs = 256;
+constexpr char kWhyLeftAlone[] =
+    "they are damaged, too large or of too many colours, or players do not agree about them";
 
 struct EffortName {
     const char* name;
@@ -29,6 +33,7 @@ struct Task {
     OptimiseOptions options;
     uint64_t most = 0;               // bytes, of --to; 0 without
     std::vector<uint16_t> stripped;  // kinds
+    std::optional<Identity> names;   // of the comment that is added
 };
 
 std::string ReadEffort(const Options& options, Task* task) {
@@ -95,6 +100,7 @@ std::string ReadTo(const Options& options, Task* task) {
 // What is wrong with the options, or an empty text.
 std::string ReadTask(const Options& options, Task* task) {
     task->options.keepFrames = options.Has("--keep-frames");
+    if (NamesAreGiven(options)) task->names = NamesOf(options);
     for (auto* read : {ReadEffort, ReadStrip, ReadJobs, ReadLossy, ReadTo})
         if (std::string wrong = read(options, task); !wrong.empty()) return wrong;
     return options.IsWhole() ? "" : "--classic keeps no document as it plays";
@@ -117,34 +123,49 @@ struct Made {
     uint64_t bytes = 0;  // of what is to be written
 };
 
-bool Make(const LoadedFile& file, decltype(Optimise)* optimise, OptimiseOptions options, int lossy, Made* made) {
+// The bytes of the file that the document becomes; nothing when memory runs out.
+std::optional<uint64_t> BytesToWrite(const BlockList& list, const Task& task) {
+    File written;
+    if (!written.CreateMemory() || !WriteWholeGif(list, written, task.names ? &*task.names : nullptr))
+        return std::nullopt;
+    return written.Written().size();
+}
+
+bool Make(const LoadedFile& file, const Task& task, decltype(Optimise)* optimise, int lossy, Made* made) {
     ShownProgress progress;
+    OptimiseOptions options = task.options;
     options.lossy = lossy;
     *made = Made();
     made->lossy = lossy;
     made->result = optimise(file.list, file.report, options, &progress, &made->smaller, &made->loss);
     const bool isSmaller = made->result == OptimiseResult::kSmaller;
-    const std::optional<uint64_t> bytes = WrittenBytes(isSmaller ? made->smaller : file.list);
+    const std::optional<uint64_t> bytes = BytesToWrite(isSmaller ? made->smaller : file.list, task);
     made->bytes = bytes.value_or(0);
     return bytes && made->result != OptimiseResult::kNoMemory;
+}
+
+// Keeps what comes of a loss when that fits, or is the smallest so far.
+bool TryLoss(const LoadedFile& file, const Task& task, int lossy, Made* best) {
+    Made tried;
+    if (!Make(file, task, Optimise, lossy, &tried)) return false;
+    if (tried.bytes <= task.most || tried.bytes < best->bytes) *best = std::move(tried);
+    return true;
 }
 
 // Looks for the least loss that fits; what does not fit with the greatest is left as large as it is. More loss nearly
 // always takes fewer bytes, so that halving finds it. False when memory runs out.
 bool MakeFitting(const LoadedFile& file, const Task& task, Made* made) {
-    if (!Make(file, Optimise, task.options, 0, made)) return false;
+    if (!Make(file, task, Optimise, 0, made)) return false;
     if (made->bytes <= task.most || made->result == OptimiseResult::kLeftAlone) return true;
     int tooLittle = 0, enough = 1;
     for (;; tooLittle = enough, enough = std::min(2 * enough, kFarthest)) {
-        if (!Make(file, Optimise, task.options, enough, made)) return false;
+        if (!TryLoss(file, task, enough, made)) return false;
         if (made->bytes <= task.most || enough == kFarthest) break;
     }
     while (enough - tooLittle > 1) {
         const int middle = (tooLittle + enough) / 2;
-        Made tried;
-        if (!Make(file, Optimise, task.options, middle, &tried)) return false;
-        (tried.bytes <= task.most ? enough : tooLittle) = middle;
-        if (tried.bytes <= task.most) *made = std::move(tried);
+        if (!TryLoss(file, task, middle, made)) return false;
+        (made->lossy == middle && made->bytes <= task.most ? enough : tooLittle) = middle;
     }
     return true;
 }
@@ -167,7 +188,7 @@ public:
         const std::optional<uint64_t> before = WrittenBytes(file->list);
         StripBlocks(task_.stripped, &file->list);
         if (!before || !(task_.most ? MakeFitting(*file, task_, &made_)
-                                    : Make(*file, OptimiseWithin, task_.options, task_.options.lossy, &made_)))
+                                    : Make(*file, task_, OptimiseWithin, task_.options.lossy, &made_)))
             return EditOutcome::OutOfMemory();
         before_ = *before;
         if (task_.most && made_.bytes > task_.most)
@@ -175,14 +196,13 @@ public:
                                         " bytes are the least that was found");
         EditAnswer answer;
         if (made_.result == OptimiseResult::kLeftAlone)
-            answer.notes.emplace_back(
-                "its pictures are left alone: they are damaged, or players do not agree about them");
+            answer.notes.emplace_back("its pictures are left alone: " + std::string(kWhyLeftAlone));
         if (made_.result == OptimiseResult::kSmaller) file->list = std::move(made_.smaller);
         return answer;
     }
 
     void Report(const LoadedFile&, const std::string&, const std::string& out) override {
-        PrintSizes(out == kStandardStream ? stderr : stdout, NameOfOutput(out), before_, made_);
+        PrintSizes(IsStandardOutput(out) ? stderr : stdout, NameOfOutput(out), before_, made_);
     }
 
 private:
@@ -199,10 +219,11 @@ const char kOptimiseHelp[] =
     "\n"
     "Writes to OUT the smallest file that it finds to play just as the GIF file IN,\n"
     "and prints both sizes. Both are composed and compared before anything is\n"
-    "written: every canvas, every hundredth of a second. OUT is never larger than IN;\n"
-    "where nothing is gained it is IN. Comments and other applications' blocks stay.\n"
-    "Frames that show the same become one, unless --keep-frames is given.\n"
-    "What is damaged keeps its bytes.\n"
+    "written: every canvas, every hundredth of a second. OUT is never larger than IN,\n"
+    "but for a comment that --owner adds; where nothing is gained it is IN. Comments\n"
+    "and other applications' blocks stay. Frames that show the same become one, unless\n"
+    "--keep-frames is given. What is damaged keeps its bytes. With --fit-screen the\n"
+    "screen is that of the images as they are in IN; --classic is refused.\n"
     "\n"
     "  --effort fast|normal|max\n"
     "             how long it searches; normal unless given\n"
@@ -221,6 +242,7 @@ const char kOptimiseHelp[] =
 
 int RunOptimise(const Words& words) {
     Optimising optimising;
-    return RunEdit({"optimise", {"--keep-frames"}, {"--effort", "--strip", "--jobs", "--lossy", "--to"}, 0, 0}, words,
-                   &optimising);
+    return RunEdit(
+        {"optimise", {"--keep-frames"}, {"--effort", "--strip", "--jobs", "--lossy", "--to"}, 0, 0, "", true}, words,
+        &optimising);
 }

@@ -43,6 +43,12 @@ bool Options::Has(const char* option) const {
     return Value(option) != nullptr;
 }
 
+Options Options::Without(const char* option) const {
+    Options others = *this;
+    std::erase_if(others.given_, [option](const Given& given) { return given.option == option; });
+    return others;
+}
+
 const std::string* Options::Value(const char* option) const {
     auto found = std::find_if(given_.rbegin(), given_.rend(), [&](const Given& g) { return g.option == option; });
     return found == given_.rend() ? nullptr : &found->value;

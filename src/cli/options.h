@@ -23,6 +23,8 @@ public:
     const std::string& Error() const { return error_; }
 
     bool Has(const char* option) const;
+    // The same words but for that option.
+    Options Without(const char* option) const;
     // The value given last, or null.
     const std::string* Value(const char* option) const;
     const Words& Operands() const { return operands_; }

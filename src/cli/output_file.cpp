@@ -1,11 +1,14 @@
 #include "cli/output_file.h"
 
 #include <cstdio>
+#include <filesystem>
 
 #include "cli/complaints.h"
 #include "cli/options.h"
 #include "cli/terminal.h"
 #include "cli/usage.h"
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -32,4 +35,12 @@ bool WriteOutputFile(const std::string& path, const std::function<bool(File&)>& 
     }
     if (file.FolderRefused()) Complain(path, "note: written in place, as its folder takes no new file for it");
     return true;
+}
+
+bool IsStandardOutput(const std::string& path) {
+    if (path == kStandardStream) return true;
+    const fs::path file = std::u8string(path.begin(), path.end());
+    std::error_code unknown;
+    // Of a device nothing is read back.
+    return fs::equivalent(file, "/dev/stdout", unknown) && !fs::is_character_file(file, unknown);
 }

@@ -10,3 +10,7 @@
 // there is replaced only once everything is written; `write` returns false when memory or the file gives out. False,
 // with the reason on standard error, when that fails.
 [[nodiscard]] bool WriteOutputFile(const std::string& path, const std::function<bool(File&)>& write);
+
+// Whether standard output goes into the file that is called `path`, as with "-" or "/dev/stdout". What else a command
+// prints would spoil it.
+bool IsStandardOutput(const std::string& path);

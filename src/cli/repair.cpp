@@ -6,6 +6,7 @@
 #include "cli/commands.h"
 #include "cli/complaints.h"
 #include "cli/edit_command.h"
+#include "cli/output_file.h"
 #include "cli/printable.h"
 #include "gif/block_line.h"
 
@@ -50,7 +51,7 @@ public:
     void Report(const LoadedFile& file, const std::string& in, const std::string& out) override {
         if (!isWhole_) return;
         TellWhatStays(in, file.report.damages);
-        Print(out == kStandardStream ? stderr : stdout, steps_);
+        Print(IsStandardOutput(out) ? stderr : stdout, steps_);
     }
 
     bool TellsDamages() const override { return !isWhole_; }  // what is done about them is told instead

@@ -1,6 +1,8 @@
 #include "gif/lzw_decoder.h"
 
 #include <algorithm>
+#include <functional>
+#include <numeric>
 
 #include "gif/chained_decoder.h"
 #include "gif/descriptor.h"
@@ -18,6 +20,7 @@ struct Target {
     int width, height;
     bool interlaced;
     Manner manner;
+    unsigned* values;  // of all pixels that were stored, or-ed; null where nobody asks
 
     RowWalk Walk() const { return {height, interlaced, manner}; }
     uint64_t Pixels() const { return static_cast<uint64_t>(width) * static_cast<uint64_t>(height); }
@@ -25,8 +28,10 @@ struct Target {
 
 // Puts `count` pixels at the start of row `y`; a row beyond the image is dropped.
 void StoreRow(const Target& target, int y, const uint8_t* pixels, uint64_t count) {
-    if (y < target.height)
-        PackRow(ImageRow(target.bitmap, y), pixels, static_cast<int>(count), target.bitmap->bitCount);
+    if (y >= target.height) return;
+    PackRow(ImageRow(target.bitmap, y), pixels, static_cast<int>(count), target.bitmap->bitCount);
+    if (target.values)
+        *target.values = std::accumulate(pixels, pixels + count, *target.values, std::bit_or<unsigned>());
 }
 
 // Puts the first `count` pixels in their places: the whole rows among them and, in the whole manner, the rest.
@@ -76,7 +81,8 @@ bool IsCodeSize(int codeSize, Manner manner) {
 
 }  // namespace
 
-DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner manner, uint64_t* pixels) {
+DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner manner, uint64_t* pixels,
+                             unsigned* values) {
     uint64_t unwanted;
     if (!pixels) pixels = &unwanted;
     *pixels = 0;
@@ -84,7 +90,7 @@ DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner mann
     ImageWriteLock bitmap(&image->data);
     if (!bitmap) return manner == Manner::kWhole ? kDecodeNoMemory : kDecodeCorrupt;
     bool interlaced = (GetImageFields(*image).packed & kImageInterlaced) != 0;
-    Target target = {bitmap, bitmap->width, bitmap->height, interlaced, manner};
+    Target target = {bitmap, bitmap->width, bitmap->height, interlaced, manner, values};
 
     uint64_t start = file.Position();
     DecodeResult result;

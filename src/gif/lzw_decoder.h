@@ -18,6 +18,7 @@ enum DecodeResult {
 //
 // In the whole manner all that the data holds is decoded: also the sub-block that the end of the file cuts off, the row
 // that is not whole, and what stands before a code that can't occur. `*pixels`, unless null, becomes how many there
-// were, those beyond the image left out.
+// were, those beyond the image left out, and `*values` all of their values or-ed: a bitmap with too few bits for it has
+// lost some.
 DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner manner = Manner::kClassic,
-                             uint64_t* pixels = nullptr);
+                             uint64_t* pixels = nullptr, unsigned* values = nullptr);

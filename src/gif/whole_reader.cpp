@@ -1,6 +1,7 @@
 #include "gif/whole_reader.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 #include <new>
 
@@ -246,12 +247,19 @@ void WholeReader::Decode(size_t at, Block* block) {
         return Report(DamageKind::kCodeSize, at, static_cast<uint64_t>(codeSize));
 
     if (!hasPalette) Report(DamageKind::kNoPalette, at);
-    block->data = CreateImageBitmap(fields.width, fields.height, palette, depth);
-    file_.Seek(at + 1);
     const uint64_t room = uint64_t{fields.width} * fields.height;
     uint64_t pixels = 0;
-    DecodeResult result =
-        block->data ? DecodeImageData(file_, codeSize, block, Manner::kWhole, &pixels) : kDecodeNoMemory;
+    unsigned values = 0;
+    auto decode = [&](int bits) {
+        block->data = CreateImageBitmap(fields.width, fields.height, palette, bits);
+        file_.Seek(at + 1);
+        return block->data ? DecodeImageData(file_, codeSize, block, Manner::kWhole, &pixels, &values)
+                           : kDecodeNoMemory;
+    };
+    DecodeResult result = decode(depth);
+    // Pixels that are no colours stay what they are, too, for which the bitmap may need more bits than its palette.
+    if (const int needed = static_cast<int>(std::bit_width(values)); needed > BitCountForDepth(depth))
+        result = decode(needed);
     if (result == kDecodeNoMemory) {
         block->data = nullptr;
         Report(DamageKind::kPictureTooLarge, at);

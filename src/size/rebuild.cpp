@@ -138,6 +138,8 @@ bool Rebuilder::PutHeader() {
         const RgbTriple background = old.colours[fields.backgroundIndex];
         const auto* found = std::ranges::find(colours, background);
         fields.backgroundIndex = static_cast<uint8_t>(found - std::begin(colours));
+    } else if (!old.depth && fields.backgroundIndex >= task_.global.size()) {
+        fields.backgroundIndex = 0;  // it was of no palette; some readers refuse one that is beyond the new one
     }
     PutHeaderFields(&header, fields);
     return header.palette.Set({colours, task_.global.size()}) && MarkChanged(&header);

@@ -105,10 +105,11 @@ TEST_F(Advising, TellsThePriceOfEachEdit) {
                         "\x0B"
                         "ANIMEXTS1.0",
                         "\1\0\0"s)
+             .Extension(0xFF, "\x0BNETSCAPE2.0", "\1\0\0\0"s)
              .Extension(0xFF, "\x0BICCRGBG1012", "profile")
              .Add(image)
              .Extension(0xFF, "\x0BSOMEBODY1.0", "1"),
-         "17 delete 4 \n"},
+         "17 delete 5 \n"},
         {"unknown", Start().Add(image).Extension(0x77, "", "?"), "5 delete unknown \n"},
         {"damaged", Start(0x85).ImageHead(2, 2, 0x42).Add({8, 3, 0, 3, 8, 0}), ""},
         {"stray bytes go with a block", Start().Add(image).Add({0, 0}).Comment("a").Add(image), "7 delete comment \n"},

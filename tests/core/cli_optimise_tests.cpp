@@ -1,6 +1,8 @@
 // zephyr optimise: its words, and what it prints and writes.
+#include "gif/descriptor.h"
 #include "gif/lzw_encoder.h"
 #include "tests/support/cli_runner.h"
+#include "tests/support/random_images.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
@@ -17,6 +19,17 @@ GifBytes Wasteful() {
         .Extension(0x77, "", "unknown");
     for (int i = 0; i < 3; ++i) bytes.Add({0x21, 0xF9, 4, 0, 5, 0, 0, 0}).SmallImage(0x87);
     return bytes.Add({0x3B});
+}
+
+// The bytes of an image without a palette of its own.
+GifBytes ImageOf(const Block& image) {
+    File data;
+    EXPECT_TRUE(data.CreateMemory());
+    EXPECT_TRUE(EncodeImageData(data, image, Manner::kWhole));
+    const ImageFields fields = GetImageFields(image);
+    return GifBytes()
+        .ImageHead(fields.width, fields.height, 0)
+        .Add(Bytes(data.Written().begin(), data.Written().end()));
 }
 
 class CliOptimise : public testing::Test {
@@ -67,11 +80,7 @@ TEST_F(CliOptimise, FindsTheLeastLossThatFits) {
         for (int i = 0; i < 1600; ++i)
             SetImagePixel(bitmap, i % 40, i / 40, static_cast<uint32_t>(i * i / 7 + i * 31) % 16);
     }
-    File data;
-    ASSERT_TRUE(data.CreateMemory());
-    ASSERT_TRUE(EncodeImageData(data, image, Manner::kWhole));
-    bytes.Add({0x2C}).Word(0).Word(0).Word(40).Word(40).Add({0});
-    bytes.Add(Bytes(data.Written().begin(), data.Written().end())).Add({0x3B});
+    bytes.Add(ImageOf(image)).Add({0x3B});
     const CliRun tight = Run({"--to", "400"}, bytes);
     EXPECT_EQ(tight.status, kExitDone) << tight.err;
     EXPECT_LE(ReadAll(out_).size(), 400u);
@@ -84,6 +93,66 @@ TEST_F(CliOptimise, FindsTheLeastLossThatFits) {
     EXPECT_EQ(none.status, kExitFailed);
     EXPECT_NE(none.err.find("does not fit"), std::string::npos) << none.err;
     EXPECT_EQ(ReadAll(out_), before);
+}
+
+TEST_F(CliOptimise, TellsTheLeastThatItFound) {
+    // Noise in 100 colours of all kinds, for which more loss does not always take fewer bytes.
+    Random random;
+    Block image = MakeImage(24, 24, 8);
+    {
+        ImageWriteLock bitmap(&image.data);
+        for (int i = 0; i < 576; ++i) SetImagePixel(bitmap, i % 24, i / 24, static_cast<uint32_t>(random() % 100));
+    }
+    GifBytes bytes = GifBytes().Header("GIF89a", 24, 24, 0xF6);
+    for (int i = 0; i < 384; ++i) bytes[bytes.size() - 384 + static_cast<size_t>(i)] = static_cast<uint8_t>(random());
+    bytes.Add(ImageOf(image)).Add({0x3B});
+    const std::string refusal = Run({"--to", "1"}, bytes).err, marker = "does not fit: ";
+    ASSERT_NE(refusal.find(marker), std::string::npos) << refusal;
+    const int least = std::stoi(refusal.substr(refusal.find(marker) + marker.size()));
+    EXPECT_EQ(Run({"--to", std::to_string(least - 1)}, bytes).status, kExitFailed) << least;
+    EXPECT_EQ(Run({"--to", std::to_string(least)}, bytes).status, kExitDone) << least;
+    EXPECT_EQ(ReadAll(out_).size(), static_cast<size_t>(least));
+}
+
+TEST_F(CliOptimise, CountsTheCommentThatItAdds) {
+    ASSERT_EQ(Run({}).status, kExitDone);
+    const std::string without = std::to_string(ReadAll(out_).size());
+    const Bytes before = ReadAll(out_);
+    const CliRun tight = Run({"--owner", "Zoe", "--to", without});
+    EXPECT_EQ(tight.status, kExitFailed);
+    EXPECT_NE(tight.err.find("does not fit"), std::string::npos) << tight.err;
+    EXPECT_EQ(ReadAll(out_), before);
+    const CliRun run = Run({"--owner", "Zoe"});
+    EXPECT_EQ(run.status, kExitDone) << run.err;
+    EXPECT_NE(run.out.find("-> " + std::to_string(ReadAll(out_).size()) + " bytes"), std::string::npos) << run.out;
+    EXPECT_EQ(KindsWritten(), "167559326");
+}
+
+TEST_F(CliOptimise, FitsTheScreenToTheImagesAsTheyAreRead) {
+    constexpr int kImageHeadBytes = 9;
+    const GifBytes small = GifBytes().SmallImage();
+    const GifBytes nothing = GifBytes().Add({0x21, 0xF9, 4, 1, 5, 0, 0, 0}).Add(ImageOf(MakeImage(8, 8, 2)));
+    const std::tuple<const char*, GifBytes, int> cases[] = {
+        {"an image beyond the screen",
+         GifBytes()
+             .Header("GIF89a", 2, 2, 0x81)
+             .SmallImage()
+             .Add({0x2C})
+             .Word(1)
+             .Word(1)
+             .Word(2)
+             .Word(2)
+             .Add(Bytes(small.begin() + kImageHeadBytes, small.end())),
+         3},
+        {"an image that shows nothing", GifBytes().Header("GIF89a", 9, 9, 0xF7).Add(nothing), 8},
+    };
+    for (const auto& [what, bytes, side] : cases) {
+        const CliRun run = Run({"--fit-screen"}, GifBytes(bytes).Add({0x3B}));
+        EXPECT_EQ(run.status, kExitDone) << what << run.err;
+        const HeaderFields screen = GetHeaderFields(LoadedGif(ReadAll(out_), Manner::kWhole).blocks[0]);
+        EXPECT_EQ(screen.screenWidth, side) << what;
+        EXPECT_EQ(screen.screenHeight, side) << what;
+    }
 }
 
 TEST_F(CliOptimise, CopiesWhatItLeavesAlone) {

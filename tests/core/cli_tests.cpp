@@ -5,6 +5,7 @@
 #include <fstream>
 #include <sstream>
 
+#include "cli/json.h"
 #include "platform/faults.h"
 #include "platform/identity.h"
 #include "tests/support/cli_runner.h"
@@ -82,6 +83,17 @@ TEST_F(Cli, ListedLinesAreSafeToPrintAndLoseNothing) {
     EXPECT_EQ(RunClassic({"list", "no\x1B[2J\xC2\x9B\n"}).err,
               "zephyr: no\\x1b[2J\\x9b\\x0a: can't be opened: there is no such file\n");
     EXPECT_EQ(RunClassic({"list", "--\x1B"}).err, "zephyr list: unknown option --\\x1b (see zephyr list --help)\n");
+}
+
+TEST_F(Cli, JsonIsReadableWhateverFilesAreCalled) {
+    const std::pair<std::string, const char*> cases[] = {
+        {"caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80", "\"caf\xC3\xA9 \xE2\x82\xAC \xF0\x9F\x98\x80\""},
+        {"caf\xE9\"\\", R"("caf\ufffd\"\\")"},
+        {"\xE2\x82", R"("\ufffd\ufffd")"},
+        {"\xED\xA0\x80.", R"("\ufffd\ufffd\ufffd.")"},
+        {"\xC0\x80\xC2\x9B\n", R"("\ufffd\ufffd\u009b\u000a")"},
+    };
+    for (const auto& [name, json] : cases) EXPECT_EQ(JsonText(name), json);
 }
 
 TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {

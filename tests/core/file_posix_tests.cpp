@@ -268,3 +268,14 @@ TEST_F(FilePosix, CommandsSayTheSystemsReason) {
         EXPECT_EQ(code, 1) << expected;
     }
 }
+
+TEST_F(FilePosix, NothingIsPrintedIntoTheFileThatStandardOutputIs) {
+    const std::string gif = folder_.Path("a.gif");
+    WriteAll(gif, SmallGif());
+    for (Words words : {Words{"optimise", gif}, Words{"repair", gif}, Words{"cost", gif, "image"}}) {
+        words.push_back("-");
+        const std::string expected = RunCli(words).out;
+        words.back() = "/dev/stdout";
+        EXPECT_EQ(RunCli(words).out, expected) << words[0];
+    }
+}

@@ -269,6 +269,17 @@ TEST(Optimise, KeepsTheBackgroundsColour) {
     EXPECT_EQ(header.palette[GetHeaderFields(header).backgroundIndex], (RgbTriple{6, 12, 18}));
 }
 
+TEST(Optimise, ABackgroundOfNoPaletteIsNotBeyondTheNewOne) {
+    GifBytes bytes = GifBytes().Header("GIF89a", 2, 2, 0x70);
+    bytes[11] = 40;
+    const LoadedGif gif(bytes.SmallImage(0x84).SmallImage(0x84).Add({0x3B}), Manner::kWhole);
+    const Optimised made = Optimise(gif);
+    ASSERT_EQ(made.result, OptimiseResult::kSmaller);
+    const Block& header = made.list.blocks[0];
+    ASSERT_GT(PaletteOfHeader(header).depth, 0);
+    EXPECT_LT(GetHeaderFields(header).backgroundIndex, 1 << PaletteOfHeader(header).depth);
+}
+
 TEST(Optimise, TextsKeepTheirPalette) {
     Strip strip(3);
     strip.Row(0, {7, 5, 7}).Extension(0x01, "\x0C" + std::string(10, '\1') + "\3\4", "text");

@@ -275,6 +275,8 @@ TEST(Animation, CountsHowOftenItIsPlayed) {
         {"the last counts", {loop(0), loop(4)}, 5},
         {"the other name", {application("ANIMEXTS1.0", "\1\3\0"sv)}, 4},
         {"the other name cut short", {application("ANIMEXTS1.0", "\1\3"sv)}, 1},
+        {"other bits in its kind", {application("NETSCAPE2.0", "\x41\3\0"sv)}, 4},
+        {"longer than it needs to be", {application("NETSCAPE2.0", "\1\3\0\0"sv)}, 4},
         {"another sub-block of it", {application("ANIMEXTS1.0", "\2\3\0\0\0"sv)}, 1},
         {"a foreign block", {application("ANIMEXTS2.0", "\1\3\0"sv)}, 1},
     };

@@ -74,6 +74,14 @@ GifBytes Everything() {
         .Text("the end");
 }
 
+std::vector<unsigned> ValuesOf(const Block& image) {
+    ImageLock bitmap(image.data);
+    std::vector<unsigned> values;
+    for (int i = 0; i < bitmap->width * bitmap->height; ++i)
+        values.push_back(GetImagePixel(bitmap, i % bitmap->width, i / bitmap->width));
+    return values;
+}
+
 }  // namespace
 
 TEST(Whole, EveryByteIsKeptAndEveryDamageTold) {
@@ -292,17 +300,27 @@ TEST(Whole, WhatOnlyMovedKeepsItsOtherBytes) {
 }
 
 TEST(Whole, PixelsThatAreNoColoursStayWhatTheyAre) {
-    CodeBits codes;
-    for (unsigned code : {16u, 9u, 3u, 14u, 1u, 17u}) codes.Put(code, 5);
-    const Bytes data = codes.Packed();
-    for (int packed : {0x81, 0x82}) {
-        LoadedGif list(
-            Start(packed).ImageHead(2, 2, 0).Add({4, static_cast<int>(data.size())}).Add(data).Add({0, 0x3B}),
-            Manner::kWhole);
-        Block image = BlockAt(list, 1);
-        EXPECT_EQ(PixelsOf(image), "93 e1");
+    const std::tuple<int, unsigned, std::vector<unsigned>> cases[] = {
+        {0x80, 2, {1, 3, 2, 0}},  // of two colours, in the codes that these have at least
+        {0x80, 4, {9, 3, 14, 1}},  {0x81, 4, {9, 3, 14, 1}},   {0x82, 4, {9, 3, 14, 1}},
+        {0x80, 8, {0, 0, 0, 200}}, {0x83, 5, {31, 3, 17, 16}}, {0x86, 8, {255, 128, 127, 0}},
+    };
+    for (const auto& [packed, codeSize, pixels] : cases) {
+        CodeBits codes;
+        codes.Put(1u << codeSize, codeSize + 1);
+        for (unsigned pixel : pixels) {
+            codes.Put(pixel, codeSize + 1);
+            codes.Put(1u << codeSize, codeSize + 1);
+        }
+        codes.Put((1u << codeSize) + 1, codeSize + 1);
+        const Bytes data = codes.Packed();
+        GifBytes bytes = Start(packed).ImageHead(2, 2, 0).Add({static_cast<int>(codeSize)});
+        bytes.Add({static_cast<int>(data.size())}).Add(data).Add({0, 0x3B});
+        LoadedGif list(bytes, Manner::kWhole);
+        const std::string what = std::to_string(packed) + " in codes of " + std::to_string(codeSize);
+        EXPECT_EQ(ValuesOf(BlockAt(list, 1)), pixels) << what;
         ASSERT_TRUE(MarkChanged(&list.blocks[1]));
-        EXPECT_EQ(PixelsOf(BlockAt(LoadedGif(Written(list), Manner::kWhole), 1)), "93 e1") << packed;
+        EXPECT_EQ(ValuesOf(BlockAt(LoadedGif(Written(list), Manner::kWhole), 1)), pixels) << what;
     }
 }
 

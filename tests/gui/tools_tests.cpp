@@ -244,6 +244,20 @@ TEST_F(ToolsTest, ABatchOfFilesThatCantBePutIsTakenBack) {
     }
     EXPECT_EQ(Names(), Strings({"a", "b"}));
     EXPECT_EQ(ReadAll(File("a")).size(), 2u);
+
+    CreateDirectoryW(WideFromUtf8(File("folder")).c_str(), nullptr);
+    SetFileAttributesW(WideFromUtf8(File("b")).c_str(), FILE_ATTRIBUTE_READONLY);
+    for (const char* name : {"b", "folder"}) {
+        FileBatch batch;
+        const uint8_t more[] = {1, 2, 3};
+        for (const char* added : {"a", name}) ASSERT_TRUE(batch.Add(File(added), more)) << added;
+        EXPECT_FALSE(batch.Commit()) << name;
+        EXPECT_EQ(batch.FailedPath(), File(name));
+        EXPECT_FALSE(batch.Reason().empty()) << name;
+    }
+    SetFileAttributesW(WideFromUtf8(File("b")).c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Names(), Strings({"a", "b"})) << "no file in place of the folder";
+    EXPECT_EQ(ReadAll(File("a")).size(), 2u);
 }
 
 TEST_F(ToolsTest, WhatHasNoPicturesIsNotExported) {

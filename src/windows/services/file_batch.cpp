@@ -17,6 +17,11 @@ std::wstring FreeName(const std::wstring& path, const wchar_t* ending) {
     }
 }
 
+// Neither a folder, nor a file that nobody is to write. Both could be moved away, but not be deleted then.
+bool MayBeReplaced(const std::wstring& path) {
+    return (GetFileAttributesW(path.c_str()) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
+}
+
 std::string LastReason() {
     return SystemErrorText(SystemLastError());
 }
@@ -50,6 +55,7 @@ bool FileBatch::Add(const std::string& path, std::span<const uint8_t> content) {
 
 bool FileBatch::Put(Entry* entry) {
     if (IsThere(entry->target)) {
+        if (!MayBeReplaced(entry->target)) return Fail(entry->path, SystemErrorText(ERROR_ACCESS_DENIED));
         std::wstring old = FreeName(entry->target, L".old");
         if (!Move(entry->target, old)) return Fail(entry->path, LastReason());
         entry->old = std::move(old);
