@@ -456,6 +456,35 @@ TEST_F(PanesTest, TabGoesRoundThePanesAndSpacePlaysAndStops) {
     EXPECT_EQ(GetFocus(), List());
 }
 
+TEST_F(PanesTest, TheFocusIsWhereItWasAfterADialog) {
+    // A window manager gives it back when it likes.
+    const auto awaitFocus = [](HWND stop) {
+        for (int wait = 0; wait < 500 && GetFocus() != stop; ++wait, Sleep(10)) PumpMessages();
+        EXPECT_EQ(GetFocus(), stop);
+    };
+    Command(IDM_PREVIEW);
+    Command(IDM_FILMSTRIP);
+    Show(TestAnimation());
+    for (HWND stop : {List(), Preview(), Strip()}) {
+        for (int command : {IDM_ABOUT, IDM_CHECK}) {
+            SCOPED_TRACE(std::to_string(GetDlgCtrlID(stop)) + " " + std::to_string(command));
+            SetFocus(stop);
+            awaitFocus(stop);
+            DialogAnswers answers({[](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }});
+            Command(command);
+            awaitFocus(stop);
+        }
+    }
+    Select(kFirstImage);
+    SetFocus(List());
+    awaitFocus(List());
+    DialogAnswers answers({[](HWND viewer) { PostMessageW(viewer, WM_CHAR, VK_ESCAPE, 0); }});
+    Command(IDM_VIEW);
+    awaitFocus(List());
+    Press(GetFocus(), VK_DOWN);
+    EXPECT_EQ(Selection(), kFirstImage + 1) << "the arrow keys go on from the line";
+}
+
 TEST_F(PanesTest, ScreenReadersAreToldWhatThePanesShow) {
     Command(IDM_PREVIEW);
     Command(IDM_FILMSTRIP);
