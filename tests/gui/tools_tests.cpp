@@ -246,6 +246,32 @@ TEST_F(ToolsTest, ABatchOfFilesThatCantBePutIsTakenBack) {
     EXPECT_EQ(ReadAll(File("a")).size(), 2u);
 }
 
+TEST_F(ToolsTest, AnExportReplacesNeitherReadOnlyFilesNorFolders) {
+    Show(ThreeFrames().List());
+    const std::wstring second = WideFromUtf8(File("kite-002.png"));
+    const auto refused = [&](const char* what) {
+        SCOPED_TRACE(what);
+        std::string said;
+        const Steps read = [&](HWND dialog) {
+            said = ControlText(dialog, 101);
+            PressButton(dialog, IDOK);
+        };
+        Run(IDM_EXPORT_FRAMES, {Press(IDOK), ChooseName("kite.png"), Press(IDYES), read});
+        EXPECT_TRUE(said.starts_with("kite-002.png\n\nThis file can't be written.\n")) << said;
+    };
+    WriteAll(File("kite-002.png"), "old");
+    SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_READONLY);
+    refused("read-only");
+    SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Names(), Strings({"kite-002.png"}));
+    EXPECT_EQ(ReadAll(File("kite-002.png")).size(), 3u);
+    DeleteFileW(second.c_str());
+    CreateDirectoryW(second.c_str(), nullptr);
+    refused("a folder");
+    EXPECT_EQ(Names(), Strings());
+    EXPECT_TRUE(GetFileAttributesW(second.c_str()) & FILE_ATTRIBUTE_DIRECTORY);
+}
+
 TEST_F(ToolsTest, WhatHasNoPicturesIsNotExported) {
     Show(MadeAnimation(40, 30).List());
     Run(IDM_EXPORT_FRAMES, {Read("There are no frames in this document.", IDOK)});

@@ -25,6 +25,13 @@ bool Move(const std::wstring& from, const std::wstring& to) {
     return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
 }
 
+// What the user must not write is not replaced either, though it could be moved out of the way; nor is a folder.
+bool MayReplace(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes == INVALID_FILE_ATTRIBUTES ||
+           !(attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY));
+}
+
 }  // namespace
 
 FileBatch::~FileBatch() {
@@ -40,6 +47,7 @@ bool FileBatch::Fail(const std::string& path, std::string reason) {
 
 bool FileBatch::Add(const std::string& path, std::span<const uint8_t> content) {
     const std::wstring target = WideFromUtf8(path);
+    if (!MayReplace(target)) return Fail(path, SystemErrorText(ERROR_ACCESS_DENIED));
     entries_.push_back({path, target, FreeName(target, L".new"), {}});
     File file;
     if (file.Create(Utf8FromWide(entries_.back().waiting).c_str()) && file.Write(content.data(), content.size()) &&
