@@ -526,6 +526,33 @@ TEST_F(SmallerTest, WhatIsRefusedIsSaid) {
     EXPECT_EQ(Saved(), cut);
 }
 
+// Nothing is damaged in a document that has no frames, and no picture of it is left alone.
+TEST_F(SmallerTest, ADocumentWithoutFramesIsNotCalledDamaged) {
+    MadeAnimation made(10, 10);
+    Append(made.List(), MakeText(kCommentBlock, "What this is"));
+    ASSERT_TRUE(WriteGifFile(*made.List(), File("text.gif").c_str()));
+    settings.carefulMode = 1;
+    Open(File("text.gif"));
+    Run(IDM_MAKE_SMALLER, {Press(IDOK), Read("There are no frames in this document.", IDOK)});
+    Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_COMMENTS}}), Answer(IDYES)});
+    EXPECT_EQ(said_.substr(said_.find('\n')), "\n2 blocks will be gone.\nTake it?") << "one says who saved it";
+    EXPECT_EQ(FindBlock(document, kCommentBlock), -1);
+}
+
+// View shows texts.
+TEST_F(SmallerTest, WithoutItsTextsItDoesNotLookTheSame) {
+    settings.carefulMode = 1;
+    Open(MakeWasteful("kite.gif"));
+    Append(&document, *MakeBlock(&document, kPlainTextBlock));
+    const Steps search = Press(IDOK, {{IDC_SMALLER_TEXTS}, {IDC_SMALLER_FAST}});
+    Run(IDM_MAKE_SMALLER, {search, Answer(IDYES)});
+    EXPECT_NE(said_.find("\nIts pictures look and play the same.\n1 block will be gone.\n"), std::string::npos)
+        << said_;
+    Command(IDM_UNDO);
+    Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_FAST}}), Answer(IDNO)});
+    EXPECT_NE(said_.find("\nIt looks and plays the same.\n"), std::string::npos) << said_;
+}
+
 TEST_F(SmallerTest, ThePriceIsSaid) {
     settings.carefulMode = 1;
     Open(MakeWasteful("kite.gif"));
