@@ -203,6 +203,23 @@ void StopHere(HWND pane) {
     Redraw(pane);
 }
 
+// Whether the user is about to do something with the line that is selected: in a menu, in a dialog or by dragging.
+bool IsLineInUse(HWND pane) {
+    GUITHREADINFO thread = {};
+    thread.cbSize = sizeof thread;
+    const bool isKnown = GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE;
+    const bool isInMenu = isKnown && (thread.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE)) != 0;
+    return isInMenu || GetCapture() || !IsWindowEnabled(GetParent(pane));
+}
+
+// At the end of the last play, which waits while another line must not be chosen.
+void EndPlaying(HWND pane) {
+    if (IsLineInUse(pane))
+        SetTimer(pane, kPlayTimer, kRestMilliseconds, nullptr);
+    else
+        StopHere(pane);
+}
+
 void OnFrameOver(HWND pane) {
     Preview& preview = *StateOf(pane);
     StopTimer(pane, kPlayTimer);
@@ -210,7 +227,7 @@ void OnFrameOver(HWND pane) {
     if (!preview.isComposed) return WaitForNextFrame(pane);  // it is late: it is shown as soon as it is there
     const int count = static_cast<int>(preview.played->FrameCount());
     const bool isLast = preview.frame + 1 == count;
-    if (isLast && preview.playsLeft == 1) return StopHere(pane);
+    if (isLast && preview.playsLeft == 1) return EndPlaying(pane);
     if (isLast && preview.playsLeft > 1) --preview.playsLeft;
     GoToFrame(pane, isLast ? 0 : preview.frame + 1);
     WaitForNextFrame(pane);
