@@ -575,6 +575,23 @@ TEST_F(CarefulTest, LongNamesOfRecentFilesAreShortened) {
     EXPECT_EQ(RecentFiles(), (Names{names[0], start + "\\a.gif"}));
 }
 
+// In menus a single & underlines the letter behind it.
+TEST_F(CarefulTest, AmpersandsInNamesOfRecentFilesAreShown) {
+    const std::string path = MakeGif("b && c & d.gif"), shown = File("b &&&& c && d.gif");
+    for (bool careful : {true, false, true}) {
+        SCOPED_TRACE(careful);
+        if (settings.carefulMode != careful) Command(IDM_CAREFUL_MODE);
+        Open(path);
+        const std::string text = RecentFiles().at(0);
+        EXPECT_EQ(text.substr(text.find_last_of('\\')), (careful ? shown : path).substr(path.find_last_of('\\')));
+        EXPECT_EQ(::RecentFiles(hMainWindow), Names{path}) << "and listed once";
+        Command(IDM_CLOSE);
+        Command(RecentFileId(0));
+        EXPECT_TRUE(documentIsNamed);
+        EXPECT_EQ(currentFileName, path);
+    }
+}
+
 // Two editors have the same smallest size, and each comes up in the middle of the screen.
 TEST_F(CarefulTest, AWindowStandsAsideOfOthers) {
     // As another program has it, which has its own classes.

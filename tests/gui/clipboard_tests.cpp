@@ -1,6 +1,7 @@
 // Cut, Copy and Paste.
 #include "imaging/png_writer.h"
 #include "tests/gui/editor_test.h"
+#include "tests/gui/free_objects.h"
 #include "texts/string_ids.h"
 #include "texts/strings.h"
 #include "windows/app/document_history.h"
@@ -252,10 +253,7 @@ TEST_F(ClipboardTest, SecondLoopAndHostileBytesAreRefused) {
 
 // What two editors at work cost: nothing stays.
 TEST_F(ClipboardTest, FiveHundredOperationsGiveEverythingBack) {
-    auto objects = [] {
-        return std::pair(GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS),
-                         GetGuiResources(GetCurrentProcess(), GR_USEROBJECTS));
-    };
+    auto objects = [] { return std::pair(FreeGdiObjects(), FreeUserObjects()); };
     auto handles = [] {
         DWORD count = 0;
         EXPECT_TRUE(GetProcessHandleCount(GetCurrentProcess(), &count));

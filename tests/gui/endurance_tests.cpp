@@ -1,24 +1,17 @@
 // What the program takes from the system, it gives back.
 #include "tests/gui/editor_test.h"
+#include "tests/gui/free_objects.h"
 #include "windows/ids/wizard_ids.h"
 #include "windows/viewer/viewer_state.h"
 
 namespace {
 
-// Bytes in use, and how many more GDI objects and menus or windows this process may create: counted by creating them,
-// as not every system tells.
+// Bytes in use, and how many more GDI objects and menus or windows this process may create.
 std::vector<size_t> Measure() {
     size_t bytes = 0;
     PROCESS_HEAP_ENTRY entry = {};
     while (HeapWalk(GetProcessHeap(), &entry)) bytes += entry.wFlags & PROCESS_HEAP_ENTRY_BUSY ? entry.cbData : 0;
-    auto countFree = [](auto create, auto destroy) {
-        std::vector<decltype(create())> taken;
-        while (auto object = create()) taken.push_back(object);
-        for (auto object : taken) destroy(object);
-        return taken.size();
-    };
-    return {bytes, countFree([] { return CreateSolidBrush(0); }, DeleteObject),
-            countFree(CreatePopupMenu, DestroyMenu)};
+    return {bytes, FreeGdiObjects(), FreeUserObjects()};
 }
 
 using EnduranceTest = EditorTest;

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <functional>
 
 #include "gif/whole_writer.h"
 #include "size/heat_map.h"
@@ -454,6 +455,75 @@ TEST_F(PanesTest, TabGoesRoundThePanesAndSpacePlaysAndStops) {
     Command(IDM_PREVIEW);
     Press(List(), VK_TAB);
     EXPECT_EQ(GetFocus(), List());
+}
+
+// What a menu, a dialog or the mouse is about to do is about that line.
+TEST_F(PanesTest, TheEndOfPlayingChoosesNoOtherLineInTheMidstOfSomething) {
+    static int looks, lineAtLast;
+    static bool isAtLast;
+    constexpr int kLooks = 50;  // behind the last frame, one in 10 ms
+    const auto look = [](HWND, UINT, UINT_PTR timer, DWORD) {
+        HWND pane = GetDlgItem(hMainWindow, IDC_PREVIEW);
+        isAtLast = isAtLast || NameOf(pane).find("Frame 3 of 3") != std::string::npos;
+        if (!isAtLast || ++looks < kLooks) return;
+        KillTimer(nullptr, timer);
+        lineAtLast = SelectedLine(hMainWindow);
+        EndMenu();
+        if (GetCapture()) ReleaseCapture();
+        if (HWND dialog = FindWindowW(L"#32770", nullptr)) PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    };
+    Command(IDM_PREVIEW);
+    Show(TestAnimation());
+    const struct {
+        const char* name;
+        std::function<void()> begin;
+    } cases[] = {{"menu", [&] { SendMessageW(hMainWindow, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(List()), -1); }},
+                 {"dialog", [] { SendMessageW(hMainWindow, WM_COMMAND, IDM_ABOUT, 0); }},
+                 {"mouse", [&] {
+                      SetCapture(List());
+                      while (GetCapture()) PumpMessages();
+                  }}};
+    for (const auto& [name, begin] : cases) {
+        SCOPED_TRACE(name);
+        Select(kFirstImage);
+        Settle();
+        looks = 0, lineAtLast = -2, isAtLast = false;
+        SetTimer(nullptr, 0, 10, look);
+        PlayOrStop(Preview());
+        begin();
+        EXPECT_EQ(lineAtLast, kFirstImage);
+        Settle();
+        EXPECT_EQ(Selection(), kThirdImage) << "afterwards it does";
+    }
+}
+
+TEST_F(PanesTest, TheFocusIsWhereItWasAfterADialog) {
+    // A window manager gives it back when it likes.
+    const auto awaitFocus = [](HWND stop) {
+        for (int wait = 0; wait < 500 && GetFocus() != stop; ++wait, Sleep(10)) PumpMessages();
+        EXPECT_EQ(GetFocus(), stop);
+    };
+    Command(IDM_PREVIEW);
+    Command(IDM_FILMSTRIP);
+    Show(TestAnimation());
+    for (HWND stop : {List(), Preview(), Strip()}) {
+        for (int command : {IDM_ABOUT, IDM_CHECK}) {
+            SCOPED_TRACE(std::to_string(GetDlgCtrlID(stop)) + " " + std::to_string(command));
+            SetFocus(stop);
+            awaitFocus(stop);
+            DialogAnswers answers({[](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); }});
+            Command(command);
+            awaitFocus(stop);
+        }
+    }
+    Select(kFirstImage);
+    SetFocus(List());
+    awaitFocus(List());
+    DialogAnswers answers({[](HWND viewer) { PostMessageW(viewer, WM_CHAR, VK_ESCAPE, 0); }});
+    Command(IDM_VIEW);
+    awaitFocus(List());
+    Press(GetFocus(), VK_DOWN);
+    EXPECT_EQ(Selection(), kFirstImage + 1) << "the arrow keys go on from the line";
 }
 
 TEST_F(PanesTest, ScreenReadersAreToldWhatThePanesShow) {

@@ -430,7 +430,7 @@ TEST_F(ScreenReaderTest, TabAndF6GoRoundAllOfTheWindow) {
     SetFocus(List());
     for (WPARAM key : {WPARAM{VK_TAB}, WPARAM{VK_F6}}) EXPECT_EQ(press(key), List()) << "there is nowhere else";
     SetFocus(hMainWindow);
-    EXPECT_EQ(press(VK_TAB), List()) << "where a dialog left the focus";
+    EXPECT_EQ(press(VK_TAB), List()) << "where the start left the focus";
     Command(IDM_PREVIEW);
     Command(IDM_FILMSTRIP);
     ShowNotice(hMainWindow, "Something is missing.", true);

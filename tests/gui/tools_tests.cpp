@@ -244,20 +244,32 @@ TEST_F(ToolsTest, ABatchOfFilesThatCantBePutIsTakenBack) {
     }
     EXPECT_EQ(Names(), Strings({"a", "b"}));
     EXPECT_EQ(ReadAll(File("a")).size(), 2u);
+}
 
-    CreateDirectoryW(WideFromUtf8(File("folder")).c_str(), nullptr);
-    SetFileAttributesW(WideFromUtf8(File("b")).c_str(), FILE_ATTRIBUTE_READONLY);
-    for (const char* name : {"b", "folder"}) {
-        FileBatch batch;
-        const uint8_t more[] = {1, 2, 3};
-        for (const char* added : {"a", name}) ASSERT_TRUE(batch.Add(File(added), more)) << added;
-        EXPECT_FALSE(batch.Commit()) << name;
-        EXPECT_EQ(batch.FailedPath(), File(name));
-        EXPECT_FALSE(batch.Reason().empty()) << name;
-    }
-    SetFileAttributesW(WideFromUtf8(File("b")).c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(Names(), Strings({"a", "b"})) << "no file in place of the folder";
-    EXPECT_EQ(ReadAll(File("a")).size(), 2u);
+TEST_F(ToolsTest, AnExportReplacesNeitherReadOnlyFilesNorFolders) {
+    Show(ThreeFrames().List());
+    const std::wstring second = WideFromUtf8(File("kite-002.png"));
+    const auto refused = [&](const char* what) {
+        SCOPED_TRACE(what);
+        std::string said;
+        const Steps read = [&](HWND dialog) {
+            said = ControlText(dialog, 101);
+            PressButton(dialog, IDOK);
+        };
+        Run(IDM_EXPORT_FRAMES, {Press(IDOK), ChooseName("kite.png"), Press(IDYES), read});
+        EXPECT_TRUE(said.starts_with("kite-002.png\n\nThis file can't be written.\n")) << said;
+    };
+    WriteAll(File("kite-002.png"), "old");
+    SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_READONLY);
+    refused("read-only");
+    SetFileAttributesW(second.c_str(), FILE_ATTRIBUTE_NORMAL);
+    EXPECT_EQ(Names(), Strings({"kite-002.png"}));
+    EXPECT_EQ(ReadAll(File("kite-002.png")).size(), 3u);
+    DeleteFileW(second.c_str());
+    CreateDirectoryW(second.c_str(), nullptr);
+    refused("a folder");
+    EXPECT_EQ(Names(), Strings());
+    EXPECT_TRUE(GetFileAttributesW(second.c_str()) & FILE_ATTRIBUTE_DIRECTORY);
 }
 
 TEST_F(ToolsTest, WhatHasNoPicturesIsNotExported) {
@@ -512,6 +524,33 @@ TEST_F(SmallerTest, WhatIsRefusedIsSaid) {
     Run(IDM_MAKE_SMALLER,
         {Press(IDOK), Read("This document is left alone: it is damaged, or players do not agree about it.", IDOK)});
     EXPECT_EQ(Saved(), cut);
+}
+
+// Nothing is damaged in a document that has no frames, and no picture of it is left alone.
+TEST_F(SmallerTest, ADocumentWithoutFramesIsNotCalledDamaged) {
+    MadeAnimation made(10, 10);
+    Append(made.List(), MakeText(kCommentBlock, "What this is"));
+    ASSERT_TRUE(WriteGifFile(*made.List(), File("text.gif").c_str()));
+    settings.carefulMode = 1;
+    Open(File("text.gif"));
+    Run(IDM_MAKE_SMALLER, {Press(IDOK), Read("There are no frames in this document.", IDOK)});
+    Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_COMMENTS}}), Answer(IDYES)});
+    EXPECT_EQ(said_.substr(said_.find('\n')), "\n2 blocks will be gone.\nTake it?") << "one says who saved it";
+    EXPECT_EQ(FindBlock(document, kCommentBlock), -1);
+}
+
+// View shows texts.
+TEST_F(SmallerTest, WithoutItsTextsItDoesNotLookTheSame) {
+    settings.carefulMode = 1;
+    Open(MakeWasteful("kite.gif"));
+    Append(&document, *MakeBlock(&document, kPlainTextBlock));
+    const Steps search = Press(IDOK, {{IDC_SMALLER_TEXTS}, {IDC_SMALLER_FAST}});
+    Run(IDM_MAKE_SMALLER, {search, Answer(IDYES)});
+    EXPECT_NE(said_.find("\nIts pictures look and play the same.\n1 block will be gone.\n"), std::string::npos)
+        << said_;
+    Command(IDM_UNDO);
+    Run(IDM_MAKE_SMALLER, {Press(IDOK, {{IDC_SMALLER_FAST}}), Answer(IDNO)});
+    EXPECT_NE(said_.find("\nIt looks and plays the same.\n"), std::string::npos) << said_;
 }
 
 TEST_F(SmallerTest, ThePriceIsSaid) {

@@ -34,6 +34,7 @@ struct Smaller {
     OptimiseResult result = OptimiseResult::kNoMemory;
     BlockList made;  // the smallest there is
     uint32_t stripped = 0;
+    bool textsGone = false;  // plain texts are among what was stripped
     Loss loss;
     std::optional<uint64_t> after;
 };
@@ -75,6 +76,7 @@ void Search(Smaller* work, const WorkWatch& watch, const std::atomic<bool>& isTo
     work->result = OptimiseResult::kNoMemory;
     if (!CopyBlockList(work->old, &stripped)) return;
     work->stripped = StripBlocks(work->request.stripped, &stripped);
+    work->textsGone = FindBlock(work->old, kPlainTextBlock) >= 0 && FindBlock(stripped, kPlainTextBlock) < 0;
     if (!ReadWrittenForm(stripped, &whole, &report) || !watch(0, 1)) return;
     ToldFrames told(watch);
     work->request.options.stop = &isToStop;
@@ -108,12 +110,13 @@ std::wstring DescribePrice(const Smaller& work) {
     if (loses)
         text += L"\nColours are up to " + std::to_wstring(work.loss.largest) + L" of 255 off, " +
                 Fixed(work.loss.mean, 2) + L" on average.";
-    if (isSmaller && !loses) text += L"\nIt looks and plays the same.";
+    if (isSmaller && !loses)
+        text += work.textsGone ? L"\nIts pictures look and play the same." : L"\nIt looks and plays the same.";
     if (before != after) text += L"\n" + Counted(before, L"frame") + L" become " + Counted(after, L"frame") + L".";
     if (work.stripped) text += L"\n" + Counted(work.stripped, L"block") + L" will be gone.";
     if (isSmaller && !work.savesWhole)
         text += L"\nFrom now on it is saved whole, as in careful mode: images are not encoded anew.";
-    if (work.result == OptimiseResult::kLeftAlone)
+    if (work.result == OptimiseResult::kLeftAlone && before > 0)
         text += L"\nIts pictures are left alone: they are damaged, or players do not agree about them.";
     return text;
 }
@@ -126,6 +129,7 @@ std::wstring DescribeSizes(const Smaller& work) {
 
 void TellNothingGained(HWND window, const Smaller& work) {
     const bool isLeftAlone = work.result == OptimiseResult::kLeftAlone;
+    if (ImageCount(work.old) == 0) return MessageBox(window, "There are no frames in this document.");
     MessageBox(window, isLeftAlone ? L"This document is left alone: it is damaged, or players do not agree about it."
                                    : L"Nothing smaller was found that plays the same. The document stays as it is.");
 }

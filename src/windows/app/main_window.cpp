@@ -150,6 +150,14 @@ LRESULT OnMouseActivate(HWND window, WPARAM wParam, LPARAM lParam) {
     return DefWindowProcW(window, WM_MOUSEACTIVATE, wParam, lParam);
 }
 
+LRESULT OnActivate(HWND window, WPARAM wParam, LPARAM lParam) {
+    const bool isLeft = LOWORD(wParam) == WA_INACTIVE;
+    if (isLeft) KeepFocus(window);
+    const LRESULT result = DefWindowProcW(window, WM_ACTIVATE, wParam, lParam);
+    if (!isLeft) GiveFocusBack(window);
+    return result;
+}
+
 LRESULT OnSysCommand(HWND window, WPARAM wParam, LPARAM lParam) {
     constexpr WPARAM kCommandBits = 0xFFF0;
     if ((wParam & kCommandBits) == SC_CLOSE) {
@@ -179,7 +187,7 @@ LRESULT OnMenuCharacter(HWND window, WPARAM wParam, LPARAM lParam) {
     return MAKELRESULT(0, MNC_CLOSE);
 }
 
-// The window itself has the focus after a dialog.
+// The window itself has the focus until something in it gets it.
 LRESULT OnKey(HWND window, WPARAM key, LPARAM lParam) {
     if (PressEditKey(window, key) || TakesStopKey(window, WM_KEYDOWN, key)) return 0;
     if (key == VK_ESCAPE) HideNotice(window);
@@ -232,6 +240,7 @@ LRESULT Dispatch(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_DESTROY: return OnDestroy(window);
         case WM_SIZE: return OnSize(window, wParam);
         case kDpiChanged: return OnDpiChanged(window, LOWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
+        case WM_ACTIVATE: return OnActivate(window, wParam, lParam);
         case WM_MOUSEACTIVATE: return OnMouseActivate(window, wParam, lParam);
         case WM_TIMER: return OnTimer(window, wParam);
         case WM_ENTERSIZEMOVE:

@@ -1,16 +1,12 @@
 #include "windows/app/preview.h"
 
-#include <windowsx.h>
-
+#include <algorithm>
 #include <chrono>
-#include <cstdlib>
 #include <exception>
 #include <memory>
 
-#include "windows/app/block_list_view.h"
-#include "windows/app/preview_details.h"
-#include "windows/app/preview_view.h"
-#include "windows/app/price_overlay.h"
+#include "windows/app/preview_input.h"
+#include "windows/app/preview_state.h"
 #include "windows/drawing/gdi_guards.h"
 #include "windows/ids/pane_ids.h"
 #include "windows/services/screen_scale.h"
@@ -19,12 +15,10 @@
 namespace {
 
 constexpr wchar_t kPreviewClass[] = L"KLM ZephyrPreview";
-constexpr uint64_t kKeptBytes = uint64_t{32} << 20;
 constexpr int kTextLines = 3;
 // Pixels of a usual screen.
-constexpr int kGap = 4;       // around the text
-constexpr int kDash = 4;      // of the outline
-constexpr int kKeyStep = 16;  // that an arrow key moves the canvas
+constexpr int kGap = 4;   // around the text
+constexpr int kDash = 4;  // of the outline
 
 constexpr UINT_PTR kComposeTimer = 1;  // there is more to compose
 constexpr UINT_PTR kBytesTimer = 2;    // the selection has come to rest: there is time to count bytes
@@ -33,37 +27,12 @@ constexpr UINT_PTR kPriceTimer = 4;    // the same: there is time to measure pix
 constexpr UINT kRestMilliseconds = 150;
 constexpr uint64_t kMostBehind = 250;  // milliseconds; a player that is later than this does not try to catch up
 
-constexpr wchar_t kNoFrames[] = L"Nothing to show";
 constexpr wchar_t kTooLarge[] = L"This screen is too large for the preview; View plays it.";
 constexpr wchar_t kNoMemory[] = L"There is not enough memory for the preview.";
-
-struct Preview {
-    const PlayedDocument* played = nullptr;
-    unsigned version = 0;  // of the document that is shown
-    int line = kNoLine;
-    int frame = -1;  // to be shown; -1: none
-    bool isComposed = false;
-    const wchar_t* trouble = kNoFrames;  // what is said instead of a picture; null when there is one
-    uint64_t bytes = kBytesNotCounted;
-    Composer composer{kKeptBytes};
-    PreviewView view;
-    bool showsPrices = false;  // of pixels, over the picture while it does not play
-    PriceOverlay prices;
-    bool isPlaying = false;
-    uint32_t playsLeft = 0;  // 0: for ever
-    uint64_t due = 0;        // in Milliseconds(): when the next frame is to be shown
-    bool isDragged = false;
-    POINT dragged = {};
-    int wheelTurned = 0;  // of a notch; fine wheels send parts of one
-};
 
 uint64_t Milliseconds() {
     using namespace std::chrono;
     return static_cast<uint64_t>(duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count());
-}
-
-Preview* StateOf(HWND pane) {
-    return reinterpret_cast<Preview*>(GetWindowLongPtrW(pane, GWLP_USERDATA));
 }
 
 int LineHeight(HDC dc) {
@@ -72,24 +41,18 @@ int LineHeight(HDC dc) {
     return std::max<int>(metric.tmHeight, 1);
 }
 
-int TextHeight(HWND pane) {
-    WindowDc dc(pane);
-    SelectedObject font(dc.Get(), hListFont);
-    const int lines = kTextLines + (StateOf(pane)->showsPrices ? 1 : 0);
-    return lines * LineHeight(dc.Get()) + 2 * ScaledFor(pane, kGap);
-}
-
 void FitView(HWND pane) {
     RECT client = {};
     GetClientRect(pane, &client);
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     const Animation* played = preview.played ? &preview.played->Played() : nullptr;
-    preview.view.SetPlace(client.right, std::max<int>(client.bottom - TextHeight(pane), 0), WholeFactor(DpiOf(pane)));
+    preview.view.SetPlace(client.right, std::max<int>(client.bottom - PreviewTextHeight(pane), 0),
+                          WholeFactor(DpiOf(pane)));
     preview.view.SetCanvas(played ? played->Width() : 0, played ? played->Height() : 0);
 }
 
 std::wstring Words(const Preview& preview) {
-    if (preview.frame < 0) return kNoFrames;
+    if (preview.frame < 0) return kNothingToShow;
     const std::wstring text = DescribeLine(
         *preview.played,
         preview.isPlaying ? preview.played->LineOfFrame(static_cast<uint32_t>(preview.frame)) : preview.line,
@@ -99,17 +62,13 @@ std::wstring Words(const Preview& preview) {
 
 // The words are the pane's name, too: that is what screen readers say.
 void TellWords(HWND pane) {
-    std::wstring name = L"Preview: " + Words(*StateOf(pane));
+    std::wstring name = L"Preview: " + Words(*StateOfPreview(pane));
     for (size_t at = name.find(L"\r\n"); at != std::wstring::npos; at = name.find(L"\r\n")) name.replace(at, 2, L"; ");
     SetWindowTextW(pane, name.c_str());
 }
 
-void Redraw(HWND pane) {
-    InvalidateRect(pane, nullptr, FALSE);
-}
-
 const wchar_t* TroubleOf(const Preview& preview, Composed composed) {
-    if (preview.frame < 0) return kNoFrames;
+    if (preview.frame < 0) return kNothingToShow;
     if (!preview.played->FitsPane()) return kTooLarge;
     return composed == Composed::kFailed ? kNoMemory : nullptr;
 }
@@ -120,7 +79,7 @@ void StopTimer(HWND pane, UINT_PTR timer) {
 
 // One slice; the window lives on between two.
 void ComposeOn(HWND pane) {
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     const Composed composed = preview.frame < 0
                                   ? Composed::kFailed
                                   : preview.composer.Compose(*preview.played, static_cast<uint32_t>(preview.frame));
@@ -132,19 +91,19 @@ void ComposeOn(HWND pane) {
     preview.isComposed = true;
     preview.trouble = TroubleOf(preview, composed);
     if (preview.trouble) preview.composer.Forget();
-    Redraw(pane);
+    RedrawPreview(pane);
 }
 
 // What takes its time waits until the selection has come to rest.
 void WaitForRest(HWND pane) {
-    const Preview& preview = *StateOf(pane);
+    const Preview& preview = *StateOfPreview(pane);
     if (preview.isPlaying) return;
     SetTimer(pane, kBytesTimer, kRestMilliseconds, nullptr);
     if (preview.showsPrices && !preview.prices.HasPicture()) SetTimer(pane, kPriceTimer, kRestMilliseconds, nullptr);
 }
 
 void GoToFrame(HWND pane, int frame) {
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     preview.frame = frame;
     preview.isComposed = false;
     preview.bytes = kBytesNotCounted;
@@ -156,16 +115,16 @@ void GoToFrame(HWND pane, int frame) {
 
 void CountBytes(HWND pane) {
     StopTimer(pane, kBytesTimer);
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     if (preview.frame < 0 || preview.isPlaying) return;
     preview.bytes = BytesOfFrame(*preview.played, static_cast<uint32_t>(preview.frame));
     TellWords(pane);
-    Redraw(pane);
+    RedrawPreview(pane);
 }
 
 // As long as the frame is being composed the timer comes again.
 void MeasurePrices(HWND pane) {
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     const bool isWanted = preview.showsPrices && !preview.isPlaying && preview.frame >= 0;
     if (isWanted && !preview.isComposed) return;
     StopTimer(pane, kPriceTimer);
@@ -173,11 +132,11 @@ void MeasurePrices(HWND pane) {
     const Frame& frame = preview.played->Played().Frames()[static_cast<size_t>(preview.frame)];
     preview.prices.Make(preview.composer.Canvas(), preview.played->Blocks().blocks[frame.block]);
     TellWords(pane);
-    Redraw(pane);
+    RedrawPreview(pane);
 }
 
 void WaitForNextFrame(HWND pane) {
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     const uint64_t now = Milliseconds();
     const uint64_t length = uint64_t{preview.played->Played().Frames()[static_cast<size_t>(preview.frame)].length} * 10;
     if (now > preview.due + kMostBehind) preview.due = now;
@@ -187,30 +146,43 @@ void WaitForNextFrame(HWND pane) {
 }
 
 void StopPlaying(HWND pane) {
-    StateOf(pane)->isPlaying = false;
+    StateOfPreview(pane)->isPlaying = false;
     StopTimer(pane, kPlayTimer);
-}
-
-void ChooseFrame(HWND pane, int frame) {
-    ChooseLine(GetParent(pane), StateOf(pane)->played->LineOfFrame(static_cast<uint32_t>(frame)));
 }
 
 void StopHere(HWND pane) {
     StopPlaying(pane);
-    ChooseFrame(pane, StateOf(pane)->frame);
+    ChoosePreviewFrame(pane, StateOfPreview(pane)->frame);
     WaitForRest(pane);
     TellWords(pane);
-    Redraw(pane);
+    RedrawPreview(pane);
+}
+
+// Whether the user is about to do something with the line that is selected: in a menu, in a dialog or by dragging.
+bool IsLineInUse(HWND pane) {
+    GUITHREADINFO thread = {};
+    thread.cbSize = sizeof thread;
+    const bool isKnown = GetGUIThreadInfo(GetCurrentThreadId(), &thread) != FALSE;
+    const bool isInMenu = isKnown && (thread.flags & (GUI_INMENUMODE | GUI_POPUPMENUMODE)) != 0;
+    return isInMenu || GetCapture() || !IsWindowEnabled(GetParent(pane));
+}
+
+// At the end of the last play, which waits while another line must not be chosen.
+void EndPlaying(HWND pane) {
+    if (IsLineInUse(pane))
+        SetTimer(pane, kPlayTimer, kRestMilliseconds, nullptr);
+    else
+        StopHere(pane);
 }
 
 void OnFrameOver(HWND pane) {
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     StopTimer(pane, kPlayTimer);
     if (!preview.isPlaying) return;
     if (!preview.isComposed) return WaitForNextFrame(pane);  // it is late: it is shown as soon as it is there
     const int count = static_cast<int>(preview.played->FrameCount());
     const bool isLast = preview.frame + 1 == count;
-    if (isLast && preview.playsLeft == 1) return StopHere(pane);
+    if (isLast && preview.playsLeft == 1) return EndPlaying(pane);
     if (isLast && preview.playsLeft > 1) --preview.playsLeft;
     GoToFrame(pane, isLast ? 0 : preview.frame + 1);
     WaitForNextFrame(pane);
@@ -260,7 +232,7 @@ void DrawOutline(const ScreenPicture& picture, int bottom, const RECT& outline, 
 }
 
 void DrawCanvas(HWND pane, const ScreenPicture& picture, int height) {
-    const Preview& preview = *StateOf(pane);
+    const Preview& preview = *StateOfPreview(pane);
     const ScreenPicture place = {picture.pixels, picture.width, height};
     const POINT corner = preview.view.Corner();
     const bool showsPrices = preview.prices.HasPicture() && !preview.isPlaying;
@@ -281,8 +253,8 @@ void DrawWords(const Preview& preview, HDC dc, RECT place, int gap) {
 }
 
 void DrawPane(HWND pane, const PaneBuffer& buffer, const RECT& client) {
-    const Preview& preview = *StateOf(pane);
-    const int height = std::max<int>(client.bottom - TextHeight(pane), 0), gap = ScaledFor(pane, kGap);
+    const Preview& preview = *StateOfPreview(pane);
+    const int height = std::max<int>(client.bottom - PreviewTextHeight(pane), 0), gap = ScaledFor(pane, kGap);
     SelectedObject font(buffer.Dc(), hListFont);
     SetBkMode(buffer.Dc(), TRANSPARENT);
     SetTextColor(buffer.Dc(), GetSysColor(COLOR_BTNTEXT));
@@ -315,153 +287,32 @@ LRESULT OnPaint(HWND pane) {
 
 LRESULT OnSize(HWND pane) {
     FitView(pane);
-    Redraw(pane);
-    return 0;
-}
-
-POINT MiddleOf(HWND pane) {
-    RECT client = {};
-    GetClientRect(pane, &client);
-    return {client.right / 2, (client.bottom - TextHeight(pane)) / 2};
-}
-
-LRESULT ZoomAt(HWND pane, bool nearer, POINT at) {
-    StateOf(pane)->view.StepNearer(nearer, at);
-    Redraw(pane);
-    return 0;
-}
-
-LRESULT OnWheel(HWND pane, int turned, POINT at) {
-    ScreenToClient(pane, &at);
-    int& sum = StateOf(pane)->wheelTurned;
-    for (sum += turned; std::abs(sum) >= WHEEL_DELTA; sum -= sum > 0 ? WHEEL_DELTA : -WHEEL_DELTA)
-        ZoomAt(pane, sum > 0, at);
-    return 0;
-}
-
-LRESULT MoveCanvas(HWND pane, int x, int y) {
-    StateOf(pane)->view.MoveBy(x, y);
-    Redraw(pane);
-    return 0;
-}
-
-LRESULT MoveByKey(HWND pane, int x, int y) {
-    const int step = ScaledFor(pane, kKeyStep);
-    return MoveCanvas(pane, x * step, y * step);
-}
-
-LRESULT ShowWhole(HWND pane) {
-    StateOf(pane)->view.Fit();
-    Redraw(pane);
-    return 0;
-}
-
-LRESULT SwitchPrices(HWND pane) {
-    Preview& preview = *StateOf(pane);
-    preview.showsPrices = !preview.showsPrices;
-    preview.prices.Forget();
-    FitView(pane);
-    WaitForRest(pane);
-    TellWords(pane);
-    return Redraw(pane), 0;
-}
-
-// By the menu key it opens in the corner.
-LRESULT ShowPaneMenu(HWND pane, LPARAM lParam) {
-    constexpr UINT_PTR kPrices = 1;
-    constexpr LPARAM kByKey = -1;
-    POINT place = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
-    if (lParam == kByKey) {
-        place = {kGap, kGap};
-        ClientToScreen(pane, &place);
-    }
-    HMENU menu = CreatePopupMenu();
-    if (!menu) return 0;
-    const UINT state = StateOf(pane)->showsPrices ? UINT{MF_CHECKED} : UINT{MF_UNCHECKED};
-    AppendMenuW(menu, MF_STRING | state, kPrices, L"&Prices of pixels\tP");
-    const BOOL chosen = TrackPopupMenu(menu, TPM_RIGHTBUTTON | TPM_RETURNCMD, place.x, place.y, 0, pane, nullptr);
-    DestroyMenu(menu);
-    return chosen ? SwitchPrices(pane) : 0;
-}
-
-LRESULT StepFrame(HWND pane, int step) {
-    const Preview& preview = *StateOf(pane);
-    const int frame = preview.frame + step;
-    if (preview.frame >= 0 && frame >= 0 && frame < static_cast<int>(preview.played->FrameCount()))
-        ChooseFrame(pane, frame);
-    return 0;
-}
-
-LRESULT OnKey(HWND pane, WPARAM key) {
-    switch (key) {
-        case VK_ADD:
-        case VK_OEM_PLUS: return ZoomAt(pane, true, MiddleOf(pane));
-        case VK_SUBTRACT:
-        case VK_OEM_MINUS: return ZoomAt(pane, false, MiddleOf(pane));
-        case '0':
-        case VK_NUMPAD0: return ShowWhole(pane);
-        case VK_LEFT: return MoveByKey(pane, 1, 0);
-        case VK_RIGHT: return MoveByKey(pane, -1, 0);
-        case VK_UP: return MoveByKey(pane, 0, 1);
-        case VK_DOWN: return MoveByKey(pane, 0, -1);
-        case VK_PRIOR: return StepFrame(pane, -1);
-        case VK_NEXT: return StepFrame(pane, 1);
-        case 'P': return SwitchPrices(pane);
-        default: return 0;
-    }
-}
-
-LRESULT OnButtonDown(HWND pane, POINT at) {
-    SetFocus(pane);
-    SetCapture(pane);
-    StateOf(pane)->isDragged = true;
-    StateOf(pane)->dragged = at;
-    return 0;
-}
-
-LRESULT OnMouseMove(HWND pane, POINT at) {
-    Preview& preview = *StateOf(pane);
-    if (!preview.isDragged) return 0;
-    MoveCanvas(pane, at.x - preview.dragged.x, at.y - preview.dragged.y);
-    preview.dragged = at;
-    return 0;
-}
-
-LRESULT OnCaptureGone(HWND pane) {
-    StateOf(pane)->isDragged = false;
+    RedrawPreview(pane);
     return 0;
 }
 
 LRESULT OnDestroy(HWND pane) {
-    delete StateOf(pane);
+    delete StateOfPreview(pane);
     SetWindowLongPtrW(pane, GWLP_USERDATA, 0);
     return 0;
 }
 
 LRESULT Dispatch(HWND pane, UINT message, WPARAM wParam, LPARAM lParam) {
-    const POINT at = {GET_X_LPARAM(lParam), GET_Y_LPARAM(lParam)};
     switch (message) {
         case WM_PAINT: return OnPaint(pane);
         case WM_PRINTCLIENT: return PaintTo(pane, reinterpret_cast<HDC>(wParam));
         case WM_ERASEBKGND: return 1;
         case WM_SIZE: return OnSize(pane);
         case WM_TIMER: return OnTimer(pane, wParam);
-        case WM_KEYDOWN: return OnKey(pane, wParam);
-        case WM_MOUSEWHEEL: return OnWheel(pane, GET_WHEEL_DELTA_WPARAM(wParam), at);
-        case WM_CONTEXTMENU: return ShowPaneMenu(pane, lParam);
-        case WM_LBUTTONDOWN: return OnButtonDown(pane, at);
-        case WM_MOUSEMOVE: return OnMouseMove(pane, at);
-        case WM_LBUTTONUP: return ReleaseCapture(), 0;
-        case WM_CAPTURECHANGED: return OnCaptureGone(pane);
         case WM_SETFOCUS:
-        case WM_KILLFOCUS: return Redraw(pane), 0;
+        case WM_KILLFOCUS: return RedrawPreview(pane), 0;
         case WM_NCDESTROY: return OnDestroy(pane);
-        default: return DefWindowProcW(pane, message, wParam, lParam);
+        default: return OnPreviewInput(pane, message, wParam, lParam);
     }
 }
 
 LRESULT CALLBACK PreviewProc(HWND pane, UINT message, WPARAM wParam, LPARAM lParam) {
-    if (!StateOf(pane)) return DefWindowProcW(pane, message, wParam, lParam);
+    if (!StateOfPreview(pane)) return DefWindowProcW(pane, message, wParam, lParam);
     try {
         return Dispatch(pane, message, wParam, lParam);
     } catch (const std::exception&) {  // memory has run out; no exception may cross the system's code
@@ -481,6 +332,35 @@ void RegisterPreviewClass() {
 
 }  // namespace
 
+Preview* StateOfPreview(HWND pane) {
+    return reinterpret_cast<Preview*>(GetWindowLongPtrW(pane, GWLP_USERDATA));
+}
+
+void RedrawPreview(HWND pane) {
+    InvalidateRect(pane, nullptr, FALSE);
+}
+
+int PreviewTextHeight(HWND pane) {
+    WindowDc dc(pane);
+    SelectedObject font(dc.Get(), hListFont);
+    const int lines = kTextLines + (StateOfPreview(pane)->showsPrices ? 1 : 0);
+    return lines * LineHeight(dc.Get()) + 2 * ScaledFor(pane, kGap);
+}
+
+void ChoosePreviewFrame(HWND pane, int frame) {
+    ChooseLine(GetParent(pane), StateOfPreview(pane)->played->LineOfFrame(static_cast<uint32_t>(frame)));
+}
+
+void SwitchPreviewPrices(HWND pane) {
+    Preview& preview = *StateOfPreview(pane);
+    preview.showsPrices = !preview.showsPrices;
+    preview.prices.Forget();
+    FitView(pane);
+    WaitForRest(pane);
+    TellWords(pane);
+    RedrawPreview(pane);
+}
+
 HWND CreatePreview(HWND window) {
     RegisterPreviewClass();
     auto state = std::make_unique<Preview>();
@@ -496,7 +376,7 @@ void FitPreview(HWND pane, const RECT& place) {
 }
 
 void ShowInPreview(HWND pane, const PlayedDocument& played, int line) {
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     const bool isSame = preview.played && preview.version == played.Version();
     if (isSame && preview.line == line) return;
     StopPlaying(pane);
@@ -508,11 +388,11 @@ void ShowInPreview(HWND pane, const PlayedDocument& played, int line) {
     if (!isSame && frame < 0) preview.composer.Forget();
     if (!isSame || frame != preview.frame) return GoToFrame(pane, frame);
     TellWords(pane);
-    Redraw(pane);
+    RedrawPreview(pane);
 }
 
 void PlayOrStop(HWND pane) {
-    Preview& preview = *StateOf(pane);
+    Preview& preview = *StateOfPreview(pane);
     if (preview.isPlaying) return StopHere(pane);
     if (preview.frame < 0 || preview.trouble) return;
     preview.isPlaying = true;
@@ -521,15 +401,15 @@ void PlayOrStop(HWND pane) {
     // From the last frame it would be over at once.
     if (preview.frame + 1 == static_cast<int>(preview.played->FrameCount())) GoToFrame(pane, 0);
     TellWords(pane);
-    Redraw(pane);
+    RedrawPreview(pane);
     WaitForNextFrame(pane);
 }
 
 bool IsPlaying(HWND pane) {
-    return StateOf(pane)->isPlaying;
+    return StateOfPreview(pane)->isPlaying;
 }
 
 bool IsPreviewReady(HWND pane) {
-    const Preview& preview = *StateOf(pane);
+    const Preview& preview = *StateOfPreview(pane);
     return preview.isComposed && !preview.isPlaying && (!preview.showsPrices || !preview.prices.Words().empty());
 }

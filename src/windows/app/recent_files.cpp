@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 #include <vector>
 
 #include "platform/wide_text_win32.h"
@@ -46,19 +47,30 @@ std::wstring ItemText(HMENU menu, int id) {
     return text;
 }
 
-// An item that shows less than its name.
-struct ShortItem {
+// An item whose text is not its name.
+struct RewordedItem {
     int id;
-    std::wstring shown, name;
+    std::wstring text, name;
 };
-std::vector<ShortItem> shortItems;
+std::vector<RewordedItem> rewordedItems;
 
 // The name that item `id` stands for.
 std::wstring ItemName(HMENU menu, int id) {
     std::wstring text = ItemText(menu, id);
     const auto found =
-        std::ranges::find_if(shortItems, [&](const ShortItem& item) { return item.id == id && item.shown == text; });
-    return found == shortItems.end() ? text : found->name;
+        std::ranges::find_if(rewordedItems, [&](const auto& item) { return item.id == id && item.text == text; });
+    return found == rewordedItems.end() ? text : found->name;
+}
+
+// A single & would underline what follows.
+std::wstring WithAmpersandsDoubled(std::wstring text) {
+    for (size_t at = text.find(L'&'); at != std::wstring::npos; at = text.find(L'&', at + 2)) text.insert(at, 1, L'&');
+    return text;
+}
+
+std::wstring TextForName(const std::wstring& name) {
+    std::wstring text = Careful(Care::kLongNamesShortened) ? ShortPath(name, kMostShown) : name;
+    return Careful(Care::kAmpersandsShown) ? WithAmpersandsDoubled(std::move(text)) : text;
 }
 
 int CountItems(HMENU menu) {
@@ -85,14 +97,14 @@ bool IsListed(const std::wstring& name, const Names& names) {
 // As many of the names as the list may hold.
 void ReplaceItems(HMENU menu, const Names& names) {
     for (int i = CountItems(menu); i-- > 0;) DeleteMenu(menu, static_cast<UINT>(RecentFileId(i)), MF_BYCOMMAND);
-    shortItems.clear();
+    rewordedItems.clear();
     int count = 0;
     for (const std::wstring& name : names) {
         if (static_cast<uint32_t>(count) >= settings.fileMenuRange || !IsFullPath(name)) continue;
         const int id = RecentFileId(count++);
-        const std::wstring shown = Careful(Care::kLongNamesShortened) ? ShortPath(name, kMostShown) : name;
-        if (shown != name) shortItems.push_back({id, shown, name});
-        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(id), shown.c_str());
+        const std::wstring text = TextForName(name);
+        if (text != name) rewordedItems.push_back({id, text, name});
+        AppendMenuW(menu, MF_STRING, static_cast<UINT_PTR>(id), text.c_str());
     }
 }
 
@@ -165,7 +177,7 @@ void RemoveRecentFile(HWND window, int id) {
 
 void StartRecentFiles() {
     session = {};
-    shortItems.clear();
+    rewordedItems.clear();
 }
 
 void NoteRecentFilesRead(HWND window) {

@@ -9,6 +9,8 @@
 
 namespace {
 
+HWND left;  // what had the focus when the window was left
+
 // Those that there are now, in the order in which they are gone round.
 std::vector<HWND> Stops(HWND window) {
     HWND notice = GetDlgItem(window, IDC_NOTICE);
@@ -36,4 +38,13 @@ bool TakesStopKey(HWND window, UINT message, WPARAM key) {
     if (stops.empty() || (stops.size() == 1 && GetFocus() == stops[0])) return false;
     if (isDown) FocusNext(stops, GetKeyState(VK_SHIFT) < 0);
     return true;  // what Tab would type is taken away, too
+}
+
+void KeepFocus(HWND window) {
+    // A window manager may also have it activated and left in the midst of a dialog; nothing has the focus then.
+    if (HWND focus = GetFocus(); IsChild(window, focus)) left = focus;
+}
+
+void GiveFocusBack(HWND window) {
+    if (GetFocus() == window && IsChild(window, left) && IsWindowVisible(left) && IsWindowEnabled(left)) SetFocus(left);
 }

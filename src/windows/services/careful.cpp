@@ -41,6 +41,7 @@ constexpr CareRow kCares[] = {
     {Care::kListsAllPictures, "",
      "The file dialogs of Insert and of the wizard list pictures of all kinds, not GIF files alone."},
     {Care::kLongNamesShortened, "", "A long name among the recent files loses its middle, not the menu its place."},
+    {Care::kAmpersandsShown, "", "An & in the name of a recent file is shown as it is, and underlines nothing."},
     {Care::kWizardListsNames, "",
      "The wizard's list shows the name of a file whose path is too long for it, and the path as a tip."},
     {Care::kColourGridTakesKeys, "",

@@ -26,6 +26,7 @@ enum class Care : uint8_t {
     kUndoneIsUnchanged,
     kListsAllPictures,
     kLongNamesShortened,
+    kAmpersandsShown,
     kWizardListsNames,
     kColourGridTakesKeys,
     kColourButtonsShowFocus,

@@ -17,17 +17,19 @@ std::wstring FreeName(const std::wstring& path, const wchar_t* ending) {
     }
 }
 
-// Neither a folder, nor a file that nobody is to write. Both could be moved away, but not be deleted then.
-bool MayBeReplaced(const std::wstring& path) {
-    return (GetFileAttributesW(path.c_str()) & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) == 0;
-}
-
 std::string LastReason() {
     return SystemErrorText(SystemLastError());
 }
 
 bool Move(const std::wstring& from, const std::wstring& to) {
     return MoveFileExW(from.c_str(), to.c_str(), MOVEFILE_WRITE_THROUGH) != FALSE;
+}
+
+// What the user must not write is not replaced either, though it could be moved out of the way; nor is a folder.
+bool MayReplace(const std::wstring& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    return attributes == INVALID_FILE_ATTRIBUTES ||
+           !(attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY));
 }
 
 }  // namespace
@@ -45,6 +47,7 @@ bool FileBatch::Fail(const std::string& path, std::string reason) {
 
 bool FileBatch::Add(const std::string& path, std::span<const uint8_t> content) {
     const std::wstring target = WideFromUtf8(path);
+    if (!MayReplace(target)) return Fail(path, SystemErrorText(ERROR_ACCESS_DENIED));
     entries_.push_back({path, target, FreeName(target, L".new"), {}});
     File file;
     if (file.Create(Utf8FromWide(entries_.back().waiting).c_str()) && file.Write(content.data(), content.size()) &&
@@ -55,7 +58,6 @@ bool FileBatch::Add(const std::string& path, std::span<const uint8_t> content) {
 
 bool FileBatch::Put(Entry* entry) {
     if (IsThere(entry->target)) {
-        if (!MayBeReplaced(entry->target)) return Fail(entry->path, SystemErrorText(ERROR_ACCESS_DENIED));
         std::wstring old = FreeName(entry->target, L".old");
         if (!Move(entry->target, old)) return Fail(entry->path, LastReason());
         entry->old = std::move(old);

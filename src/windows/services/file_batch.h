@@ -15,7 +15,8 @@ public:
     FileBatch(const FileBatch&) = delete;
     FileBatch& operator=(const FileBatch&) = delete;
 
-    // Adds a file that is to be at `path` (UTF-8). False when it can't be written.
+    // Adds a file that is to be at `path` (UTF-8). False when it can't be written, or would replace a file that is
+    // marked as read-only, or a folder.
     [[nodiscard]] bool Add(const std::string& path, std::span<const uint8_t> content);
 
     // Puts all of them where they are to be, in place of what is there. False when one can't be put there: then all is
