@@ -9,18 +9,30 @@ void Change::Compare() {
     if (!found_) found_ = ::Compare(*from_, *to_, within_);
 }
 
-void Change::Guess(size_t colours) {
-    if (!guessed_) guessed_ = HasTooManyColours(colours) ? kCantBeShown : GuessBits();
+void Change::Guess(size_t colours, bool inHurry) {
+    if (guessed_) return;
+    if (HasTooManyColours(colours)) {
+        guessed_ = kCantBeShown;
+        return;
+    }
+    guessed_ = GuessBits(true);
+    if (inHurry) return;
+    const uint64_t own = GuessBits(false);
+    clears_ = *guessed_ <= own;
+    guessed_ = std::min(*guessed_, own);
 }
 
-uint64_t Change::GuessBits() const {
+uint64_t Change::GuessBits(bool clears) const {
     constexpr ColourId kUnchanged = 0xFFFF;
     const Rectangle& box = Found().box;
     const auto width = static_cast<size_t>(box.Width());
     return GuessCodeBits<ColourId>(width, static_cast<size_t>(box.Height()), [&](size_t y, ColourId* row) {
         const ColourId* a = from_->Row(box.top + static_cast<int>(y)) + box.left;
         const ColourId* b = to_->Row(box.top + static_cast<int>(y)) + box.left;
-        for (size_t x = 0; x < width; ++x) row[x] = a[x] == b[x] ? kUnchanged : b[x];
+        if (clears)
+            for (size_t x = 0; x < width; ++x) row[x] = a[x] == b[x] ? kUnchanged : b[x];
+        else
+            std::copy_n(b, width, row);
     });
 }
 
@@ -48,14 +60,15 @@ void Change::Measure(size_t colours) {
     std::vector<uint8_t> pixels;
     pixels.reserve(static_cast<size_t>(box.Pixels()));
     std::vector<int16_t> indexOf(colours, -1);
-    int used = 1;  // 0 is what stays
+    int used = clears_ ? 1 : 0;  // 0 is what stays
     for (int y = box.top; y < box.bottom; ++y) {
         const ColourId* from = from_->Row(y);
         const ColourId* to = to_->Row(y);
         for (int x = box.left; x < box.right; ++x) {
+            const bool stays = clears_ && from[x] == to[x];
             int16_t& index = indexOf[to[x]];
-            if (from[x] != to[x] && index < 0) index = static_cast<int16_t>(std::min(used++, UINT8_MAX));
-            pixels.push_back(from[x] == to[x] ? uint8_t{0} : static_cast<uint8_t>(index));
+            if (!stays && index < 0) index = static_cast<int16_t>(std::min(used++, UINT8_MAX));
+            pixels.push_back(stays ? uint8_t{0} : static_cast<uint8_t>(index));
         }
     }
     int codeSize = 2;

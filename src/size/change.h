@@ -25,24 +25,26 @@ public:
     // Once they were compared.
     const Difference& Found() const { return *found_; }
 
-    // About how many bits the codes take, what stays taken as transparent; kCantBeShown where it has more colours than
-    // fit into a palette. `colours` is the number of colours that there are.
-    void Guess(size_t colours);
+    // About how many bits the codes take, with what stays transparent or, unless in a hurry, in its own colours, as the
+    // one or the other looks better; kCantBeShown where it has more colours than fit into a palette. `colours` is the
+    // number of colours that there are.
+    void Guess(size_t colours, bool inHurry);
     // Once it was guessed.
     uint64_t Guessed() const { return *guessed_; }
     bool IsGuessed() const { return guessed_.has_value(); }
 
-    // The bits of the codes found in a hurry, all pixels that stay transparent.
+    // The bits of the codes found in a hurry in the manner that looked better, once it was guessed.
     void Measure(size_t colours);
     uint64_t Measured() const { return *measured_; }
     bool IsMeasured() const { return measured_.has_value(); }
 
 private:
-    uint64_t GuessBits() const;
+    uint64_t GuessBits(bool clears) const;
     bool HasTooManyColours(size_t colours) const;
 
     CanvasHandle from_, to_;
     Rectangle within_;
+    bool clears_ = true;  // what stays is taken as transparent
     std::optional<Difference> found_;
     std::optional<uint64_t> guessed_, measured_;
 };

@@ -185,7 +185,8 @@ bool Planner::MayHelp(const Difference& back, const Difference& plain) const {
 void Planner::LookInto(const Difference& plain, size_t colours, Change* change) const {
     change->Compare();
     const bool isPlain = &change->Found() == &plain;
-    if (isPlain ? !IsInHurry() && plain.vanishing.IsEmpty() : MayHelp(change->Found(), plain)) change->Guess(colours);
+    if (isPlain ? !IsInHurry() && plain.vanishing.IsEmpty() : MayHelp(change->Found(), plain))
+        change->Guess(colours, IsInHurry());
 }
 
 // Follows the moments by guesses alone, and measures what most likely has to be on the way. Where something is cleared
@@ -227,7 +228,7 @@ Planner::Changes Planner::Lacking(Changes changes, bool (Change::*isKnown)() con
 void Planner::Guess(const Changes& changes) {
     const Changes lacking = Lacking(changes, &Change::IsGuessed);
     const size_t colours = plan_.colours.Pixels().size();
-    ForAll(lacking.size(), [&](size_t i) { lacking[i]->Guess(colours); });
+    ForAll(lacking.size(), [&](size_t i) { lacking[i]->Guess(colours, IsInHurry()); });
 }
 
 void Planner::Measure(const Changes& changes) {

@@ -45,11 +45,16 @@ std::vector<Shown> TimelineOf(const BlockList& list) {
     return timeline;
 }
 
-// A random document that is nothing to be left alone: its first image lies on the screen.
+// A random document that is nothing to be left alone: its first image lies on the screen, and all players know its
+// disposals.
 Bytes RandomFile(std::mt19937& random, int images) {
     BlockList list = RandomAnimation(random, images);
-    for (Block& block : list.All())
-        if (block.kind == kControlBlock) block.descriptor[0] = kControlDescriptorBytes - 2;
+    for (Block& block : list.All()) {
+        if (block.kind != kControlBlock) continue;
+        block.descriptor[0] = kControlDescriptorBytes - 2;
+        if ((block.descriptor[1] & kControlDisposal) == kDisposePreviousOfOld << kControlDisposalShift)
+            block.descriptor[1] ^= kControlDisposal;
+    }
     for (Block& block : list.All()) {
         if (block.kind != kImageBlock) continue;
         ImageFields fields = GetImageFields(block);
@@ -134,6 +139,42 @@ TEST(Optimise, PlaysTheSameAndIsNeverLarger) {
     EXPECT_EQ(smaller, 300);
 }
 
+// Frames of a few rectangles each, which have all changed in the next one.
+static Bytes ChangingRectangles(std::mt19937& random) {
+    constexpr int kSide = 16;
+    GifBytes bytes = GifBytes().Header("GIF89a", kSide, kSide, 0xF2);
+    for (int frame = 0; frame < 4; ++frame) {
+        Block image = MakeImage(kSide, kSide, 3);
+        {
+            ImageWriteLock bitmap(&image.data);
+            for (int i = 0; i < 3; ++i) {
+                const int left = static_cast<int>(random() % 12), top = static_cast<int>(random() % 12);
+                const auto colour = static_cast<uint32_t>(1 + random() % 7);
+                for (int at = 0; at < 12; ++at) SetImagePixel(bitmap, left + at % 4, top + at / 4, colour);
+            }
+        }
+        File file;
+        EXPECT_TRUE(file.CreateMemory());
+        EXPECT_TRUE(EncodeImageData(file, image, Manner::kWhole));
+        bytes.Add({0x21, 0xF9, 4, 0, 4, 0, 0, 0}).ImageHead(kSide, kSide, 0);
+        bytes.Add(Bytes(file.Written().begin(), file.Written().end()));
+    }
+    return bytes.Add({0x3B});
+}
+
+TEST(Optimise, MoreEffortTakesNoMoreThanAHurry) {
+    std::mt19937 random(11);
+    for (int round = 0; round < 40; ++round) {
+        const LoadedGif gif(ChangingRectangles(random), Manner::kWhole);
+        const auto bytes = [&gif](Effort effort) {
+            const Optimised made = Optimise(gif, {effort});
+            return BytesOf(made.result == OptimiseResult::kSmaller ? made.list : gif).size();
+        };
+        const size_t hurried = bytes(Effort::kFast);
+        for (const Effort effort : {Effort::kNormal, Effort::kMax}) EXPECT_LE(bytes(effort), hurried) << round;
+    }
+}
+
 TEST(Optimise, GivesTheSameBytesWithAnyNumberOfThreads) {
     std::mt19937 random(2);
     for (int round = 0; round < 20; ++round) {
@@ -188,6 +229,7 @@ TEST(Optimise, LeavesAloneWhatPlayersDisagreeAbout) {
         {"a screen without width", Strip(0).Row(1, {1, 2, 3}).Row(0, {1, 1, 1}).WithTrailer()},
         {"pixels are missing", missing.Add({0x3B})},
         {"no trailer", Strip(3).Row(0, {1, 2, 3}).Row(0, {1, 2, 3})},
+        {"a disposal of old", Strip(3).Row(0, {1, 2, 3}).Control(5, 4 << 2).Row(0, {1, 1}).Row(1, {2}).WithTrailer()},
         {"a text behind the control", text.SmallImage().Add({0x3B})},
     };
     for (const auto& [name, bytes] : cases)
