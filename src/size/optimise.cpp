@@ -36,13 +36,23 @@ bool HasTextBehindControl(const Animation& animation) {
     });
 }
 
+// Browsers take disposal 4 for 3, as old writers meant it; others take it for none.
+bool HasOldDisposal(const Animation& animation) {
+    return std::ranges::any_of(animation.Frames(), [&animation](const Frame& frame) {
+        if (frame.control < 0) return false;
+        const Block& control = animation.List().blocks[static_cast<size_t>(frame.control)];
+        const int disposal = (GetControlFields(control).packed & kControlDisposal) >> kControlDisposalShift;
+        return disposal == kDisposePreviousOfOld;
+    });
+}
+
 bool CanBeOptimised(const Animation& animation, const ReadReport& report) {
     if (!std::ranges::all_of(report.damages, IsHarmless) || animation.Frames().empty()) return false;
     const HeaderFields screen = GetHeaderFields(animation.List().blocks[0]);
     if (screen.screenWidth == 0 || screen.screenHeight == 0 || !FitsCanvas(animation)) return false;
     for (const Frame& frame : animation.Frames())
         if (!animation.List().blocks[frame.block].data) return false;
-    return FirstImageFits(animation) && !HasTextBehindControl(animation);
+    return FirstImageFits(animation) && !HasTextBehindControl(animation) && !HasOldDisposal(animation);
 }
 
 class Optimiser {
