@@ -14,8 +14,9 @@ namespace {
 constexpr size_t kMostWaysInHurry = 2;
 constexpr size_t kMostWays = 4;     // of reaching a moment that are followed at a time
 constexpr size_t kLongestLag = 12;  // frames that may be undecided
-// Several threads look at so many moments at a time. Farther ahead it is less and less known which changes matter.
-constexpr size_t kMomentsAhead = 6;
+// Several threads look at so many moments at a time, fewer of large canvases, which take memory. Farther ahead it is
+// less and less known which changes matter.
+constexpr uint64_t kMomentsAhead = 6, kPixelsAhead = uint64_t{24} << 20;
 
 // One way to show a moment: by a change of what was left before.
 struct Way {
@@ -63,7 +64,11 @@ public:
 private:
     using Changes = std::vector<ChangeHandle>;
 
-    size_t Ahead() const { return options_.threads > 1 ? kMomentsAhead : 1; }
+    size_t Ahead() const {
+        if (options_.threads < 2) return 1;
+        const uint64_t pixels = std::max<uint64_t>(animation_.Screen().Pixels(), 1);
+        return static_cast<size_t>(std::clamp<uint64_t>(kPixelsAhead / pixels, 1, kMomentsAhead));
+    }
     bool IsInHurry() const { return options_.effort == Effort::kFast; }
 
     PlanResult LookAhead(const std::vector<MomentHandle>& moments, std::vector<MomentHandle>* next);

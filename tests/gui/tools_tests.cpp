@@ -522,7 +522,10 @@ TEST_F(SmallerTest, WhatIsRefusedIsSaid) {
     documentChanged = false;
     Open(File("cut.gif"));
     Run(IDM_MAKE_SMALLER,
-        {Press(IDOK), Read("This document is left alone: it is damaged, or players do not agree about it.", IDOK)});
+        {Press(IDOK),
+         Read("This document is left alone: it is damaged, too large or of too many colours, or players do not "
+              "agree about it.",
+              IDOK)});
     EXPECT_EQ(Saved(), cut);
 }
 

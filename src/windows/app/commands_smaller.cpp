@@ -117,7 +117,9 @@ std::wstring DescribePrice(const Smaller& work) {
     if (isSmaller && !work.savesWhole)
         text += L"\nFrom now on it is saved whole, as in careful mode: images are not encoded anew.";
     if (work.result == OptimiseResult::kLeftAlone && before > 0)
-        text += L"\nIts pictures are left alone: they are damaged, or players do not agree about them.";
+        text +=
+            L"\nIts pictures are left alone: they are damaged, too large or of too many colours, or players do not "
+            L"agree about them.";
     return text;
 }
 
@@ -130,8 +132,10 @@ std::wstring DescribeSizes(const Smaller& work) {
 void TellNothingGained(HWND window, const Smaller& work) {
     const bool isLeftAlone = work.result == OptimiseResult::kLeftAlone;
     if (ImageCount(work.old) == 0) return MessageBox(window, "There are no frames in this document.");
-    MessageBox(window, isLeftAlone ? L"This document is left alone: it is damaged, or players do not agree about it."
-                                   : L"Nothing smaller was found that plays the same. The document stays as it is.");
+    MessageBox(window, isLeftAlone
+                           ? L"This document is left alone: it is damaged, too large or of too many colours, or "
+                             L"players do not agree about it."
+                           : L"Nothing smaller was found that plays the same. The document stays as it is.");
 }
 
 void TakeOver(HWND window, Smaller* work) {
