@@ -111,7 +111,8 @@ private:
 constexpr char kNoMemory[] = "not enough memory";
 
 // Whether the pixels show the same in the document's global palette. Those that are transparent show nothing, but have
-// to be told from others where there is room for no more indexes than the palette has.
+// to be told from others where there is room for no more indexes than the palette has. Those that are no colours stay
+// so in a document that was read whole, where they have room.
 bool BlockCopier::MeansTheSame(const Block& image, const Palette& palette, int depth) const {
     const size_t room = to_.depth ? size_t{1} << to_.depth : 0;
     ImageLock bitmap(image.data);
@@ -121,7 +122,9 @@ bool BlockCopier::MeansTheSame(const Block& image, const Palette& palette, int d
     IndexSet used;
     ForEachPixel(bitmap, [&](int, int, uint8_t index) { used.has[index] = true; });
     const bool isTransparent = control_ != kNoControl && (counting_.packed & kControlTransparent);
-    for (size_t index = 0; index < kPaletteEntries; ++index) {
+    const size_t colours = depth > 0 ? size_t{1} << depth : 0;
+    const size_t last = (list_.flags & kReadWhole) ? std::max(colours, room) : kPaletteEntries;
+    for (size_t index = 0; index < last; ++index) {
         const bool isSeen = !isTransparent || index != counting_.transparentIndex;
         if (used.has[index] && (index >= room || (isSeen && palette[index] != to_.colours[index]))) return false;
     }

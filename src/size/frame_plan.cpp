@@ -225,8 +225,7 @@ Planner::Changes Planner::Lacking(Changes changes, bool (Change::*isKnown)() con
     std::erase_if(changes, [isKnown](const ChangeHandle& change) { return ((*change).*isKnown)(); });
     std::ranges::sort(changes, std::greater(),
                       [](const ChangeHandle& change) { return std::pair(change->Found().box.Pixels(), change); });
-    const auto twice = std::ranges::unique(changes);
-    changes.erase(twice.begin(), twice.end());
+    changes.erase(std::unique(changes.begin(), changes.end()), changes.end());
     return changes;
 }
 

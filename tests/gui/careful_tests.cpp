@@ -630,8 +630,9 @@ TEST_F(CarefulTest, AWindowStandsAsideOfOthers) {
     SetWindowPos(hMainWindow, nullptr, last.x, last.y, 0, 0, SWP_NOSIZE);
     add(last);
     StandAside(hMainWindow);
-    EXPECT_EQ(corner().x, work.left);
-    EXPECT_EQ(corner().y, work.top);
+    // A window manager may put its frame there.
+    EXPECT_LT(corner().x - work.left, 2 * step);
+    EXPECT_LT(corner().y - work.top, 2 * step);
     for (HWND other : others) DestroyWindow(other);
     UnregisterClassW(kMainWindowClass, about.hInstance);
 }
