@@ -294,7 +294,8 @@ uint64_t PixelStart(const Layout& layout) {
     uint64_t start = layout.infoBytes;
     if (HasMasks(layout) && layout.infoBytes == kUsualInfoBytes) start += layout.compression == kFields ? 12 : 16;
     const uint64_t usual = layout.bits <= 8 ? 1u << layout.bits : 0;
-    return start + uint64_t{ColourBytes(layout)} * (layout.coloursUsed == 0 ? usual : layout.coloursUsed);
+    const uint64_t colours = layout.coloursUsed == 0 ? usual : layout.coloursUsed;
+    return start + colours * ColourBytes(layout);
 }
 
 }  // namespace

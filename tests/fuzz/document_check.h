@@ -8,7 +8,7 @@
 #include "gif/block_list.h"
 #include "gif/descriptor.h"
 
-// `isWhole`: images may then lack their pixels.
+// `isWhole`: images may then lack their pixels, or have some that are no colours of their palette.
 inline void CheckDocument(const BlockList& list, bool isWhole = false) {
     assert(list.count < list.capacity);
     for (const Block& block : list.All()) {
@@ -23,6 +23,7 @@ inline void CheckDocument(const BlockList& list, bool isWhole = false) {
         assert(info);
         assert(info->width == fields.width);
         assert(info->height == fields.height);
-        assert(info->bitCount == BitCountForDepth(DepthOfPacked(fields.packed)));
+        const int bitCount = BitCountForDepth(DepthOfPacked(fields.packed));
+        assert(isWhole ? info->bitCount >= bitCount : info->bitCount == bitCount);
     }
 }
