@@ -90,7 +90,8 @@ DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner mann
     ImageWriteLock bitmap(&image->data);
     if (!bitmap) return manner == Manner::kWhole ? kDecodeNoMemory : kDecodeCorrupt;
     bool interlaced = (GetImageFields(*image).packed & kImageInterlaced) != 0;
-    Target target = {bitmap, bitmap->width, bitmap->height, interlaced, manner, values};
+    Target target = {bitmap, bitmap->width, bitmap->height, interlaced, manner, nullptr};
+    target.values = values;
 
     uint64_t start = file.Position();
     DecodeResult result;

@@ -98,7 +98,7 @@ private:
     uint64_t BitsBefore() const;
     void KeepBest();
     void Settle();
-    void PlanFrame(const DecidedFrame& decided, size_t colours, PlannedFrame* frame) const;
+    static void PlanFrame(const DecidedFrame& decided, size_t colours, PlannedFrame* frame);
     void Finish();
 
     const Animation& animation_;
@@ -390,7 +390,7 @@ void Planner::Settle() {
     }
 }
 
-void Planner::PlanFrame(const DecidedFrame& decided, size_t colours, PlannedFrame* frame) const {
+void Planner::PlanFrame(const DecidedFrame& decided, size_t colours, PlannedFrame* frame) {
     const Moment& moment = *decided.way->moment;
     frame->firstFrame = moment.firstFrame;
     frame->lastFrame = moment.lastFrame;
