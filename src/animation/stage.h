@@ -33,7 +33,8 @@ public:
     // How many frames Show would draw to get there: 0 when the canvas shows the frame already.
     uint32_t FramesToDraw(uint32_t frame) const;
 
-    // The canvas: the animation's width and height, rows from the top, pixels as PaintImage makes them.
+    // The canvas: the animation's width, its height or the rows that are composed, from the top, and pixels as
+    // PaintImage makes them.
     const CanvasView& Canvas() const { return canvas_; }
 
     // The rectangle outside of which nothing differs from what was shown before. The first time it is the whole canvas.

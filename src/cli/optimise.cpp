@@ -123,14 +123,6 @@ struct Made {
     uint64_t bytes = 0;  // of what is to be written
 };
 
-// The bytes of the file that the document becomes; nothing when memory runs out.
-std::optional<uint64_t> BytesToWrite(const BlockList& list, const Task& task) {
-    File written;
-    if (!written.CreateMemory() || !WriteWholeGif(list, written, task.names ? &*task.names : nullptr))
-        return std::nullopt;
-    return written.Written().size();
-}
-
 bool Make(const LoadedFile& file, const Task& task, decltype(Optimise)* optimise, int lossy, Made* made) {
     ShownProgress progress;
     OptimiseOptions options = task.options;
@@ -139,7 +131,8 @@ bool Make(const LoadedFile& file, const Task& task, decltype(Optimise)* optimise
     made->lossy = lossy;
     made->result = optimise(file.list, file.report, options, &progress, &made->smaller, &made->loss);
     const bool isSmaller = made->result == OptimiseResult::kSmaller;
-    const std::optional<uint64_t> bytes = BytesToWrite(isSmaller ? made->smaller : file.list, task);
+    const Identity* names = task.names ? &*task.names : nullptr;
+    const std::optional<uint64_t> bytes = WrittenBytes(isSmaller ? made->smaller : file.list, names);
     made->bytes = bytes.value_or(0);
     return bytes && made->result != OptimiseResult::kNoMemory;
 }

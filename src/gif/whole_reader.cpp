@@ -249,12 +249,12 @@ void WholeReader::Decode(size_t at, Block* block) {
     if (!hasPalette) Report(DamageKind::kNoPalette, at);
     const uint64_t room = uint64_t{fields.width} * fields.height;
     uint64_t pixels = 0;
-    unsigned values = 0;
+    unsigned values = 0;  // where some may be lost
+    unsigned* const asked = BitCountForDepth(depth) < 8 ? &values : nullptr;
     auto decode = [&](int bits) {
         block->data = CreateImageBitmap(fields.width, fields.height, palette, bits);
         file_.Seek(at + 1);
-        return block->data ? DecodeImageData(file_, codeSize, block, Manner::kWhole, &pixels, &values)
-                           : kDecodeNoMemory;
+        return block->data ? DecodeImageData(file_, codeSize, block, Manner::kWhole, &pixels, asked) : kDecodeNoMemory;
     };
     DecodeResult result = decode(depth);
     // Pixels that are no colours stay what they are, too, for which the bitmap may need more bits than its palette.

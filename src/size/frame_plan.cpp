@@ -63,6 +63,7 @@ public:
 
 private:
     using Changes = std::vector<ChangeHandle>;
+    using Pieces = std::vector<std::function<void()>>;  // of work, each by itself
 
     size_t Ahead() const {
         if (options_.threads < 2) return 1;
@@ -80,8 +81,8 @@ private:
     static Changes Lacking(Changes changes, bool (Change::*isKnown)() const);
     void Guess(const Changes& changes);
     void Measure(const Changes& changes);
-    template <typename Work>
-    void ForAll(size_t count, const Work& work);
+    void DoAll(const Pieces& pieces);
+    void AddDecided(Pieces* pieces);
 
     void Follow(const MomentHandle& moment, const Changes& foreseen);
     void ProposeAll(const MomentHandle& moment, const Changes& foreseen);
@@ -116,12 +117,11 @@ private:
     std::atomic<bool> outOfMemory_ = false;
 };
 
-// Does work(0) to work(count - 1) on several processors.
-template <typename Work>
-void Planner::ForAll(size_t count, const Work& work) {
-    RunInParallel(count, options_.threads, [&](size_t i) {
+// Does all of it, on several processors.
+void Planner::DoAll(const Pieces& pieces) {
+    RunInParallel(pieces.size(), options_.threads, [&](size_t i) {
         try {
-            work(i);
+            pieces[i]();
         } catch (const std::bad_alloc&) {
             outOfMemory_ = true;
         }
@@ -132,28 +132,27 @@ void Planner::ForAll(size_t count, const Work& work) {
 // Finds what will be asked of the changes to the moments, plans the frames that are decided, and reads what comes next.
 PlanResult Planner::LookAhead(const std::vector<MomentHandle>& moments, std::vector<MomentHandle>* next) {
     Foresee(moments);
-    struct Piece {
-        Change* change;
-        const Difference* plain;
-    };
-    std::vector<Piece> pieces;
-    for (const Changes& changes : foreseen_)
-        for (const ChangeHandle& change : changes) pieces.push_back({change.get(), &changes.front()->Found()});
     const size_t colours = plan_.colours.Pixels().size();  // while further ones are numbered
-    const size_t planned = plan_.frames.size();
-    plan_.frames.resize(planned + decided_.size());
     PlanResult result = PlanResult::kDone;
-    ForAll(1 + decided_.size() + pieces.size(), [&](size_t i) {
-        if (i == 0)
-            result = reader_.Read(Ahead(), next);
-        else if (i <= decided_.size())
-            PlanFrame(decided_[i - 1], colours, &plan_.frames[planned + i - 1]);
-        else
-            LookInto(*pieces[i - 1 - decided_.size()].plain, colours, pieces[i - 1 - decided_.size()].change);
-    });
-    decided_.clear();
+    Pieces pieces = {[&] { result = reader_.Read(Ahead(), next); }};
+    AddDecided(&pieces);
+    for (const Changes& changes : foreseen_)
+        for (const ChangeHandle& change : changes)
+            pieces.push_back([&, plain = &changes.front()->Found()] { LookInto(*plain, colours, change.get()); });
+    DoAll(pieces);
     if (result == PlanResult::kDone && moments.size() > 1) Rehearse(moments);
     return result;
+}
+
+// The planning of all frames that are decided.
+void Planner::AddDecided(Pieces* pieces) {
+    const size_t planned = plan_.frames.size(), colours = plan_.colours.Pixels().size();
+    plan_.frames.resize(planned + decided_.size());
+    for (size_t i = 0; i < decided_.size(); ++i)
+        pieces->push_back([frame = &plan_.frames[planned + i], decided = std::move(decided_[i]), colours] {
+            PlanFrame(decided, colours, frame);
+        });
+    decided_.clear();
 }
 
 // The changes to each moment: from the one before, and from what the ways that lead there draw on.
@@ -230,15 +229,19 @@ Planner::Changes Planner::Lacking(Changes changes, bool (Change::*isKnown)() con
 }
 
 void Planner::Guess(const Changes& changes) {
-    const Changes lacking = Lacking(changes, &Change::IsGuessed);
     const size_t colours = plan_.colours.Pixels().size();
-    ForAll(lacking.size(), [&](size_t i) { lacking[i]->Guess(colours, IsInHurry()); });
+    Pieces pieces;
+    for (const ChangeHandle& change : Lacking(changes, &Change::IsGuessed))
+        pieces.push_back([this, change, colours] { change->Guess(colours, IsInHurry()); });
+    DoAll(pieces);
 }
 
 void Planner::Measure(const Changes& changes) {
-    const Changes lacking = Lacking(changes, &Change::IsMeasured);
     const size_t colours = plan_.colours.Pixels().size();
-    ForAll(lacking.size(), [&](size_t i) { lacking[i]->Measure(colours); });
+    Pieces pieces;
+    for (const ChangeHandle& change : Lacking(changes, &Change::IsMeasured))
+        pieces.push_back([change, colours] { change->Measure(colours); });
+    DoAll(pieces);
 }
 
 void Planner::Propose(const WayHandle& before, uint8_t disposal, const ChangeHandle& change) {
@@ -404,9 +407,9 @@ void Planner::Finish() {
     ways_.resize(1);
     Settle();
     decided_.push_back({ways_.front(), kDisposeLeave, ways_.front()->Box()});
-    const size_t planned = plan_.frames.size(), colours = plan_.colours.Pixels().size();
-    plan_.frames.resize(planned + decided_.size());
-    ForAll(decided_.size(), [&](size_t i) { PlanFrame(decided_[i], colours, &plan_.frames[planned + i]); });
+    Pieces pieces;
+    AddDecided(&pieces);
+    DoAll(pieces);
     PlannedFrame& last = plan_.frames.back();
     last.isLast = true;
     const uint8_t disposal = animation_.Frames().back().disposal;

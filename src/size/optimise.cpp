@@ -226,8 +226,8 @@ OptimiseResult OptimiseWithin(const BlockList& list, const ReadReport& report, c
     return result;
 }
 
-std::optional<uint64_t> WrittenBytes(const BlockList& list) {
+std::optional<uint64_t> WrittenBytes(const BlockList& list, const Identity* names) {
     File written;
-    if (!written.CreateMemory() || !WriteWholeGif(list, written, nullptr)) return std::nullopt;
+    if (!written.CreateMemory() || !WriteWholeGif(list, written, names)) return std::nullopt;
     return written.Written().size();
 }

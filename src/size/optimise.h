@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "gif/gif_reader.h"
+#include "platform/identity.h"
 #include "size/code_search.h"
 #include "size/plays_alike.h"
 
@@ -45,5 +46,6 @@ OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const O
 OptimiseResult OptimiseWithin(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
                               OptimiseWatch* watch, BlockList* smaller, Loss* loss);
 
-// The bytes of the file that `list`, a whole document, is written as; nothing when memory runs out.
-std::optional<uint64_t> WrittenBytes(const BlockList& list);
+// The bytes of the file that `list`, a whole document, is written as, signed with the names unless they are null;
+// nothing when memory runs out.
+std::optional<uint64_t> WrittenBytes(const BlockList& list, const Identity* names = nullptr);

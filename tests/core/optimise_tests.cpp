@@ -140,10 +140,10 @@ TEST(Optimise, PlaysTheSameAndIsNeverLarger) {
 }
 
 // Frames of a few rectangles each, which have all changed in the next one.
-static Bytes ChangingRectangles(std::mt19937& random) {
+static Bytes ChangingRectangles(std::mt19937& random, int frames) {
     constexpr int kSide = 16;
     GifBytes bytes = GifBytes().Header("GIF89a", kSide, kSide, 0xF2);
-    for (int frame = 0; frame < 4; ++frame) {
+    for (int frame = 0; frame < frames; ++frame) {
         Block image = MakeImage(kSide, kSide, 3);
         {
             ImageWriteLock bitmap(&image.data);
@@ -165,7 +165,7 @@ static Bytes ChangingRectangles(std::mt19937& random) {
 TEST(Optimise, MoreEffortTakesNoMoreThanAHurry) {
     std::mt19937 random(11);
     for (int round = 0; round < 40; ++round) {
-        const LoadedGif gif(ChangingRectangles(random), Manner::kWhole);
+        const LoadedGif gif(ChangingRectangles(random, 4), Manner::kWhole);
         const auto bytes = [&gif](Effort effort) {
             const Optimised made = Optimise(gif, {effort});
             return BytesOf(made.result == OptimiseResult::kSmaller ? made.list : gif).size();
@@ -177,8 +177,9 @@ TEST(Optimise, MoreEffortTakesNoMoreThanAHurry) {
 
 TEST(Optimise, GivesTheSameBytesWithAnyNumberOfThreads) {
     std::mt19937 random(2);
-    for (int round = 0; round < 20; ++round) {
-        const LoadedGif gif(RandomFile(random, 12), Manner::kWhole);
+    for (int round = 0; round < 40; ++round) {
+        const bool clears = round % 4 < 2;
+        const LoadedGif gif(clears ? RandomFile(random, 12) : ChangingRectangles(random, 150), Manner::kWhole);
         const Effort effort = round % 2 ? Effort::kNormal : Effort::kFast;
         const Optimised one = Optimise(gif, {effort, false, 1});
         ASSERT_EQ(one.result, OptimiseResult::kSmaller);
