@@ -2,7 +2,7 @@
 
 namespace {
 
-constexpr int kMostSamples = 4;  // in each direction, for one reduced pixel
+constexpr int kMostZoomSamples = 4;  // in each direction, for one reduced pixel
 
 uint32_t CheckAt(int x, int y, int check) {
     return (x / check + y / check) % 2 == 0 ? kLightCheck : kDarkCheck;
@@ -39,7 +39,7 @@ uint32_t MeanOf(const CanvasView& canvas, const Rectangle& box, int step, uint32
 }
 
 void DrawReduced(uint32_t* to, const CanvasView& canvas, int reduce, int y, int firstX, int endX, int check) {
-    const int step = std::max(reduce / kMostSamples, 1);
+    const int step = std::max(reduce / kMostZoomSamples, 1);
     const Rectangle all = {0, 0, canvas.width, canvas.height};
     for (int x = firstX; x < endX; ++x) {
         const Rectangle box = {x * reduce, y * reduce, x * reduce + reduce, y * reduce + reduce};

@@ -10,7 +10,7 @@ namespace {
 constexpr uint64_t kMostCopiedBytes = uint64_t{256} << 20;  // of canvases that wait to be encoded
 constexpr size_t kWaitingAThread = 2;                       // so that no thread waits for another
 
-struct Picture {
+struct CopiedFrame {
     uint32_t frame = 0;
     Rectangle area;                      // on the screen
     std::unique_ptr<uint32_t[]> pixels;  // a copy of it
@@ -21,7 +21,7 @@ struct Picture {
     bool Copy(const CanvasView& canvas);
 };
 
-bool Picture::Copy(const CanvasView& canvas) {
+bool CopiedFrame::Copy(const CanvasView& canvas) {
     if (area.Pixels() > room) {
         pixels = AllocateScratchArray<uint32_t>(area.Pixels());
         room = pixels ? area.Pixels() : 0;
@@ -54,7 +54,7 @@ public:
 
     FrameResult Run(const Animation& animation) {
         const size_t atATime = PicturesAtATime(animation, frames_.size());
-        pictures_ = std::make_unique<Picture[]>(atATime);
+        pictures_ = std::make_unique<CopiedFrame[]>(atATime);
         if (!stage_.Open(animation, 0)) return FrameResult::kNoMemory;
         for (size_t done = 0; done < frames_.size(); done += atATime) {
             const size_t count = std::min(atATime, frames_.size() - done);
@@ -66,7 +66,7 @@ public:
     }
 
 private:
-    bool Show(size_t number, Picture* picture) {
+    bool Show(size_t number, CopiedFrame* picture) {
         picture->frame = frames_[number];
         picture->png.Clear();
         if (!stage_.Show(picture->frame)) return false;
@@ -74,7 +74,7 @@ private:
         return true;
     }
 
-    FrameResult Deliver(const Picture& picture) {
+    FrameResult Deliver(const CopiedFrame& picture) {
         if (!picture.encoded) return FrameResult::kNoMemory;
         return work_.deliver(picture.frame, picture.area, picture.png.Content()) ? FrameResult::kDone
                                                                                  : FrameResult::kNotDelivered;
@@ -82,7 +82,7 @@ private:
 
     // Straight from the canvas.
     FrameResult DoOne(size_t number) {
-        Picture& picture = pictures_[0];
+        CopiedFrame& picture = pictures_[0];
         picture.encoded = Show(number, &picture) && work_.encode(stage_.Canvas(), picture.area, &picture.png);
         return Deliver(picture);
     }
@@ -91,7 +91,7 @@ private:
         for (size_t i = 0; i < count; ++i)
             if (!Show(first + i, &pictures_[i]) || !pictures_[i].Copy(stage_.Canvas())) return FrameResult::kNoMemory;
         RunInParallel(count, [this](size_t i) {
-            Picture& picture = pictures_[i];
+            CopiedFrame& picture = pictures_[i];
             const int width = picture.area.Width(), height = picture.area.Height();
             picture.encoded = work_.encode({picture.pixels.get(), width, height}, {0, 0, width, height}, &picture.png);
         });
@@ -102,7 +102,7 @@ private:
 
     std::span<const uint32_t> frames_;
     const FrameWork& work_;
-    std::unique_ptr<Picture[]> pictures_;
+    std::unique_ptr<CopiedFrame[]> pictures_;
     Stage stage_;
 };
 

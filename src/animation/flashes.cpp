@@ -17,7 +17,7 @@ constexpr float kRedChange = 20;  // of (R - G - B) x 320
 constexpr float kRedScale = 320;
 constexpr float kSaturatedRed = 0.8f;  // R / (R + G + B)
 constexpr uint64_t kQuarter = 4;
-constexpr uint64_t kMostSamples = uint64_t{1} << 20;  // pixels that are looked at; of larger pictures every nth
+constexpr uint64_t kMostFlashSamples = uint64_t{1} << 20;  // pixels that are looked at; of larger pictures every nth
 
 // Linear light of an sRGB channel.
 struct LinearTable {
@@ -90,9 +90,9 @@ struct Sample {
 };
 
 // The changes of enough of the picture at once, in the order of time, each against the one before.
-class Changes {
+class FlashCounter {
 public:
-    explicit Changes(FlashKind kind) : kind_(kind) {}
+    explicit FlashCounter(FlashKind kind) : kind_(kind) {}
 
     // More than a quarter went that way. Returns how many flashes there were within the last second.
     void Add(Direction way, uint64_t time, uint32_t frame, uint32_t round, std::vector<Flashing>* found) {
@@ -153,7 +153,7 @@ private:
             ++step_;
             columns_ = (static_cast<uint64_t>(animation_.Width()) + step_ - 1) / step_;
             rows_ = (static_cast<uint64_t>(animation_.Height()) + step_ - 1) / step_;
-        } while (columns_ * rows_ > kMostSamples);
+        } while (columns_ * rows_ > kMostFlashSamples);
     }
 
     bool PlayOnce(uint32_t round, std::vector<Flashing>* found) {
@@ -206,7 +206,7 @@ private:
     bool started_ = false;
     uint64_t start_ = 0;   // of the round
     uint64_t enough_ = 0;  // so long it is played
-    Changes general_{FlashKind::kGeneral}, red_{FlashKind::kRed};
+    FlashCounter general_{FlashKind::kGeneral}, red_{FlashKind::kRed};
 };
 
 }  // namespace

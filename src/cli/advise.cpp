@@ -19,8 +19,6 @@
 
 namespace {
 
-constexpr size_t kMostLikeIt = 10;  // lines of one kind of edit
-
 std::string CommandOf(const Advice& advice, const std::string& path) {
     std::string command = "zephyr " + advice.verb + " " + ShellFile(path) + " OUT";
     for (const std::string* word : {&advice.blocks, &advice.value})
@@ -44,7 +42,7 @@ void PrintLines(const std::string& path, const std::vector<Advice>& advice) {
     std::map<std::string, size_t> told;
     size_t more = 0;
     for (const Advice& edit : advice) {
-        if (++told[KindOf(edit)] <= kMostLikeIt)
+        if (++told[KindOf(edit)] <= kMostLinesAlike)
             PrintEdit(path, edit);
         else
             ++more;

@@ -19,21 +19,21 @@
 namespace {
 
 // What a value should have been; nothing when it was set.
-struct Wanted {
+struct Refused {
     std::string what;
     bool ofDocument = false;  // not the value was wrong, but the document can't take it
     std::string file = {};    // `what` is what is wrong with this file
 };
 
 // All setters: `item` is what stands behind the colon of the field's name.
-using Setter = Wanted (*)(Block* block, const std::string& item, const std::string& value);
+using Setter = Refused (*)(Block* block, const std::string& item, const std::string& value);
 
 std::string NumberUpTo(unsigned most) {
     return "a whole number of 0 to " + std::to_string(most);
 }
 
 template <auto kGet, auto kPut, auto kMember>
-Wanted SetNumber(Block* block, const std::string&, const std::string& value) {
+Refused SetNumber(Block* block, const std::string&, const std::string& value) {
     auto fields = kGet(*block);
     using Number = std::remove_reference_t<decltype(fields.*kMember)>;
     constexpr unsigned kMost = std::numeric_limits<Number>::max();
@@ -45,7 +45,7 @@ Wanted SetNumber(Block* block, const std::string&, const std::string& value) {
 }
 
 template <auto kGet, auto kPut, uint8_t kFlag>
-Wanted SetFlag(Block* block, const std::string&, const std::string& value) {
+Refused SetFlag(Block* block, const std::string&, const std::string& value) {
     bool on = value == "yes" || value == "1";
     if (!on && value != "no" && value != "0") return {"yes or no"};
     auto fields = kGet(*block);
@@ -55,14 +55,14 @@ Wanted SetFlag(Block* block, const std::string&, const std::string& value) {
 }
 
 // The rows of data that can't be decoded can't be put in another order.
-Wanted SetInterlaced(Block* block, const std::string& item, const std::string& value) {
+Refused SetInterlaced(Block* block, const std::string& item, const std::string& value) {
     const uint8_t packed = GetImageFields(*block).packed;
-    Wanted wanted = SetFlag<GetImageFields, PutImageFields, kImageInterlaced>(block, item, value);
-    if (!wanted.what.empty() || block->data || GetImageFields(*block).packed == packed) return wanted;
+    Refused refused = SetFlag<GetImageFields, PutImageFields, kImageInterlaced>(block, item, value);
+    if (!refused.what.empty() || block->data || GetImageFields(*block).packed == packed) return refused;
     return {"a picture that can be decoded", true};
 }
 
-Wanted SetColour(Block* block, const std::string& item, const std::string& value) {
+Refused SetColour(Block* block, const std::string& item, const std::string& value) {
     uint8_t packed = GetHeaderFields(*block).packed;
     if (!(packed & kHasPalette)) return {"a global palette, which this file lacks", true};
     auto last = static_cast<unsigned>(ColoursOfPacked(packed) - 1);
@@ -79,7 +79,7 @@ Wanted SetColour(Block* block, const std::string& item, const std::string& value
     return {};
 }
 
-Wanted SetDisposal(Block* block, const std::string&, const std::string& value) {
+Refused SetDisposal(Block* block, const std::string&, const std::string& value) {
     constexpr const char* kNames[] = {"nothing", "leave", "background", "previous"};
     const auto* name = std::find(std::begin(kNames), std::end(kNames), value);
     auto disposal = static_cast<unsigned>(name - kNames);
@@ -93,7 +93,7 @@ Wanted SetDisposal(Block* block, const std::string&, const std::string& value) {
 }
 
 // Without a transparent colour the index stays as it was, as in the editor.
-Wanted SetTransparent(Block* block, const std::string&, const std::string& value) {
+Refused SetTransparent(Block* block, const std::string&, const std::string& value) {
     ControlFields fields = GetControlFields(*block);
     unsigned index = fields.transparentIndex;
     bool none = value == "none";
@@ -104,7 +104,7 @@ Wanted SetTransparent(Block* block, const std::string&, const std::string& value
     return {};
 }
 
-Wanted SetIterations(Block* block, const std::string&, const std::string& value) {
+Refused SetIterations(Block* block, const std::string&, const std::string& value) {
     unsigned iterations;
     if (!ParseNumber(value, UINT16_MAX, &iterations)) return {NumberUpTo(UINT16_MAX)};
     PutLoopIterations(block, static_cast<uint16_t>(iterations));
@@ -112,7 +112,7 @@ Wanted SetIterations(Block* block, const std::string&, const std::string& value)
 }
 
 // The colours beyond a smaller table are lost; new ones are black.
-Wanted SetColours(Block* block, const std::string&, const std::string& value) {
+Refused SetColours(Block* block, const std::string&, const std::string& value) {
     const bool isHeader = block->kind == kHeaderBlock;
     unsigned colours = 0;
     const bool isCount = ParseNumber(value, kPaletteEntries, &colours) && colours != 1 && std::popcount(colours) < 2;
@@ -135,7 +135,7 @@ bool FindTransparency(const Block& image, int* index) {
     return true;
 }
 
-Wanted SetPalette(Block* block, const std::string&, const std::string& value) {
+Refused SetPalette(Block* block, const std::string&, const std::string& value) {
     if (value != "global") return {"global"};
     int transparentIndex;
     if (!FindTransparency(*block, &transparentIndex)) return {"more memory", true};
@@ -149,7 +149,7 @@ Wanted SetPalette(Block* block, const std::string&, const std::string& value) {
     return {"more memory", true};
 }
 
-Wanted SetEncoding(Block* block, const std::string&, const std::string& value) {
+Refused SetEncoding(Block* block, const std::string&, const std::string& value) {
     if (value != "new") return {"new"};
     if (!block->data) return {"a picture that can be decoded", true};
     if (!MarkChanged(block)) return {"more memory", true};
@@ -176,16 +176,16 @@ void DropText(Block* block) {
     block->dataLength = 0;
 }
 
-Wanted SetText(Block* block, const std::string&, const std::string& value) {
+Refused SetText(Block* block, const std::string&, const std::string& value) {
     if (!FitsWindows1252(value)) return {"only characters that Windows-1252 has"};
     std::string text = WithDocumentLineEnds(Windows1252FromUtf8(value));
     if (text.size() > kMaxTextBytes) return {"at most " + std::to_string(kMaxTextBytes) + " characters"};
-    if (text.empty()) return DropText(block), Wanted();
+    if (text.empty()) return DropText(block), Refused();
     if (!SetBlockText(block, text.data(), static_cast<uint32_t>(text.size()))) return {"more memory", true};
     return {};
 }
 
-Wanted SetData(Block* block, const std::string&, const std::string& value) {
+Refused SetData(Block* block, const std::string&, const std::string& value) {
     if (value.size() < 2 || value[0] != '@') return {"@ and the name of a file, or @- for standard input"};
     const std::string file = value.substr(1);
     BlockData data;
@@ -275,8 +275,8 @@ FieldRefusal SetBlockField(Block* block, const std::string& field, const std::st
     size_t nameEnd = std::min(field.find(':'), field.size() - 1) + 1;
     const Field* known = FindField(block->kind, field.substr(0, nameEnd), manner);
     if (!known) return {NoSuchField(block->kind, field, manner), false, "", true};
-    Wanted wanted = known->set(block, field.substr(nameEnd), value);
-    if (wanted.what.empty()) return {};
-    if (!wanted.file.empty()) return {wanted.what, false, wanted.file, false};
-    return {field + " wants " + wanted.what, !wanted.ofDocument};
+    Refused refused = known->set(block, field.substr(nameEnd), value);
+    if (refused.what.empty()) return {};
+    if (!refused.file.empty()) return {refused.what, false, refused.file, false};
+    return {field + " wants " + refused.what, !refused.ofDocument};
 }

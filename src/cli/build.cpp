@@ -13,10 +13,10 @@
 #include "cli/save_document.h"
 #include "cli/usage.h"
 #include "editing/animation_build.h"
+#include "gif/descriptor.h"
 
 namespace {
 
-constexpr unsigned kMostDelay = 65535;  // hundredths of a second
 constexpr int kUsualDelay = 100;
 constexpr size_t kFewestFiles = 2;
 constexpr double kLeastRate = 0.01, kMostRate = 100;  // frames a second

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr size_t kMostLikeIt = 10;  // lines of one check in a file
-
 // The command as it is typed; empty when there is none.
 std::string CommandOf(const std::string& path, const Mending& mend) {
     if (!mend.command) return "";
@@ -30,15 +28,15 @@ std::string BlockWords(uint32_t index) {
 void PrintLines(const std::string& path, const std::vector<Finding>& findings) {
     std::map<std::string, size_t> told;
     for (const Finding& finding : findings) {
-        if (++told[finding.check] > kMostLikeIt) continue;
+        if (++told[finding.check] > kMostLinesAlike) continue;
         const std::string where = finding.block < 0 ? "" : BlockWords(static_cast<uint32_t>(finding.block)) + ": ";
         printf("%s: %s%s\n", Printable(path).c_str(), where.c_str(), Printable(finding.what).c_str());
         if (finding.mend.command) printf("    %s\n", Printable(CommandOf(path, finding.mend)).c_str());
     }
     for (const auto& [check, count] : told)
-        if (count > kMostLikeIt)
+        if (count > kMostLinesAlike)
             printf("%s: %s: %zu more like these, which --json tells\n", Printable(path).c_str(), check.c_str(),
-                   count - kMostLikeIt);
+                   count - kMostLinesAlike);
 }
 
 std::string JsonOf(const std::string& path, const Finding& finding) {

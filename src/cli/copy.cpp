@@ -7,14 +7,14 @@
 namespace {
 
 // What the words ask for.
-struct Order {
+struct CopyOrder {
     Selection blocks, place;
     ForeignColours colours = ForeignColours::kRefuse;
     Looks looks = Looks::kLeft;
 };
 
 // Returns what is wrong with the words, or an empty text.
-std::string ReadColours(const Options& options, Order* order) {
+std::string ReadColours(const Options& options, CopyOrder* order) {
     if (std::string wrong = ReadForeignColours(options, &order->colours); !wrong.empty()) return wrong;
     if (order->colours != ForeignColours::kRefuse && !options.Value("--from"))
         return "--remap, --dither and --keep are for blocks of another file (--from)";
@@ -78,7 +78,7 @@ private:
     }
 
     const Options* options_ = nullptr;
-    Order order_;
+    CopyOrder order_;
 };
 
 }  // namespace

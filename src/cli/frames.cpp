@@ -22,7 +22,7 @@ constexpr unsigned kMostColumns = 65535;
 constexpr char kNoMemory[] = "not enough memory";
 
 // The command's words, taken apart.
-struct Wanted {
+struct FrameOrder {
     std::string in, out, selection;
     NumberedName names;  // of `out`
     const std::string* sheet = nullptr;
@@ -57,7 +57,7 @@ std::string ReadStyle(const Options& options, PngStyle* style) {
     return "";
 }
 
-std::string ReadOperands(const Options& options, Wanted* wanted) {
+std::string ReadOperands(const Options& options, FrameOrder* wanted) {
     const Words& operands = options.Operands();
     const bool isOneFile = wanted->sheet || wanted->apng || wanted->times;
     const size_t files = isOneFile ? 1 : 2;
@@ -71,7 +71,7 @@ std::string ReadOperands(const Options& options, Wanted* wanted) {
 }
 
 // Returns what is wrong with the words, or an empty text.
-std::string ReadWords(const Options& options, Wanted* wanted) {
+std::string ReadWords(const Options& options, FrameOrder* wanted) {
     if (!options.Error().empty()) return options.Error();
     wanted->sheet = options.Value("--sheet");
     wanted->apng = options.Value("--apng");
@@ -114,7 +114,7 @@ private:
     Progress progress_;
 };
 
-bool WriteComposed(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+bool WriteComposed(const Animation& animation, std::span<const uint32_t> frames, const FrameOrder& wanted) {
     ShownFrames shown;
     FrameWork work;
     work.watch = shown.Watch();
@@ -127,7 +127,7 @@ bool WriteComposed(const Animation& animation, std::span<const uint32_t> frames,
     return Report(EncodeFrames(animation, frames, work), wanted.in);
 }
 
-bool WriteImage(const Animation& animation, uint32_t number, const Wanted& wanted) {
+bool WriteImage(const Animation& animation, uint32_t number, const FrameOrder& wanted) {
     const Frame& frame = animation.Frames()[number];
     const Block& image = animation.List().blocks[frame.block];
     const ImageFields fields = GetImageFields(image);
@@ -144,13 +144,13 @@ bool WriteImage(const Animation& animation, uint32_t number, const Wanted& wante
     return false;
 }
 
-bool WriteRaw(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+bool WriteRaw(const Animation& animation, std::span<const uint32_t> frames, const FrameOrder& wanted) {
     bool done = true;
     for (uint32_t frame : frames) done = WriteImage(animation, frame, wanted) && done;
     return done;
 }
 
-bool WriteSheet(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+bool WriteSheet(const Animation& animation, std::span<const uint32_t> frames, const FrameOrder& wanted) {
     const std::string& path = *wanted.sheet;
     const SheetLayout layout = LayOutSheet(animation, frames.size(), wanted.columns);
     if (!layout.Fits()) {
@@ -164,19 +164,19 @@ bool WriteSheet(const Animation& animation, std::span<const uint32_t> frames, co
     return WriteOutputFile(path, [&](File& file) { return file.Write(png.Content().data(), png.Content().size()); });
 }
 
-bool WriteApng(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+bool WriteApng(const Animation& animation, std::span<const uint32_t> frames, const FrameOrder& wanted) {
     ShownFrames shown;
     return WriteOutputFile(*wanted.apng, [&](File& file) {
         return WriteAnimatedPng(animation, frames, wanted.style, shown.Watch(), file) == FrameResult::kDone;
     });
 }
 
-bool Print(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+bool Print(const Animation& animation, std::span<const uint32_t> frames, const FrameOrder& wanted) {
     (wanted.asJson ? PrintTimesAsJson : PrintTimes)(animation, frames);
     return FlushOutput();
 }
 
-bool Write(const Animation& animation, std::span<const uint32_t> frames, const Wanted& wanted) {
+bool Write(const Animation& animation, std::span<const uint32_t> frames, const FrameOrder& wanted) {
     if (wanted.times) return Print(animation, frames, wanted);
     if (wanted.raw) return WriteRaw(animation, frames, wanted);
     if (animation.Screen().IsEmpty()) {
@@ -225,7 +225,7 @@ const char kFramesHelp[] =
 int RunFrames(const Words& words) {
     Options options(words, {"--raw", "--transparent", "--no-text", "--strict", "--times", "--json"},
                     {"--background", "--level", "--sheet", "--columns", "--apng"});
-    Wanted wanted;
+    FrameOrder wanted;
     if (std::string wrong = ReadWords(options, &wanted); !wrong.empty()) return WrongUsage("frames", wrong);
     PlayedFile file;
     if (!file.OpenAnimation(wanted.in, options)) return kExitFailed;

@@ -35,7 +35,7 @@ private:
 };
 
 // What the words ask for.
-struct Order {
+struct InsertOrder {
     uint16_t kind = kEmptyBlock;
     ForeignColours colours = ForeignColours::kRefuse;
     Selection place;  // the block behind which the new ones come
@@ -43,7 +43,7 @@ struct Order {
 };
 
 // Fills `order`; returns what is wrong with the words, or an empty text.
-std::string ReadOrder(const Options& options, const Words& operands, Order* order) {
+std::string ReadOrder(const Options& options, const Words& operands, InsertOrder* order) {
     order->files = operands;
     const std::string* kind = options.Value("--kind");
     for (const KindName& known : kKindNames)
@@ -77,7 +77,7 @@ std::string WhyNotAllowed(const BlockList& list, uint16_t kind) {
 }
 
 // Makes the blocks that are to be inserted.
-EditAnswer MakeBlocks(BlockList* list, const Order& order, ForeignColours colours, std::vector<Block>* blocks) {
+EditAnswer MakeBlocks(BlockList* list, const InsertOrder& order, ForeignColours colours, std::vector<Block>* blocks) {
     EditAnswer answer;
     InsertAnswers answers(colours);
     for (const std::string& file : order.files) {
@@ -122,7 +122,7 @@ public:
     }
 
 private:
-    Order order_;
+    InsertOrder order_;
 };
 
 }  // namespace

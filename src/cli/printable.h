@@ -11,3 +11,6 @@ std::string Printable(std::string_view text);
 
 // The number of the control character with which `text` (UTF-8) begins, if any. Those from U+0080 take two bytes.
 std::optional<unsigned> LeadingControl(std::string_view text);
+
+// Lines of one kind that are printed; of more only the number is told.
+constexpr size_t kMostLinesAlike = 10;

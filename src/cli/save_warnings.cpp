@@ -30,13 +30,13 @@ bool LosesRows(const Block& block) {
     return block.kind == kImageBlock && (image.packed & kImageInterlaced) && image.height >= 2 && image.height <= 4;
 }
 
-struct Loss {
+struct SaveLoss {
     bool (*strikes)(const Block& block);
     const char* what;
     bool inClassicOnly;
 };
 
-constexpr Loss kLosses[] = {
+constexpr SaveLoss kLosses[] = {
     {EndsTheDocument, "a text whose length 255 divides ends the document when it is read; blocks behind it are lost",
      true},
     {ReachesTooFar, "an image that reaches beyond 65535 pixels is refused by other programs", false},
@@ -58,7 +58,7 @@ void Warn(const BlockList& list, const std::string& path, Strikes strikes, const
 }  // namespace
 
 void WarnOfLosses(const BlockList& list, const std::string& path, Manner manner) {
-    for (const Loss& loss : kLosses)
+    for (const SaveLoss& loss : kLosses)
         if (manner == Manner::kClassic || !loss.inClassicOnly) Warn(list, path, loss.strikes, loss.what);
 }
 

@@ -2,6 +2,7 @@
 #include "editing/timing.h"
 #include "cli/commands.h"
 #include "cli/edit_command.h"
+#include "gif/descriptor.h"
 
 namespace {
 

@@ -14,9 +14,9 @@ using Pairs = std::vector<IndexPair>;
 
 // Looks for the way from the start of both rows to their ends with the fewest edits. A place is an index in each row;
 // on diagonal k the index in the old row is the other one plus k.
-class Round {
+class MyersRound {
 public:
-    Round(Labels old, Labels fresh)
+    MyersRound(Labels old, Labels fresh)
         : old_(old), fresh_(fresh), front_(2 * size_t{kMostEdits} + 3, kNowhere), ends_(Size(old) - Size(fresh)) {}
 
     // Appends the pairs on the way, counted from `base`, and returns how far in both rows it has led.
@@ -116,13 +116,13 @@ Census CountLabels(Labels old, Labels fresh) {
 }
 
 // The labels that the other row has too, and where they stand.
-struct Shared {
+struct SharedLabels {
     std::vector<uint64_t> labels;
     std::vector<uint32_t> places;
 };
 
-Shared KeepShared(Labels row, const Census& census) {
-    Shared shared;
+SharedLabels KeepShared(Labels row, const Census& census) {
+    SharedLabels shared;
     for (uint32_t i = 0; i < row.size(); ++i) {
         const Occurrences& found = census.at(row[i]);
         if (found.old == 0 || found.fresh == 0) continue;
@@ -136,10 +136,10 @@ Shared KeepShared(Labels row, const Census& census) {
 void AlignAll(Labels old, Labels fresh, IndexPair base, Pairs* pairs) {
     if (old.empty() || fresh.empty()) return;
     const Census census = CountLabels(old, fresh);
-    const Shared olds = KeepShared(old, census), news = KeepShared(fresh, census);
+    const SharedLabels olds = KeepShared(old, census), news = KeepShared(fresh, census);
     Pairs found;
     for (IndexPair at = {0, 0}; at.old < olds.labels.size() && at.fresh < news.labels.size();) {
-        Round round(Labels(olds.labels).subspan(at.old), Labels(news.labels).subspan(at.fresh));
+        MyersRound round(Labels(olds.labels).subspan(at.old), Labels(news.labels).subspan(at.fresh));
         const IndexPair reached = round.Run(at, &found);
         at = {at.old + reached.old, at.fresh + reached.fresh};
     }

@@ -33,7 +33,7 @@ struct AnimationPalette {
 };
 
 // A picture on its way to becoming a frame.
-struct Frame {
+struct NewFrame {
     SourceFrame source;
     int depth = 0;                                       // of the palette that it is fitted to
     Result<MemoryHandle> fitted = Failure::kNotAllowed;  // kNotAllowed: not done yet
@@ -43,7 +43,7 @@ struct Frame {
 struct FileFrames {
     Failure why = Failure::kNone;
     std::string reason;
-    std::vector<Frame> frames;
+    std::vector<NewFrame> frames;
 };
 
 constexpr uint64_t kMostBytesAhead = uint64_t{256} << 20;  // of pictures that are read at the same time
@@ -97,7 +97,7 @@ private:
     bool PrepareFrames(std::span<FileFrames> files);
     bool MakeRoomForTransparency();
     BuildOutcome AppendFile(const std::string& path, FileFrames* file);
-    BuildOutcome AppendFrame(const std::string& path, Frame* frame);
+    BuildOutcome AppendFrame(const std::string& path, NewFrame* frame);
     BuildOutcome AppendControl(int delayOfSource);
     BuildOutcome AppendImage(const MemoryHandle& image, const std::string& path);
     BuildOutcome ShareOnePalette();
@@ -190,9 +190,9 @@ void Build::AppendFiles(const std::vector<std::string>& files, size_t first, siz
 // Decides how many files come next, too: as many as fit into the memory for that.
 bool Build::PrepareFrames(std::span<FileFrames> files) {
     uint64_t largest = 1;
-    std::vector<Frame*> frames;
+    std::vector<NewFrame*> frames;
     for (FileFrames& file : files) {
-        for (Frame& frame : file.frames) {
+        for (NewFrame& frame : file.frames) {
             const std::optional<ImageInfo> info = GetImageInfo(frame.source.picture.bitmap);
             if (!info) return false;
             largest = std::max(largest, static_cast<uint64_t>(info->width) * static_cast<uint64_t>(info->height));
@@ -243,7 +243,7 @@ BuildOutcome Build::AppendControl(int delayOfSource) {
 
 BuildOutcome Build::AppendFile(const std::string& path, FileFrames* file) {
     BuildOutcome outcome = BuildOutcome::kDone;
-    for (Frame& frame : file->frames) {
+    for (NewFrame& frame : file->frames) {
         outcome = AppendControl(frame.source.delayHundredths);
         if (outcome == BuildOutcome::kDone) outcome = AppendFrame(path, &frame);
         if (outcome != BuildOutcome::kDone) return outcome;
@@ -260,7 +260,7 @@ BuildOutcome Build::AppendFile(const std::string& path, FileFrames* file) {
 }
 
 // A shared palette is not known yet: until then the images stay as the files have them.
-BuildOutcome Build::AppendFrame(const std::string& path, Frame* frame) {
+BuildOutcome Build::AppendFrame(const std::string& path, NewFrame* frame) {
     const FirstImage& picture = frame->source.picture;
     if (IsShared()) {
         masks_.push_back(picture.mask);

@@ -108,7 +108,7 @@ private:
     bool wantsChoice_ = false;
 };
 
-constexpr char kNoMemory[] = "not enough memory";
+constexpr char kTooLittleMemory[] = "not enough memory";
 
 // Whether the pixels show the same in the document's global palette. Those that are transparent show nothing, but have
 // to be told from others where there is room for no more indexes than the palette has. Those that are no colours stay
@@ -172,7 +172,7 @@ std::string BlockCopier::Separate(Block* image, const Block& original) {
     const size_t room = size_t{1} << to_.depth;
     ImageLock old(original.data);
     ImageWriteLock fresh(&image->data);
-    if (!old || !fresh) return kNoMemory;
+    if (!old || !fresh) return kTooLittleMemory;
     IndexSet used;
     bool isThere = false;
     ForEachPixel(old, [&](int x, int y, uint8_t index) {
@@ -198,12 +198,12 @@ std::string BlockCopier::Convert(Block* image) {
     const Block original = *image;
     if (!original.data) return "its picture can't be decoded, and its colours are not the document's";
     const MemoryHandle coloured = InColours(original.data, ColoursOf(original, from_));
-    if (!coloured) return kNoMemory;
+    if (!coloured) return kTooLittleMemory;
     std::optional<ImageInfo> info = GetImageInfo(coloured);
     const bool dithers = colours_ == ForeignColours::kDither && info && info->bitCount > 1;
     Result<MemoryHandle> converted =
         dithers ? DitherImage(coloured, to_.colours, to_.depth, nullptr) : RemapImage(coloured, to_.colours, to_.depth);
-    if (!converted || !MarkChanged(image)) return kNoMemory;
+    if (!converted || !MarkChanged(image)) return kTooLittleMemory;
     image->data = *converted;
     image->palette.Clear();
     ImageFields fields = GetImageFields(*image);
@@ -225,16 +225,16 @@ std::string BlockCopier::CopyImage(Block image) {
     const bool isOwn = (GetImageFields(image).packed & kHasPalette) != 0;
     const int depth = isOwn ? DepthOfPacked(GetImageFields(image).packed) : from_.depth;
     if (MeansTheSame(image, ColoursOf(image, from_), depth)) {
-        if (!isOwn && !StaysReadable(&image)) return kNoMemory;
+        if (!isOwn && !StaysReadable(&image)) return kTooLittleMemory;
     } else if (colours_ == ForeignColours::kKeep || IsWholeWithoutPalette()) {
         if (!isOwn && !image.data) return "its picture can't be decoded, and its colours are not the document's";
-        if (!isOwn && !GiveOwnPalette(&image)) return kNoMemory;
+        if (!isOwn && !GiveOwnPalette(&image)) return kTooLittleMemory;
     } else if (colours_ == ForeignColours::kRefuse || to_.depth == 0) {
         return OtherColours();
     } else if (std::string why = Convert(&image); !why.empty()) {
         return why;
     }
-    return TakeImage(std::move(image)) ? "" : kNoMemory;
+    return TakeImage(std::move(image)) ? "" : kTooLittleMemory;
 }
 
 // Its background is not drawn where its index is the transparent one.
@@ -254,7 +254,7 @@ std::string BlockCopier::CopyText(Block text) {
         fields.foregroundIndex = nearest(old.foregroundIndex);
         fields.backgroundIndex = nearest(old.backgroundIndex);
         PutPlainTextFields(&text, fields);
-        if (!MarkChanged(&text)) return kNoMemory;
+        if (!MarkChanged(&text)) return kTooLittleMemory;
     }
     if (control_ != kNoControl && !isOfText_ && (counting_.packed & kControlTransparent)) {
         ControlFields control = counting_;
@@ -262,10 +262,10 @@ std::string BlockCopier::CopyText(Block text) {
             control.transparentIndex = fields.backgroundIndex;
         else if (control.transparentIndex == fields.backgroundIndex)
             control.packed = static_cast<uint8_t>(control.packed & ~kControlTransparent);
-        if (!SetControl(control)) return kNoMemory;
+        if (!SetControl(control)) return kTooLittleMemory;
     }
     isOfText_ = control_ != kNoControl;
-    if (!OwnBytes(&text)) return kNoMemory;
+    if (!OwnBytes(&text)) return kTooLittleMemory;
     copies_.push_back(std::move(text));
     return "";
 }
@@ -287,7 +287,7 @@ std::string BlockCopier::CopyOne(const Block& original) {
         default: break;
     }
     Block copy = original;
-    if (!OwnBytes(&copy)) return kNoMemory;
+    if (!OwnBytes(&copy)) return kTooLittleMemory;
     copies_.push_back(std::move(copy));
     return "";
 }
@@ -295,7 +295,7 @@ std::string BlockCopier::CopyOne(const Block& original) {
 std::string BlockCopier::Copy(std::span<const uint32_t> blocks) {
     for (uint32_t index : blocks)
         if (std::string why = CopyOne(other_.blocks[index]); !why.empty())
-            return why == kNoMemory ? why : "block " + std::to_string(index) + ": " + why;
+            return why == kTooLittleMemory ? why : "block " + std::to_string(index) + ": " + why;
     return "";
 }
 

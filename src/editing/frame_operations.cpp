@@ -44,10 +44,6 @@ ControlFields FieldsOf(const BlockList& list, const Frame& frame) {
     return frame.control < 0 ? ControlFields{} : GetControlFields(list.blocks[static_cast<uint32_t>(frame.control)]);
 }
 
-bool IsSame(const ControlFields& a, const ControlFields& b) {
-    return a.packed == b.packed && a.delay == b.delay && a.transparentIndex == b.transparentIndex;
-}
-
 // Gives a control to each frame for which another one counts than it had in `old`.
 bool KeepControls(const BlockList& old, std::span<const Look> looks, BlockList* list) {
     Animation before, after;
@@ -56,7 +52,7 @@ bool KeepControls(const BlockList& old, std::span<const Look> looks, BlockList* 
     for (uint32_t number = 0; number < looks.size(); ++number) {
         const Frame& frame = after.Frames()[number];
         const ControlFields fields = FieldsOf(old, before.Frames()[looks[number].frame]);
-        if (IsSame(fields, FieldsOf(*list, frame))) continue;
+        if (fields == FieldsOf(*list, frame)) continue;
         Block control = MakeControlBlock(list);
         PutControlFields(&control, fields);
         draft.InsertBefore(frame.block, control);

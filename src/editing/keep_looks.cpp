@@ -27,14 +27,14 @@ struct LookSource {
 };
 
 // What becomes of a frame.
-struct FramePlan {
+struct DrawingPlan {
     std::optional<Block> image;  // another one
     int transparentIndex = kNoTransparency;
     uint8_t disposal = kDisposeNothing;
     Rectangle area;
 };
 
-uint8_t PackedFor(uint8_t packed, const FramePlan& plan) {
+uint8_t PackedFor(uint8_t packed, const DrawingPlan& plan) {
     packed = static_cast<uint8_t>(packed & ~(kControlDisposal | kControlTransparent));
     packed = static_cast<uint8_t>(packed | plan.disposal << kControlDisposalShift);
     return plan.transparentIndex == kNoTransparency ? packed : static_cast<uint8_t>(packed | kControlTransparent);
@@ -49,10 +49,6 @@ bool IsSame(const Canvas& a, const Canvas& b) {
 ControlFields InForceAt(const BlockList& list, uint32_t block) {
     while (block > 0 && list.blocks[block].kind != kControlBlock) --block;
     return list.blocks[block].kind == kControlBlock ? GetControlFields(list.blocks[block]) : ControlFields{};
-}
-
-bool IsSame(const ControlFields& a, const ControlFields& b) {
-    return a.packed == b.packed && a.delay == b.delay && a.transparentIndex == b.transparentIndex;
 }
 
 // Why there can't be a canvas for the document, or an empty text.
@@ -76,14 +72,14 @@ private:
     bool LoadLook(uint32_t frame, Canvas* canvas);
     bool DrawFrame(uint32_t frame, const Canvas& over, Canvas* canvas) const;
     bool PlanFrame(uint32_t number);
-    bool KeepFrame(uint32_t frame, FramePlan* plan);
-    bool ComposeFrame(uint32_t frame, FramePlan* plan);
-    bool MakeImage(FramePlan* plan);
-    bool ChooseDisposal(uint32_t frame, std::initializer_list<uint8_t> candidates, FramePlan* plan, bool* found);
-    void Dispose(const FramePlan& plan, Canvas* canvas) const;
+    bool KeepFrame(uint32_t frame, DrawingPlan* plan);
+    bool ComposeFrame(uint32_t frame, DrawingPlan* plan);
+    bool MakeImage(DrawingPlan* plan);
+    bool ChooseDisposal(uint32_t frame, std::initializer_list<uint8_t> candidates, DrawingPlan* plan, bool* found);
+    void Dispose(const DrawingPlan& plan, Canvas* canvas) const;
     bool IsLast(uint32_t frame) const { return frame + 1 == animation_.Frames().size(); }
     bool CameBehindControl(uint32_t number);
-    bool Take(uint32_t number, const FramePlan& plan);
+    bool Take(uint32_t number, const DrawingPlan& plan);
     EditOutcome Finish();
 
     std::span<const Look> looks_;
@@ -126,7 +122,7 @@ bool LookKeeper::DrawFrame(uint32_t frame, const Canvas& over, Canvas* canvas) c
     return PaintImage(canvas->View(), image, ColoursOf(image, global_), drawn.transparentIndex);
 }
 
-void LookKeeper::Dispose(const FramePlan& plan, Canvas* canvas) const {
+void LookKeeper::Dispose(const DrawingPlan& plan, Canvas* canvas) const {
     CopyPixels(canvas->View(), shown_.View(), shown_.Area());
     if (plan.disposal == kDisposeBackground) ClearPixels(canvas->View(), plan.area);
     if (plan.disposal == kDisposePrevious) CopyPixels(canvas->View(), before_.View(), plan.area);
@@ -134,11 +130,11 @@ void LookKeeper::Dispose(const FramePlan& plan, Canvas* canvas) const {
 
 // The disposal that leaves the next frame least to do, the first one of equals. `*found` tells whether any of them
 // leaves nothing that has to become transparent. False when memory runs out.
-bool LookKeeper::ChooseDisposal(uint32_t frame, std::initializer_list<uint8_t> candidates, FramePlan* plan,
+bool LookKeeper::ChooseDisposal(uint32_t frame, std::initializer_list<uint8_t> candidates, DrawingPlan* plan,
                                 bool* found) {
     *found = IsLast(frame);
     uint64_t least = UINT64_MAX;
-    FramePlan trial = *plan;
+    DrawingPlan trial = *plan;
     for (uint8_t disposal : candidates) {
         if (IsLast(frame) || least == 0) break;
         trial.disposal = disposal;
@@ -156,7 +152,7 @@ bool LookKeeper::ChooseDisposal(uint32_t frame, std::initializer_list<uint8_t> c
 }
 
 // For a frame that is drawn as it should be: only what it leaves behind may have to change.
-bool LookKeeper::KeepFrame(uint32_t frame, FramePlan* plan) {
+bool LookKeeper::KeepFrame(uint32_t frame, DrawingPlan* plan) {
     Dispose(*plan, &disposed_);
     if (IsLast(frame) || AreaToClear(disposed_.View(), next_.View()).IsEmpty()) return true;
     bool found = false;
@@ -164,7 +160,7 @@ bool LookKeeper::KeepFrame(uint32_t frame, FramePlan* plan) {
     return found || ComposeFrame(frame, plan);
 }
 
-bool LookKeeper::MakeImage(FramePlan* plan) {
+bool LookKeeper::MakeImage(DrawingPlan* plan) {
     if (plan->area.IsEmpty()) plan->area = {0, 0, 1, 1};
     Result<CanvasImage> made = MakeCanvasImage(before_.View(), wanted_.View(), plan->area, global_);
     if (!made) return false;
@@ -175,7 +171,7 @@ bool LookKeeper::MakeImage(FramePlan* plan) {
     return PaintImage(shown_.View(), made->image, ColoursOf(made->image, global_), made->transparentIndex);
 }
 
-bool LookKeeper::ComposeFrame(uint32_t frame, FramePlan* plan) {
+bool LookKeeper::ComposeFrame(uint32_t frame, DrawingPlan* plan) {
     plan->area = Difference(before_.View(), wanted_.View());
     bool found = false;
     if (!MakeImage(plan)) return false;
@@ -192,7 +188,7 @@ bool LookKeeper::ComposeFrame(uint32_t frame, FramePlan* plan) {
 // `wanted_` has the frame's look, `before_` what there is.
 bool LookKeeper::PlanFrame(uint32_t number) {
     const Frame& frame = animation_.Frames()[number];
-    FramePlan plan = {std::nullopt, frame.transparentIndex, frame.disposal, frame.area};
+    DrawingPlan plan = {std::nullopt, frame.transparentIndex, frame.disposal, frame.area};
     // There is nothing before the first frame: players do not agree on what to bring back, but on what to clear.
     const bool cameToFront = number == 0 && looks_[0].frame != 0;
     if (cameToFront && plan.disposal == kDisposePrevious) plan.disposal = kDisposeBackground;
@@ -209,11 +205,11 @@ bool LookKeeper::PlanFrame(uint32_t number) {
 bool LookKeeper::CameBehindControl(uint32_t number) {
     if (animation_.Frames()[number].control >= 0) return false;
     const Animation& old = sources_[looks_[number].document].animation;
-    return !IsSame(inForce_, InForceAt(old.List(), old.Frames()[looks_[number].frame].block));
+    return inForce_ != InForceAt(old.List(), old.Frames()[looks_[number].frame].block);
 }
 
 // Puts into the draft what differs.
-bool LookKeeper::Take(uint32_t number, const FramePlan& plan) {
+bool LookKeeper::Take(uint32_t number, const DrawingPlan& plan) {
     const Frame& frame = animation_.Frames()[number];
     if (plan.image) {
         Block image = list_->blocks[frame.block];

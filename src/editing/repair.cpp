@@ -16,7 +16,7 @@ using ByteSpan = std::span<const uint8_t>;
 
 constexpr uint8_t kLabelEnd = 2;  // an extension's fixed part, its size first, starts here
 
-std::string Bytes(uint64_t count) {
+std::string BytesText(uint64_t count) {
     return std::to_string(count) + (count == 1 ? " byte" : " bytes");
 }
 
@@ -122,7 +122,8 @@ public:
           isGone_(list->count) {}
 
     bool Run() {
-        if (list_->before.bytes) Tell(Bytes(list_->before.bytes) + " before the signature" + Are(list_->before.bytes));
+        if (list_->before.bytes)
+            Tell(BytesText(list_->before.bytes) + " before the signature" + Are(list_->before.bytes));
         list_->before = {};
         for (here_ = 0; here_ < static_cast<int32_t>(list_->count); ++here_)
             if (!RepairBlock(&list_->blocks[static_cast<size_t>(here_)])) return false;
@@ -146,7 +147,7 @@ private:
     bool RepairBlock(Block* block) {
         const Ills& ills = ills_[static_cast<size_t>(here_)];
         if (const uint32_t stray = block->source.stray) {
-            Tell(Bytes(stray) + " before it, which start" + (stray == 1 ? "s" : "") + " no block," + Are(stray));
+            Tell(BytesText(stray) + " before it, which start" + (stray == 1 ? "s" : "") + " no block," + Are(stray));
             block->source.start += stray;
             block->source.stray = 0;
         }
@@ -238,8 +239,8 @@ private:
         auto behind = std::ranges::find(report_.damages, DamageKind::kBytesAfterTrailer, &Damage::kind);
         const uint32_t behindTrailer = behind == report_.damages.end() ? 0 : behind->detail;
         const uint32_t stray = list_->after.bytes - behindTrailer - (hasTrailer ? 1 : 0);
-        if (stray) Tell(Bytes(stray) + " behind the last block" + Are(stray));
-        if (behindTrailer) Tell(Bytes(behindTrailer) + " behind the trailer" + Are(behindTrailer));
+        if (stray) Tell(BytesText(stray) + " behind the last block" + Are(stray));
+        if (behindTrailer) Tell(BytesText(behindTrailer) + " behind the trailer" + Are(behindTrailer));
         if (!hasTrailer) Tell("the trailer is added");
         if (hasTrailer && list_->after.bytes == 1) return true;
         list_->after = {AllocateMemory(1), 0, 1};

@@ -14,7 +14,7 @@ constexpr KindName kKindNames[] = {
     {"plaintext", kPlainTextBlock}, {"comment", kCommentBlock},  {"application", kApplicationBlock},
     {"loop", kLoopBlock},           {"names", kBlockNamesBlock}, {"unknown", kUnknownBlock},
 };
-constexpr std::string_view kLast = "last";
+constexpr std::string_view kLastWord = "last";
 constexpr std::string_view kFrameName = "frame";
 
 bool TakePrefix(std::string_view prefix, std::string_view* text) {
@@ -57,7 +57,7 @@ std::vector<FrameBlocks> FindFrames(const BlockList& list) {
 // A number, or "last" with what stands between it and the end. "last-" is followed by another place, in a range.
 bool Selection::TakePlace(std::string_view* text, Place* place) {
     *place = {};
-    if (!TakePrefix(kLast, text)) return TakeNumber(text, &place->number);
+    if (!TakePrefix(kLastWord, text)) return TakeNumber(text, &place->number);
     place->fromEnd = true;
     std::string_view rest = *text;
     if (TakePrefix("-", &rest) && TakeNumber(&rest, &place->number)) *text = rest;

@@ -6,8 +6,6 @@
 #include "editing/edit_outcome.h"
 #include "gif/block_list.h"
 
-constexpr uint32_t kMostDelay = 65535;
-
 // What becomes of delays.
 struct Retiming {
     enum Kind : uint8_t {

@@ -13,7 +13,6 @@ using ByteSpan = std::span<const uint8_t>;
 constexpr size_t kIntroducerBytes = 2;  // with the label
 constexpr char kXmpApplication[] = "XMP DataXMP";
 constexpr uint8_t kApplicationBytes = kIdentifierBytes + kAuthenticationBytes;
-constexpr size_t kLongest = 255;  // sub-block
 
 // What ends an XMP packet in a GIF file, after Adobe's "XMP: Storage in Files": 1, 255, 254, ... 0, 0. A reader that
 // takes the packet's characters for lengths of sub-blocks lands somewhere in it, and each of its bytes leads to the
@@ -130,12 +129,12 @@ private:
     // A block of unknown type whose label is a known one is unknown for its too short fixed part. It stays so.
     size_t LongestPart() const {
         if (IsXmp(block_)) return kLongestOfXmp;
-        if (block_.kind != kUnknownBlock) return kLongest;
+        if (block_.kind != kUnknownBlock) return kMostSubBlockBytes;
         switch (block_.descriptor[0]) {
             case kControlLabel: return kControlDescriptorBytes - 3;
             case kPlainTextLabel: return kPlainTextDescriptorBytes - 2;
             case kApplicationLabel: return kApplicationDescriptorBytes - 2;
-            default: return kLongest;
+            default: return kMostSubBlockBytes;
         }
     }
     size_t ChainBytes() const {

@@ -10,13 +10,13 @@ constexpr uint32_t kCountBytes = 2;
 constexpr uint32_t kEntryHeadBytes = 14;
 
 // One entry: a head of name length (with its NUL), kind and position, two bytes each, and 8 more bytes; then the name.
-struct Entry {
+struct NameEntry {
     uint16_t kind, position;
     std::string_view name;
 };
 
 // Takes the entry at `*at` and moves behind it; false when it does not fit in what is left.
-bool TakeEntry(const uint8_t** at, const uint8_t* end, Entry* entry) {
+bool TakeEntry(const uint8_t** at, const uint8_t* end, NameEntry* entry) {
     auto left = static_cast<size_t>(end - *at);
     if (left < kEntryHeadBytes) return false;
     size_t nameBytes = GetWord(*at);
@@ -30,7 +30,7 @@ bool TakeEntry(const uint8_t** at, const uint8_t* end, Entry* entry) {
 }
 
 // Names come before any others are given: a block that has one already was named by an earlier entry.
-bool NameBlock(BlockList* list, const Entry& entry) {
+bool NameBlock(BlockList* list, const NameEntry& entry) {
     if (entry.position >= list->count) return true;
     Block& block = list->blocks[entry.position];
     return block.kind != entry.kind || block.name || SetBlockName(entry.name, &block);
@@ -47,7 +47,7 @@ bool ApplyBlockNames(BlockList* list) {
     if (names.dataLength < kCountBytes) return true;
     const uint8_t* at = lock.Bytes() + kCountBytes;
     const uint8_t* end = lock.Bytes() + names.dataLength;
-    Entry entry;
+    NameEntry entry;
     for (int left = GetWord(lock.Bytes()); left > 0 && TakeEntry(&at, end, &entry); --left)
         if (!NameBlock(list, entry)) return false;
     return true;

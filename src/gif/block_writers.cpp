@@ -16,9 +16,8 @@ constexpr bool kQuirkDatalessBlocksDropped = true;
 
 // The text in sub-blocks of 255 bytes, a last one of what is left, and the terminator: one in the whole manner.
 bool WriteSubBlocks(File& file, const uint8_t* text, uint32_t left, Manner manner) {
-    constexpr uint32_t kLongest = 255;
-    for (; left >= kLongest; left -= kLongest, text += kLongest)
-        if (WriteByte(file, kLongest) < 0 || !file.Write(text, kLongest)) return false;
+    for (; left >= kMostSubBlockBytes; left -= kMostSubBlockBytes, text += kMostSubBlockBytes)
+        if (WriteByte(file, kMostSubBlockBytes) < 0 || !file.Write(text, kMostSubBlockBytes)) return false;
     if (left > 0 || (kQuirkFullTextEndsTwice && manner == Manner::kClassic))
         if (WriteByte(file, static_cast<int>(left)) < 0 || !file.Write(text, left)) return false;
     return WriteByte(file, 0) >= 0;

@@ -57,6 +57,7 @@ struct ControlFields {  // 6 bytes: the size 4, these, the terminator 0
     uint8_t packed;
     uint16_t delay;  // hundredths of a second
     uint8_t transparentIndex;
+    bool operator==(const ControlFields&) const = default;
 };
 struct PlainTextFields {  // 13 bytes: the size 12, then these
     uint16_t left, top, gridWidth, gridHeight;
@@ -69,8 +70,11 @@ constexpr int kControlDescriptorBytes = 6;
 constexpr int kPlainTextDescriptorBytes = 13;
 constexpr int kApplicationDescriptorBytes = 12;
 constexpr int kLoopDescriptorBytes = 17;
+constexpr unsigned kImageHeadBytes = 1 + kImageDescriptorBytes;  // with the introducer
 constexpr int kSignatureBytes = 6;
-constexpr int kIdentifierOffset = 1;  // application blocks: 8 characters, then 3 of authentication code
+constexpr unsigned kMostSubBlockBytes = 255;
+constexpr uint32_t kMostDelay = 65535;  // hundredths of a second
+constexpr int kIdentifierOffset = 1;    // application blocks: 8 characters, then 3 of authentication code
 constexpr int kIdentifierBytes = 8;
 constexpr int kAuthenticationOffset = 9;
 constexpr int kAuthenticationBytes = 3;

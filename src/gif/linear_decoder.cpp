@@ -7,7 +7,7 @@
 
 namespace {
 
-struct Entry {
+struct StringPlace {
     uint32_t at;  // where the string stands, counted from the literals
     uint32_t length;
 };
@@ -65,7 +65,7 @@ inline void StoreRun(uint8_t* out, uint64_t codes, unsigned width, unsigned clea
 }
 
 // Adds what a run that is written at `at` teaches: the string before it and its first pixel, then pairs of pixels.
-inline void LearnRun(Entry* added, Entry previous, uint32_t at) {
+inline void LearnRun(StringPlace* added, StringPlace previous, uint32_t at) {
     added[0] = {previous.at, previous.length + 1};
     for (unsigned i = 1; i < kRun; ++i) added[i] = {at + i - 1, 2};
 }
@@ -92,12 +92,12 @@ LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize, Manner ma
     uint8_t* out = first;
     CodeStream stream(file, manner);
     CodeStream::Bits in;
-    Entry table[kMostCodes + kRun];  // more to write to when it is full
+    StringPlace table[kMostCodes + kRun];  // more to write to when it is full
     for (unsigned i = 0; i < clearCode; ++i) table[i] = {i, 1};
 
     unsigned width, top, next;  // bits of a code; the entry that needs one bit more; the entry to be made next
     uint64_t beyondLiterals;
-    Entry previous = {0, 0};  // where the last string was written
+    StringPlace previous = {0, 0};  // where the last string was written
     auto clear = [&] {
         width = startWidth;
         // Of one-bit pixels the first entry needs three bits already, but the code that makes it still has two.
@@ -151,7 +151,7 @@ LinearDecoder::Outcome LinearDecoder::Decode(File& file, int codeSize, Manner ma
         }
         // The string that the last code and this one add to the dictionary: it ends with the pixel written next.
         table[next] = {previous.at, previous.length + 1};
-        Entry entry = table[code];
+        StringPlace entry = table[code];
         const uint8_t* from = base + entry.at;
         CopyStep(out, from);
         for (unsigned done = kStep; done < entry.length; done += kStep) CopyStep(out + done, from + done);

@@ -15,7 +15,7 @@ namespace {
 // Above this the linear decoder's copy of the image costs more than its speed is worth.
 constexpr uint64_t kMostLinearPixels = 64 << 20;
 
-struct Target {
+struct DecodeTarget {
     LockedBitmap bitmap;
     int width, height;
     bool interlaced;
@@ -27,7 +27,7 @@ struct Target {
 };
 
 // Puts `count` pixels at the start of row `y`; a row beyond the image is dropped.
-void StoreRow(const Target& target, int y, const uint8_t* pixels, uint64_t count) {
+void StoreRow(const DecodeTarget& target, int y, const uint8_t* pixels, uint64_t count) {
     if (y >= target.height) return;
     PackRow(ImageRow(target.bitmap, y), pixels, static_cast<int>(count), target.bitmap->bitCount);
     if (target.values)
@@ -35,7 +35,7 @@ void StoreRow(const Target& target, int y, const uint8_t* pixels, uint64_t count
 }
 
 // Puts the first `count` pixels in their places: the whole rows among them and, in the whole manner, the rest.
-void StoreRows(const Target& target, const uint8_t* pixels, uint64_t count) {
+void StoreRows(const DecodeTarget& target, const uint8_t* pixels, uint64_t count) {
     RowWalk walk = target.Walk();
     auto width = static_cast<uint64_t>(target.width);
     for (; count >= width; count -= width, pixels += width, walk.Advance()) StoreRow(target, walk.Row(), pixels, width);
@@ -44,7 +44,7 @@ void StoreRows(const Target& target, const uint8_t* pixels, uint64_t count) {
 
 // Decodes an image whose data holds no more pixels than it has room for. False, with the bitmap untouched, when the
 // image is none of these or memory is short.
-bool DecodeLinear(File& file, int codeSize, const Target& target, DecodeResult* result, uint64_t* pixels) {
+bool DecodeLinear(File& file, int codeSize, const DecodeTarget& target, DecodeResult* result, uint64_t* pixels) {
     uint64_t room = target.Pixels();
     if (room == 0 || room > kMostLinearPixels || codeSize > kMostCodeSize) return false;
     LinearDecoder decoder;
@@ -58,7 +58,7 @@ bool DecodeLinear(File& file, int codeSize, const Target& target, DecodeResult* 
 }
 
 // Decodes anything, row by row.
-DecodeResult DecodeChained(File& file, int codeSize, const Target& target, uint64_t* pixels) {
+DecodeResult DecodeChained(File& file, int codeSize, const DecodeTarget& target, uint64_t* pixels) {
     ChainedDecoder decoder;
     if (!decoder.Prepare(target.width)) return kDecodeNoMemory;
     RowWalk walk = target.Walk();
@@ -90,7 +90,7 @@ DecodeResult DecodeImageData(File& file, int codeSize, Block* image, Manner mann
     ImageWriteLock bitmap(&image->data);
     if (!bitmap) return manner == Manner::kWhole ? kDecodeNoMemory : kDecodeCorrupt;
     bool interlaced = (GetImageFields(*image).packed & kImageInterlaced) != 0;
-    Target target = {bitmap, bitmap->width, bitmap->height, interlaced, manner, nullptr};
+    DecodeTarget target = {bitmap, bitmap->width, bitmap->height, interlaced, manner, nullptr};
     target.values = values;
 
     uint64_t start = file.Position();

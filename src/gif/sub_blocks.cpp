@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+#include "gif/descriptor.h"
+
 namespace {
 
 // A sub-block that the end of the file cuts off is dropped whole: its codes might be cut too.
@@ -15,10 +17,9 @@ void SkipSubBlocks(File& file) {
 }
 
 CodeStream::Bits CodeStream::Fetch(Bits at) {
-    constexpr size_t kLongest = 255;
     auto filled = static_cast<size_t>(at.end - at.next);
     if (filled) memmove(buffer_, at.next, filled);
-    while (!ended_ && filled + kLongest <= kBufferBytes) {
+    while (!ended_ && filled + kMostSubBlockBytes <= kBufferBytes) {
         uint64_t here = file_.Position();
         int length = ReadByte(file_);
         auto wanted = static_cast<size_t>(length);

@@ -2,14 +2,13 @@
 
 #include <cstring>
 
+#include "imaging/file_signature.h"
 #include "platform/checksum.h"
 
 namespace {
 
-constexpr uint8_t kPngSignature[] = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
 constexpr size_t kTypeBytes = 4;
 constexpr size_t kChunkFrame = 12;  // length, type, sum
-
 constexpr uint16_t kHundredthsASecond = 100;
 constexpr uint8_t kLeaveFrame = 0;    // when its time is over
 constexpr uint8_t kReplaceUnder = 0;  // instead of drawing over it
@@ -55,7 +54,7 @@ bool ApngWriter::PutChunk(const char* type, std::span<const uint8_t> first, std:
 bool ApngWriter::Start(uint32_t frames, uint32_t plays) {
     frames_ = frames;
     plays_ = plays;
-    return file_.Write(kPngSignature, sizeof kPngSignature);
+    return file_.Write(kPngSignature.data(), kPngSignature.size());
 }
 
 bool ApngWriter::PutAnimationControl() {
@@ -83,8 +82,8 @@ bool ApngWriter::PutImageData(std::span<const uint8_t> data) {
 }
 
 bool ApngWriter::AddFrame(std::span<const uint8_t> png, const ApngFrame& frame) {
-    if (png.size() < sizeof kPngSignature || memcmp(png.data(), kPngSignature, sizeof kPngSignature) != 0) return false;
-    std::span<const uint8_t> rest = png.subspan(sizeof kPngSignature);
+    if (!StartsWith(png, kPngSignature)) return false;
+    std::span<const uint8_t> rest = png.subspan(kPngSignature.size());
     bool hasData = false;
     for (Chunk chunk; TakeChunk(&rest, &chunk);) {
         bool written = true;

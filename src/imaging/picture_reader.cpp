@@ -4,23 +4,17 @@
 #include <optional>
 #include <string_view>
 
+#include "imaging/file_signature.h"
 #include "imaging/jpeg_markers.h"
 #include "imaging/picture_decoders.h"
 #include "platform/bytes.h"
 
 namespace {
 
-constexpr std::string_view kPngSignature = "\x89PNG\r\n\x1A\n";
 constexpr std::string_view kJpegSignature = "\xFF\xD8\xFF";
 constexpr std::string_view kBmpSignature = "BM";
 constexpr size_t kBmpInfoSizeAt = 14;
 constexpr unsigned kLargestBmpInfo = 124;
-
-bool StartsWith(std::span<const uint8_t> bytes, std::string_view signature) {
-    return bytes.size() >= signature.size() &&
-           std::equal(signature.begin(), signature.end(), bytes.begin(),
-                      [](char a, uint8_t b) { return static_cast<uint8_t>(a) == b; });
-}
 
 // Two letters alone would make a picture of many a text.
 bool IsBmp(std::span<const uint8_t> start) {

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "imaging/picture_decoders.h"
+#include "imaging/png_faults_posix.h"
 
 namespace {
 
@@ -20,13 +21,6 @@ void Deliver(png_structp png, png_bytep to, size_t bytes) {
     if (bytes > source->left.size()) png_error(png, "cut short");
     memcpy(to, source->left.data(), bytes);
     source->left = source->left.subspan(bytes);
-}
-
-void IgnoreWarning(png_structp, png_const_charp) {}
-
-// Without it libpng prints the message.
-[[noreturn]] void Leave(png_structp png, png_const_charp) {
-    png_longjmp(png, 1);
 }
 
 // Who finds no size that is too large for us may still find it too large for itself.
@@ -88,7 +82,7 @@ Failure Read(png_structp png, png_infop info, Source* source, Picture* picture) 
 }  // namespace
 
 Failure DecodePng(std::span<const uint8_t> file, Picture* picture) {
-    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, Leave, IgnoreWarning);
+    png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, LeavePng, IgnorePngWarning);
     png_infop info = png ? png_create_info_struct(png) : nullptr;
     Source source = {file};
     const Failure failure = info ? Read(png, info, &source, picture) : Failure::kNoMemory;

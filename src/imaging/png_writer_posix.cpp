@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "imaging/png_faults_posix.h"
 #include "imaging/png_writer.h"
 
 namespace {
@@ -14,13 +15,6 @@ void Keep(png_structp png, png_bytep bytes, size_t count) {
 }
 
 void Flush(png_structp) {}
-
-void IgnoreWarning(png_structp, png_const_charp) {}
-
-// Without it libpng prints the message.
-[[noreturn]] void Leave(png_structp png, png_const_charp) {
-    png_longjmp(png, 1);
-}
 
 int BitsFor(size_t colours) {
     if (colours <= 2) return 1;
@@ -75,7 +69,7 @@ PngWriter::~PngWriter() = default;
 bool PngWriter::Start(const PngLayout& layout, ByteBuffer* out) {
     system_.reset(new (std::nothrow) System);
     if (!system_) return false;
-    system_->png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, Leave, IgnoreWarning);
+    system_->png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, LeavePng, IgnorePngWarning);
     if (!system_->png) return false;
     system_->info = png_create_info_struct(system_->png);
     // NOLINTNEXTLINE(cert-err52-cpp): the library's way to report failures

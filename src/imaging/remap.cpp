@@ -9,7 +9,7 @@
 
 namespace {
 
-struct Target {
+struct TargetPalette {
     const RgbTriple* palette;
     int depth;
     InverseColourTable nearest;
@@ -25,7 +25,7 @@ struct Target {
 };
 
 // What becomes of each index of a source with a colour table.
-struct IndexMap {
+struct RowMapper {
     void operator()(const uint8_t* row, int width, uint8_t* indexes) const {
         UnpackRow(indexes, row, width, bitCount);
         for (int x = 0; x < width; ++x) indexes[x] = to[indexes[x]];
@@ -35,8 +35,8 @@ struct IndexMap {
     uint8_t to[kPaletteEntries];
 };
 
-IndexMap MapOwnColours(ConstLockedBitmap source, const Target& target) {
-    IndexMap map = {source->bitCount, {}};
+RowMapper MapOwnColours(ConstLockedBitmap source, const TargetPalette& target) {
+    RowMapper map = {source->bitCount, {}};
     if (kQuirkOneBitIsBlackAndWhite && source->bitCount == 1) {
         map.to[0] = static_cast<uint8_t>(target.depth == 1 ? 0 : target.ExactOrCell(0));
         map.to[1] = static_cast<uint8_t>(target.depth == 1 ? 1 : target.ExactOrCell(255));
@@ -59,8 +59,8 @@ int MapTrueColour(RgbQuad colour, const RgbTriple* palette, int depth) {
     return exact >= 0 ? exact : NearestColour(red & 0xF8, green & 0xF8, blue & 0xF8, palette, kQuirkSearchedEntries);
 }
 
-IndexMap MapTrueColours(ConstLockedBitmap source, const RgbTriple* palette, int depth) {
-    IndexMap map = {source->bitCount, {}};
+RowMapper MapTrueColours(ConstLockedBitmap source, const RgbTriple* palette, int depth) {
+    RowMapper map = {source->bitCount, {}};
     const TrueColours colours = GetTrueColours(source);
     for (int i = 0; i < 1 << source->bitCount; ++i)
         map.to[i] = static_cast<uint8_t>(MapTrueColour(colours.of[i], palette, depth));
@@ -70,7 +70,7 @@ IndexMap MapTrueColours(ConstLockedBitmap source, const RgbTriple* palette, int 
 // True colours that are in the palette keep their colour; all others are rounded to their cell first.
 class TrueColourMap {
 public:
-    explicit TrueColourMap(const Target& target) : target_(target) {
+    explicit TrueColourMap(const TargetPalette& target) : target_(target) {
         for (int i = 0; i < 1 << target.depth; ++i) {
             RgbTriple colour = target.palette[i];
             exact_.Add(PackColour(colour.red, colour.green, colour.blue), i);
@@ -86,7 +86,7 @@ public:
     }
 
 private:
-    const Target& target_;
+    const TargetPalette& target_;
     ColourIndex exact_;
 };
 
@@ -115,7 +115,7 @@ Result<MemoryHandle> MakeResult(ConstLockedBitmap source, const RgbTriple* palet
 Result<MemoryHandle> RemapImage(const MemoryHandle& source, const RgbTriple* palette, int depth, StopQuestion* stop) {
     ImageLock from(source);
     if (!from || depth < 1 || depth > 8) return Failure::kNoMemory;
-    Target target;
+    TargetPalette target;
     target.palette = palette;
     target.depth = depth;
     if (!target.nearest.Build(palette, stop)) return Failure::kStopped;

@@ -25,11 +25,10 @@ uint64_t CountInSubBlocks(Bytes chain) {
 
 // Takes an image's bytes apart, which end anywhere when its file did.
 void SplitImage(Bytes own, BlockSizes* sizes) {
-    constexpr size_t kHeadBytes = 1 + kImageDescriptorBytes;
-    if (own.size() <= kHeadBytes) return;
-    const uint8_t packed = own[kHeadBytes - 1];
-    sizes->palette = std::min(TableBytesOfPacked(packed), own.size() - kHeadBytes);
-    const size_t codeSizeAt = kHeadBytes + static_cast<size_t>(sizes->palette);
+    if (own.size() <= kImageHeadBytes) return;
+    const uint8_t packed = own[kImageHeadBytes - 1];
+    sizes->palette = std::min(TableBytesOfPacked(packed), own.size() - kImageHeadBytes);
+    const size_t codeSizeAt = kImageHeadBytes + static_cast<size_t>(sizes->palette);
     if (codeSizeAt < own.size()) sizes->pixels = CountInSubBlocks(own.subspan(codeSizeAt + 1));
 }
 

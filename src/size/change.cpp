@@ -12,7 +12,7 @@ void Change::Compare() {
 void Change::Guess(size_t colours, bool inHurry) {
     if (guessed_) return;
     if (HasTooManyColours(colours)) {
-        guessed_ = kCantBeShown;
+        guessed_ = kUnshowableBits;
         return;
     }
     guessed_ = GuessBits(true);

@@ -6,7 +6,7 @@
 
 #include "size/numbered_canvas.h"
 
-constexpr uint64_t kCantBeShown = uint64_t{1} << 48;  // bits
+constexpr uint64_t kUnshowableBits = uint64_t{1} << 48;  // bits
 
 // What is asked of a change is found once. All may throw std::bad_alloc; one change is for one thread at a time.
 class Change {
@@ -15,7 +15,7 @@ public:
     Change(CanvasHandle from, CanvasHandle to, const Rectangle& within)
         : from_(std::move(from)), to_(std::move(to)), within_(within) {}
     // They were compared already.
-    Change(CanvasHandle from, CanvasHandle to, const Difference& found)
+    Change(CanvasHandle from, CanvasHandle to, const ChangeExtent& found)
         : from_(std::move(from)), to_(std::move(to)), found_(found) {}
 
     const CanvasHandle& From() const { return from_; }
@@ -23,11 +23,11 @@ public:
 
     void Compare();
     // Once they were compared.
-    const Difference& Found() const { return *found_; }
+    const ChangeExtent& Found() const { return *found_; }
 
     // About how many bits the codes take, with what stays transparent or, unless in a hurry, in its own colours, as the
-    // one or the other looks better; kCantBeShown where it has more colours than fit into a palette. `colours` is the
-    // number of colours that there are.
+    // one or the other looks better; kUnshowableBits where it has more colours than fit into a palette. `colours` is
+    // the number of colours that there are.
     void Guess(size_t colours, bool inHurry);
     // Once it was guessed.
     uint64_t Guessed() const { return *guessed_; }
@@ -45,7 +45,7 @@ private:
     CanvasHandle from_, to_;
     Rectangle within_;
     bool clears_ = true;  // what stays is taken as transparent
-    std::optional<Difference> found_;
+    std::optional<ChangeExtent> found_;
     std::optional<uint64_t> guessed_, measured_;
 };
 using ChangeHandle = std::shared_ptr<Change>;

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "gif/descriptor.h"
+
 // Codes, least significant bit first. Adding throws std::bad_alloc when memory runs out.
 class CodeBitString {
 public:
@@ -17,13 +19,12 @@ public:
 
     // The image data of these codes: minimum code size, sub-blocks as long as they may be, the empty one.
     std::vector<uint8_t> InSubBlocks(int codeSize) {
-        constexpr size_t kLongest = 255;
         if (pendingBits_ > 0) bytes_.push_back(static_cast<uint8_t>(pending_));
         std::vector<uint8_t> data;
-        data.reserve(bytes_.size() + bytes_.size() / kLongest + 3);
+        data.reserve(bytes_.size() + bytes_.size() / kMostSubBlockBytes + 3);
         data.push_back(static_cast<uint8_t>(codeSize));
-        for (size_t at = 0; at < bytes_.size(); at += kLongest) {
-            const size_t count = bytes_.size() - at < kLongest ? bytes_.size() - at : kLongest;
+        for (size_t at = 0; at < bytes_.size(); at += kMostSubBlockBytes) {
+            const size_t count = bytes_.size() - at < kMostSubBlockBytes ? bytes_.size() - at : kMostSubBlockBytes;
             data.push_back(static_cast<uint8_t>(count));
             data.insert(data.end(), bytes_.data() + at, bytes_.data() + at + count);
         }

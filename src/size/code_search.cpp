@@ -9,7 +9,7 @@
 namespace {
 
 // Clear codes are looked for at places so many strings apart, first everywhere and then around those that were found.
-struct Round {
+struct SearchRound {
     size_t step;
     size_t spread;  // strings on either side
     size_t looks;   // the best so many of the form are tried from each place
@@ -25,7 +25,7 @@ struct Plan {
     size_t searched = 0;                             // and on so many of them clear codes are searched for
     uint64_t slack = 0;                              // of the search, see AnyCodePasses
     size_t mostStep = 0, leastStep = 0, places = 0;  // of the first round, in images of few strings so many places
-    std::span<const Round> rounds;                   // the further ones
+    std::span<const SearchRound> rounds;             // the further ones
 };
 
 constexpr LookAhead kFastLooks[] = {{0, 1, 0, 2}};
@@ -35,9 +35,9 @@ constexpr LookAhead kNormalFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {4, 3, 1, 0}
 constexpr LookAhead kMaxFurther[] = {{2, 2, 1, 0}, {1, 1, 0, 0}, {2, 1, 0, 0},  {4, 3, 1, 0},
                                      {4, 2, 0, 0}, {8, 4, 1, 0}, {3, 5, 0, 0},  {8, 1, 2, 0},
                                      {1, 2, 0, 0}, {2, 4, 0, 0}, {16, 3, 1, 0}, {6, 6, 3, 0}};
-constexpr Round kNormalRounds[] = {{128, 384, 1, 400}, {32, 96, 1, 400}};
+constexpr SearchRound kNormalRounds[] = {{128, 384, 1, 400}, {32, 96, 1, 400}};
 constexpr LookAhead kMaxLooks[] = {{0, 1, 0, 32}, {2, 1, 1, 32}, {2, 1, 4, 32}, {2, 3, 1, 32}, {8, 4, 2, 32}};
-constexpr Round kMaxRounds[] = {{32, 256, 1, 800}, {8, 48, 3, 500}};
+constexpr SearchRound kMaxRounds[] = {{32, 256, 1, 800}, {8, 48, 3, 500}};
 
 constexpr Plan kFastPlan = {kFastLooks, {}, 0, 0, 0, 0, 0, 0, {}};
 constexpr Plan kFastManyPlan = {kFastManyLooks, {}, 0, 0, 0, 0, 0, 0, {}};  // of images of many colours
@@ -120,7 +120,7 @@ private:
         if (!form->ClearAtPoints({looks.data(), 1}, PointsEverywhere(starts, clears, step), plan_.slack, Limit(),
                                  &found))
             return;
-        for (const Round& round : plan_.rounds) {
+        for (const SearchRound& round : plan_.rounds) {
             starts = StringStarts(found, codeSize_, &clears);
             if (clears.empty()) break;
             if (!form->ClearAtPoints({looks.data(), std::min(round.looks, looks.size())},
@@ -142,7 +142,7 @@ private:
 
     // The first pixel and those that begin strings around the clear codes.
     static std::vector<size_t> PointsAround(const std::vector<size_t>& starts, const std::vector<size_t>& clears,
-                                            const Round& round) {
+                                            const SearchRound& round) {
         std::vector<size_t> points = {0};
         for (size_t clear : clears) {
             const auto middle = static_cast<size_t>(std::ranges::lower_bound(starts, clear) - starts.begin());

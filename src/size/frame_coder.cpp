@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr size_t kHeadBytes = 1 + kImageDescriptorBytes;
-
 // A palette that a frame may be written with.
 struct FramePalette {
     PaletteIds ids;
@@ -168,7 +166,7 @@ void FrameCoder::RecodeOld(const FramePalette& palette) {
     EncodedPixels codes;
     const int codeSize = CodeSizeFor(largest);
     if (!RecodeStrings(old_->data, old_->pixels.size(), map, codeSize, &codes)) return;
-    const uint64_t bytes = kHeadBytes + palette.LocalBytes() + codes.data.size();
+    const uint64_t bytes = kImageHeadBytes + palette.LocalBytes() + codes.data.size();
     if (bytes >= coded_.bytes) return;
     coded_.transparent = transparent;
     Build(palette, old_->place, old_->isInterlaced ? kImageInterlaced : uint8_t{0}, codes.data);
@@ -310,7 +308,7 @@ void FrameCoder::SearchForms() {
     std::vector<size_t> order;
     for (size_t i = 0; i < forms_.size(); ++i) {
         if (!Search(forms_[i], Effort::kFast, &quick[i])) continue;
-        forms_[i].guess = kHeadBytes + forms_[i].palette->LocalBytes() + quick[i].data.size();
+        forms_[i].guess = kImageHeadBytes + forms_[i].palette->LocalBytes() + quick[i].data.size();
         order.push_back(i);
     }
     std::ranges::stable_sort(order, [this](size_t a, size_t b) { return forms_[a].guess < forms_[b].guess; });
@@ -370,7 +368,7 @@ bool FrameCoder::IsClose(const Form& form) const {
 }
 
 void FrameCoder::Offer(const Form& form, EncodedPixels* codes) {
-    const uint64_t bytes = kHeadBytes + form.palette->LocalBytes() + codes->data.size();
+    const uint64_t bytes = kImageHeadBytes + form.palette->LocalBytes() + codes->data.size();
     if (bytes >= coded_.bytes) return;
     coded_.transparent = form.transparent;
     Build(*form.palette, form.box, 0, codes->data);
@@ -379,7 +377,7 @@ void FrameCoder::Offer(const Form& form, EncodedPixels* codes) {
 // Puts the block together. `flags` are bits of its packed byte.
 void FrameCoder::Build(const FramePalette& palette, const Rectangle& box, uint8_t flags,
                        const std::vector<uint8_t>& data) {
-    std::vector<uint8_t> block(kHeadBytes);
+    std::vector<uint8_t> block(kImageHeadBytes);
     block[0] = kImageIntroducer;
     PutWord(&block[1], static_cast<unsigned>(box.left));
     PutWord(&block[3], static_cast<unsigned>(box.top));

@@ -74,8 +74,8 @@ private:
 
     PlanResult LookAhead(const std::vector<MomentHandle>& moments, std::vector<MomentHandle>* next);
     void Foresee(const std::vector<MomentHandle>& moments);
-    bool MayHelp(const Difference& back, const Difference& plain) const;
-    void LookInto(const Difference& plain, size_t colours, Change* change) const;
+    bool MayHelp(const ChangeExtent& back, const ChangeExtent& plain) const;
+    void LookInto(const ChangeExtent& plain, size_t colours, Change* change) const;
     void Rehearse(const std::vector<MomentHandle>& moments);
     static Changes Close(const Changes& changes);
     static Changes Lacking(Changes changes, bool (Change::*isKnown)() const);
@@ -180,13 +180,13 @@ void Planner::Foresee(const std::vector<MomentHandle>& moments) {
 }
 
 // Whether going back before the last frame may be better than what that frame leaves.
-bool Planner::MayHelp(const Difference& back, const Difference& plain) const {
+bool Planner::MayHelp(const ChangeExtent& back, const ChangeExtent& plain) const {
     if (!back.vanishing.IsEmpty()) return false;
     return !IsInHurry() || back.pixels <= plain.pixels || !plain.vanishing.IsEmpty();
 }
 
 // In a hurry the plain change is often the only one, and need not be guessed.
-void Planner::LookInto(const Difference& plain, size_t colours, Change* change) const {
+void Planner::LookInto(const ChangeExtent& plain, size_t colours, Change* change) const {
     change->Compare();
     const bool isPlain = &change->Found() == &plain;
     if (isPlain ? !IsInHurry() && plain.vanishing.IsEmpty() : MayHelp(change->Found(), plain))
@@ -214,7 +214,7 @@ Planner::Changes Planner::Close(const Changes& changes) {
     const uint64_t least = (*std::ranges::min_element(changes, {}, &Change::Guessed))->Guessed();
     Changes close;
     for (const ChangeHandle& change : changes)
-        if (change->Guessed() <= least + least / 2 && change->Guessed() < kCantBeShown) close.push_back(change);
+        if (change->Guessed() <= least + least / 2 && change->Guessed() < kUnshowableBits) close.push_back(change);
     if (close.size() < 2) return {};
     return close;
 }
@@ -335,7 +335,7 @@ Planner::Changes Planner::GuessProposed() {
 }
 
 uint64_t Planner::Mended(uint64_t guess) const {
-    if (IsInHurry() || guess >= kCantBeShown) return guess;
+    if (IsInHurry() || guess >= kUnshowableBits) return guess;
     return static_cast<uint64_t>(static_cast<double>(guess) * bitsOfGuess_);
 }
 

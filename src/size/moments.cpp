@@ -3,10 +3,6 @@
 #include "gif/descriptor.h"
 #include "size/colour_distance.h"
 
-namespace {
-constexpr uint32_t kMostDelay = 0xFFFF;
-}
-
 PlanResult MomentReader::Open() {
     if (!stage_.Open(animation_, 0)) return PlanResult::kNoMemory;
     pixels_.resize(static_cast<size_t>(animation_.Screen().Pixels()));
@@ -27,7 +23,7 @@ PlanResult MomentReader::Read(size_t count, std::vector<MomentHandle>* moments) 
 PlanResult MomentReader::ReadFrame(std::vector<MomentHandle>* moments) {
     if (options_.StopRequested()) return PlanResult::kStopped;
     if (!stage_.Show(frame_)) return PlanResult::kNoMemory;
-    Difference difference;
+    ChangeExtent difference;
     const CanvasHandle shown = Take(&difference);
     if (!shown) return PlanResult::kTooManyColours;
     if (open_ && shown == canvas_ && MayMerge()) {
@@ -41,7 +37,7 @@ PlanResult MomentReader::ReadFrame(std::vector<MomentHandle>* moments) {
 }
 
 // The canvas as it is now: the one before when nothing differs; none when there are too many colours.
-CanvasHandle MomentReader::Take(Difference* difference) {
+CanvasHandle MomentReader::Take(ChangeExtent* difference) {
     const Rectangle area = Common(stage_.Changed(), animation_.Screen());
     std::shared_ptr<NumberedCanvas> taken;
     Rectangle changed;
@@ -97,7 +93,7 @@ void MomentReader::Merge() {
     open_->played += AtHand().length;
 }
 
-void MomentReader::Start(const CanvasHandle& shown, const Difference& difference) {
+void MomentReader::Start(const CanvasHandle& shown, const ChangeExtent& difference) {
     const Frame& frame = AtHand();
     open_ = std::make_shared<Moment>(Moment{started_++, frame_, frame_, frame.delay, frame.length, WaitsForUser(),
                                             shown, difference, drawnOn_, cleared_});

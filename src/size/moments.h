@@ -16,9 +16,9 @@ struct Moment {
     uint32_t played = 0;                     // as browsers play them
     bool isAlone = false;                    // waits for the user
     CanvasHandle canvas;
-    Difference difference;  // from the one before; from the empty canvas for the first
-    CanvasHandle drawnOn;   // what the document itself draws it on; none where no canvas here is the same
-    Rectangle cleared;      // what the document clears before, when it does so
+    ChangeExtent difference;  // from the one before; from the empty canvas for the first
+    CanvasHandle drawnOn;     // what the document itself draws it on; none where no canvas here is the same
+    Rectangle cleared;        // what the document clears before, when it does so
 };
 using MomentHandle = std::shared_ptr<const Moment>;
 
@@ -39,11 +39,11 @@ public:
 
 private:
     PlanResult ReadFrame(std::vector<MomentHandle>* moments);
-    CanvasHandle Take(Difference* difference);
+    CanvasHandle Take(ChangeExtent* difference);
     const uint32_t* GiveUp(const uint32_t* row, const uint32_t* before, const Rectangle& area);
     bool MayMerge() const;
     bool WaitsForUser() const;
-    void Start(const CanvasHandle& shown, const Difference& difference);
+    void Start(const CanvasHandle& shown, const ChangeExtent& difference);
     void Merge();
     void Dispose();
 

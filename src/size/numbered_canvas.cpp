@@ -20,7 +20,7 @@ void NumberedCanvas::Clear(const Rectangle& rectangle) {
 
 namespace {
 
-void TakeRow(const ColourId* from, const ColourId* to, const Rectangle& within, int y, Difference* found) {
+void TakeRow(const ColourId* from, const ColourId* to, const Rectangle& within, int y, ChangeExtent* found) {
     const auto width = static_cast<size_t>(within.Width());
     if (from == to) return;  // shared
     if (memcmp(from + within.left, to + within.left, width * sizeof *from) == 0) return;
@@ -42,8 +42,8 @@ void TakeRow(const ColourId* from, const ColourId* to, const Rectangle& within, 
 
 }  // namespace
 
-Difference Compare(const NumberedCanvas& from, const NumberedCanvas& to, const Rectangle& within) {
-    Difference found;
+ChangeExtent Compare(const NumberedCanvas& from, const NumberedCanvas& to, const Rectangle& within) {
+    ChangeExtent found;
     if (within.IsEmpty()) return found;
     for (int y = within.top; y < within.bottom; ++y) TakeRow(from.Row(y), to.Row(y), within, y, &found);
     return found;

@@ -32,14 +32,14 @@ private:
 };
 using CanvasHandle = std::shared_ptr<const NumberedCanvas>;
 
-struct Difference {
+struct ChangeExtent {
     Rectangle box;        // empty where nothing differs
     Rectangle vanishing;  // where something becomes transparent
     uint64_t pixels = 0;
 };
 
 // What has to be drawn on `from` to show `to`, which are of one size and differ only in `within`.
-Difference Compare(const NumberedCanvas& from, const NumberedCanvas& to, const Rectangle& within);
+ChangeExtent Compare(const NumberedCanvas& from, const NumberedCanvas& to, const Rectangle& within);
 
 // Takes off the ends of a stretch of two rows what is the same in both. They must differ somewhere in it.
 template <typename Pixel>

@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t kImageHeadBytes = 1 + kImageDescriptorBytes;
 
-using IndexMap = std::array<int, kPaletteEntries>;
+using NewIndexes = std::array<int, kPaletteEntries>;
 
 // Gives `image` the bytes that its descriptor and palette make with the codes of `old`, its former form. One whose
 // bytes are not there, or that was cut off before its codes, is encoded instead. False when memory runs out.
@@ -50,7 +50,7 @@ bool ResizeImageTable(Block* image, int depth) {
 
 // Where each used index goes; false when some colour is not there.
 bool MapIndexes(const UsedIndexes& used, const Block& image, const GlobalPalette& global, int transparentIndex,
-                IndexMap* map) {
+                NewIndexes* map) {
     const RgbTriple* own = image.palette.Colours();
     const RgbTriple* shared = global.colours.Colours();
     const int count = global.depth ? 1 << global.depth : 0;
@@ -65,13 +65,13 @@ bool MapIndexes(const UsedIndexes& used, const Block& image, const GlobalPalette
     return true;
 }
 
-bool IsIdentity(const UsedIndexes& used, const IndexMap& map) {
+bool IsIdentity(const UsedIndexes& used, const NewIndexes& map) {
     for (size_t index = 0; index < used.of.size(); ++index)
         if (used.of[index] && map[index] != static_cast<int>(index)) return false;
     return true;
 }
 
-MemoryHandle MapPixels(const MemoryHandle& image, const IndexMap& map, const GlobalPalette& global) {
+MemoryHandle MapPixels(const MemoryHandle& image, const NewIndexes& map, const GlobalPalette& global) {
     ImageLock from(image);
     if (!from) return nullptr;
     MemoryHandle made = CreateImageBitmap(from->width, from->height, global.colours, global.depth);
@@ -118,7 +118,7 @@ SharedTable UseGlobalTable(const GlobalPalette& global, int transparentIndex, Bl
     ImageFields fields = GetImageFields(*image);
     if (!(fields.packed & kHasPalette)) return SharedTable::kHadNone;
     UsedIndexes used;
-    IndexMap map = {};
+    NewIndexes map = {};
     if (!FindUsedIndexes(*image, &used)) return SharedTable::kNoPicture;
     if (!MapIndexes(used, *image, global, transparentIndex, &map) || global.depth == 0)
         return SharedTable::kLacksColours;

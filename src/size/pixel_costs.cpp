@@ -121,9 +121,8 @@ void Follow(Bytes coded, bool interlaced, PixelCosts* costs) {
 
 // What of an image's bytes is its data.
 Bytes CodedPart(Bytes own) {
-    constexpr size_t kHeadBytes = 1 + kImageDescriptorBytes;
-    if (own.size() < kHeadBytes) return {};
-    return own.subspan(std::min(own.size(), kHeadBytes + TableBytesOfPacked(own[kHeadBytes - 1])));
+    if (own.size() < kImageHeadBytes) return {};
+    return own.subspan(std::min(own.size(), kImageHeadBytes + TableBytesOfPacked(own[kImageHeadBytes - 1])));
 }
 
 }  // namespace

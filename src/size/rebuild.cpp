@@ -111,9 +111,7 @@ bool Rebuilder::AppendControl(const PlannedFrame& frame, int transparent) {
     const bool isNeeded =
         hasOtherControl_ || fields.delay || !leaves || (fields.packed & (kControlTransparent | kControlUserInput));
     if (!isNeeded) return true;
-    const bool isSame = old.control >= 0 && fields.packed == before.packed && fields.delay == before.delay &&
-                        fields.transparentIndex == before.transparentIndex;
-    if (isSame) return AppendBlock(&new_, control);
+    if (old.control >= 0 && fields == before) return AppendBlock(&new_, control);
     if (old.control < 0) SignForExtensions(&new_);
     PutControlFields(&control, fields);
     return MarkChanged(&control) && AppendBlock(&new_, control);

@@ -16,10 +16,6 @@ namespace {
 constexpr uint64_t kMostPixels = 200000;  // of files whose frames are compared
 constexpr size_t kMostTried = 6;          // edits of a file
 
-GifBytes Start(int packed = 0x81) {
-    return GifBytes().Header("GIF89a", 4, 4, packed);
-}
-
 // SmallImage once more, in codes of pixels of `depth` bits that do not get wider.
 GifBytes CodedImage(int packed, unsigned depth) {
     const unsigned clearCode = 1u << depth;
@@ -170,7 +166,7 @@ TEST_F(Advising, PalettesAreSharedWhereThePictureStays) {
     EXPECT_EQ(CanvasesOf(turned), CanvasesOf(before));
 
     // Where index 1 is transparent it stays, and no other pixel may come to it.
-    WriteAll(in_, Start().Add({0x21, 0xF9, 4, 1, 0, 0, 1, 0}).Add(other).Add({0x3B}));
+    WriteAll(in_, Start().Control(0, 1, 1).Add(other).Add({0x3B}));
     const CliRun refused = Set({"image", "palette=global"});
     EXPECT_EQ(refused.status, kExitFailed);
     EXPECT_NE(refused.err.find("palette wants all colours of the picture in the global palette\n"), std::string::npos)

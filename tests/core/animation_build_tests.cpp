@@ -310,7 +310,7 @@ TEST_F(BuildAnimationTest, EveryFrameOfAnAnimatedSourceIsComposed) {
     const GifBytes animated = GifBytes().Header("GIF89a", 3, 1, 0x81);
     GifBytes bytes = animated;
     for (int i = 0; i < 2; ++i) {
-        bytes.Add({0x21, 0xF9, 4, 0, static_cast<uint8_t>(7 + i), 0, 0, 0});
+        bytes.Control(7 + i);
         bytes.Add({0x2C, static_cast<uint8_t>(i), 0, 0, 0, static_cast<uint8_t>(i ? 1 : 3), 0, 1, 0, 0});
         bytes.Add(i ? Bytes{2, 2, 0x5C, 0x01, 0} : Bytes{2, 2, 0x84, 0x51, 0});
     }

@@ -15,12 +15,12 @@ using Numbers = std::vector<uint32_t>;
 // 0 HEADER, 1 COMMENT "a", 2 COMMENT "b", 3 LOOP, 4 COMMENT "c", 5 IMAGE, with an odd byte before "b".
 LoadedGif Letters() {
     GifBytes bytes = GifBytes().Header("GIF89a", 5, 4, 0x81).Comment("a").Add({9}).Comment("b");
-    bytes.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\0\0", 3)).Comment("c").SmallImage();
+    bytes.Loop(0).Comment("c").SmallImage();
     return LoadedGif(bytes.Add({0x3B}), Manner::kWhole);
 }
 
 // The comments' letters and the other kinds' digits.
-std::string LettersOf(const BlockList& list) {
+std::string LettersAndKinds(const BlockList& list) {
     std::string letters;
     for (const Block& block : list.All())
         letters += block.kind == kCommentBlock ? TextOf(block) : std::to_string(block.kind);
@@ -83,7 +83,7 @@ TEST(BlockOperations, MoveAndDuplicateAndDelete) {
                                     : operation == kDuplicate ? DuplicateBlocks(blocks, at, Looks::kLeft, &list)
                                                               : DeleteBlocks(blocks, Looks::kLeft, &list);
         EXPECT_EQ(outcome.refusal, refusal) << letters;
-        EXPECT_EQ(LettersOf(list), letters) << at;
+        EXPECT_EQ(LettersAndKinds(list), letters) << at;
         if (!outcome) {
             EXPECT_EQ(SavedBytes(list), original) << letters;
         }
@@ -99,7 +99,7 @@ TEST(BlockOperations, StrayBytesGoWithTheirBlockAndNotWithItsCopy) {
     ASSERT_TRUE(DuplicateBlocks(Numbers{2}, 5, Looks::kLeft, &list));
     ASSERT_TRUE(MoveBlocks(Numbers{2}, 0, Looks::kLeft, &list));
     GifBytes expected = GifBytes().Header("GIF89a", 5, 4, 0x81).Add({9}).Comment("b").Comment("a");
-    expected.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\0\0", 3)).Comment("c").SmallImage().Comment("b");
+    expected.Loop(0).Comment("c").SmallImage().Comment("b");
     EXPECT_EQ(SavedBytes(list), expected.Add({0x3B}));
 }
 

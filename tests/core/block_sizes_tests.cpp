@@ -22,10 +22,6 @@ std::string Shown(const BlockSizes& block) {
            std::to_string(block.overhead);
 }
 
-GifBytes Start() {
-    return GifBytes().Header("GIF89a", 4, 4, 0x81);
-}
-
 }  // namespace
 
 TEST(BlockSizes, AddUpToTheLengthOfEveryFile) {
@@ -50,8 +46,8 @@ TEST(BlockSizes, TellWhatTheBytesOfABlockAreFor) {
         {"three sub-blocks", GifBytes().ImageHead(2, 2, 0).Add({2, 1, 0x4C, 1, 0x12, 1, 5, 0}), "0 3 0 15"},
         {"cut in its palette", GifBytes().ImageHead(2, 2, 0x80).Repeat(1, 0), "6 0 0 10"},
         {"cut in its codes", GifBytes().ImageHead(2, 2, 0).Add({2, 9, 0x4C, 0x12}), "0 2 0 12"},
-        {"control", GifBytes().Add({0x21, 0xF9, 4, 0, 5, 0, 0, 0}), "0 0 0 8"},
-        {"loop", GifBytes().Extension(0xFF, "\x0BNETSCAPE2.0", "\1\0\0"s), "0 0 0 19"},
+        {"control", GifBytes().Control(5), "0 0 0 8"},
+        {"loop", GifBytes().Loop(0), "0 0 0 19"},
         {"comment", GifBytes().Comment("abc"), "0 0 3 4"},
         {"comment of 300 bytes", GifBytes().Comment(std::string(300, 'x')), "0 0 300 5"},
         {"cut comment", GifBytes().Add({0x21, 0xFE, 9, 'a', 'b'}), "0 0 2 3"},

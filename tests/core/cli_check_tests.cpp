@@ -126,60 +126,48 @@ TEST(Flashes, SeesThroughAPictureLargerThanItsSamples) {
 
 namespace {
 
-GifBytes Start(int width = 4, int height = 4) {
+GifBytes Screen(int width, int height) {
     return GifBytes().Header("GIF89a", width, height, 0x81);
-}
-
-Bytes Control(int packed, int delay, int transparent = 0) {
-    return {
-        0x21, 0xF9, 4, static_cast<uint8_t>(packed), static_cast<uint8_t>(delay), 0, static_cast<uint8_t>(transparent),
-        0};
-}
-
-Bytes Loop(int count) {
-    return GifBytes().Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1") + static_cast<char>(count) + '\0');
 }
 
 }  // namespace
 
 TEST(CliCheck, FindsWhatSurprises) {
-    const Bytes control = Control(0, 5);
+    const Bytes control = GifBytes().Control(5);
     struct {
         const char* what;
         Bytes bytes;
         const char* found;  // a line, and the command below it
     } const cases[] = {
-        {"delay", Start().Add(Control(0, 1)).SmallImage().Add(control).SmallImage().Add({0x3B}),
+        {"delay", Start().Control(1).SmallImage().Add(control).SmallImage().Add({0x3B}),
          "block 1: a delay of 1; Chrome, Edge, Firefox and Safari show the frame for 10 hundredths of a second, other "
          "players as briefly as they can\n    zephyr set FILE OUT 1 delay=10\n"},
         {"no control", Start().Add(control).SmallImage().SmallImage().Add({0x3B}), "block 3: no delay; Chrome"},
-        {"place", Start(2, 1).SmallImage().Add({0x3B}), "    zephyr set FILE OUT 0 width=2 height=2\n"},
-        {"screen", Start(0, 0).SmallImage().Add({0x3B}), "    zephyr set FILE OUT 0 width=2 height=2\n"},
+        {"place", Screen(2, 1).SmallImage().Add({0x3B}), "    zephyr set FILE OUT 0 width=2 height=2\n"},
+        {"screen", Screen(0, 0).SmallImage().Add({0x3B}), "    zephyr set FILE OUT 0 width=2 height=2\n"},
         {"aspect", GifBytes().Text("GIF89a").Add({2, 0, 2, 0, 0x80, 0, 49, 0, 0, 0, 1, 1, 1}).SmallImage().Add({0x3B}),
          "block 0: pixels are not square"},
         {"no image", Start().Add({0x3B}), "FILE: there is no image; players show nothing\n"},
         {"no pixels", Start().ImageHead(0, 5, 0).Add({2, 2, 0x4C, 1, 0, 0x3B}),
          "block 1: the image has no pixels; some players stop here or refuse the file\n    zephyr delete FILE OUT 1\n"},
-        {"disposal 4", Start().Add(Control(16, 5)).SmallImage().Add({0x3B}),
+        {"disposal 4", Start().Control(5, 16).SmallImage().Add({0x3B}),
          "    zephyr set FILE OUT 1 disposal=previous\n"},
-        {"disposal 6", Start().Add(Control(24, 5)).SmallImage().Add({0x3B}),
-         "    zephyr set FILE OUT 1 disposal=leave\n"},
-        {"disposal 3 first", Start().Add(Control(12, 5)).SmallImage().Add(control).SmallImage().Add({0x3B}),
+        {"disposal 6", Start().Control(5, 24).SmallImage().Add({0x3B}), "    zephyr set FILE OUT 1 disposal=leave\n"},
+        {"disposal 3 first", Start().Control(5, 12).SmallImage().Add(control).SmallImage().Add({0x3B}),
          "    zephyr set FILE OUT 1 disposal=background\n"},
-        {"flicker", Start().Add(Control(8, 5)).SmallImage().Add(control).SmallImage().Add({0x3B}),
+        {"flicker", Start().Control(5, 8).SmallImage().Add(control).SmallImage().Add({0x3B}),
          "block 1: the frame is cleared although the next one covers it; players that show the clearing flicker\n"
          "    zephyr set FILE OUT 1 disposal=leave\n"},
         {"two controls", Start().Add(control).Add(control).SmallImage().Add({0x3B}),
          "block 1: no image follows before the next control; players do not heed it\n    zephyr delete FILE OUT 1\n"},
-        {"input", Start().Add(Control(2, 5)).SmallImage().Add({0x3B}), "    zephyr set FILE OUT 1 input=no\n"},
-        {"loop count", Start().Add(Loop(3)).Add(control).SmallImage().Add(control).SmallImage().Add({0x3B}),
+        {"input", Start().Control(5, 2).SmallImage().Add({0x3B}), "    zephyr set FILE OUT 1 input=no\n"},
+        {"loop count", Start().Loop(3).Add(control).SmallImage().Add(control).SmallImage().Add({0x3B}),
          "block 1: a loop count of 3; browsers play the frames 4 times, others 3\n    zephyr set FILE OUT 1 "
          "iterations=0\n"},
-        {"two loops", Start().Add(Loop(0)).Add(Loop(0)).SmallImage().Add({0x3B}),
+        {"two loops", Start().Loop(0).Loop(0).SmallImage().Add({0x3B}),
          "block 1: another loop block follows; browsers heed the last one, others the first\n    zephyr delete FILE "
          "OUT 1\n"},
-        {"loop behind", Start().SmallImage().Add(Loop(0)).Add({0x3B}),
-         "block 2: the loop block stands behind an image"},
+        {"loop behind", Start().SmallImage().Loop(0).Add({0x3B}), "block 2: the loop block stands behind an image"},
         {"same palette", Start().SmallImage(0x81).Add({0x3B}),
          "block 1: the local palette is the global one once more: 12 bytes\n"},
         {"unused palette", Start().SmallImage(0x82).Add({0x3B}),
@@ -211,14 +199,8 @@ TEST(CliCheck, FindsWhatSurprises) {
 TEST(CliCheck, FindsNothingInAWellMadeAnimation) {
     TempFolder folder;
     const std::string path = folder.Path("it's well.gif");
-    WriteAll(path, Start(2, 2)
-                       .Add(Loop(0))
-                       .Add(Control(4, 50))
-                       .SmallImage()
-                       .Add(Control(4, 50))
-                       .SmallImage()
-                       .Comment("x")
-                       .Add({0x3B}));
+    WriteAll(path,
+             Screen(2, 2).Loop(0).Control(50, 4).SmallImage().Control(50, 4).SmallImage().Comment("x").Add({0x3B}));
     CliRun run = RunCli({"check", path});
     EXPECT_EQ(run.out, "");
     EXPECT_EQ(run.status, 0);
@@ -228,7 +210,7 @@ TEST(CliCheck, FindsNothingInAWellMadeAnimation) {
 TEST(CliCheck, MendsWithTheCommandThatItTells) {
     TempFolder folder;
     const std::string path = folder.Path("it's one.gif");
-    WriteAll(path, Start(2, 2).Add(Control(4, 0)).SmallImage().Add(Control(4, 50)).SmallImage().Add({0x3B}));
+    WriteAll(path, Screen(2, 2).Control(0, 4).SmallImage().Control(50, 4).SmallImage().Add({0x3B}));
     const std::string out = RunCli({"check", path}).out;
     EXPECT_NE(out.find("it'\\''s one.gif' OUT 1 delay=10\n"), std::string::npos) << out;
     EXPECT_EQ(RunCli({"set", path, path, "1", "delay=10"}).status, kExitDone);
@@ -238,8 +220,8 @@ TEST(CliCheck, MendsWithTheCommandThatItTells) {
 TEST(CliCheck, TellsTroubleFromFindings) {
     TempFolder folder;
     const std::string well = folder.Path("well.gif"), odd = folder.Path("odd.gif"), none = folder.Path("none.gif");
-    WriteAll(well, Start(2, 2).SmallImage().Add({0x3B}));
-    WriteAll(odd, Start(2, 2).SmallImage());
+    WriteAll(well, Screen(2, 2).SmallImage().Add({0x3B}));
+    WriteAll(odd, Screen(2, 2).SmallImage());
     EXPECT_EQ(RunCli({"check", well}).status, 0);
     EXPECT_EQ(RunCli({"check", well, odd}).status, 1);
     CliRun run = RunCli({"check", "--json", none, odd});
@@ -254,8 +236,8 @@ TEST(CliCheck, TellsTroubleFromFindings) {
 TEST(CliCheck, TellsTheFirstOfManyAlike) {
     TempFolder folder;
     const std::string path = folder.Path("many.gif");
-    GifBytes bytes = Start(2, 2);
-    for (int i = 0; i < 30; ++i) bytes.Add(Control(4, 1)).SmallImage();
+    GifBytes bytes = Screen(2, 2);
+    for (int i = 0; i < 30; ++i) bytes.Control(1, 4).SmallImage();
     WriteAll(path, bytes.Add({0x3B}));
     const CliRun run = RunCli({"check", path});
     EXPECT_NE(run.out.find("delay: 20 more like these, which --json tells\n"), std::string::npos) << run.out;

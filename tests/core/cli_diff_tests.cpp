@@ -11,9 +11,6 @@ using namespace std::string_literals;
 
 namespace {
 
-GifBytes Control(int delay, int packed = 0, int transparent = 0) {
-    return GifBytes().Add({0x21, 0xF9, 4, packed}).Word(delay).Add({transparent, 0});
-}
 // A picture of one colour: `pixels` pixels in a row.
 GifBytes Stripe(int pixels, int colour, int left = 0) {
     GifBytes image = GifBytes().ImageHead(pixels, 1, 0);
@@ -26,9 +23,6 @@ GifBytes Stripe(int pixels, int colour, int left = 0) {
     codes.Put(5, 3);
     image.Add({2});
     return image.SubBlocks({reinterpret_cast<const char*>(codes.Packed().data()), codes.Packed().size()});
-}
-GifBytes Loop(int times) {
-    return GifBytes().Add({0x21, 0xFF, 11}).Text("NETSCAPE2.0").Add({3, 1}).Word(times).Add({0});
 }
 
 GifBytes Gif(std::initializer_list<Bytes> blocks) {
@@ -76,23 +70,24 @@ TEST_F(CliDiff, TellsOfEachBlockWhatHappenedToIt) {
         {"one of two alike", Gif({a, a, b}), Gif({a, b}), "2 -> -  taken out: IMAGE 3 x 1, 4 colours\n"},
         {"in front and behind", Gif({b}), Gif({a, b, c}),
          "- -> 1  added: IMAGE 3 x 1, 4 colours\n- -> 3  added: IMAGE 5 x 1, 4 colours\n"},
-        {"exchanged for another kind", Gif({a, text, b}), Gif({a, Loop(1), b}),
+        {"exchanged for another kind", Gif({a, text, b}), Gif({a, GifBytes().Loop(1), b}),
          "2 -> -  taken out: COMMENT Ch\xC3\xA4r\n- -> 2  added: LOOP (1 iterations)\n"},
         {"moved", Gif({a, b, c, text}), Gif({b, c, text, a}), "1 -> 4  moved: IMAGE 3 x 1, 4 colours\n"},
         {"moved among others that are nearly alike",
          Gif({GifBytes().Comment("1"), GifBytes().Comment("2"), GifBytes().Comment("3")}),
          Gif({GifBytes().Comment("2"), GifBytes().Comment("3"), GifBytes().Comment("1")}),
          "1 -> 3  moved: COMMENT 1\n"},
-        {"a frame with its control", Gif({Control(1), a, Control(2), b, Control(3), c}),
-         Gif({Control(2), b, Control(3), c, Control(1), a}),
+        {"a frame with its control",
+         Gif({GifBytes().Control(1), a, GifBytes().Control(2), b, GifBytes().Control(3), c}),
+         Gif({GifBytes().Control(2), b, GifBytes().Control(3), c, GifBytes().Control(1), a}),
          "1 -> 5  moved: CONTROL (delay 1 1/100ths of a second)\n2 -> 6  moved: IMAGE 3 x 1, 4 colours\n"},
         {"moved and changed", Gif({a, b, c}), Gif({b, c, Stripe(3, 1, 6)}),
          "1 -> 3  moved, changed: IMAGE 3 x 1, 4 colours\n        left: 0 -> 6\n"},
-        {"controls that exchange delays are changed", Gif({Control(1), a, Control(2), b}),
-         Gif({Control(2), a, Control(1), b}),
+        {"controls that exchange delays are changed", Gif({GifBytes().Control(1), a, GifBytes().Control(2), b}),
+         Gif({GifBytes().Control(2), a, GifBytes().Control(1), b}),
          "1 -> 1  changed: CONTROL (delay 2 1/100ths of a second)\n        delay: 1 -> 2\n"
          "3 -> 3  changed: CONTROL (delay 1 1/100ths of a second)\n        delay: 2 -> 1\n"},
-        {"all fields of a control", Gif({Control(1, 0x05, 7)}), Gif({Control(1, 0xEA, 7)}),
+        {"all fields of a control", Gif({GifBytes().Control(1, 0x05, 7)}), Gif({GifBytes().Control(1, 0xEA, 7)}),
          "1 -> 1  changed: CONTROL (delay 1 1/100ths of a second)\n        disposal: leave -> background\n"
          "        transparent: 7 -> none (7)\n        input: no -> yes\n        flags: 0x00 -> 0xe0\n"},
         {"header", Gif({}), headerOnly.Add({0x3B}),
@@ -181,7 +176,8 @@ TEST_F(CliDiff, ClassicComparesWhatTheEditorReads) {
 
 TEST_F(CliDiff, JsonHasAllOfIt) {
     const GifBytes text = GifBytes().Comment("\"");
-    const Bytes old = Gif({text, Stripe(3, 1), Control(4)}), fresh = Gif({Stripe(3, 2), Control(5), {0x3B, 7}});
+    const Bytes old = Gif({text, Stripe(3, 1), GifBytes().Control(4)}),
+                fresh = Gif({Stripe(3, 2), GifBytes().Control(5), {0x3B, 7}});
     EXPECT_EQ(Diff(old, old, {"--json"}).out, "{\"same\": true, \"blocks\": [], \"around\": []}\n");
     EXPECT_EQ(Diff(old, fresh, {"--json"}).out,
               R"({"same": false, "blocks": [{"before": 1, "after": null, "kindName": "COMMENT", "line": "COMMENT \"", )"
@@ -230,10 +226,10 @@ TEST(Diff, NoByteOfAFileChangesUnseen) {
 }
 
 TEST_F(CliDiff, TheTextOfAListShowsEachChangeAndNoPlaces) {
-    const Bytes start = Gif({Control(1), Stripe(3, 1),
+    const Bytes start = Gif({GifBytes().Control(1), Stripe(3, 1),
                              GifBytes().Comment("a\r\n\x1B"
                                                 "b\rc"),
-                             Loop(2)});
+                             GifBytes().Loop(2)});
     const std::string header =
         "HEADER version=GIF89a width=9 height=9 background=0 aspect=0 sorted=no flags=0x00 palette=4:af8036a0\n";
     const std::string control = "CONTROL delay=1 disposal=nothing transparent=none input=no flags=0x00\n";
@@ -241,7 +237,7 @@ TEST_F(CliDiff, TheTextOfAListShowsEachChangeAndNoPlaces) {
         "IMAGE left=0 top=0 width=3 height=1 interlaced=no flags=0x00 palette=none pixels=909fb2f2\n";
     EXPECT_EQ(Text(start),
               header + control + image + "COMMENT text=7:ebdd122f\n    a\n    \\x1bb\n    c\nLOOP iterations=2\n");
-    EXPECT_EQ(Text(Gif({Control(1), Stripe(3, 1)})), header + control + image);
+    EXPECT_EQ(Text(Gif({GifBytes().Control(1), Stripe(3, 1)})), header + control + image);
     const struct {
         Bytes bytes;
         std::string line;  // behind those of the header

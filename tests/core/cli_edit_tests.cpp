@@ -59,9 +59,9 @@ protected:
 
     void MakeDocument(int packed) const {
         GifBytes bytes;
-        bytes.Header("GIF89a", 9, 9, packed).SmallImage(0x87).Add({0x21, 0xF9, 4, 0, 1, 0, 0, 0});
+        bytes.Header("GIF89a", 9, 9, packed).SmallImage(0x87).Control(1);
         bytes.Extension(0x01, std::string("\x0C\0\0\0\0\0\0\0\0\0\0\0\0", 13), "plain").Comment("comment");
-        WriteAll(Path("in.gif"), bytes.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\0\0", 3)).Add({0x3B}));
+        WriteAll(Path("in.gif"), bytes.Loop(0).Add({0x3B}));
     }
 
     TempFolder folder_;

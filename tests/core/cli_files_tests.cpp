@@ -12,7 +12,7 @@ namespace {
 class CliFiles : public testing::Test {
 protected:
     void SetUp() override {
-        GifBytes bytes = GifBytes().Header("GIF89a", 2, 2, 0x81).Add({0x21, 0xF9, 4, 0, 9, 0, 0, 0}).SmallImage();
+        GifBytes bytes = GifBytes().Header("GIF89a", 2, 2, 0x81).Control(9).SmallImage();
         whole_ = bytes.Comment("words").Add({0x3B});
         for (const char* name : {"a.gif", "b.gif", "-c.gif"}) WriteAll(Path(name), whole_);
         WriteAll(Path("text.gif"), GifBytes().Text("no picture at all"));

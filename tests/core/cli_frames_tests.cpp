@@ -15,8 +15,8 @@ Bytes TwoFrames() {
     for (unsigned code : {1u, 5u}) pixels.Put(code, 4);
     const Bytes& packed = pixels.Packed();
     GifBytes bytes;
-    bytes.Header("GIF89a", 4, 3, 0x81).Add({0x21, 0xF9, 4, 8, 30, 0, 0, 0}).SmallImage();
-    bytes.Add({0x21, 0xF9, 4, 1, 0, 0, 1, 0}).Add({0x2C, 2, 0, 1, 0, 2, 0, 2, 0, 0x81}).Repeat(9, 12);
+    bytes.Header("GIF89a", 4, 3, 0x81).Control(30, 8).SmallImage();
+    bytes.Control(0, 1, 1).Add({0x2C, 2, 0, 1, 0, 2, 0, 2, 0, 0x81}).Repeat(9, 12);
     return bytes.Add({2, static_cast<int>(packed.size())}).Add(packed).Add({0, 0x3B});
 }
 

@@ -15,7 +15,7 @@ class CliOperations : public testing::Test {
 protected:
     void SetUp() override {
         GifBytes bytes = GifBytes().Header("GIF89a", 2, 2, 0x81).Comment("words").SmallImage();
-        bytes.Add({0x21, 0xF9, 4, 0, 9, 0, 0, 0}).Add({0x21, 0xF9, 4, 1, 7, 0, 1, 0}).SmallImage();
+        bytes.Control(9).Control(7, 1, 1).SmallImage();
         WriteAll(Path("in.gif"), bytes.Add({0x3B, 'b', 'e', 'h', 'i', 'n', 'd'}));
         WriteAll(Path("bare.gif"), GifBytes().Header("GIF87a", 2, 2, 0).Add({0x3B}));
         WriteAll(Path("single.gif"), GifBytes().Header("GIF87a", 2, 2, 0x81).SmallImage().Add({0x3B}));

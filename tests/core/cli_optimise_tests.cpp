@@ -10,14 +10,14 @@ namespace {
 // Three frames that show the same, and blocks of all kinds that can be taken out.
 GifBytes Wasteful() {
     GifBytes bytes = GifBytes().Header("GIF89a", 2, 2, 0xF7).Comment("a comment");
-    bytes.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\0\0", 3)).Extension(0xFF, "\x0BXXXXXXXX1.0", "data");
+    bytes.Loop(0).Extension(0xFF, "\x0BXXXXXXXX1.0", "data");
     bytes
         .Extension(0xFF,
                    "\x0B"
                    "ANIMEXTS1.0",
                    std::string("\1\0\0", 3))
         .Extension(0x77, "", "unknown");
-    for (int i = 0; i < 3; ++i) bytes.Add({0x21, 0xF9, 4, 0, 5, 0, 0, 0}).SmallImage(0x87);
+    for (int i = 0; i < 3; ++i) bytes.Control(5).SmallImage(0x87);
     return bytes.Add({0x3B});
 }
 
@@ -129,9 +129,9 @@ TEST_F(CliOptimise, CountsTheCommentThatItAdds) {
 }
 
 TEST_F(CliOptimise, FitsTheScreenToTheImagesAsTheyAreRead) {
-    constexpr int kImageHeadBytes = 9;
+    constexpr int kHeadBytes = 9;
     const GifBytes small = GifBytes().SmallImage();
-    const GifBytes nothing = GifBytes().Add({0x21, 0xF9, 4, 1, 5, 0, 0, 0}).Add(ImageOf(MakeImage(8, 8, 2)));
+    const GifBytes nothing = GifBytes().Control(5, 1).Add(ImageOf(MakeImage(8, 8, 2)));
     const std::tuple<const char*, GifBytes, int> cases[] = {
         {"an image beyond the screen",
          GifBytes()
@@ -142,7 +142,7 @@ TEST_F(CliOptimise, FitsTheScreenToTheImagesAsTheyAreRead) {
              .Word(1)
              .Word(2)
              .Word(2)
-             .Add(Bytes(small.begin() + kImageHeadBytes, small.end())),
+             .Add(Bytes(small.begin() + kHeadBytes, small.end())),
          3},
         {"an image that shows nothing", GifBytes().Header("GIF89a", 9, 9, 0xF7).Add(nothing), 8},
     };

@@ -75,7 +75,7 @@ protected:
 TEST_F(CliRepair, MendsEachKindOfDamageAndNothingElse) {
     const GifBytes start = GifBytes().Header("GIF89a", 2, 2, 0x81), image = GifBytes(start).SmallImage();
     const GifBytes clean = GifBytes(image).Comment("a\tb").Extension(0xCE, "", "x").Add({0x3B});
-    const GifBytes control = GifBytes(start).Add({0x21, 0xF9, 4, 1, 2, 0, 3, 0});
+    const GifBytes control = GifBytes(start).Control(2, 1, 3);
     auto ended = [](const GifBytes& bytes) { return GifBytes(bytes).Add({0x3B}); };
     auto application = [&](std::string_view fixed) {
         return GifBytes(image).Add({0x21, 0xFF, static_cast<int>(fixed.size())}).Text(fixed);
@@ -121,7 +121,7 @@ TEST_F(CliRepair, MendsEachKindOfDamageAndNothingElse) {
          GifBytes(image).Add({0x21, 0xFE, 2, 'a', 9, 0, 0x3B}),
          "block 2 (COMMENT): it is ended, as the file breaks off in it\nthe trailer is added\n2 repairs\n"},
         {"cut loop", GifBytes(image).Add({0x21, 0xFF, 11}).Text("NETSCAPE2.0").Add({3, 1, 7, 0}),
-         GifBytes(image).Extension(0xFF, "\x0BNETSCAPE2.0", {"\1\7\0", 3}).Add({0x3B}),
+         GifBytes(image).Loop(7).Add({0x3B}),
          "block 2 (LOOP): it is ended, as the file breaks off in it\nthe trailer is added\n2 repairs\n"},
         {"cut application", application("ABCDEFGHIJK").Add({9, 1}), ended(image),
          "block 2 (APPLICATION-DEFINED): left out, as the file breaks off in it\nthe trailer is added\n2 repairs\n"},

@@ -100,7 +100,7 @@ TEST_F(Cli, JsonTellsPalettesByTheirFlagAndAllNumbers) {
     const std::string file = folder_.Path("many.gif");
     GifBytes bytes = GifBytes().Text("GIF89a").Word(1).Word(1).Add({0x80, 0, 0}).Repeat(0, 6).SmallImage(0x82);
     bytes.SmallImage();
-    for (int i = 3; i <= 65536; ++i) bytes.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});
+    for (int i = 3; i <= 65536; ++i) bytes.Control(0);
     WriteAll(file, bytes.Add({0x3B}));
     const std::string json = RunClassic({"list", "--json", file}).out;
     auto blockAt = [&](const std::string& number) {

@@ -55,13 +55,7 @@ TEST_F(CliWhole, NothingChangesButWhatIsAskedFor) {
         {{"set", "3", "text=b"}, GifBytes(start_).SmallImage().Add({0}).Add(foreign_).Comment("b").Add(behind_)},
         {{"set", "3", "text="}, GifBytes(start_).SmallImage().Add({0}).Add(foreign_).Add({0x21, 0xFE, 0}).Add(behind_)},
         {{"insert", "--kind=control", "--at=0"},
-         GifBytes(start_)
-             .Add({0x21, 0xF9, 4, 0, 1, 0, 0, 0})
-             .SmallImage()
-             .Add({0})
-             .Add(foreign_)
-             .Add(text_)
-             .Add(behind_)},
+         GifBytes(start_).Control(1).SmallImage().Add({0}).Add(foreign_).Add(text_).Add(behind_)},
     };
     for (const auto& [words, expected] : cases) {
         SCOPED_TRACE(testing::PrintToString(words));

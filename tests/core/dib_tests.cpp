@@ -57,14 +57,14 @@ TEST(Dib, EveryFormGivesItsColours) {
     const std::vector<int> rgb565 = {0, 0xF8, 0, 0, 0xE0, 7, 0, 0, 0x1F, 0, 0, 0};
     const std::vector<int> bgr = {255, 0, 0, 0, 0, 255, 0, 0, 0, 0, 255, 0};
     const std::vector<int> rgb = {0, 0, 255, 0, 0, 255, 0, 0, 255, 0, 0, 0}, opacity = {0, 0, 0, 255};
-    struct Row {
+    struct Case {
         const char* name;
         Bytes bytes;
         int colourCount;
         const char* colours;
         int padding = 0;  // bytes at the end that may be missing
     };
-    const Row rows[] = {
+    const Case cases[] = {
         {"1 bit", DibBytes(40, 2, 1, 1).Put({3, 2, 1, 0, 6, 5, 4, 0, 0x40, 0, 0, 0}), 2, "1,2,3 4,5,6 ", 3},
         {"4 bits, two colours", DibBytes(40, 2, 1, 4, 0, 2).Put({3, 2, 1, 0, 6, 5, 4, 0, 0x12, 0, 0, 0}), 2,
          "4,5,6 0,0,0 ", 3},
@@ -97,7 +97,7 @@ TEST(Dib, EveryFormGivesItsColours) {
          DibBytes(40, 1, 1, 32, 3).Put({255, 255, 255, 255, 255, 0, 0, 255, 1, 0, 0, 128}).Put({1, 0, 0, 128}), 0,
          "128,128,255 "},
     };
-    for (const Row& row : rows) {
+    for (const Case& row : cases) {
         SCOPED_TRACE(row.name);
         Result<Picture> picture = ReadDib(row.bytes);
         ASSERT_TRUE(static_cast<bool>(picture));

@@ -15,8 +15,7 @@ protected:
         GifBytes document = GifBytes().Header("GIF89a", 5, 4, 0x87).SmallImage(0x87).Comment("c");
         document.Extension(0x01, std::string(13, 'f'), "text").Extension(0xFF, "\x0DXMP DataXMP", "data");
         document.Extension(0xFF, "\x0BKELMORnb1.0", {reinterpret_cast<const char*>(names.data()), names.size()});
-        for (int i = 0; i < 57; ++i)
-            document.Add({0x21, 0xF9, 4, 0, 0, 0, 0, 0});  // so many that one more lets it grow
+        for (int i = 0; i < 57; ++i) document.Control(0);  // so many that one more lets it grow
         document.Add({0x3B});
         WriteAll(in_, document);
         GifBytes regular = GifBytes().Header("GIF89a", 60, 50, 0x87).SmallImage(0x87).Comment("c").SmallImage();

@@ -8,12 +8,6 @@ using namespace std::string_literals;
 
 namespace {
 
-constexpr int kFourColours = 0x81;
-
-GifBytes Start(int packed = kFourColours) {
-    return GifBytes().Header("GIF89a", 5, 4, packed);
-}
-
 std::string Repeated(size_t times, char c) {
     return std::string(times, c);
 }

@@ -21,7 +21,7 @@ protected:
     std::string path_ = folder_.Path("out.gif");
 };
 
-GifBytes Start() {
+GifBytes Bare() {
     return GifBytes().Header("GIF89a", 1, 1, 0);
 }
 
@@ -55,22 +55,22 @@ TEST_F(GifWriter, DocumentIsSavedAsItWasLoaded) {
 
 // kQuirkBlockNamesDropped, kQuirkDatalessBlocksDropped
 TEST_F(GifWriter, WhatIsNotSaved) {
-    LoadedGif document(Start().Extension(0xFF, "\x0BKELMORnb1.0", "xx"));
+    LoadedGif document(Bare().Extension(0xFF, "\x0BKELMORnb1.0", "xx"));
     for (uint16_t kind : {kEmptyBlock, kPlainTextBlock, kApplicationBlock, kCommentBlock, kUnknownBlock})
         Append(&document, OfKind(kind));
     EXPECT_EQ(KindsOf(document), "1804569");
-    EXPECT_EQ(Saved(document), WithEnd(Start()));
+    EXPECT_EQ(Saved(document), WithEnd(Bare()));
 }
 
 // kQuirkFullTextEndsTwice
 TEST_F(GifWriter, TextLengths) {
     for (size_t length : {0u, 1u, 254u, 255u, 256u, 510u, 32767u}) {
         std::string text(length, 'x');
-        LoadedGif document(Start());
+        LoadedGif document(Bare());
         Block unknown = MakeText(kUnknownBlock, text);
         unknown.descriptor[0] = 0x42;
         Append(&document, unknown);
-        GifBytes expected = Start().Extension(0x42, "", text);
+        GifBytes expected = Bare().Extension(0x42, "", text);
         if (length % 255 == 0) expected.Add({0});
         EXPECT_EQ(Saved(document), WithEnd(expected)) << length;
     }
@@ -84,7 +84,7 @@ TEST_F(GifWriter, WhatStandsBehindATextMayBeLost) {
     for (const auto& [kind, length, kinds] : cases) {
         SCOPED_TRACE(testing::Message() << kind << ", " << length);
         std::string text(length, 'x');
-        LoadedGif document(Start());
+        LoadedGif document(Bare());
         Append(&document, MakeText(kind, text));
         Append(&document, OfKind(kControlBlock));
         LoadedGif again(Saved(document));

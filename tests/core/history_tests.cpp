@@ -2,24 +2,11 @@
 
 #include <random>
 
-#include "gif/source_bytes.h"
 #include "platform/faults.h"
+#include "tests/support/operations.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
-
-Bytes SavedBytes(const BlockList& list) {
-    File file;
-    EXPECT_TRUE(file.CreateMemory());
-    EXPECT_TRUE(WriteWholeGif(list, file, nullptr));
-    return {file.Written().begin(), file.Written().end()};
-}
-
-BlockList CopyOf(const BlockList& list) {
-    BlockList copy;
-    EXPECT_TRUE(CopyBlockList(list, &copy));
-    return copy;
-}
 
 GifBytes Document(int images) {
     GifBytes bytes = GifBytes().Header("GIF87a", 5, 4, 0x81);

@@ -4,38 +4,32 @@
 #include <algorithm>
 #include <numeric>
 
+#include "editing/timing.h"
 #include "gif/lzw_encoder.h"
-#include "gif/source_bytes.h"
 #include "platform/faults.h"
 #include "size/plays_alike.h"
 #include "size/recode.h"
 #include "tests/support/failing_new.h"
 #include "tests/support/literal_codec.h"
 #include "tests/support/literal_stage.h"
+#include "tests/support/operations.h"
 #include "tests/support/row_document.h"
 #include "tests/support/test_blocks.h"
 
 namespace {
 
-Bytes BytesOf(const BlockList& list) {
-    File file;
-    EXPECT_TRUE(file.CreateMemory());
-    EXPECT_TRUE(WriteWholeGif(list, file, nullptr));
-    return {file.Written().begin(), file.Written().end()};
-}
-
-struct Shown {
+struct SeenMoment {
     Pixels canvas;
     uint64_t delay = 0, played = 0;
-    bool operator==(const Shown&) const = default;
+    bool operator==(const SeenMoment&) const = default;
 };
 
 // What is seen, and for how long.
-std::vector<Shown> TimelineOf(const BlockList& list) {
+std::vector<SeenMoment> TimelineOf(const BlockList& list) {
     Animation animation;
     EXPECT_TRUE(animation.Open(list, Texts::kLeftOut));
     const std::vector<Pixels> canvases = ComposeLiterally(animation);
-    std::vector<Shown> timeline;
+    std::vector<SeenMoment> timeline;
     for (size_t i = 0; i < canvases.size(); ++i) {
         const uint16_t delay = animation.Frames()[i].delay;
         if (timeline.empty() || timeline.back().canvas != canvases[i]) timeline.push_back({canvases[i]});
@@ -70,7 +64,7 @@ Bytes RandomFile(std::mt19937& random, int images) {
         PutHeaderFields(&list.blocks[0], screen);
         break;
     }
-    return BytesOf(list);
+    return SavedBytes(list);
 }
 
 struct Optimised {
@@ -110,14 +104,6 @@ struct Strip : GifBytes {
     LoadedGif Load() const { return LoadedGif(WithTrailer(), Manner::kWhole); }
 };
 
-std::vector<int> DelaysOf(const BlockList& list) {
-    Animation animation;
-    EXPECT_TRUE(animation.Open(list, Texts::kLeftOut));
-    std::vector<int> delays;
-    for (const Frame& frame : animation.Frames()) delays.push_back(frame.delay);
-    return delays;
-}
-
 }  // namespace
 
 TEST(Optimise, PlaysTheSameAndIsNeverLarger) {
@@ -130,7 +116,7 @@ TEST(Optimise, PlaysTheSameAndIsNeverLarger) {
         ASSERT_TRUE(made.result == OptimiseResult::kSmaller || made.result == OptimiseResult::kNothingGained) << round;
         if (made.result != OptimiseResult::kSmaller) continue;
         ++smaller;
-        ASSERT_LT(BytesOf(made.list).size(), BytesOf(gif).size()) << round;
+        ASSERT_LT(SavedBytes(made.list).size(), SavedBytes(gif).size()) << round;
         ASSERT_EQ(TimelineOf(made.list), TimelineOf(gif)) << round;
         if (options.keepFrames) {
             ASSERT_EQ(DelaysOf(made.list), DelaysOf(gif)) << round;
@@ -156,7 +142,7 @@ static Bytes ChangingRectangles(std::mt19937& random, int frames) {
         File file;
         EXPECT_TRUE(file.CreateMemory());
         EXPECT_TRUE(EncodeImageData(file, image, Manner::kWhole));
-        bytes.Add({0x21, 0xF9, 4, 0, 4, 0, 0, 0}).ImageHead(kSide, kSide, 0);
+        bytes.Control(4).ImageHead(kSide, kSide, 0);
         bytes.Add(Bytes(file.Written().begin(), file.Written().end()));
     }
     return bytes.Add({0x3B});
@@ -168,7 +154,7 @@ TEST(Optimise, MoreEffortTakesNoMoreThanAHurry) {
         const LoadedGif gif(ChangingRectangles(random, 4), Manner::kWhole);
         const auto bytes = [&gif](Effort effort) {
             const Optimised made = Optimise(gif, {effort});
-            return BytesOf(made.result == OptimiseResult::kSmaller ? made.list : gif).size();
+            return SavedBytes(made.result == OptimiseResult::kSmaller ? made.list : gif).size();
         };
         const size_t hurried = bytes(Effort::kFast);
         for (const Effort effort : {Effort::kNormal, Effort::kMax}) EXPECT_LE(bytes(effort), hurried) << round;
@@ -184,13 +170,13 @@ TEST(Optimise, GivesTheSameBytesWithAnyNumberOfThreads) {
         const Optimised one = Optimise(gif, {effort, false, 1});
         ASSERT_EQ(one.result, OptimiseResult::kSmaller);
         for (size_t threads : {2u, 5u})
-            EXPECT_EQ(BytesOf(Optimise(gif, {effort, false, threads}).list), BytesOf(one.list));
+            EXPECT_EQ(SavedBytes(Optimise(gif, {effort, false, threads}).list), SavedBytes(one.list));
     }
 }
 
 TEST(Optimise, MergesFramesWhereNoPlayerTellsTheDifference) {
     constexpr int kWaits = kControlUserInput;
-    const std::tuple<const char*, Bytes, std::vector<int>> cases[] = {
+    const std::tuple<const char*, Bytes, std::vector<uint32_t>> cases[] = {
         {"equal frames", Strip(3).Control(3).Row(0, {1, 2, 3}).Control(4).Row(0, {1, 2, 3}).WithTrailer(), {7}},
         {"a frame that draws nothing new",
          Strip(3).Control(3).Row(0, {1, 2, 3}).Control(4).Row(1, {2}).Control(5).Row(1, {4}).WithTrailer(),
@@ -239,7 +225,7 @@ TEST(Optimise, LeavesAloneWhatPlayersDisagreeAbout) {
 
 TEST(Optimise, KeepsWhatIsNoFrame) {
     Strip strip(3);
-    strip.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\7\0", 3)).Comment("before");
+    strip.Loop(7).Comment("before");
     strip.Control(5).Row(0, {1, 2, 3}).Comment("between").Extension(0xFF, "\x0BXXXXXXXX1.0", "data");
     strip.Control(5).Row(0, {1, 2, 3}).Comment("behind").Add({0x3B, 1, 2, 3});
     const LoadedGif gif(strip, Manner::kWhole);
@@ -337,7 +323,7 @@ TEST(Optimise, TextsKeepTheirPalette) {
 TEST(Optimise, MemoryThatEndsIsNoCrash) {
     std::mt19937 random(3);
     const LoadedGif gif(RandomFile(random, 4), Manner::kWhole);
-    const std::vector<Shown> timeline = TimelineOf(gif);
+    const std::vector<SeenMoment> timeline = TimelineOf(gif);
     for (long* counter : {&faults.allocationsUntilFailure, &faults.locksUntilFailure, &failingNew.untilFailure}) {
         int done = 0;
         for (long until = 0; done == 0 && until < 20000; until += 1 + until / 16) {
@@ -356,7 +342,7 @@ TEST(Optimise, MemoryThatEndsIsNoCrash) {
 TEST(PlaysAlike, TellsWhatPlayersShow) {
     const auto one = [] { return Strip(3).Control(5).Row(0, {1, 2, 3}); };
     GifBytes looped = one();
-    looped.Extension(0xFF, "\x0BNETSCAPE2.0", std::string("\1\7\0", 3)).Add({0x3B});
+    looped.Loop(7).Add({0x3B});
     const LoadedGif first = one().Load();
     const std::tuple<const char*, Bytes, Likeness> cases[] = {
         {"itself", one().WithTrailer(), Likeness::kAlike},
@@ -382,7 +368,7 @@ TEST(PlaysAlike, TellsWhatPlayersShow) {
 // The largest difference of a colour that documents of the same length show at the same time; 256 where only one is
 // transparent.
 static int LargestDifference(const BlockList& a, const BlockList& b) {
-    const std::vector<Shown> one = TimelineOf(a), other = TimelineOf(b);
+    const std::vector<SeenMoment> one = TimelineOf(a), other = TimelineOf(b);
     uint64_t end = 0, otherEnd = 0;
     int largest = 0;
     for (size_t i = 0, j = 0; i < one.size() && j < other.size();) {
@@ -412,16 +398,16 @@ TEST(Optimise, LosesNoMoreThanAllowed) {
     for (int round = 0; round < 120; ++round) {
         const LoadedGif gif(RandomFile(random, 1 + static_cast<int>(random() % 9)), Manner::kWhole);
         OptimiseOptions options = {static_cast<Effort>(round % 2), round % 5 == 0, 1};
-        const size_t exact = BytesOf(Optimise(gif, options).list).size();
+        const size_t exact = SavedBytes(Optimise(gif, options).list).size();
         lossless += exact;
         options.lossy = 1 + round * 2;
         BlockList made, taken;
         Loss loss, takenLoss;
         ASSERT_EQ(Optimise(gif, gif.report, options, nullptr, &made, &loss), OptimiseResult::kSmaller) << round;
-        lossy += BytesOf(made).size();
+        lossy += SavedBytes(made).size();
         ASSERT_EQ(OptimiseWithin(gif, gif.report, options, nullptr, &taken, &takenLoss), OptimiseResult::kSmaller);
-        ASSERT_EQ(BytesOf(taken).size(), std::min(exact, BytesOf(made).size())) << round;
-        ASSERT_EQ(takenLoss.largest, exact <= BytesOf(made).size() ? 0 : loss.largest) << round;
+        ASSERT_EQ(SavedBytes(taken).size(), std::min(exact, SavedBytes(made).size())) << round;
+        ASSERT_EQ(takenLoss.largest, exact <= SavedBytes(made).size() ? 0 : loss.largest) << round;
         ASSERT_LE(loss.largest, options.lossy);
         ASSERT_EQ(LargestDifference(gif, made), loss.largest) << round;
         ASSERT_LE(loss.mean, loss.largest);

@@ -9,28 +9,28 @@
 
 namespace {
 
-using Pixels = std::vector<Rgba>;
+using RgbaPixels = std::vector<Rgba>;
 
-constexpr Rgba kRed = {255, 0, 0, 255}, kBlue = {0, 0, 255, 255}, kBlack = {0, 0, 0, 255}, kClear = {9, 9, 9, 127},
-               kHalf = {7, 7, 7, 128};
+constexpr Rgba kRedPixel = {255, 0, 0, 255}, kBlue = {0, 0, 255, 255}, kBlackPixel = {0, 0, 0, 255},
+               kClear = {9, 9, 9, 127}, kHalf = {7, 7, 7, 128};
 
-Pixels ManyColours(size_t count) {
-    Pixels pixels;
+RgbaPixels ManyColours(size_t count) {
+    RgbaPixels pixels;
     for (size_t i = 0; i < count; ++i)
         pixels.push_back({static_cast<uint8_t>(i), static_cast<uint8_t>(i / 256), 1, 255});
     return pixels;
 }
 
-Pixels With(Pixels pixels, Rgba more) {
+RgbaPixels With(RgbaPixels pixels, Rgba more) {
     pixels.push_back(more);
     return pixels;
 }
 
 // A picture of one row.
-Result<PictureBitmap> Make(const Pixels& pixels) {
+Result<PictureBitmap> Make(const RgbaPixels& pixels) {
     return MakePictureBitmap({static_cast<int>(pixels.size()), 1, reinterpret_cast<const uint8_t*>(pixels.data()), {}});
 }
-Result<PictureBitmap> Make(const Bytes& indexes, const Pixels& colours) {
+Result<PictureBitmap> Make(const Bytes& indexes, const RgbaPixels& colours) {
     return MakePictureBitmap({static_cast<int>(indexes.size()), 1, indexes.data(), colours});
 }
 
@@ -50,12 +50,12 @@ std::vector<RgbTriple> ColoursOf(const MemoryHandle& bitmap, size_t count) {
 }  // namespace
 
 TEST(PictureBitmap, ColoursAreNumberedWhileThereAreFew) {
-    const std::tuple<const char*, Pixels, int, int, int> cases[] = {
+    const std::tuple<const char*, RgbaPixels, int, int, int> cases[] = {
         // What, its pixels, bits a pixel, depth, transparent index.
-        {"one colour", {kRed}, 4, 2, -1},
-        {"two, which are not black and white", {kRed, kBlue, kRed}, 4, 2, -1},
-        {"two and transparent", {kRed, kClear, kBlue}, 4, 2, 2},
-        {"just opaque", {kHalf, kRed}, 4, 2, -1},
+        {"one colour", {kRedPixel}, 4, 2, -1},
+        {"two, which are not black and white", {kRedPixel, kBlue, kRedPixel}, 4, 2, -1},
+        {"two and transparent", {kRedPixel, kClear, kBlue}, 4, 2, 2},
+        {"just opaque", {kHalf, kRedPixel}, 4, 2, -1},
         {"all transparent", {kClear, kClear}, 4, 2, 0},
         {"256", ManyColours(256), 8, 8, -1},
         {"257", ManyColours(257), 24, 24, -1},
@@ -92,17 +92,17 @@ TEST(PictureBitmap, ColoursAreNumberedWhileThereAreFew) {
 }
 
 TEST(PictureBitmap, NumbersOfColoursStay) {
-    const Pixels four = {kBlack, kRed, kBlue, {1, 2, 3, 255}};
-    const Pixels clears = {kClear, kRed, {5, 5, 5, 0}, kBlue};
-    const std::tuple<const char*, Bytes, Pixels, const char*, int, int> cases[] = {
-        {"two colours", {0, 1, 0}, {kRed, kBlue}, "010", 1, -1},
-        {"one colour", {0, 0}, {kRed}, "00", 1, -1},
+    const RgbaPixels four = {kBlackPixel, kRedPixel, kBlue, {1, 2, 3, 255}};
+    const RgbaPixels clears = {kClear, kRedPixel, {5, 5, 5, 0}, kBlue};
+    const std::tuple<const char*, Bytes, RgbaPixels, const char*, int, int> cases[] = {
+        {"two colours", {0, 1, 0}, {kRedPixel, kBlue}, "010", 1, -1},
+        {"one colour", {0, 0}, {kRedPixel}, "00", 1, -1},
         {"unused ones count", {1, 1}, four, "11", 2, -1},
         {"more than there are", {5, 0}, four, "50", 3, -1},
         {"transparent ones share the first", {3, 2, 0, 1}, clears, "3001", 2, 0},
         {"the first that is used", {3, 2, 1}, clears, "321", 2, 2},
         {"none that is used", {3, 1}, clears, "31", 2, -1},
-        {"two, one of them transparent", {0, 1}, {kClear, kRed}, "01", 2, 0},
+        {"two, one of them transparent", {0, 1}, {kClear, kRedPixel}, "01", 2, 0},
     };
     for (const auto& [what, indexes, colours, pixels, depth, transparent] : cases) {
         SCOPED_TRACE(what);
@@ -136,7 +136,7 @@ TEST(PictureBitmap, TransparentPixelsGetAnIndexOfTheirOwn) {
 }
 
 TEST(PictureBitmap, EveryLackOfMemoryIsTold) {
-    const Pixels clears = {kClear, kRed};
+    const RgbaPixels clears = {kClear, kRedPixel};
     auto make = [&](int way) {
         if (way == 2) return Make({0, 1}, clears);
         return Make(way ? With(ManyColours(300), kClear) : With(ManyColours(3), kClear));

@@ -7,14 +7,14 @@
 
 namespace {
 
-uint32_t Grey(int level) {
+uint32_t GreyPixel(int level) {
     const auto part = static_cast<uint8_t>(level);
     return PixelOf({part, part, static_cast<uint8_t>(level / 2)});
 }
 
 // A canvas with its own pixels.
-struct Picture {
-    Picture(int width, int height, auto pixelAt) : pixels(static_cast<size_t>(width * height)) {
+struct TestCanvas {
+    TestCanvas(int width, int height, auto pixelAt) : pixels(static_cast<size_t>(width * height)) {
         for (int i = 0; i < width * height; ++i) pixels[static_cast<size_t>(i)] = pixelAt(i);
         view = {pixels.data(), width, height};
     }
@@ -36,33 +36,33 @@ TEST(Crc32, IsTheSumThatPngWants) {
 }
 
 TEST(CanvasPng, TakesTheSmallestFormThatHoldsThePicture) {
-    auto transparentAt0 = [](int i) { return i == 0 ? kTransparent : Grey(i); };
+    auto transparentAt0 = [](int i) { return i == 0 ? kTransparent : GreyPixel(i); };
     const uint32_t white = PixelOf({255, 255, 255});
-    const std::tuple<const char*, Picture, uint32_t, PngForm> cases[] = {
-        {"one colour", Picture(3, 2, [](int) { return Grey(7); }), kTransparent, PngForm::kIndexed},
-        {"transparent alone", Picture(1, 1, [](int) { return kTransparent; }), kTransparent, PngForm::kIndexed},
-        {"two colours", Picture(9, 1, [](int i) { return Grey(i % 2); }), kTransparent, PngForm::kIndexed},
-        {"three", Picture(9, 2, [](int i) { return i % 3 ? Grey(i % 3) : kTransparent; }), kTransparent,
+    const std::tuple<const char*, TestCanvas, uint32_t, PngForm> cases[] = {
+        {"one colour", TestCanvas(3, 2, [](int) { return GreyPixel(7); }), kTransparent, PngForm::kIndexed},
+        {"transparent alone", TestCanvas(1, 1, [](int) { return kTransparent; }), kTransparent, PngForm::kIndexed},
+        {"two colours", TestCanvas(9, 1, [](int i) { return GreyPixel(i % 2); }), kTransparent, PngForm::kIndexed},
+        {"three", TestCanvas(9, 2, [](int i) { return i % 3 ? GreyPixel(i % 3) : kTransparent; }), kTransparent,
          PngForm::kIndexed},
-        {"sixteen", Picture(17, 3, [](int i) { return Grey(i % 16); }), kTransparent, PngForm::kIndexed},
-        {"256, one of them transparent", Picture(16, 16, transparentAt0), kTransparent, PngForm::kIndexed},
+        {"sixteen", TestCanvas(17, 3, [](int i) { return GreyPixel(i % 16); }), kTransparent, PngForm::kIndexed},
+        {"256, one of them transparent", TestCanvas(16, 16, transparentAt0), kTransparent, PngForm::kIndexed},
         {"257, all opaque",
-         Picture(257, 1,
-                 [](int i) {
-                     return PixelOf({1, static_cast<uint8_t>(i), static_cast<uint8_t>(i / 256)});
-                 }),
+         TestCanvas(257, 1,
+                    [](int i) {
+                        return PixelOf({1, static_cast<uint8_t>(i), static_cast<uint8_t>(i / 256)});
+                    }),
          kTransparent, PngForm::kOpaque},
         {"257, one of them transparent",
-         Picture(257, 1,
-                 [](int i) {
-                     return i ? PixelOf({0, static_cast<uint8_t>(i), static_cast<uint8_t>(i / 256)}) : kTransparent;
-                 }),
+         TestCanvas(257, 1,
+                    [](int i) {
+                        return i ? PixelOf({0, static_cast<uint8_t>(i), static_cast<uint8_t>(i / 256)}) : kTransparent;
+                    }),
          kTransparent, PngForm::kFull},
         {"the same with a background",
-         Picture(257, 1,
-                 [](int i) {
-                     return i ? PixelOf({0, static_cast<uint8_t>(i), static_cast<uint8_t>(i / 256)}) : kTransparent;
-                 }),
+         TestCanvas(257, 1,
+                    [](int i) {
+                        return i ? PixelOf({0, static_cast<uint8_t>(i), static_cast<uint8_t>(i / 256)}) : kTransparent;
+                    }),
          white, PngForm::kOpaque},
     };
     for (const auto& [what, picture, background, form] : cases) {
@@ -80,16 +80,17 @@ TEST(CanvasPng, TakesTheSmallestFormThatHoldsThePicture) {
 }
 
 TEST(CanvasPng, HoldsAPartOfTheCanvas) {
-    Picture picture(10, 8, [](int i) { return Grey(i); });
+    TestCanvas picture(10, 8, [](int i) { return GreyPixel(i); });
     ByteBuffer png;
     ASSERT_TRUE(EncodeCanvas(picture.view, {2, 3, 5, 5}, {}, &png));
     const ReadPng read(png.Content());
     EXPECT_EQ(read.width, 3u);
-    EXPECT_EQ(read.pixels, (std::vector<uint32_t>{Grey(32), Grey(33), Grey(34), Grey(42), Grey(43), Grey(44)}));
+    EXPECT_EQ(read.pixels, (std::vector<uint32_t>{GreyPixel(32), GreyPixel(33), GreyPixel(34), GreyPixel(42),
+                                                  GreyPixel(43), GreyPixel(44)}));
 }
 
 TEST(CanvasPng, TellsWhenMemoryIsShort) {
-    Picture picture(300, 300, [](int i) { return Grey(i % 251 * 7 % 256); });
+    TestCanvas picture(300, 300, [](int i) { return GreyPixel(i % 251 * 7 % 256); });
     long n = 0, failures = 0;
     for (bool failed = true; failed; ++n) {
         faults.onlyOne = true;
@@ -107,10 +108,10 @@ TEST(CanvasPng, TellsWhenMemoryIsShort) {
 }
 
 TEST(ApngWriter, PutsItsChunksAroundTheImageData) {
-    Picture first(4, 3, [](int i) { return Grey(i); });
-    Picture second(2, 1, [](int i) { return Grey(i + 5); });
+    TestCanvas first(4, 3, [](int i) { return GreyPixel(i); });
+    TestCanvas second(2, 1, [](int i) { return GreyPixel(i + 5); });
     ColourSet colours;
-    for (int i = 0; i < 12; ++i) colours.Number(Grey(i));
+    for (int i = 0; i < 12; ++i) colours.Number(GreyPixel(i));
     ByteBuffer pngs[2];
     ASSERT_TRUE(EncodeCanvasAs(&colours, first.view, {0, 0, 4, 3}, {}, &pngs[0]));
     ASSERT_TRUE(EncodeCanvasAs(&colours, second.view, {0, 0, 2, 1}, {}, &pngs[1]));
@@ -141,7 +142,7 @@ TEST(ApngWriter, PutsItsChunksAroundTheImageData) {
 
 TEST(ApngWriter, RefusesWhatIsNoPng) {
     TempFolder folder;
-    Picture picture(1, 1, [](int) { return Grey(1); });
+    TestCanvas picture(1, 1, [](int) { return GreyPixel(1); });
     ByteBuffer png;
     ASSERT_TRUE(EncodeCanvas(picture.view, {0, 0, 1, 1}, {}, &png));
     const Bytes whole(png.Content().begin(), png.Content().end());

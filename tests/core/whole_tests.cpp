@@ -10,20 +10,6 @@ using namespace std::string_literals;
 
 namespace {
 
-constexpr int kFourColours = 0x81;
-
-GifBytes Start(int packed = kFourColours, std::string_view signature = "GIF89a") {
-    return GifBytes().Header(signature, 5, 4, packed);
-}
-
-GifBytes Control(int delay) {
-    return GifBytes().Add({0x21, 0xF9, 4, 0}).Word(delay).Add({0, 0});
-}
-
-GifBytes Loop(int count) {
-    return GifBytes().Extension(0xFF, "\x0BNETSCAPE2.0", "\x01"s + static_cast<char>(count) + "\0"s);
-}
-
 GifBytes Xmp() {
     return GifBytes().Extension(0xFF, "\x0BXMP DataXMP", "<x/>");
 }
@@ -59,11 +45,11 @@ GifBytes Everything() {
     return GifBytes()
         .Repeat(7, 128)
         .Add(Start(kFourColours, "GIF87a"))
-        .Add(Loop(3))
+        .Loop(3)
         .Add(Xmp())
         .Comment("one\rtwo\x01")
         .Add({0, 0})
-        .Add(Control(10))
+        .Control(10)
         .SmallImage()
         .Extension(0x33, "", "unknown")
         .Add({0x55, 0x66})
@@ -87,7 +73,7 @@ std::vector<unsigned> ValuesOf(const Block& image) {
 TEST(Whole, EveryByteIsKeptAndEveryDamageTold) {
     using G = GifBytes;
     const std::tuple<const char*, Bytes, const char*, const char*> cases[] = {
-        {"nothing wrong", Start().Add(Control(1)).SmallImage().Add({0x3B}), "132", ""},
+        {"nothing wrong", Start().Control(1).SmallImage().Add({0x3B}), "132", ""},
         {"header only", Start(0), "1", "13/-1: the file ends without a trailer\n"},
         {"no header", G().Text("GIF89a").Repeat(0, 6), "", ""},
         {"everything", Everything(), "1756329482",
@@ -187,9 +173,9 @@ TEST(Whole, CodesOfOneBitPixelsGrow) {
 // The manners agree on what is regular, whatever each keeps besides.
 TEST(Whole, SoundFilesAreReadAsInTheClassicManner) {
     const Bytes bytes = Start()
-                            .Add(Loop(3))
+                            .Loop(3)
                             .Comment("one\rtwo\x01")
-                            .Add(Control(10))
+                            .Control(10)
                             .SmallImage()
                             .SmallImage(0x81)
                             .Extension(0x01, "\x0C\1\0\2\0\3\0\4\0\5\6\1\2"s, "text")

@@ -54,10 +54,22 @@ GifBytes& GifBytes::Extension(int label, std::string_view fixedPart, std::string
     return Add({0x21, label}).Text(fixedPart).SubBlocks(text);
 }
 
+GifBytes& GifBytes::Control(int delay, int packed, int transparent) {
+    return Add({0x21, 0xF9, 4, packed}).Word(delay).Add({transparent, 0});
+}
+
+GifBytes& GifBytes::Loop(int count) {
+    return Add({0x21, 0xFF, 11}).Text("NETSCAPE2.0").Add({3, 1}).Word(count).Add({0});
+}
+
 GifBytes& GifBytes::SubBlocks(std::string_view text, size_t longest) {
     for (; !text.empty(); text.remove_prefix(std::min(longest, text.size())))
         Add({static_cast<int>(std::min(longest, text.size()))}).Text(text.substr(0, longest));
     return Add({0});
+}
+
+GifBytes Start(int packed, std::string_view signature) {
+    return GifBytes().Header(signature, 5, 4, packed);
 }
 
 void CodeBits::Put(unsigned code, unsigned width) {

@@ -23,6 +23,8 @@ public:
     GifBytes& SmallImage(int packed = 0);
     // Introducer, label and text as sub-blocks.
     GifBytes& Extension(int label, std::string_view fixedPart, std::string_view text);
+    GifBytes& Control(int delay, int packed = 0, int transparent = 0);
+    GifBytes& Loop(int count);
     GifBytes& Comment(std::string_view text) { return Extension(0xFE, "", text); }
     // The text in sub-blocks of at most `longest` bytes, and the terminator.
     GifBytes& SubBlocks(std::string_view text, size_t longest = 255);
@@ -30,6 +32,11 @@ public:
 private:
     GifBytes& Palette(int packed);
 };
+
+constexpr int kFourColours = 0x81;  // packed byte
+
+// The beginning of a file: a screen of 5 x 4 pixels.
+GifBytes Start(int packed = kFourColours, std::string_view signature = "GIF89a");
 
 // Codes of any width as bits, least significant first.
 class CodeBits {

@@ -4,7 +4,7 @@
 
 namespace {
 
-constexpr size_t kSignatureBytes = 8, kColourTypeOffset = 25;
+constexpr size_t kPngSignatureBytes = 8, kColourTypeOffset = 25;
 
 uint32_t BigNumber(const uint8_t* from) {
     return uint32_t{from[0]} << 24 | uint32_t{from[1]} << 16 | uint32_t{from[2]} << 8 | from[3];
@@ -18,7 +18,7 @@ PngForm FormOf(uint8_t colourType) {
 
 std::vector<PngChunk> ChunksOf(std::span<const uint8_t> png) {
     std::vector<PngChunk> chunks;
-    for (size_t at = kSignatureBytes; at + 12 <= png.size();) {
+    for (size_t at = kPngSignatureBytes; at + 12 <= png.size();) {
         const uint32_t length = BigNumber(&png[at]);
         if (length > png.size() - at - 12) break;
         const std::span<const uint8_t> data = png.subspan(at + 8, length);

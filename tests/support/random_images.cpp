@@ -10,7 +10,7 @@ uint8_t Byte(Random& random) {
     return static_cast<uint8_t>(random());
 }
 
-RgbTriple Colour(Random& random) {
+RgbTriple RandomColour(Random& random) {
     return {Byte(random), Byte(random), Byte(random)};
 }
 
@@ -24,11 +24,11 @@ Colours CrowdedPalette(Random& random) {
 // The first `used` entries are random, the others black as in a fresh buffer.
 Colours PaletteOf(Random& random, size_t used) {
     Colours palette = {};
-    for (size_t i = 0; i < used; ++i) palette[i] = Colour(random);
+    for (size_t i = 0; i < used; ++i) palette[i] = RandomColour(random);
     return palette;
 }
 
-uint32_t PixelOf(RgbTriple colour) {
+uint32_t PixelValue(RgbTriple colour) {
     return static_cast<uint32_t>(colour.red | colour.green << 8 | colour.blue << 16);
 }
 
@@ -44,20 +44,20 @@ std::vector<Colours> TestPalettes(Random& random) {
     palettes.push_back(CrowdedPalette(random));
     palettes.emplace_back();
     palettes.back().fill({255, 255, 255});
-    for (size_t i = 1; i < kPaletteEntries; i += 2) palettes.back()[i] = Colour(random);
+    for (size_t i = 1; i < kPaletteEntries; i += 2) palettes.back()[i] = RandomColour(random);
     return palettes;
 }
 
 MemoryHandle RandomImage(Random& random, int width, int height, int bitCount, const Colours& palette) {
     Colours own;
-    for (RgbTriple& colour : own) colour = random() % 3 ? Colour(random) : palette[random() % kPaletteEntries];
+    for (RgbTriple& colour : own) colour = random() % 3 ? RandomColour(random) : palette[random() % kPaletteEntries];
     MemoryHandle image = CreateImageBitmap(width, height, own.data(), bitCount);
     ImageWriteLock bitmap(&image);
     auto style = random() % 3;
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             uint32_t value = random() & 0xFFFFFF;
-            if (style == 1) value = bitCount == 24 ? PixelOf(own[value % 8]) : value % 3;
+            if (style == 1) value = bitCount == 24 ? PixelValue(own[value % 8]) : value % 3;
             if (style == 2) value = static_cast<uint32_t>(x * 3 | (x + y * 5) << 8 | (y * 7 & 255) << 16) & 0xFFFFFF;
             SetImagePixel(bitmap, x, y, value);
         }
