@@ -20,8 +20,6 @@
 namespace {
 
 constexpr unsigned kMostJobs = 256;
-constexpr char kWhyLeftAlone[] =
-    "they are damaged, too large or of too many colours, or players do not agree about them";
 
 struct EffortName {
     const char* name;
@@ -108,6 +106,7 @@ std::string ReadTask(const Options& options, Task* task) {
 
 class ShownProgress : public OptimiseWatch {
 public:
+    void OnPlanned(size_t done, size_t count) override { progress_.OnFrame(done, count, "planning frame"); }
     void OnFrame(size_t done, size_t count) override { progress_.OnFrame(done, count); }
 
 private:
@@ -118,7 +117,7 @@ private:
 struct Made {
     OptimiseResult result = OptimiseResult::kNothingGained;
     BlockList smaller;  // of kSmaller
-    Loss loss;
+    OptimiseNotes notes;
     int lossy = 0;       // as it was made
     uint64_t bytes = 0;  // of what is to be written
 };
@@ -129,7 +128,7 @@ bool Make(const LoadedFile& file, const Task& task, decltype(Optimise)* optimise
     options.lossy = lossy;
     *made = Made();
     made->lossy = lossy;
-    made->result = optimise(file.list, file.report, options, &progress, &made->smaller, &made->loss);
+    made->result = optimise(file.list, file.report, options, &progress, &made->smaller, &made->notes);
     const bool isSmaller = made->result == OptimiseResult::kSmaller;
     const Identity* names = task.names ? &*task.names : nullptr;
     const std::optional<uint64_t> bytes = WrittenBytes(isSmaller ? made->smaller : file.list, names);
@@ -168,8 +167,8 @@ void PrintSizes(FILE* out, const std::string& path, uint64_t before, const Made&
     fprintf(out, "%s: %llu -> %llu bytes (%+.1f %%)", Printable(path).c_str(), static_cast<unsigned long long>(before),
             static_cast<unsigned long long>(made.bytes), share);
     if (made.lossy)
-        fprintf(out, ", lossy %d: colours up to %d of 255 off, %.2f on average", made.lossy, made.loss.largest,
-                made.loss.mean);
+        fprintf(out, ", lossy %d: colours up to %d of 255 off, %.2f on average", made.lossy, made.notes.loss.largest,
+                made.notes.loss.mean);
     fputs("\n", out);
 }
 
@@ -189,7 +188,7 @@ public:
                                         " bytes are the least that was found");
         EditAnswer answer;
         if (made_.result == OptimiseResult::kLeftAlone)
-            answer.notes.emplace_back("its pictures are left alone: " + std::string(kWhyLeftAlone));
+            answer.notes.push_back(std::string("its pictures are left alone, because ") + made_.notes.leftAlone);
         if (made_.result == OptimiseResult::kSmaller) file->list = std::move(made_.smaller);
         return answer;
     }

@@ -11,6 +11,9 @@ Progress::~Progress() {
     if (width_ > 0) fprintf(stderr, "\r%*s\r", width_, "");
 }
 
-void Progress::OnFrame(size_t number, size_t count) {
-    if (shown_) width_ = std::max(width_, fprintf(stderr, "\rframe %zu of %zu", number, count));
+void Progress::OnFrame(size_t number, size_t count, const char* what) {
+    if (!shown_) return;
+    const int width = fprintf(stderr, "\r%s %zu of %zu", what, number, count) - 1;
+    if (width < width_) fprintf(stderr, "%*s", width_ - width, "");
+    width_ = std::max(width_, width);
 }

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 
-// Shows "frame 3 of 100" on standard error when that is a terminal, and takes it away at the end of the scope.
+// Shows "frame 3 of 100", or what else is counted, on standard error when that is a terminal, and takes it away at the end of the scope.
 class Progress {
 public:
     Progress();
@@ -11,7 +11,7 @@ public:
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
-    void OnFrame(size_t number, size_t count);
+    void OnFrame(size_t number, size_t count, const char* what = "frame");
 
 private:
     bool shown_;

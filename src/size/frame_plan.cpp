@@ -55,6 +55,7 @@ public:
             result = LookAhead(moments, &next);
             if (result != PlanResult::kDone) break;
             for (size_t i = 0; i < moments.size(); ++i) Follow(moments[i], foreseen_[i]);
+            if (options_.onRead) options_.onRead(moments.back()->lastFrame + size_t{1});
             moments.swap(next);
         }
         if (result == PlanResult::kDone) Finish();

@@ -13,61 +13,29 @@
 #include "platform/parallel.h"
 #include "size/frame_coder.h"
 #include "size/frame_plan.h"
+#include "size/left_alone.h"
 #include "size/palette_plan.h"
 #include "size/plays_alike.h"
 #include "size/rebuild.h"
 
 namespace {
 
-// A first image that reaches beyond the screen makes some browsers enlarge it, each in its own manner.
-bool FirstImageFits(const Animation& animation) {
-    const ImageFields image = GetImageFields(animation.List().blocks[animation.Frames()[0].block]);
-    return image.left + image.width <= animation.Width() && image.top + image.height <= animation.Height();
-}
-
-// Players disagree about a control that has a text between itself and its image.
-bool HasTextBehindControl(const Animation& animation) {
-    const BlockList& list = animation.List();
-    return std::ranges::any_of(animation.Frames(), [&list](const Frame& frame) {
-        if (frame.control < 0) return false;
-        for (auto block = static_cast<uint32_t>(frame.control); block < frame.block; ++block)
-            if (list.blocks[block].kind == kPlainTextBlock) return true;
-        return false;
-    });
-}
-
-// Browsers take disposal 4 for 3, as old writers meant it; others take it for none.
-bool HasOldDisposal(const Animation& animation) {
-    return std::ranges::any_of(animation.Frames(), [&animation](const Frame& frame) {
-        if (frame.control < 0) return false;
-        const Block& control = animation.List().blocks[static_cast<size_t>(frame.control)];
-        const int disposal = (GetControlFields(control).packed & kControlDisposal) >> kControlDisposalShift;
-        return disposal == kDisposePreviousOfOld;
-    });
-}
-
-bool CanBeOptimised(const Animation& animation, const ReadReport& report) {
-    if (!std::ranges::all_of(report.damages, IsHarmless) || animation.Frames().empty()) return false;
-    const HeaderFields screen = GetHeaderFields(animation.List().blocks[0]);
-    if (screen.screenWidth == 0 || screen.screenHeight == 0 || !FitsCanvas(animation)) return false;
-    for (const Frame& frame : animation.Frames())
-        if (!animation.List().blocks[frame.block].data) return false;
-    return FirstImageFits(animation) && !HasTextBehindControl(animation) && !HasOldDisposal(animation);
-}
-
 class Optimiser {
 public:
     Optimiser(const BlockList& list, const OptimiseOptions& options, OptimiseWatch* watch)
         : list_(list), options_(options), watch_(watch) {}
-    const Loss& Lost() const { return loss_; }
+    const OptimiseNotes& Notes() const { return notes_; }
 
     OptimiseResult Run(const ReadReport& report, BlockList* smaller) {
         if (!animation_.Open(list_, Texts::kLeftOut)) return OptimiseResult::kNoMemory;
-        if (!CanBeOptimised(animation_, report)) return OptimiseResult::kLeftAlone;
-        const PlanOptions planning = {options_.effort, options_.keepFrames, Threads(), GivenUp(), options_.stop};
+        if (const char* why = WhyLeftAlone(animation_, report)) return LeaveAlone(why);
+        const PlanOptions planning = {
+            options_.effort, options_.keepFrames, Threads(), GivenUp(), options_.stop, [this](size_t frames) {
+                if (watch_) watch_->OnPlanned(frames, animation_.Frames().size());
+            }};
         switch (PlanFrames(animation_, planning, &plan_)) {
             case PlanResult::kDone: break;
-            case PlanResult::kTooManyColours: return OptimiseResult::kLeftAlone;
+            case PlanResult::kTooManyColours: return LeaveAlone("it has too many colours");
             case PlanResult::kNoMemory: return OptimiseResult::kNoMemory;
             case PlanResult::kStopped: return OptimiseResult::kStopped;
         }
@@ -83,6 +51,10 @@ private:
     size_t Threads() const { return options_.threads ? options_.threads : ParallelThreads(); }
     // Half of the loss goes into changes that are given up, the other half into strings that nearly fit.
     int GivenUp() const { return (options_.lossy + 1) / 2; }
+    OptimiseResult LeaveAlone(const char* why) {
+        notes_.leftAlone = why;
+        return OptimiseResult::kLeftAlone;
+    }
     void PlanPalette();
     OptimiseResult CodeFrames();
     void CodeOne(size_t number);
@@ -97,7 +69,7 @@ private:
     std::vector<CodedFrame> coded_;
 
     std::atomic<bool> noMemory_ = false, stopped_ = false, cantBeShown_ = false;
-    Loss loss_;
+    OptimiseNotes notes_;
     std::mutex watching_;
     size_t done_ = 0;
 };
@@ -180,7 +152,7 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) {
         std::ranges::find(report.damages, DamageKind::kPictureTooLarge, &Damage::kind) != report.damages.end())
         return OptimiseResult::kNoMemory;
     const LookOptions looking = {Threads(), options_.stop};
-    switch (options_.lossy ? PlaysNearly(list_, proven, options_.lossy, &loss_, looking)
+    switch (options_.lossy ? PlaysNearly(list_, proven, options_.lossy, &notes_.loss, looking)
                            : PlaysAlike(list_, proven, looking)) {
         case Likeness::kAlike: break;
         case Likeness::kDifferent: return OptimiseResult::kNothingGained;
@@ -194,11 +166,11 @@ OptimiseResult Optimiser::Prove(const BlockList& rebuilt, BlockList* smaller) {
 }  // namespace
 
 OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
-                        OptimiseWatch* watch, BlockList* smaller, Loss* loss) {
+                        OptimiseWatch* watch, BlockList* smaller, OptimiseNotes* notes) {
     try {
         Optimiser optimiser(list, options, watch);
         const OptimiseResult result = optimiser.Run(report, smaller);
-        if (loss && result == OptimiseResult::kSmaller) *loss = optimiser.Lost();
+        if (notes) *notes = optimiser.Notes();
         return result;
     } catch (const std::bad_alloc&) {
         return OptimiseResult::kNoMemory;
@@ -206,23 +178,22 @@ OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const O
 }
 
 OptimiseResult OptimiseWithin(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
-                              OptimiseWatch* watch, BlockList* smaller, Loss* loss) {
+                              OptimiseWatch* watch, BlockList* smaller, OptimiseNotes* notes) {
     OptimiseOptions exact = options;
     exact.lossy = 0;
-    *loss = Loss();
-    const OptimiseResult plain = Optimise(list, report, exact, watch, smaller);
+    const OptimiseResult plain = Optimise(list, report, exact, watch, smaller, notes);
     const bool isSmaller = plain == OptimiseResult::kSmaller;
     if (!options.lossy || (!isSmaller && plain != OptimiseResult::kNothingGained)) return plain;
     BlockList changed;
-    Loss lost;
-    const OptimiseResult result = Optimise(list, report, options, watch, &changed, &lost);
+    OptimiseNotes changedNotes;
+    const OptimiseResult result = Optimise(list, report, options, watch, &changed, &changedNotes);
     if (result == OptimiseResult::kNothingGained) return plain;
     if (result != OptimiseResult::kSmaller) return result;
     const std::optional<uint64_t> bytes = WrittenBytes(changed), plainBytes = WrittenBytes(isSmaller ? *smaller : list);
     if (!bytes || !plainBytes) return OptimiseResult::kNoMemory;
     if (*bytes >= *plainBytes) return plain;
     *smaller = std::move(changed);
-    *loss = lost;
+    *notes = changedNotes;
     return result;
 }
 

@@ -21,6 +21,8 @@ struct OptimiseOptions {
 class OptimiseWatch {
 public:
     virtual ~OptimiseWatch() = default;
+    // What becomes of the first `done` frames of `count` is being decided; this ends before the first one is encoded.
+    virtual void OnPlanned(size_t done, size_t count) = 0;
     // `done` frames of `count` are encoded. Comes from any thread, from one at a time.
     virtual void OnFrame(size_t done, size_t count) = 0;
     // Whether to give up; asked from any thread.
@@ -35,16 +37,22 @@ enum class OptimiseResult : uint8_t {
     kStopped,
 };
 
+// What there is to tell beside the result.
+struct OptimiseNotes {
+    Loss loss;                        // of colours, of kSmaller
+    const char* leftAlone = nullptr;  // of kLeftAlone: why, for behind "because"
+};
+
 // Makes `*smaller` a document that plays the same as `list`, which was read whole with that report, and takes fewer
 // bytes. Before it is handed over it is written, read again, composed and compared with `list`, canvas by canvas. Any
-// other result than kSmaller leaves `*smaller` alone. The number of threads changes nothing of it. `watch` may be null,
-// and so may `loss`, which tells how much of its colours a lossy one has lost.
+// other result than kSmaller leaves `*smaller` alone. The number of threads changes nothing of it. `watch` and `notes`
+// may be null.
 OptimiseResult Optimise(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
-                        OptimiseWatch* watch, BlockList* smaller, Loss* loss = nullptr);
+                        OptimiseWatch* watch, BlockList* smaller, OptimiseNotes* notes = nullptr);
 
-// The same, but what loses colours is taken only where it takes fewer bytes than what loses none. `*loss` is none then.
+// The same, but what loses colours is taken only where it takes fewer bytes than what loses none.
 OptimiseResult OptimiseWithin(const BlockList& list, const ReadReport& report, const OptimiseOptions& options,
-                              OptimiseWatch* watch, BlockList* smaller, Loss* loss);
+                              OptimiseWatch* watch, BlockList* smaller, OptimiseNotes* notes);
 
 // The bytes of the file that `list`, a whole document, is written as, signed with the names unless they are null;
 // nothing when memory runs out.

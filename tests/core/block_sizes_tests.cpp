@@ -94,7 +94,7 @@ TEST(BlockSizes, ArePrintedAsATable) {
     EXPECT_EQ(run.status, kExitDone);
     EXPECT_EQ(run.out,
               "block  bytes   share  palette  pixels   data  overhead\n"
-              "    0     25    1.0%       12       -      -        13  HEADER GIF89a Screen (4 x 4)\n"
+              "    0     25    1.0%       12       -      -        13  HEADER GIF89a Screen (5 x 4)\n"
               "    1    400   16.4%      384       3      -        13  IMAGE 2 x 2, 128 colours\n"
               "    2  2,014   82.5%        -       -  2,003        11  COMMENT a\\x7f" +
                   std::string(30, 'x') +

@@ -210,17 +210,46 @@ TEST(Optimise, LeavesAloneWhatPlayersDisagreeAbout) {
     missing.Add({0x2C}).Word(0).Word(0).Word(3).Word(1).Add({0, 3, 2, 0x08, 0x0B, 0});
     GifBytes text = Strip(3).Row(0, {1, 2, 3}).Control(9);
     text.Extension(0x01, "\x0C" + std::string(12, '\1'), "text");
-    const std::tuple<const char*, Bytes> cases[] = {
-        {"no frame", GifBytes().Header("GIF89a", 3, 1, 0xF2).Add({0x3B})},
-        {"the first image leaves the screen", Strip(3).Row(1, {1, 2, 3}).Row(0, {1, 1, 1}).WithTrailer()},
-        {"a screen without width", Strip(0).Row(1, {1, 2, 3}).Row(0, {1, 1, 1}).WithTrailer()},
-        {"pixels are missing", missing.Add({0x3B})},
-        {"no trailer", Strip(3).Row(0, {1, 2, 3}).Row(0, {1, 2, 3})},
-        {"a disposal of old", Strip(3).Row(0, {1, 2, 3}).Control(5, 4 << 2).Row(0, {1, 1}).Row(1, {2}).WithTrailer()},
-        {"a text behind the control", text.SmallImage().Add({0x3B})},
+    const std::tuple<Bytes, const char*> cases[] = {
+        {GifBytes().Header("GIF89a", 3, 1, 0xF2).Add({0x3B}), "it has no frames"},
+        {Strip(3).Row(1, {1, 2, 3}).Row(0, {1, 1, 1}).WithTrailer(),
+         "its first image reaches beyond the screen, which players show in several ways"},
+        {Strip(0).Row(1, {1, 2, 3}).Row(0, {1, 1, 1}).WithTrailer(), "its screen has no size"},
+        {missing.Add({0x3B}), "it is damaged"},
+        {Strip(3).Row(0, {1, 2, 3}).Row(0, {1, 2, 3}), "it is damaged"},
+        {GifBytes().Header("GIF89a", 65535, 65535, 0xF2).SmallImage().Add({0x3B}), "its screen is too large"},
+        {Strip(3).Row(0, {1, 2, 3}).Control(5, 4 << 2).Row(0, {1, 1}).Row(1, {2}).WithTrailer(),
+         "a frame has disposal 4, which players take in several ways"},
+        {text.SmallImage().Add({0x3B}),
+         "a text stands between a control and its image, which players take in several ways"},
     };
-    for (const auto& [name, bytes] : cases)
-        EXPECT_EQ(Optimise(LoadedGif(bytes, Manner::kWhole)).result, OptimiseResult::kLeftAlone) << name;
+    for (const auto& [bytes, why] : cases) {
+        const LoadedGif gif(bytes, Manner::kWhole);
+        BlockList made;
+        OptimiseNotes notes;
+        EXPECT_EQ(Optimise(gif, gif.report, {}, nullptr, &made, &notes), OptimiseResult::kLeftAlone) << why;
+        EXPECT_STREQ(notes.leftAlone, why);
+    }
+}
+
+TEST(Optimise, TellsHowFarItIs) {
+    class Listener : public OptimiseWatch {
+    public:
+        void OnPlanned(size_t done, size_t count) override { Tell("p", done, count); }
+        void OnFrame(size_t done, size_t count) override { Tell("f", done, count); }
+        std::string told;
+
+    private:
+        void Tell(const char* what, size_t done, size_t count) {
+            told += what + std::to_string(done) + "/" + std::to_string(count) + " ";
+        }
+    } listener;
+    Strip strip(3);
+    strip.Control(5).Row(0, {1, 2, 3}).Control(5).Row(0, {1, 2, 3}).Control(5).Row(0, {3, 2, 1}).Control(5).Row(1, {5});
+    const LoadedGif gif = strip.Load();
+    BlockList made;
+    ASSERT_EQ(Optimise(gif, gif.report, {Effort::kNormal, false, 1}, &listener, &made), OptimiseResult::kSmaller);
+    EXPECT_EQ(listener.told, "p2/4 p3/4 p4/4 f1/3 f2/3 f3/3 ");
 }
 
 TEST(Optimise, KeepsWhatIsNoFrame) {
@@ -280,6 +309,7 @@ TEST(Optimise, GivesUpWhenItIsStopped) {
     class Stopper : public OptimiseWatch {
     public:
         explicit Stopper(std::atomic<bool>* stop) : stop_(stop) {}
+        void OnPlanned(size_t, size_t) override {}
         void OnFrame(size_t, size_t) override { *stop_ = true; }
 
     private:
@@ -402,15 +432,15 @@ TEST(Optimise, LosesNoMoreThanAllowed) {
         lossless += exact;
         options.lossy = 1 + round * 2;
         BlockList made, taken;
-        Loss loss, takenLoss;
-        ASSERT_EQ(Optimise(gif, gif.report, options, nullptr, &made, &loss), OptimiseResult::kSmaller) << round;
+        OptimiseNotes notes, takenNotes;
+        ASSERT_EQ(Optimise(gif, gif.report, options, nullptr, &made, &notes), OptimiseResult::kSmaller) << round;
         lossy += SavedBytes(made).size();
-        ASSERT_EQ(OptimiseWithin(gif, gif.report, options, nullptr, &taken, &takenLoss), OptimiseResult::kSmaller);
+        ASSERT_EQ(OptimiseWithin(gif, gif.report, options, nullptr, &taken, &takenNotes), OptimiseResult::kSmaller);
         ASSERT_EQ(SavedBytes(taken).size(), std::min(exact, SavedBytes(made).size())) << round;
-        ASSERT_EQ(takenLoss.largest, exact <= SavedBytes(made).size() ? 0 : loss.largest) << round;
-        ASSERT_LE(loss.largest, options.lossy);
-        ASSERT_EQ(LargestDifference(gif, made), loss.largest) << round;
-        ASSERT_LE(loss.mean, loss.largest);
+        ASSERT_EQ(takenNotes.loss.largest, exact <= SavedBytes(made).size() ? 0 : notes.loss.largest) << round;
+        ASSERT_LE(notes.loss.largest, options.lossy);
+        ASSERT_EQ(LargestDifference(gif, made), notes.loss.largest) << round;
+        ASSERT_LE(notes.loss.mean, notes.loss.largest);
     }
     EXPECT_LT(lossy, lossless);
 }

@@ -1,6 +1,7 @@
 // The Make smaller command.
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <utility>
@@ -35,7 +36,7 @@ struct Smaller {
     BlockList made;  // the smallest there is
     uint32_t stripped = 0;
     bool textsGone = false;  // plain texts are among what was stripped
-    Loss loss;
+    OptimiseNotes notes;
     std::optional<uint64_t> after;
 };
 
@@ -50,7 +51,8 @@ std::optional<uint64_t> SavedBytes(const BlockList& list, bool whole) {
 class ToldFrames : public OptimiseWatch {
 public:
     explicit ToldFrames(const WorkWatch& watch) : watch_(watch) {}
-    void OnFrame(size_t done, size_t count) override { watch_(done, count); }
+    void OnPlanned(size_t done, size_t count) override { watch_(done, 2 * count); }
+    void OnFrame(size_t done, size_t count) override { watch_(count + done, 2 * count); }
 
 private:
     const WorkWatch& watch_;
@@ -80,7 +82,7 @@ void Search(Smaller* work, const WorkWatch& watch, const std::atomic<bool>& isTo
     if (!ReadWrittenForm(stripped, &whole, &report) || !watch(0, 1)) return;
     ToldFrames told(watch);
     work->request.options.stop = &isToStop;
-    work->result = OptimiseWithin(whole, report, work->request.options, &told, &work->made, &work->loss);
+    work->result = OptimiseWithin(whole, report, work->request.options, &told, &work->made, &work->notes);
     const bool isSmaller = work->result == OptimiseResult::kSmaller;
     if (isSmaller) KeepNames(stripped, &work->made);
     if (!isSmaller) work->made = std::move(stripped);
@@ -101,15 +103,20 @@ std::wstring Fixed(double number, int places) {
     return text;
 }
 
+// Why the pictures were left alone.
+std::wstring Reason(const Smaller& work) {
+    return std::wstring(work.notes.leftAlone, work.notes.leftAlone + strlen(work.notes.leftAlone));
+}
+
 // What it costs beside the time: each a sentence on a line of its own.
 std::wstring DescribePrice(const Smaller& work) {
     std::wstring text;
     const size_t before = ImageCount(work.old), after = ImageCount(work.made);
     const bool isSmaller = work.result == OptimiseResult::kSmaller;
-    const bool loses = isSmaller && work.loss.largest != 0;
+    const bool loses = isSmaller && work.notes.loss.largest != 0;
     if (loses)
-        text += L"\nColours are up to " + std::to_wstring(work.loss.largest) + L" of 255 off, " +
-                Fixed(work.loss.mean, 2) + L" on average.";
+        text += L"\nColours are up to " + std::to_wstring(work.notes.loss.largest) + L" of 255 off, " +
+                Fixed(work.notes.loss.mean, 2) + L" on average.";
     if (isSmaller && !loses)
         text += work.textsGone ? L"\nIts pictures look and play the same." : L"\nIt looks and plays the same.";
     if (before != after) text += L"\n" + Counted(before, L"frame") + L" become " + Counted(after, L"frame") + L".";
@@ -117,9 +124,7 @@ std::wstring DescribePrice(const Smaller& work) {
     if (isSmaller && !work.savesWhole)
         text += L"\nFrom now on it is saved whole, as in careful mode: images are not encoded anew.";
     if (work.result == OptimiseResult::kLeftAlone && before > 0)
-        text +=
-            L"\nIts pictures are left alone: they are damaged, too large or of too many colours, or players do not "
-            L"agree about them.";
+        text += L"\nIts pictures are left alone, because " + Reason(work) + L".";
     return text;
 }
 
@@ -130,12 +135,10 @@ std::wstring DescribeSizes(const Smaller& work) {
 }
 
 void TellNothingGained(HWND window, const Smaller& work) {
-    const bool isLeftAlone = work.result == OptimiseResult::kLeftAlone;
     if (ImageCount(work.old) == 0) return MessageBox(window, "There are no frames in this document.");
-    MessageBox(window, isLeftAlone
-                           ? L"This document is left alone: it is damaged, too large or of too many colours, or "
-                             L"players do not agree about it."
-                           : L"Nothing smaller was found that plays the same. The document stays as it is.");
+    if (work.result == OptimiseResult::kLeftAlone)
+        return MessageBox(window, L"This document is left alone, because " + Reason(work) + L".");
+    MessageBox(window, L"Nothing smaller was found that plays the same. The document stays as it is.");
 }
 
 void TakeOver(HWND window, Smaller* work) {
