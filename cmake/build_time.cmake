@@ -1,5 +1,5 @@
-# What makes a build from nothing short. The static analysis (tools/tidy) does without either, for there a source that
-# lacks an include is found out.
+# What makes a build from nothing short. The static analysis (tools/analyse) looks at each source by itself, where one
+# that lacks an include of the house is found out.
 #
 # Headers that most sources of a target include are parsed once for all of them.
 option(ZEPHYR_PRECOMPILE "Precompiled headers" ON)
@@ -35,5 +35,5 @@ function(zephyr_compile_together target)
   if(ZEPHYR_UNITY AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     target_compile_options(${target} PRIVATE -Wno-subobject-linkage)
   endif()
-  set_target_properties(${target} PROPERTIES UNITY_BUILD ${ZEPHYR_UNITY} UNITY_BUILD_BATCH_SIZE 8)
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ${ZEPHYR_UNITY} UNITY_BUILD_BATCH_SIZE 16)
 endfunction()
