@@ -9,7 +9,9 @@
 namespace {
 
 constexpr const char* kLoopApplications[] = {kLoopApplication, "ANIMEXTS1.0"};
-constexpr uint8_t kLoopSubBlock = 1, kSubBlockKind = 7;  // the kind is in three bits, and browsers look at these alone
+constexpr uint8_t kLoopSubBlock = 1, kBufferSubBlock = 2;
+constexpr uint8_t kSubBlockKind = 7;  // the kind is in three bits, and browsers look at these alone
+constexpr size_t kLoopBytes = 3, kBufferBytes = 5;
 
 uint8_t PlayedDisposal(uint8_t packed) {
     auto disposal = static_cast<uint8_t>((packed & kControlDisposal) >> kControlDisposalShift);
@@ -29,7 +31,8 @@ Rectangle PlaceOf(const ImageFields& image) {
     return {image.left, image.top, image.left + image.width, image.top + image.height};
 }
 
-// Loops in another form than that of the loop block: of the other name, longer, or with other bits in its kind.
+// Loops in another form than that of the loop block: of the other name, longer, with other bits in its kind, or behind
+// the size that a buffer was to have.
 bool IsOtherLoop(const Block& block) {
     return block.kind == kApplicationBlock && std::ranges::any_of(kLoopApplications, [&block](const char* application) {
                return memcmp(block.descriptor + kIdentifierOffset, application,
@@ -43,8 +46,12 @@ int RepeatsOf(const Block& block) {
     if (block.kind == kLoopBlock) return GetLoopIterations(block);
     if (!IsOtherLoop(block)) return Animation::kNoLoop;
     MemoryLock data(block.data);
-    if (!data || block.dataLength < 3 || (data.Bytes()[0] & kSubBlockKind) != kLoopSubBlock) return Animation::kNoLoop;
-    return GetWord(data.Bytes() + 1);
+    if (!data) return Animation::kNoLoop;
+    std::span<const uint8_t> left(data.Bytes(), block.dataLength);
+    while (left.size() > kBufferBytes && (left[0] & kSubBlockKind) == kBufferSubBlock)
+        left = left.subspan(kBufferBytes);
+    if (left.size() < kLoopBytes || (left[0] & kSubBlockKind) != kLoopSubBlock) return Animation::kNoLoop;
+    return GetWord(&left[1]);
 }
 
 int TransparentIndexOf(const Block& control) {

@@ -260,6 +260,8 @@ TEST(Animation, CountsHowOftenItIsPlayed) {
         {"the other name cut short", {application("ANIMEXTS1.0", "\1\3"sv)}, 1},
         {"other bits in its kind", {application("NETSCAPE2.0", "\x41\3\0"sv)}, 4},
         {"longer than it needs to be", {application("NETSCAPE2.0", "\1\3\0\0"sv)}, 4},
+        {"behind the size of a buffer", {application("NETSCAPE2.0", "\2\0\0\1\0\1\3\0"sv)}, 4},
+        {"behind it, cut short", {application("NETSCAPE2.0", "\2\0\0\1\0\1\3"sv)}, 1},
         {"another sub-block of it", {application("ANIMEXTS1.0", "\2\3\0\0\0"sv)}, 1},
         {"a foreign block", {application("ANIMEXTS2.0", "\1\3\0"sv)}, 1},
     };
