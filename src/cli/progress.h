@@ -3,7 +3,8 @@
 
 #include <cstddef>
 
-// Shows "frame 3 of 100", or what else is counted, on standard error when that is a terminal, and takes it away at the end of the scope.
+// Shows "frame 3 of 100", or what else is counted, on standard error when that is a terminal, and takes it away at the
+// end of the scope.
 class Progress {
 public:
     Progress();

@@ -18,7 +18,7 @@
 namespace {
 
 constexpr int kNoControl = -1;
-constexpr size_t kCodeSizeAt = 1 + kImageDescriptorBytes;  // in the bytes of an image without a palette
+constexpr size_t kCodeSizeAt = kImageHeadBytes;  // in the bytes of an image without a palette
 constexpr int kLeastDepthOfCodes = 2;
 
 struct IndexSet {

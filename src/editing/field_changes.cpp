@@ -80,7 +80,7 @@ uint64_t CountDiffering(ConstLockedBitmap old, ConstLockedBitmap fresh) {
 void CompareCodes(const Block& old, const Block& fresh, Changes* changes) {
     SourceLock before(old), after(fresh);
     if (!before || !after) return;
-    auto codes = [](ByteSpan own) { return own.subspan(std::min<size_t>(1 + kImageDescriptorBytes, own.size())); };
+    auto codes = [](ByteSpan own) { return own.subspan(std::min<size_t>(kImageHeadBytes, own.size())); };
     CompareBytes("data", codes(before.Own()), codes(after.Own()), changes);
 }
 

@@ -138,12 +138,12 @@ bool WholeReader::ReadHeader(size_t at) {
 
 // Whether an image that starts here can be believed, where other bytes were met that start nothing.
 bool WholeReader::LooksLikeImage(size_t at) const {
-    if (Left(at) < 1 + kImageDescriptorBytes + 2) return false;
+    if (Left(at) < kImageHeadBytes + 2) return false;
     Block block;
     memcpy(block.descriptor, &bytes_[at + 1], kImageDescriptorBytes);
     ImageFields image = GetImageFields(block);
     HeaderFields screen = GetHeaderFields(list_.blocks[0]);
-    size_t codeSizeAt = at + 1 + kImageDescriptorBytes + TableBytesOfPacked(image.packed);
+    size_t codeSizeAt = at + kImageHeadBytes + TableBytesOfPacked(image.packed);
     if (codeSizeAt >= bytes_.size()) return false;
     int codeSize = bytes_[codeSizeAt];
     if (image.width == 0 || image.height == 0 || codeSize < kLeastCodeSize || codeSize > kMostCodeSize) return false;
@@ -181,7 +181,7 @@ size_t WholeReader::FindBlock(size_t at) const {
 bool WholeReader::HasPartialBlock(size_t start) {
     bool isPartial = true;
     if (bytes_[start] == kImageIntroducer) {
-        isPartial = Left(start) < 1 + kImageDescriptorBytes;
+        isPartial = Left(start) < kImageHeadBytes;
     } else if (Left(start) >= kExtensionHeadBytes) {
         const FixedPart* part = FindFixedPart(bytes_[start + 1]);
         isPartial = part && Left(start) < kExtensionHeadBytes + bytes_[start + 2];
@@ -215,7 +215,7 @@ bool WholeReader::ReadImage(size_t start) {
     Block block;
     block.kind = kImageBlock;
     memcpy(block.descriptor, &bytes_[start + 1], kImageDescriptorBytes);
-    size_t at = start + 1 + kImageDescriptorBytes;
+    size_t at = start + kImageHeadBytes;
     bool isThere = true;
     uint8_t packed = GetImageFields(block).packed;
     if (packed & kHasPalette) at = ReadColourTable(at, packed, &block, &isThere);

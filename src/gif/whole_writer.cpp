@@ -42,7 +42,7 @@ bool WriteCutChain(File& file, Bytes own, size_t at) {
 }
 
 bool WriteCutImage(File& file, Bytes own) {
-    size_t codeSizeAt = 1 + kImageDescriptorBytes + TableBytesOfPacked(own[kImageDescriptorBytes]);
+    size_t codeSizeAt = kImageHeadBytes + TableBytesOfPacked(own[kImageDescriptorBytes]);
     if (own.size() > codeSizeAt) return WriteCutChain(file, own, codeSizeAt + 1);
     return Write(file, own) && WriteZeros(file, codeSizeAt - own.size()) && WriteByte(file, kLeastCodeSize) >= 0 &&
            WriteByte(file, 0) >= 0;

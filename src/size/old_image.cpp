@@ -48,7 +48,7 @@ void TakeBytes(OldImage* old) {
     SourceLock source(*old->block);
     if (!source || !HasSource(*old->block)) return;
     const uint8_t packed = GetImageFields(*old->block).packed;
-    const size_t head = 1 + kImageDescriptorBytes + TableBytesOfPacked(packed);
+    const size_t head = kImageHeadBytes + TableBytesOfPacked(packed);
     if (source.Own().size() <= head) return;
     old->blockBytes = source.Own().size();
     old->data.assign(source.Own().begin() + static_cast<ptrdiff_t>(head), source.Own().end());

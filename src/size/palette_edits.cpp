@@ -10,8 +10,6 @@
 
 namespace {
 
-constexpr size_t kImageHeadBytes = 1 + kImageDescriptorBytes;
-
 using NewIndexes = std::array<int, kPaletteEntries>;
 
 // Gives `image` the bytes that its descriptor and palette make with the codes of `old`, its former form. One whose
@@ -21,7 +19,8 @@ bool KeepCodes(const Block& old, Block* image) {
     SourceLock source(old);
     if (!source) return false;
     const auto own = source.Own();
-    const size_t codesAt = kImageHeadBytes + (own.size() < kImageHeadBytes ? 0 : TableBytesOfPacked(own[9]));
+    const size_t codesAt =
+        kImageHeadBytes + (own.size() < kImageHeadBytes ? 0 : TableBytesOfPacked(own[kImageHeadBytes - 1]));
     if (own.size() <= codesAt) return MarkChanged(image);
     const uint8_t packed = GetImageFields(*image).packed;
     const size_t stray = source.Stray().size(), table = TableBytesOfPacked(packed), codes = own.size() - codesAt;

@@ -20,8 +20,8 @@ struct Conversion {
     MemoryHandle (*plain)(const MemoryHandle& source, const RgbTriple* palette, int depth, const Table& table);
 };
 
-constexpr Conversion kRemapping = {RemapImage, LiteralRemap};
-constexpr Conversion kDithering = {DitherImage, LiteralDither};
+constexpr Conversion kRemaps = {RemapImage, LiteralRemap};
+constexpr Conversion kDithers = {DitherImage, LiteralDither};
 constexpr Conversion kRemapTrueColours = {
     [](const MemoryHandle& source, const RgbTriple* palette, int depth, StopQuestion*) {
         return RemapTrueColours(source, palette, depth);
@@ -32,7 +32,7 @@ constexpr Conversion kRemapTrueColours = {
 constexpr Conversion kExpand = {
     [](const MemoryHandle& source, auto...) -> Result<MemoryHandle> { return ExpandToTrueColour(source); },
     [](const MemoryHandle& source, auto...) { return LiteralExpand(source); }};
-constexpr Conversion kConversions[] = {kRemapping, kDithering, kRemapTrueColours, kExpand};
+constexpr Conversion kConversions[] = {kRemaps, kDithers, kRemapTrueColours, kExpand};
 
 Bytes BytesOf(const MemoryHandle& image) {
     MemoryLock lock(image);
@@ -75,23 +75,16 @@ TEST(ColourConversions, WorkedOutByHand) {
     const std::tuple<const char*, Conversion, int, Colours, std::vector<uint32_t>, Colours, int, std::vector<uint32_t>>
         cases[] = {
             // kQuirkOneBitIsBlackAndWhite
-            {"two colours are black and white", kRemapping, 1, ignored, {0, 1, 1}, whiteFirst, 2, {2, 0, 0}},
+            {"two colours are black and white", kRemaps, 1, ignored, {0, 1, 1}, whiteFirst, 2, {2, 0, 0}},
             // kQuirkSearchedEntries
-            {"unused entries lose high bits",
-             kRemapping,
-             24,
-             {},
-             {0, 0x33, 0x070707, 0xC8C86F},
-             light,
-             4,
-             {0, 5, 0, 11}},
-            {"own colours never meet unused ones", kRemapping, 8, dark, {0, 1}, light, 4, {0, 15}},
-            {"a luminance of 129 is white", kRemapping, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},
+            {"unused entries lose high bits", kRemaps, 24, {}, {0, 0x33, 0x070707, 0xC8C86F}, light, 4, {0, 5, 0, 11}},
+            {"own colours never meet unused ones", kRemaps, 8, dark, {0, 1}, light, 4, {0, 15}},
+            {"a luminance of 129 is white", kRemaps, 24, {}, {0x818181, 0x828282}, {}, 1, {0, 1}},
             // Sums that fall just short: the levels of 27 and 54 are 31 and 63, which are not above the thresholds.
-            {"levels of doubles", kDithering, 24, {}, {0x1C1C1C, 0x252525}, {}, 1, {0, 1}},
-            {"levels of doubles", kDithering, 24, {}, {0x373737, 0x494949}, {}, 1, {0, 1}},
+            {"levels of doubles", kDithers, 24, {}, {0x1C1C1C, 0x252525}, {}, 1, {0, 1}},
+            {"levels of doubles", kDithers, 24, {}, {0x373737, 0x494949}, {}, 1, {0, 1}},
             // 100 -> 0, + 43 = 143 -> 1, - 49 = 51 -> 0, + 22 = 122 -> 0 (its cell is 120)
-            {"errors go right", kDithering, 24, {}, {k100, k100, k100, k100}, blackAndWhite, 2, {0, 1, 0, 0}},
+            {"errors go right", kDithers, 24, {}, {k100, k100, k100, k100}, blackAndWhite, 2, {0, 1, 0, 0}},
         };
     for (const auto& [what, conversion, bitCount, own, pixels, palette, depth, expected] : cases) {
         MemoryHandle source = MakeRow(bitCount, pixels, own.data());
@@ -139,7 +132,7 @@ TEST(ColourConversions, DitherToTwoColoursAsTheSettingsSay) {
 
 TEST(ColourConversions, RefuseDepthsOfNoPalette) {
     MemoryHandle source = CreateImageBitmap(2, 2, nullptr, 8);
-    for (const Conversion& conversion : {kRemapping, kDithering, kRemapTrueColours})
+    for (const Conversion& conversion : {kRemaps, kDithers, kRemapTrueColours})
         for (int depth : {-1, 0, 9, 24})
             EXPECT_EQ(conversion.convert(source, Colours{}.data(), depth, nullptr).Why(), Failure::kNoMemory) << depth;
 }
@@ -151,13 +144,13 @@ TEST(ColourConversions, AskOncePerCellAndRowAndStopWhenTold) {
         int depth;
         long pressAtPoll, polls;
     } cases[] = {
-        {kRemapping, 8, kNever, kCells + 3},
-        {kRemapping, 8, kCells - 1, kCells},
-        {kRemapping, 8, kCells + 2, kCells + 3},
-        {kDithering, 8, kNever, kCells + 3},
-        {kDithering, 8, kCells + 1, kCells + 2},
-        {kDithering, 1, kNever, 3},  // no table, but rows
-        {kDithering, 1, 1, 2},
+        {kRemaps, 8, kNever, kCells + 3},
+        {kRemaps, 8, kCells - 1, kCells},
+        {kRemaps, 8, kCells + 2, kCells + 3},
+        {kDithers, 8, kNever, kCells + 3},
+        {kDithers, 8, kCells + 1, kCells + 2},
+        {kDithers, 1, kNever, 3},  // no table, but rows
+        {kDithers, 1, 1, 2},
     };
     MemoryHandle source = CreateImageBitmap(5, 3, nullptr, 24);
     for (const auto& c : cases) {

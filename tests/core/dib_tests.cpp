@@ -97,14 +97,14 @@ TEST(Dib, EveryFormGivesItsColours) {
          DibBytes(40, 1, 1, 32, 3).Put({255, 255, 255, 255, 255, 0, 0, 255, 1, 0, 0, 128}).Put({1, 0, 0, 128}), 0,
          "128,128,255 "},
     };
-    for (const Case& row : cases) {
-        SCOPED_TRACE(row.name);
-        Result<Picture> picture = ReadDib(row.bytes);
+    for (const Case& dib : cases) {
+        SCOPED_TRACE(dib.name);
+        Result<Picture> picture = ReadDib(dib.bytes);
         ASSERT_TRUE(static_cast<bool>(picture));
-        EXPECT_EQ(picture->colourCount, row.colourCount);
-        EXPECT_EQ(ColoursIn(*picture), row.colours);
-        for (size_t kept = 0; kept + static_cast<size_t>(row.padding) < row.bytes.size(); ++kept)
-            EXPECT_EQ(ReadBeginning(row.bytes, kept).Why(), Failure::kDamaged) << kept;
+        EXPECT_EQ(picture->colourCount, dib.colourCount);
+        EXPECT_EQ(ColoursIn(*picture), dib.colours);
+        for (size_t kept = 0; kept + static_cast<size_t>(dib.padding) < dib.bytes.size(); ++kept)
+            EXPECT_EQ(ReadBeginning(dib.bytes, kept).Why(), Failure::kDamaged) << kept;
     }
 }
 
