@@ -1,4 +1,6 @@
 // Preview and filmstrip beside the list, and how mouse and keyboard work in them.
+#include <chrono>
+
 #include "tests/gui/panes_test.h"
 #include "windows/app/panes.h"
 

@@ -1,4 +1,5 @@
 // The preview: what it shows, and how it zooms and plays.
+#include <chrono>
 #include <functional>
 
 #include "gif/whole_writer.h"
